@@ -1,0 +1,17 @@
+# The libraries. One configure run names every one that is not there, by the Debian package it comes from.
+find_package(Qt6 6.4 QUIET COMPONENTS Widgets SerialPort Test)
+find_package(GTest QUIET)
+find_package(benchmark QUIET)
+
+set(missing "")
+file(STRINGS ${PROJECT_SOURCE_DIR}/packages.txt rows REGEX "^build .*::")
+foreach(row IN LISTS rows)
+    string(REGEX MATCH "^build +([^ ]+) +([^ ]+)" row "${row}")
+    if(NOT TARGET ${CMAKE_MATCH_2})
+        list(APPEND missing "${CMAKE_MATCH_1} (${CMAKE_MATCH_2})")
+    endif()
+endforeach()
+if(missing)
+    list(JOIN missing "\n  " missing)
+    message(FATAL_ERROR "Missing or too old, by their Debian names:\n  ${missing}\nThe whole list is packages.txt.")
+endif()

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/port.h"
+
+namespace varda {
+
+/// Line settings as the serial control reads them from its settings text.
+struct LineSettings {
+    int baudRate = 9600;
+    char parity = 'n'; ///< 'n' none, 'e' even, 'o' odd
+    int dataBits = 8;  ///< 5 .. 8
+    int stopBits = 1;  ///< 1 or 2
+};
+
+/// What a port's name stands for: a device node, or the embedded controller. MSComm drives one while it is open.
+class Line {
+public:
+    using EventHandler = Port::EventHandler;
+
+    Line() = default;
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+    virtual ~Line() = default;
+
+    /// @throws RuntimeError 8002, 8005, 8015 with a text that names the line and the remedy
+    virtual void open(const LineSettings& settings) = 0;
+    virtual void close() noexcept = 0;
+    virtual std::size_t inBufferCount() const noexcept = 0;
+    virtual Bytes read() = 0;
+    virtual void discard() noexcept = 0;
+    /// @throws RuntimeError 8020
+    virtual void write(const Bytes& bytes) = 0;
+
+    void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
+
+protected:
+    /// HungUp is raised once; the line has closed itself by then and may be destroyed after the call, not inside it.
+    void raise(CommEvent event, const std::string& reason = {}) const {
+        if (handler_) {
+            handler_(event, reason);
+        }
+    }
+
+private:
+    EventHandler handler_;
+};
+
+} // namespace varda
