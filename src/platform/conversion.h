@@ -7,10 +7,11 @@ namespace varda {
 
 /// The one reading of a number typed by a person.
 ///
-/// Takes decimal digits with an optional sign, or "&H" (either case) and hexadecimal digits; blanks around the number are
-/// dropped. "&H8000" to "&HFFFF" are the negative numbers of the same 16 bits.
+/// Takes decimal digits with an optional sign, or "&H" (either case) and hexadecimal digits; blanks around
+/// the number are dropped. "&H8000" to "&HFFFF" are the negative numbers of the same 16 bits.
 /// @return the number, -32768 .. 32767
-/// @throws RuntimeError 13 where the text is no number (an empty one included), 6 where it does not fit 16 bits
+/// @throws RuntimeError 13 where the text is no number (an empty one included), 6 where it does not fit 16
+/// bits
 std::int16_t toInteger(std::string_view text);
 
 /// The same reading for the wider numbers of files and periods: -2147483648 .. 2147483647.

@@ -1,0 +1,45 @@
+#include "link/period.h"
+
+#include "link/form.h"
+#include "platform/conversion.h"
+#include "platform/period_timer.h"
+#include "platform/runtime_error.h"
+
+#include <optional>
+#include <string>
+
+namespace varda {
+namespace {
+
+constexpr int shortestPeriod = 100;
+constexpr int longestPeriod = 65535;
+constexpr int fallbackPeriod = 500;
+
+std::optional<int> typedPeriod(const std::string& text) {
+    try {
+        return toInteger(text);
+    } catch (const RuntimeError&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+void takePeriod(Form& form, PeriodTimer& tmrComm, std::string_view periodField) {
+    tmrComm.stop();
+    const std::optional<int> typed = typedPeriod(form.text(periodField));
+    int period = typed.value_or(fallbackPeriod);
+    if (period < shortestPeriod) {
+        period = shortestPeriod;
+    }
+    if (period > longestPeriod) {
+        period = longestPeriod; // kept: a 16-bit number never gets here
+    }
+    if (period != typed) {
+        form.setText(periodField, std::to_string(period));
+    }
+    tmrComm.setInterval(period);
+    tmrComm.start();
+}
+
+} // namespace varda

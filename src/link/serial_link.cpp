@@ -1,0 +1,256 @@
+#include "link/serial_link.h"
+
+#include "link/form.h"
+#include "link/hex_text.h"
+#include "platform/runtime_error.h"
+
+#include <algorithm>
+#include <limits>
+#include <span>
+#include <string>
+
+namespace varda {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A burst is whole when this long has passed since its first byte.
+constexpr auto burstWait = 100ms;
+/// A request to the simulator is whole when no byte has come for this long.
+constexpr auto settleWait = 150ms;
+/// Ticks without reception after which the wait for an answer ends.
+constexpr int ticksOfSilence = 13;
+
+constexpr std::string_view scenarioAnswer = "txtScnReceive";
+constexpr std::string_view scenarioSilenceStatus =
+    "txtWStatus"; // kept: a scenario's silence is told on the write page
+
+std::int16_t raised(std::int16_t count, std::size_t by) {
+    constexpr std::size_t largest = std::numeric_limits<std::int16_t>::max();
+    return static_cast<std::int16_t>(std::min(static_cast<std::size_t>(count) + by, largest));
+}
+
+/// The receive path skips a failing statement and goes on with the next one.
+template <typename Statement>
+void skippingFailure(Statement&& statement) {
+    try {
+        std::forward<Statement>(statement)();
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): skipping is the rule
+    }
+}
+
+} // namespace
+
+bool SerialLink::requiredFieldsFilled(const Route& route) {
+    if (allFilled(form_, fieldsNeededToSend(route, form_))) {
+        return true;
+    }
+    form_.showMessage("Data are missing. Please fill Data !!", "Error");
+    return false;
+}
+
+bool SerialLink::startRequest(const Route& route) {
+    if (!commPLC_.isOpen()) {
+        form_.setText(route.status, "Port Closed");
+        return false;
+    }
+    commPLC_.discard();
+    state_.RxCount = 0;
+    state_.RxExpected = 0;
+    state_.WaitTicks = 0;
+    form_.setText(route.status, "");
+    return true;
+}
+
+void SerialLink::SendRequest(const Bytes& bytes, int expected) {
+    state_.RxExpected = static_cast<std::int16_t>(expected);
+    state_.WaitingAnswer = false; // for good where the port refuses the bytes
+    commPLC_.write(bytes);
+    state_.AnswerReceived = false;
+    state_.WaitingAnswer = true;
+}
+
+void SerialLink::commPLC_OnComm(CommEvent event) {
+    if (event != CommEvent::Received) {
+        state_.InReceive = false;
+        return;
+    }
+    if (waiting_) {
+        isMerged_ = true; // the running wait takes these bytes along
+        return;
+    }
+    state_.InReceive = true;
+    state_.WaitTicks = 0;
+    showWaitTicks();
+    receiveLater();
+}
+
+void SerialLink::receiveLater() {
+    switch (state_.CommMode) {
+    case comm_mode::monitoring:
+        wait(burstWait, [this] { receiveBurst(); });
+        break;
+    case comm_mode::simulation:
+        if (commPLC_.inBufferCount() > 0) {
+            settleRequest(commPLC_.inBufferCount());
+        }
+        break;
+    default:
+        wait(burstWait, [this] { receiveAnswer(); });
+    }
+}
+
+void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest) {
+    waiting_ = true;
+    isMerged_ = false;
+    clock_.after(wait, [this, rest = std::move(rest)] {
+        waiting_ = false;
+        rest();
+        if (!waiting_ && isMerged_ && commPLC_.inBufferCount() > 0) {
+            commPLC_OnComm(CommEvent::Received);
+        }
+    });
+}
+
+void SerialLink::receiveBurst() {
+    if (commPLC_.inBufferCount() == 0) {
+        return; // kept: InReceive stays set, as on every empty input buffer
+    }
+    skippingFailure([this] { roles_.listBurst(commPLC_.read()); });
+    endReception();
+}
+
+void SerialLink::receiveAnswer() {
+    if (commPLC_.inBufferCount() == 0) {
+        return; // kept: InReceive stays set, so the timer pauses until a later reception completes
+    }
+    skippingFailure([this] { appendToRxBuffer(commPLC_.read()); });
+    const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == comm_mode::scenario;
+    if (answerMode) {
+        form_.setText("txtCurrentData", std::to_string(state_.RxCount));
+    }
+    // kept: a burst of any other length is dropped; pieces of an answer are never put together
+    if (state_.RxCount == state_.RxExpected && state_.RxCount >= 1) {
+        completeAnswer();
+    }
+    endReception();
+}
+
+void SerialLink::settleRequest(std::size_t noted) {
+    wait(settleWait, [this, noted] {
+        const std::size_t waitingNow = commPLC_.inBufferCount();
+        if (waitingNow != noted) {
+            settleRequest(waitingNow);
+        } else if (waitingNow > 0) {
+            receiveRequest();
+        }
+    });
+}
+
+void SerialLink::receiveRequest() {
+    skippingFailure([this] { appendToRxBuffer(commPLC_.read()); });
+    form_.setText("txtCurrentData", std::to_string(state_.RxCount));
+    bool known = true;
+    skippingFailure([this, &known] { known = roles_.answerRequest(); });
+    if (known) {
+        endReception();
+    } // kept: an unknown request leaves InReceive set
+}
+
+void SerialLink::appendToRxBuffer(const Bytes& bytes) {
+    const std::size_t first = std::min(static_cast<std::size_t>(state_.RxCount), state_.RxBuffer.size());
+    const std::size_t fitting = std::min(bytes.size(), state_.RxBuffer.size() - first);
+    std::copy_n(bytes.begin(), fitting, state_.RxBuffer.begin() + static_cast<std::ptrdiff_t>(first));
+    state_.RxCount = raised(state_.RxCount, bytes.size());
+}
+
+void SerialLink::completeAnswer() {
+    const auto length = std::min(static_cast<std::size_t>(state_.RxCount), state_.RxBuffer.size());
+    const std::string shown = hexGroups(std::span(state_.RxBuffer).first(length));
+    if (const Route* const route = findRoute(state_.CommMode)) {
+        form_.setText(route->completionStatus, "Data Receive OK !!");
+        form_.setText(route->answer, shown);
+    } else if (state_.CommMode == comm_mode::scenario) {
+        form_.setText(scenarioAnswer, shown);
+    }
+}
+
+void SerialLink::endReception() {
+    state_.AnswerReceived = true;
+    state_.WaitingAnswer = false;
+    showCounters();
+    state_.RxCount = 0;
+    state_.InReceive = false;
+}
+
+void SerialLink::showCounters() {
+    form_.setText("txtTotalData", std::to_string(state_.RxExpected));
+    form_.setText("txtCurrentData", std::to_string(state_.RxCount));
+}
+
+void SerialLink::showWaitTicks() { form_.setText("txtWatchDog", std::to_string(state_.WaitTicks)); }
+
+void SerialLink::tmrComm_Timer() {
+    if (state_.InReceive) {
+        return;
+    }
+    showCounters();
+    if (state_.WaitingAnswer) {
+        state_.WaitTicks = raised(state_.WaitTicks, 1);
+        showWaitTicks();
+    }
+    if (const Route* const route = findRoute(state_.CommMode)) {
+        tickMaster(*route);
+    } else if (state_.CommMode == comm_mode::scenario) {
+        tickScenario();
+    }
+}
+
+void SerialLink::forgetAnswer() {
+    state_.AnswerReceived = false;
+    state_.RxExpected = 0;
+    state_.RxCount = 0;
+    showCounters();
+    commPLC_.discard();
+}
+
+void SerialLink::giveUpWaiting(std::string_view statusField) {
+    state_.WaitTicks = 0;
+    showWaitTicks();
+    form_.setText(statusField, "No Answer From PLC");
+    state_.WaitingAnswer = false;
+    forgetAnswer();
+}
+
+void SerialLink::tickMaster(const Route& route) {
+    if (state_.WaitTicks >= ticksOfSilence) {
+        giveUpWaiting(route.silenceStatus);
+    }
+    if (state_.AnswerReceived) {
+        forgetAnswer();
+    }
+    // kept: reads repeat on every tick, writes only once their answer has come or its wait has ended
+    const bool mayRepeat = !route.repeatsOnlyWhenAnswered || !state_.WaitingAnswer;
+    if (form_.isTicked(route.continuousBox) && mayRepeat &&
+        allFilled(form_, fieldsNeededToRepeat(route, form_))) {
+        repeatRequest(route);
+    }
+}
+
+void SerialLink::repeatRequest(const Route& route) {
+    try {
+        form_.press(route.sendButton);
+    } catch (const RuntimeError&) {
+        form_.setTicked(route.continuousBox, false); // else the same report would come with every tick
+        throw;
+    }
+}
+
+void SerialLink::tickScenario() {
+    if (state_.WaitTicks >= ticksOfSilence) {
+        giveUpWaiting(scenarioSilenceStatus);
+        form_.press("cmdStopScenario");
+    }
+}
+
+} // namespace varda

@@ -1,0 +1,105 @@
+#include "link/single_requests.h"
+
+#include "link/hex_text.h"
+
+namespace varda {
+namespace {
+
+constexpr std::size_t readBytes = 9;
+constexpr std::size_t readBody = 3;
+constexpr std::size_t crcBytes = 2;
+constexpr std::size_t addressBytes = 2;
+
+std::size_t bodyLength(const FrameImage& image) { return image.byte(offset::length); }
+
+std::uint8_t writeCode(Access access) {
+    return access == Access::Bit ? command::bitWrite : command::wordWrite;
+}
+
+} // namespace
+
+void MakeReadFormat(FrameImages& images, Access access) {
+    FrameImage& image = images.read;
+    const std::uint8_t code = access == Access::Bit ? command::bitRead : command::wordRead;
+    if (access != Access::None) {
+        image.set(offset::command, code);
+    }
+    image.set(offset::length, readBody);
+    if (access != Access::None) {
+        AppendCRC16(images, code, offset::body + readBody);
+    }
+    image.complete(readBytes - 1);
+}
+
+std::string DisplayRString(FrameImages& images) { return images.read.display(readBytes - 1); }
+
+void setReadCount(FrameImages& images, int count) {
+    if (count >= 0 && count <= bitReadLimit) {
+        images.read.set(offset::count, static_cast<std::uint8_t>(count % bitReadLimit));
+    }
+}
+
+Bytes readWire(const FrameImages& images) { return images.read.wire(readBytes); }
+
+int readAnswerLength(Access access, std::uint8_t countByte) {
+    const int count = countByte == 0 ? 256 : countByte;
+    return (access == Access::Bit ? count : 2 * count) + 6;
+}
+
+int writeBodyLength(Access access, int count) {
+    return static_cast<int>(addressBytes) + (access == Access::Bit ? count : 2 * count);
+}
+
+void setWriteCount(FrameImages& images, Access access, int count) {
+    FrameImage& image = images.write;
+    if (count == 0 || count == 256) {
+        image.set(offset::length, 0);
+    } else if (count < 0 || count > writeLimit(access)) {
+        return;
+    } else {
+        image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count)));
+    }
+    const auto data = static_cast<std::size_t>(writeBodyLength(access, count)) - addressBytes;
+    image.reset(offset::data, offset::data + data);
+}
+
+void MakeWriteFormat(FrameImages& images, Access access, int count) {
+    FrameImage& image = images.write;
+    const std::uint8_t code = writeCode(access);
+    image.set(offset::command, code);
+    if (count >= 0 && count <= writeLimit(access)) {
+        image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count)));
+    }
+    const std::size_t covered = offset::body + bodyLength(image);
+    if (access == Access::Word) {
+        image.takeTexts(offset::data, covered + crcBytes - 1);
+    }
+    AppendCRC16(images, code, covered);
+    image.complete(covered + crcBytes - 1);
+}
+
+std::string DisplayWString(FrameImages& images) {
+    return images.write.display(offset::body + bodyLength(images.write) + crcBytes - 1);
+}
+
+Bytes writeWire(const FrameImages& images) {
+    return images.write.wire(offset::body + bodyLength(images.write) + crcBytes);
+}
+
+void setWriteBit(FrameImages& images, std::size_t index, bool on) {
+    images.write.set(offset::data + index, on ? 0xFF : 0x00);
+}
+
+void setWriteWord(FrameImages& images, std::size_t index, int value) {
+    images.write.setLowHigh(offset::data + 2 * index, hex(value, 4));
+}
+
+void fillRandomWords(FrameImages& images, const std::function<double()>& random) {
+    // kept: LEN - 2 is the count of data bytes, so a word write draws twice its words and fills on behind its
+    // frame
+    for (std::size_t word = 0; word + addressBytes < bodyLength(images.write); ++word) {
+        setWriteWord(images, word, static_cast<int>(random() * 65535 + 1));
+    }
+}
+
+} // namespace varda

@@ -1,0 +1,158 @@
+#pragma once
+
+#include "link/form.h"
+
+#include <functional>
+#include <map>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace varda::test {
+
+struct Message {
+    std::string text;
+    std::string title;
+    bool operator==(const Message&) const = default;
+};
+
+inline std::ostream& operator<<(std::ostream& out, const Message& message) {
+    return out << '"' << message.text << "\" titled \"" << message.title << '"';
+}
+
+/// A main window without a screen. Any name is a control; a control that nobody has touched is empty, not
+/// ticked and enabled.
+class FakeForm : public Form {
+public:
+    using Handler = std::function<void()>;
+    using Answered = std::function<void(bool yes)>;
+
+    std::string text(std::string_view control) const override { return valueOr(texts_, control, {}); }
+    void setText(std::string_view control, const std::string& text) override {
+        const bool changed = this->text(control) != text;
+        texts_[std::string(control)] = text;
+        told_.emplace_back(control, text);
+        if (changed) {
+            run(textChanges_, control);
+        }
+    }
+    bool isTicked(std::string_view control) const override { return valueOr(ticks_, control, false); }
+    void setTicked(std::string_view control, bool ticked) override { ticks_[std::string(control)] = ticked; }
+    bool isEnabled(std::string_view control) const override { return valueOr(enabled_, control, true); }
+    void setEnabled(std::string_view control, bool enabled) override {
+        enabled_[std::string(control)] = enabled;
+    }
+    void enableGroup(ControlGroup group, bool enabled) override { groups_.emplace_back(group, enabled); }
+    std::vector<std::string> lines(std::string_view listBox) const override {
+        return valueOr(lines_, listBox, {});
+    }
+    void setLines(std::string_view listBox, std::vector<std::string> lines) {
+        lines_[std::string(listBox)] = std::move(lines);
+    }
+    void SetScenarioButtons(bool enabled) override { setEnabled("cmdAddScenario", enabled); }
+
+    void press(std::string_view button) override {
+        ++presses_[std::string(button)];
+        run(pressHandlers_, button);
+    }
+    void change(std::string_view field) override {
+        ++changes_[std::string(field)];
+        run(changeHandlers_, field);
+    }
+    void showMessage(const std::string& text, const std::string& title) override {
+        messages_.push_back({text, title});
+    }
+    void ask(const std::string& text, const std::string& title, Answered answered) override {
+        questions_.push_back({{text, title}, std::move(answered)});
+    }
+
+    /// Registers what press() runs beside counting. An untouched button only counts.
+    void onPress(std::string_view button, Handler handler) {
+        set(pressHandlers_, button, std::move(handler));
+    }
+    /// Registers what change() runs beside counting.
+    void onChange(std::string_view field, Handler handler) {
+        set(changeHandlers_, field, std::move(handler));
+    }
+    /// Registers what runs inside setText() wherever that alters the text, as the fields of a window do.
+    void onTextChange(std::string_view field, Handler handler) {
+        set(textChanges_, field, std::move(handler));
+    }
+
+    int presses(std::string_view button) const { return valueOr(presses_, button, 0); }
+    int presses() const { return total(presses_); }
+    int changes(std::string_view field) const { return valueOr(changes_, field, 0); }
+    int changes() const { return total(changes_); }
+
+    /// Every text a control was given, the first one first.
+    std::vector<std::string> told(std::string_view control) const {
+        std::vector<std::string> texts;
+        for (const auto& [name, text] : told_) {
+            if (name == control) {
+                texts.push_back(text);
+            }
+        }
+        return texts;
+    }
+    /// The names of the controls whose text is `text`.
+    std::vector<std::string> controlsShowing(std::string_view text) const {
+        std::vector<std::string> controls;
+        for (const auto& [name, shown] : texts_) {
+            if (shown == text) {
+                controls.push_back(name);
+            }
+        }
+        return controls;
+    }
+    void forgetTold() { told_.clear(); }
+
+    const std::map<std::string, bool, std::less<>>& enabledStates() const { return enabled_; }
+    const std::vector<Message>& messages() const { return messages_; }
+    const std::vector<std::pair<ControlGroup, bool>>& groups() const { return groups_; }
+    std::size_t questions() const { return questions_.size(); }
+    const Message& question(std::size_t index) const { return questions_.at(index).first; }
+    void answer(std::size_t index, bool yes) { questions_.at(index).second(yes); }
+
+private:
+    template <typename Value>
+    using ByName = std::map<std::string, Value, std::less<>>;
+
+    template <typename Value>
+    static Value valueOr(const ByName<Value>& values, std::string_view name, Value otherwise) {
+        const auto found = values.find(name);
+        return found == values.end() ? otherwise : found->second;
+    }
+    static int total(const ByName<int>& counts) {
+        int sum = 0;
+        for (const auto& [name, count] : counts) {
+            sum += count;
+        }
+        return sum;
+    }
+    static void set(ByName<Handler>& handlers, std::string_view name, Handler handler) {
+        handlers[std::string(name)] = std::move(handler);
+    }
+    static void run(const ByName<Handler>& handlers, std::string_view name) {
+        if (const Handler handler = valueOr(handlers, name, Handler())) {
+            handler();
+        }
+    }
+
+    ByName<std::vector<std::string>> lines_;
+    ByName<std::string> texts_;
+    ByName<bool> ticks_;
+    ByName<bool> enabled_;
+    ByName<int> presses_;
+    ByName<int> changes_;
+    ByName<Handler> pressHandlers_;
+    ByName<Handler> changeHandlers_;
+    ByName<Handler> textChanges_;
+    std::vector<std::pair<std::string, std::string>> told_;
+    std::vector<std::pair<ControlGroup, bool>> groups_;
+    std::vector<Message> messages_;
+    std::vector<std::pair<Message, Answered>> questions_;
+};
+
+} // namespace varda::test

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/runtime_error.h"
+
+#include <optional>
+
+namespace varda::test {
+
+/// The RuntimeError that `call` throws; nothing where it returns.
+template <typename Call>
+std::optional<RuntimeError> raisedBy(Call&& call) {
+    try {
+        call();
+    } catch (const RuntimeError& error) {
+        return error;
+    }
+    return std::nullopt;
+}
+
+/// The number of the RuntimeError that `call` throws; 0 where it returns.
+template <typename Call>
+int numberRaisedBy(Call&& call) {
+    const auto error = raisedBy(call);
+    return error ? error->number() : 0;
+}
+
+} // namespace varda::test
