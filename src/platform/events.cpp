@@ -1,0 +1,145 @@
+#include "platform/events.h"
+
+#include "platform/message_boxes.h"
+#include "platform/runtime_error.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QSignalBlocker>
+
+#include <utility>
+
+namespace varda {
+namespace {
+
+/// Yellow with black text, readable on a dark desktop too.
+void markFocused(QWidget* field) {
+    QPalette palette = field->palette();
+    palette.setColor(QPalette::Base, QColor(255, 255, 0));
+    palette.setColor(QPalette::Text, Qt::black);
+    field->setPalette(palette);
+}
+
+void unmarkFocused(QWidget* field) { field->setPalette(QPalette()); }
+
+bool typesCharacter(const QEvent* event) { return !static_cast<const QKeyEvent*>(event)->text().isEmpty(); }
+
+} // namespace
+
+Events::Events(MessageBoxes& boxes) : boxes_(boxes) {
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget* /*left*/, QWidget* now) { moveFocus(now); });
+}
+
+void Events::guard(const Handler& handler) const {
+    try {
+        handler();
+    } catch (const RuntimeError& error) {
+        report(error);
+    } catch (const std::exception& error) {
+        report(error);
+    }
+}
+
+void Events::report(const RuntimeError& error) const {
+    boxes_.show(
+        QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(QString::fromUtf8(error.what())),
+        QApplication::applicationDisplayName());
+}
+
+void Events::report(const std::exception& error) const {
+    boxes_.show(QString::fromUtf8(error.what()), QApplication::applicationDisplayName());
+}
+
+void Events::run(const QHash<QString, Handler>& handlers, std::string_view name) {
+    const auto found =
+        handlers.constFind(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    Q_ASSERT(found != handlers.constEnd());
+    if (found != handlers.constEnd()) {
+        (*found)();
+    }
+}
+
+void Events::watch(QWidget* field, const Handler& change, Exceptions exceptions) {
+    changes_.insert(field->objectName(), change);
+    watched_.insert(field, {change, exceptions.keyPress ? std::move(exceptions.keyPress) : change,
+                            std::move(exceptions.lostFocus)});
+    field->installEventFilter(this);
+}
+
+void Events::field(QComboBox* list, Handler change, Exceptions exceptions) {
+    connect(list, &QComboBox::editTextChanged, this, [this, change] { guard(change); });
+    connect(list, &QComboBox::activated, this, [this, change] { guard(change); });
+    watch(list, change, std::move(exceptions));
+}
+
+void Events::field(QLineEdit* text, Handler change, Exceptions exceptions) {
+    connect(text, &QLineEdit::textChanged, this, [this, change] { guard(change); });
+    watch(text, change, std::move(exceptions));
+}
+
+void Events::textChange(QLineEdit* text, Handler change) {
+    changes_.insert(text->objectName(), change);
+    connect(text, &QLineEdit::textChanged, this, [this, change = std::move(change)] { guard(change); });
+}
+
+void Events::click(QAbstractButton* button, Handler clicked) {
+    clicks_.insert(button->objectName(), clicked);
+    connect(button, &QAbstractButton::clicked, this,
+            [this, clicked = std::move(clicked)] { guard(clicked); });
+}
+
+void Events::option(QRadioButton* option, Handler chosen) {
+    clicks_.insert(option->objectName(), chosen);
+    connect(option, &QRadioButton::toggled, this, [this, chosen = std::move(chosen)](bool checked) {
+        if (checked) {
+            guard(chosen);
+        }
+    });
+}
+
+void Events::choose(QRadioButton* option) const {
+    {
+        const QSignalBlocker once(option);
+        option->setChecked(true);
+    }
+    clicks_.value(option->objectName())();
+}
+
+void Events::moveFocus(QWidget* now) {
+    // Nothing has the focus while another program is in front, and a list's own entries belong to it.
+    const bool stays =
+        now == nullptr || now == focused_ || (focused_ != nullptr && focused_->isAncestorOf(now));
+    if (stays) {
+        return;
+    }
+    if (QWidget* const left = std::exchange(focused_, nullptr)) {
+        unmarkFocused(left);
+        if (const Handler lostFocus = watched_.value(left).lostFocus) {
+            guard(lostFocus);
+        }
+    }
+    if (watched_.contains(now)) {
+        focused_ = now;
+        markFocused(now);
+    }
+}
+
+bool Events::eventFilter(QObject* watched, QEvent* event) {
+    const auto found = watched_.constFind(watched);
+    if (found == watched_.constEnd()) {
+        return QObject::eventFilter(watched, event);
+    }
+    const Watched handlers = *found;
+    if (event->type() == QEvent::KeyPress && typesCharacter(event)) {
+        guard(handlers.keyPress);
+    } else if (event->type() == QEvent::MouseButtonRelease && qobject_cast<QLineEdit*>(watched) != nullptr) {
+        guard(handlers.click);
+    }
+    return false;
+}
+
+} // namespace varda

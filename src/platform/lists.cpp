@@ -1,0 +1,60 @@
+#include "platform/lists.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QEvent>
+#include <QListView>
+#include <QSignalBlocker>
+#include <QStringList>
+
+namespace varda {
+namespace {
+
+/// Leaves the wheel to the window while the list has no focus.
+class WheelGuard : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* const list = qobject_cast<QComboBox*>(watched);
+        if (event->type() == QEvent::Wheel && list != nullptr && !list->hasFocus()) {
+            event->ignore();
+            return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+void fillList(QComboBox* list, const std::vector<std::string>& texts) {
+    const QSignalBlocker silent(list);
+    QStringList entries;
+    entries.reserve(static_cast<qsizetype>(texts.size()));
+    for (const std::string& text : texts) {
+        entries.append(QString::fromStdString(text));
+    }
+    list->clear();
+    list->addItems(entries);
+    list->setCurrentIndex(-1);
+    list->clearEditText();
+}
+
+void fillList(QComboBox* list, const std::vector<std::string>& texts, const std::string& startValue) {
+    fillList(list, texts);
+    const QString start = QString::fromStdString(startValue);
+    list->setCurrentIndex(list->findText(start, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+    list->setEditText(start);
+}
+
+void keepTypedText(QComboBox* list) {
+    list->setInsertPolicy(QComboBox::NoInsert);
+    list->setCompleter(nullptr);
+    list->setFocusPolicy(Qt::StrongFocus);
+    list->installEventFilter(new WheelGuard(list));
+    if (auto* const view = qobject_cast<QListView*>(list->view())) {
+        view->setUniformItemSizes(true); // lists of 2048 numbers open at once
+    }
+}
+
+} // namespace varda

@@ -1,0 +1,41 @@
+#include "platform/serial_node.h"
+
+#include "platform/blanks.h"
+
+#include <charconv>
+
+namespace varda {
+namespace {
+
+#ifdef __linux__
+/// The number n of a name "COMn"; 0 for every other name.
+int comNumber(std::string_view name) {
+    constexpr std::string_view prefix = "COM";
+    if (!name.starts_with(prefix)) {
+        return 0;
+    }
+    const auto digits = name.substr(prefix.size());
+    int number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const bool isWhole = error == std::errc{} && end == digits.data() + digits.size();
+    return isWhole && number > 0 ? number : 0;
+}
+
+std::string nodeOfName(std::string_view name) {
+    if (name.empty() || name.find('/') != std::string_view::npos) {
+        return std::string(name);
+    }
+    if (const int number = comNumber(name); number > 0) {
+        return "/dev/ttyS" + std::to_string(number - 1);
+    }
+    return "/dev/" + std::string(name);
+}
+#else
+std::string nodeOfName(std::string_view name) { return std::string(name); }
+#endif
+
+} // namespace
+
+std::string deviceNode(std::string_view name) { return nodeOfName(withoutBlanksAround(name)); }
+
+} // namespace varda

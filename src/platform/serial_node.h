@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace varda {
+
+/// The device node that the name of a port stands for; blanks around the name do not count.
+///
+/// On Linux "COM" and a number n from 1 on means "/dev/ttyS" and n - 1, a name with a slash is a path as it
+/// stands, any other name is a node in "/dev". Elsewhere every name stands as it is.
+/// @return the node, whether or not it exists; empty for an empty name
+std::string deviceNode(std::string_view name);
+
+} // namespace varda

@@ -1,0 +1,325 @@
+#include "platform/device_line.h"
+
+#include "platform/mscomm.h"
+#include "support/event_loop.h"
+#include "support/pseudo_terminal.h"
+#include "support/raises.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <numeric>
+
+namespace varda {
+namespace {
+
+using namespace std::chrono_literals;
+using test::numberRaisedBy;
+using test::PseudoTerminal;
+using test::runFor;
+using test::runUntil;
+
+/// The serial control on a pseudo-terminal.
+class DeviceLineTest : public testing::Test {
+protected:
+    DeviceLineTest() {
+        comm.setCommPort(terminal.path());
+        comm.setEventHandler([this](CommEvent event, const std::string& reason) {
+            events.push_back(event);
+            reasons.push_back(reason);
+            if (event == CommEvent::Received && readsAtOnce) {
+                const Bytes bytes = comm.read();
+                received.insert(received.end(), bytes.begin(), bytes.end());
+            }
+        });
+        comm.open();
+    }
+
+    Bytes receivedAtFarEnd(std::size_t count) {
+        Bytes bytes;
+        runUntil([&] {
+            const Bytes more = terminal.readAvailable();
+            bytes.insert(bytes.end(), more.begin(), more.end());
+            return bytes.size() >= count;
+        });
+        return bytes;
+    }
+
+    /// Waits until bytes have come through to the driver of the near end, with no event loop that could fetch
+    /// them.
+    bool reachTheDriver(int count) const {
+        const auto end = std::chrono::steady_clock::now() + 1s;
+        int waiting = 0;
+        while (waiting < count && std::chrono::steady_clock::now() < end) {
+            ::ioctl(terminal.nearEnd(), FIONREAD, &waiting);
+        }
+        return waiting == count;
+    }
+
+    int hangUps() const {
+        return static_cast<int>(std::count(events.begin(), events.end(), CommEvent::HungUp));
+    }
+
+    PseudoTerminal terminal;
+    MSComm comm{[](const std::string& name) { return std::make_unique<DeviceLine>(name); }};
+    bool readsAtOnce = true;
+    std::vector<CommEvent> events;
+    std::vector<std::string> reasons;
+    Bytes received;
+};
+
+Bytes allByteValues() {
+    Bytes bytes(256);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+    return bytes;
+}
+
+TEST_F(DeviceLineTest, RaisesNothingOnOpeningAndClosing) {
+    runFor(20ms);
+    comm.close();
+    runFor(20ms);
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(DeviceLineTest, ReceivesEveryByteValueUnchanged) {
+    terminal.write(allByteValues());
+    runUntil([this] { return received.size() >= 256; });
+    EXPECT_EQ(received, allByteValues());
+}
+
+TEST_F(DeviceLineTest, SendsEveryByteValueUnchanged) {
+    comm.write(allByteValues());
+    EXPECT_EQ(receivedAtFarEnd(256), allByteValues());
+}
+
+TEST_F(DeviceLineTest, ReceivesALongAnswerInOneBurst) {
+    Bytes answer(518);
+    std::iota(answer.begin(), answer.end(), std::uint8_t{0});
+    readsAtOnce = false;
+    terminal.write(answer);
+    ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() == 518; }));
+    EXPECT_EQ(comm.read(), answer);
+    EXPECT_EQ(comm.inBufferCount(), 0U);
+}
+
+TEST_F(DeviceLineTest, HoldsAnyNumberOfUnreadBytes) {
+    readsAtOnce = false;
+    const Bytes part(1024, 0x55);
+    for (int count = 1; count <= 200; ++count) {
+        terminal.write(part);
+        const auto total = part.size() * static_cast<std::size_t>(count);
+        ASSERT_TRUE(runUntil([&] { return comm.inBufferCount() == total; }));
+    }
+}
+
+TEST_F(DeviceLineTest, RaisesReceivedAgainWhenMoreBytesFollowUnreadOnes) {
+    readsAtOnce = false;
+    terminal.write({1});
+    ASSERT_TRUE(runUntil([this] { return events.size() == 1; }));
+    terminal.write({2});
+    ASSERT_TRUE(runUntil([this] { return events.size() == 2; }));
+    EXPECT_EQ(comm.read(), (Bytes{1, 2}));
+}
+
+TEST_F(DeviceLineTest, SendsAnyNumberOfBytesToASlowReaderWithoutWaiting) {
+    const Bytes bytes(300000, 0x33);
+    const auto before = std::chrono::steady_clock::now();
+    comm.write(bytes);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 1s) << "no far end has read a byte yet";
+    EXPECT_EQ(receivedAtFarEnd(bytes.size()).size(), bytes.size());
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(DeviceLineTest, DiscardsUnreadBytes) {
+    readsAtOnce = false;
+    terminal.write({1, 2, 3});
+    ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() == 3; }));
+    comm.discard();
+    EXPECT_EQ(comm.inBufferCount(), 0U);
+    terminal.write({4});
+    ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() > 0; }));
+    EXPECT_EQ(comm.read(), Bytes{4});
+}
+
+TEST_F(DeviceLineTest, DiscardsBytesThatStillWaitInTheDriver) {
+    terminal.write({1, 2, 3});
+    ASSERT_TRUE(reachTheDriver(3));
+    comm.discard();
+    comm.discard();
+    runFor(20ms);
+    EXPECT_TRUE(events.empty());
+    terminal.write({4});
+    ASSERT_TRUE(runUntil([this] { return !received.empty(); }));
+    EXPECT_EQ(received, Bytes{4});
+}
+
+TEST_F(DeviceLineTest, DiscardKeepsWhatArrivesAfterIt) {
+    terminal.write({1, 2, 3});
+    ASSERT_TRUE(reachTheDriver(3));
+    comm.discard();
+    terminal.write({4, 5});
+    ASSERT_TRUE(runUntil([this] { return received.size() >= 2; }));
+    EXPECT_EQ(received, (Bytes{4, 5}));
+    EXPECT_EQ(events.size(), 1U);
+}
+
+TEST_F(DeviceLineTest, ForgetsADiscardWhenItIsClosed) {
+    terminal.write({1, 2, 3});
+    ASSERT_TRUE(reachTheDriver(3));
+    comm.close();
+    DeviceLine line(terminal.path());
+    line.open({});
+    terminal.write({4, 5, 6});
+    ASSERT_TRUE(reachTheDriver(3));
+    line.discard();
+    line.close();
+    line.open({});
+    terminal.write({7});
+    ASSERT_TRUE(runUntil([&line] { return line.inBufferCount() > 0; }));
+    EXPECT_EQ(line.read(), Bytes{7});
+}
+
+TEST_F(DeviceLineTest, DropsWhatCameWhileItWasClosed) {
+    comm.close();
+    terminal.write({1, 2, 3});
+    ASSERT_TRUE(reachTheDriver(3));
+    comm.open();
+    terminal.write({4});
+    ASSERT_TRUE(runUntil([this] { return !received.empty(); }));
+    EXPECT_EQ(received, Bytes{4});
+}
+
+/// kept: flushing the driver here made the port take the flushed bytes for a hang-up
+TEST_F(DeviceLineTest, DiscardWhileBytesArriveIsNoHangUp) {
+    for (int round = 0; round < 50; ++round) {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [this] { comm.discard(); }, Qt::QueuedConnection);
+        terminal.write({1, 2, 3});
+        runFor(1ms);
+    }
+    EXPECT_EQ(hangUps(), 0);
+    EXPECT_TRUE(comm.isOpen());
+}
+
+TEST_F(DeviceLineTest, ClosesInsideItsReceiveEvent) {
+    comm.setEventHandler([this](CommEvent event, const std::string& reason) {
+        events.push_back(event);
+        reasons.push_back(reason);
+        comm.close();
+    });
+    terminal.write({1});
+    ASSERT_TRUE(runUntil([this] { return !comm.isOpen(); }));
+    runFor(20ms);
+    EXPECT_EQ(events, std::vector<CommEvent>{CommEvent::Received});
+}
+
+TEST_F(DeviceLineTest, DeliversBytesThatArrivedBeforeAHangUp) {
+    readsAtOnce = false;
+    terminal.write({1, 2, 3});
+    ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() == 3; }));
+    terminal.closeFarEnd();
+    ASSERT_TRUE(runUntil([this] { return hangUps() > 0; }));
+    EXPECT_EQ(events, (std::vector<CommEvent>{CommEvent::Received, CommEvent::HungUp}));
+}
+
+TEST_F(DeviceLineTest, TellsOnAHangUpWhichPortWentAway) {
+    terminal.closeFarEnd();
+    ASSERT_TRUE(runUntil([this] { return hangUps() > 0; }));
+    EXPECT_EQ(reasons.back(), terminal.path() + " went away: it was unplugged, or its far end was closed.");
+}
+
+TEST_F(DeviceLineTest, RaisesNotOpenForReadAndWriteAfterAHangUp) {
+    terminal.closeFarEnd();
+    ASSERT_TRUE(runUntil([this] { return hangUps() > 0; }));
+    EXPECT_EQ(numberRaisedBy([this] { comm.write({1}); }), 8012);
+    EXPECT_EQ(numberRaisedBy([this] { comm.read(); }), 8012);
+    EXPECT_EQ(comm.inBufferCount(), 0U);
+}
+
+TEST_F(DeviceLineTest, CanBeClosedBeforeItHasNoticedAHangUp) {
+    terminal.closeFarEnd();
+    comm.discard();
+    comm.write({1});
+    comm.close();
+    runFor(20ms);
+    EXPECT_TRUE(events.empty());
+}
+
+TEST(DeviceLine, RefusesToSendWhileClosed) {
+    DeviceLine line("/dev/null");
+    EXPECT_EQ(numberRaisedBy([&line] { line.write({1}); }), 8020);
+}
+
+enum class Situation { Idle, WithUnreadBytes, WhileSending };
+
+class DeviceLineHangUp : public DeviceLineTest, public testing::WithParamInterface<Situation> {
+protected:
+    void bringAbout(Situation situation) {
+        readsAtOnce = false;
+        if (situation == Situation::WithUnreadBytes) {
+            terminal.write({1, 2, 3});
+            ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() == 3; }));
+        }
+        if (situation == Situation::WhileSending) {
+            comm.write(Bytes(300000, 0x33));
+            ASSERT_FALSE(receivedAtFarEnd(1).empty());
+        }
+    }
+};
+
+double processorSeconds() {
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+TEST_P(DeviceLineHangUp, IsRaisedOnceWithThePortClosedAndCostsNoProcessorTime) {
+    bringAbout(GetParam());
+    terminal.closeFarEnd();
+    const double before = processorSeconds();
+    runFor(3s);
+    EXPECT_LT(processorSeconds() - before, 1.0);
+    EXPECT_EQ(hangUps(), 1);
+    EXPECT_EQ(events.back(), CommEvent::HungUp);
+    EXPECT_FALSE(comm.isOpen());
+}
+
+TEST_P(DeviceLineHangUp, LeavesAPortThatOpensAgain) {
+    bringAbout(GetParam());
+    terminal.closeFarEnd();
+    ASSERT_TRUE(runUntil([this] { return hangUps() == 1; }));
+    const PseudoTerminal next;
+    comm.setCommPort(next.path());
+    comm.open();
+    readsAtOnce = true;
+    next.write({7});
+    ASSERT_TRUE(runUntil([this] { return !received.empty(); }));
+    EXPECT_EQ(received, Bytes{7});
+}
+
+std::string nameOf(const testing::TestParamInfo<Situation>& situation) {
+    switch (situation.param) {
+    case Situation::Idle:
+        return "Idle";
+    case Situation::WithUnreadBytes:
+        return "WithUnreadBytes";
+    case Situation::WhileSending:
+        return "WhileSending";
+    }
+    return {};
+}
+
+INSTANTIATE_TEST_SUITE_P(InEverySituation, DeviceLineHangUp,
+                         testing::Values(Situation::Idle, Situation::WithUnreadBytes,
+                                         Situation::WhileSending),
+                         nameOf);
+
+} // namespace
+} // namespace varda

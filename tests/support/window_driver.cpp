@@ -1,0 +1,77 @@
+#include "support/window_driver.h"
+
+#include "shell/lines.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QMessageBox>
+#include <QTest>
+
+namespace varda::test {
+
+WindowDriver::WindowDriver()
+    : window_(clock_, lineFactory(clock_, controller_),
+              [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); }) {
+    QApplication::setApplicationDisplayName(QStringLiteral("VR-Series PLC Test & Simulator"));
+    window_.resize(1024, 768);
+    window_.show();
+    QApplication::setActiveWindow(&window_);
+}
+
+void WindowDriver::click(const char* name) {
+    auto* const button = find<QAbstractButton>(name);
+    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(10, button->height() / 2));
+}
+
+void WindowDriver::choose(const char* list, const std::string& entry) {
+    auto* const box = find<QComboBox>(list);
+    const int index = box->findText(QString::fromStdString(entry), Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index < 0) {
+        throw std::runtime_error(std::string(list) + " does not offer " + entry);
+    }
+    box->setFocus();
+    box->showPopup();
+    box->view()->setCurrentIndex(box->model()->index(index, box->modelColumn()));
+    QTest::keyClick(box->view(), Qt::Key_Return);
+}
+
+void WindowDriver::type(const char* field, const std::string& text) {
+    auto* const control = find(field);
+    control->setFocus();
+    QTest::keyClick(control, Qt::Key_A, Qt::ControlModifier);
+    if (text.empty()) {
+        QTest::keyClick(control, Qt::Key_Delete);
+    }
+    QTest::keyClicks(control, QString::fromStdString(text));
+}
+
+QMessageBox* WindowDriver::box() {
+    for (auto* const shown : window_.findChildren<QMessageBox*>()) {
+        if (shown->isVisible()) {
+            return shown;
+        }
+    }
+    return nullptr;
+}
+
+std::string WindowDriver::boxText() { return box() != nullptr ? box()->text().toStdString() : std::string(); }
+
+std::string WindowDriver::boxTitle() {
+    return box() != nullptr ? box()->windowTitle().toStdString() : std::string();
+}
+
+void WindowDriver::closeBox() {
+    if (QMessageBox* const shown = box()) {
+        QTest::keyClick(shown, Qt::Key_Return);
+    }
+}
+
+void WindowDriver::openPort(const std::string& name) {
+    type("cbPort", name);
+    click("cmdCommTest");
+    click("cmdPortOpen");
+}
+
+} // namespace varda::test

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/timers.h"
+#include "shell/frmVarda.h"
+#include "virtual/controller.h"
+
+#include <QString>
+#include <QWidget>
+
+#include <random>
+#include <stdexcept>
+#include <string>
+
+class QComboBox;
+class QMessageBox;
+
+namespace varda::test {
+
+/// A main window on the screen, and the hands of a user on it: everything goes through real clicks and keys
+/// on controls that are found by their names.
+class WindowDriver {
+public:
+    WindowDriver();
+
+    FrmVarda& window() { return window_; }
+    Controller& controller() { return controller_; }
+    LinkState& link() { return window_.linkState(); }
+
+    /// The control of that name. @throws std::runtime_error where there is none of that class
+    template <typename Control = QWidget>
+    Control* find(const char* name) {
+        auto* const control = window_.findChild<Control*>(QString::fromLatin1(name));
+        if (control == nullptr) {
+            throw std::runtime_error(std::string("no such control: ") + name);
+        }
+        return control;
+    }
+
+    /// What a control shows: its text, caption or list text.
+    std::string text(const char* name) { return window_.form().text(name); }
+    bool isEnabled(const char* name) { return find(name)->isEnabled(); }
+
+    /// Clicks a button, box or option, or the tab of a mode.
+    void click(const char* name);
+    /// Opens a list and chooses the entry of that text with the keyboard. @throws std::runtime_error where it
+    /// is not offered
+    void choose(const char* list, const std::string& entry);
+    /// Puts the focus on a field, selects all and types over it, key by key.
+    void type(const char* field, const std::string& text);
+
+    /// Sets a field's text at once, as pasting does; typing goes key by key.
+    void paste(const char* field, const std::string& text) { window_.form().setText(field, text); }
+
+    /// The message box on the screen, or nullptr.
+    QMessageBox* box();
+    /// Text of the message box on the screen; empty where there is none.
+    std::string boxText();
+    std::string boxTitle();
+    /// Closes the box with its default button.
+    void closeBox();
+
+    /// Tests and opens a port by its name, as a user does.
+    void openPort(const std::string& name);
+
+private:
+    QtClock clock_;
+    Controller controller_;
+    std::mt19937 generator_{20261121};
+    FrmVarda window_;
+};
+
+} // namespace varda::test

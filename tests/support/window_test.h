@@ -1,0 +1,41 @@
+#pragma once
+
+#include "support/event_loop.h"
+#include "support/pseudo_terminal.h"
+#include "support/window_driver.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace varda::test {
+
+/// A window, and a line of which the test holds the far end.
+class WindowTest : public testing::Test {
+protected:
+    void openLine() { driver.openPort(line.path()); }
+
+    void paste(const char* field, const std::string& text) { driver.paste(field, text); }
+
+    std::string text(const char* control) { return driver.text(control); }
+
+    bool showsSoon(const char* control, const std::string& expected) {
+        return runUntil([&] { return text(control) == expected; });
+    }
+
+    /// The bytes that reach the far end, the event loop running meanwhile.
+    Bytes sent(std::size_t count) {
+        Bytes bytes;
+        runUntil([&] {
+            const Bytes more = line.readAvailable();
+            bytes.insert(bytes.end(), more.begin(), more.end());
+            return bytes.size() >= count;
+        });
+        return bytes;
+    }
+
+    WindowDriver driver;
+    PseudoTerminal line;
+};
+
+} // namespace varda::test
