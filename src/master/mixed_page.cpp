@@ -1,0 +1,129 @@
+#include "master/mixed_page.h"
+
+#include "link/form.h"
+#include "link/frame_image.h"
+#include "link/point_list.h"
+#include "link/serial_link.h"
+#include "platform/conversion.h"
+#include "platform/events.h"
+#include "platform/runtime_error.h"
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QPushButton>
+
+namespace varda {
+
+MixedPage::MixedPage(const PageContext& context, std::uint8_t code, QWidget* parent)
+    : MasterPage(context, code, parent) {}
+
+void MixedPage::adopt(const Controls& controls, const ListControls& lists) {
+    MasterPage::adopt(controls);
+    lists_ = lists;
+    register_ = std::make_unique<RegisterFields>(lists.registerKind, lists.registerNumber, lists.registerBit,
+                                                 lists.bitPoint, lists.count);
+    bindLists();
+}
+
+void MixedPage::bindLists() {
+    Events& events = context().events;
+    events.field(lists_.registerKind, [this] { register_->offerNumbers(); });
+    events.field(lists_.registerNumber, [] {}); // a number is read when the point is added
+    events.field(lists_.registerBit, [this] { bitChosen(); });
+    if (lists_.count != nullptr) {
+        events.field(lists_.count, [this] { countChosen(); });
+    }
+    events.click(lists_.add, [this] { addLine(); });
+    events.click(lists_.remove, [this] { removeLine(); });
+    connect(lists_.points, &QListWidget::currentRowChanged, this, [this] { lineChosen(); });
+    connect(lists_.points, &QListWidget::itemClicked, this, [this] { lineChosen(); });
+}
+
+void MixedPage::prepareMode() {
+    stopRepeating();
+    chooseBitOption();
+    register_->offerBits();
+    lists_.add->setEnabled(true);
+    lists_.remove->setEnabled(true);
+    image().set(offset::length, 0);
+}
+
+void MixedPage::offer(Access access, int countLimit) { register_->offer(access, countLimit); }
+
+std::string MixedPage::fieldText(const QComboBox* list) const { return list->currentText().toStdString(); }
+
+StationTexts MixedPage::stationTexts() const {
+    return {stationText(offset::destination), stationText(offset::source)};
+}
+
+void MixedPage::bitChosen() {
+    if (!register_->hasKind() || !register_->hasNumber()) {
+        lists_.registerBit->clearEditText();
+    }
+}
+
+void MixedPage::countChosen() {
+    try {
+        toInteger(fieldText(lists_.count));
+    } catch (const RuntimeError&) {
+        lists_.count->clearEditText();
+    }
+}
+
+std::vector<std::string> MixedPage::pointLines() const {
+    std::vector<std::string> lines;
+    for (int row = 0; row < lists_.points->count(); ++row) {
+        lines.push_back(lists_.points->item(row)->text().toStdString());
+    }
+    return lines;
+}
+
+bool MixedPage::pointIsNamed() const {
+    const bool counted = lists_.count == nullptr || !fieldText(lists_.count).empty();
+    const bool bitNamed = access() == Access::Word || register_->hasBit();
+    return register_->hasKind() && register_->hasNumber() && bitNamed && counted;
+}
+
+void MixedPage::addLine() {
+    if (!pointIsNamed()) {
+        return;
+    }
+    const std::string line = newLine();
+    // kept: the new line's own size is not part of the test
+    if (listLength(pointLines()) < fullPointList) {
+        lists_.points->addItem(QString::fromStdString(line));
+    }
+}
+
+void MixedPage::removeLine() {
+    const QListWidgetItem* const chosen = lists_.points->currentItem();
+    if (chosen != nullptr && !chosen->text().isEmpty()) {
+        delete lists_.points->takeItem(lists_.points->currentRow());
+    }
+    lists_.remove->setEnabled(false);
+}
+
+void MixedPage::lineChosen() {
+    const QListWidgetItem* const chosen = lists_.points->currentItem();
+    if (chosen != nullptr && !chosen->text().isEmpty()) {
+        lists_.remove->setEnabled(true);
+    }
+}
+
+void MixedPage::buildAndSend() {
+    const std::vector<std::string> lines = pointLines();
+    lists_.points->setCurrentRow(lists_.points->count() -
+                                 1); // each line is visited in turn, the last stays selected
+    makeBody(lines);
+    makeRequest();
+    clearAnswer();
+    const int expected = answerLength(lines);
+    if (context().link.startRequest(route())) {
+        const auto code = static_cast<std::uint8_t>(route().bitMode);
+        context().link.SendRequest(mixedWire(context().images, code), expected);
+    }
+}
+
+void MixedPage::switchOnAfterSend() { context().form.SetScenarioButtons(true); }
+
+} // namespace varda

@@ -1,0 +1,62 @@
+#include "master/register_fields.h"
+
+#include "platform/conversion.h"
+#include "platform/lists.h"
+
+#include <QComboBox>
+
+namespace varda {
+namespace {
+
+int typedNumber(const QComboBox* list) { return toInteger(list->currentText().toStdString()); }
+
+} // namespace
+
+RegisterFields::RegisterFields(QComboBox* kind, QComboBox* number, QComboBox* bit, QWidget* point,
+                               QComboBox* count)
+    : kind_(kind), number_(number), bit_(bit), point_(point), count_(count) {
+    for (QWidget* const onlyForBits : {static_cast<QWidget*>(bit), point}) {
+        QSizePolicy policy = onlyForBits->sizePolicy();
+        policy.setRetainSizeWhenHidden(true); // else the fields beside it would jump
+        onlyForBits->setSizePolicy(policy);
+    }
+    for (QComboBox* const list : {kind, number, bit, count}) {
+        if (list != nullptr) {
+            keepTypedText(list);
+        }
+    }
+}
+
+void RegisterFields::offer(Access access, int countLimit) {
+    fillList(kind_, kindListTexts(access));
+    if (count_ != nullptr) {
+        fillList(count_, countListTexts(countLimit));
+    }
+    point_->setVisible(access == Access::Bit);
+    bit_->setVisible(access == Access::Bit);
+    offerNumbers();
+}
+
+void RegisterFields::offerNumbers() {
+    const std::vector<std::string> numbers = numberListTexts(kindText());
+    fillList(number_, numbers);
+    fillList(bit_, numbers.empty() ? std::vector<std::string>() : bitListTexts());
+}
+
+void RegisterFields::offerBits() { fillList(bit_, bitListTexts()); }
+
+std::string RegisterFields::kindText() const { return kind_->currentText().toStdString(); }
+
+bool RegisterFields::hasKind() const { return !kind_->currentText().isEmpty(); }
+
+bool RegisterFields::hasNumber() const { return !number_->currentText().isEmpty(); }
+
+bool RegisterFields::hasBit() const { return !bit_->currentText().isEmpty(); }
+
+int RegisterFields::number() const { return typedNumber(number_); }
+
+int RegisterFields::wordAddress(Access access) const { return registerAddress(access, kindText(), number()); }
+
+int RegisterFields::bitNumber() const { return typedNumber(bit_); }
+
+} // namespace varda

@@ -1,0 +1,273 @@
+#include "master/write_page.h"
+
+#include "link/form.h"
+#include "link/frame_image.h"
+#include "link/hex_text.h"
+#include "link/serial_link.h"
+#include "link/single_requests.h"
+#include "master/frmWriteWord.h"
+#include "master/write_grid.h"
+#include "platform/conversion.h"
+#include "platform/events.h"
+#include "platform/runtime_error.h"
+#include "ui_write_page.h"
+
+#include <utility>
+
+namespace varda {
+namespace {
+
+constexpr int noCount = -1;
+constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
+
+std::unique_ptr<Ui::WritePage> makeForm(QWidget* page) {
+    auto form = std::make_unique<Ui::WritePage>();
+    form->setupUi(page);
+    return form;
+}
+
+bool isOffered(Access access, int count) {
+    return count == 256 || (count >= 0 && count <= writeLimit(access));
+}
+
+} // namespace
+
+WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
+    : MasterPage(context, command::bitWrite, parent),
+      ui_(makeForm(this)),
+      register_(ui_->cbWRegister, ui_->cbWRegAddress, ui_->cbWRegBit, ui_->lblWBitPoint, ui_->cbWLength),
+      grid_(
+          new WriteGrid(ui_->gridWriteData,
+                        [this](int position) { this->context().events.guard([&] { editCell(position); }); })),
+      random_(std::move(random)) {
+    adopt({ui_->optWrite_0, ui_->optWrite_1, ui_->txtWDDA, ui_->txtWDSA, ui_->txtWriteTimerValue,
+           ui_->chkWTimer, ui_->cmdWDSend, ui_->txtSendWData, ui_->txtReceiveWData});
+    Events& events = context.events;
+    // kept: a key typed into the kind list re-runs the count's handler
+    events.field(ui_->cbWRegister, [this] { cbWRegister_Change(); },
+                 {.keyPress = [this] { cbWLength_Change(); }, .lostFocus = {}});
+    events.field(ui_->cbWRegAddress, [this] { cbWRegAddress_Change(); });
+    events.field(ui_->cbWRegBit, [this] { cbWRegBit_Change(); });
+    events.field(ui_->cbWLength, [this] { cbWLength_Change(); });
+    events.click(ui_->chkCounter, [this] { chooseDataMode(ui_->chkCounter, ui_->chkRandomWrite); });
+    events.click(ui_->chkRandomWrite, [this] { chooseDataMode(ui_->chkRandomWrite, ui_->chkCounter); });
+}
+
+WritePage::~WritePage() = default;
+
+void WritePage::enterMode() {
+    stopRepeating();
+    chooseBitOption();
+    ui_->cmdWDSend->setEnabled(context().link.port().isOpen());
+}
+
+void WritePage::optionChosen(Access access) {
+    context().link.state().CommMode = access == Access::Bit ? route().bitMode : route().wordMode;
+    register_.offer(access, writeLimit(access));
+    context().images.write.clearBytes(0, 50);
+    ui_->chkCounter->setEnabled(access == Access::Word);
+    ui_->chkRandomWrite->setEnabled(access == Access::Word);
+    context().images.write.reset(offset::length, 1023);
+    grid_->showColumnHeadings(access);
+    grid_->emptyCells();
+    takeStations();
+}
+
+void WritePage::makeFormat() {
+    if (ui_->cbWLength->currentText().isEmpty()) {
+        ui_->cbWLength->setEditText(QStringLiteral("1"));
+    }
+    MakeWriteFormat(context().images, access(), count());
+}
+
+std::string WritePage::displayString() { return DisplayWString(context().images); }
+
+int WritePage::count() const {
+    try {
+        return toInteger(ui_->cbWLength->currentText().toStdString());
+    } catch (const RuntimeError&) {
+        return noCount;
+    }
+}
+
+int WritePage::bit() const { return register_.bitNumber(); }
+
+void WritePage::cbWRegister_Change() {
+    clearRequest();
+    register_.offerNumbers();
+    layGrid();
+    showRequest();
+}
+
+void WritePage::cbWRegAddress_Change() {
+    clearRequest();
+    if (!register_.hasKind()) {
+        return;
+    }
+    if (register_.hasNumber()) {
+        const int word = register_.wordAddress(access());
+        if (access() == Access::Word) {
+            writeAddress(wordAddressText(word));
+        }
+    }
+    register_.offerBits();
+    layGrid();
+    showRequest();
+}
+
+void WritePage::cbWRegBit_Change() {
+    clearRequest();
+    if (!register_.hasKind() || !register_.hasNumber()) {
+        ui_->cbWRegBit->clearEditText();
+        return;
+    }
+    if (access() == Access::Bit && register_.hasBit()) {
+        writeAddress(bitAddressText(register_.wordAddress(Access::Bit), bit()));
+        layGrid();
+    }
+    showRequest();
+}
+
+void WritePage::cbWLength_Change() {
+    clearRequest();
+    int typed = 0;
+    try {
+        typed = toInteger(ui_->cbWLength->currentText().toStdString());
+    } catch (const RuntimeError&) {
+        ui_->cbWLength->clearEditText();
+        return;
+    }
+    setWriteCount(context().images, access(), typed);
+    if (isOffered(access(), typed)) {
+        grid_->emptyCells();
+        layGrid();
+    }
+    makeRequest();
+}
+
+void WritePage::layGrid() {
+    const bool chosen = register_.hasKind() && register_.hasNumber();
+    if (chosen && !register_.hasBit()) {
+        ui_->cbWRegBit->setEditText(QStringLiteral("1")); // kept: the row rule needs a bit, in word mode too
+    }
+    const int number = chosen ? register_.number() : 0;
+    const int typed = count();
+    int rows = grid_->cells() / WriteGrid::columns;
+    if (ui_->cbWLength->currentText() == QLatin1String("0")) {
+        rows = countOfAllRows;
+    } else if (isOffered(access(), typed)) {
+        rows = ((chosen ? bit() - 1 : 0) + typed) / WriteGrid::columns + 1;
+    }
+    const int step = access() == Access::Bit ? 1 : WriteGrid::columns;
+    grid_->layRows(rows, chosen ? register_.kindText() : std::string(), number, step);
+    if (access() == Access::Bit) {
+        showBits();
+    }
+}
+
+void WritePage::showBits() {
+    grid_->emptyCells();
+    if (!register_.hasBit()) {
+        return;
+    }
+    for (int index = 0; index < count(); ++index) {
+        const auto entry = offset::data + static_cast<std::size_t>(index);
+        if (context().images.write.byte(entry) == 0xFF) {
+            grid_->setText(bit() + index + 1, QStringLiteral("ON"));
+        }
+    }
+}
+
+void WritePage::chooseDataMode(QCheckBox* chosen, QCheckBox* other) {
+    other->setChecked(false);
+    chosen->setChecked(true); // kept: a click on the ticked box leaves it ticked
+}
+
+void WritePage::DisplayWMessage(const std::string& text) { context().form.setText(route().status, text); }
+
+bool WritePage::CheckWriteCell(int position) {
+    const bool bits = access() == Access::Bit;
+    if ((bits && !register_.hasBit()) || !register_.hasNumber() || !register_.hasKind() ||
+        ui_->cbWLength->currentText().isEmpty()) {
+        DisplayWMessage("Fill Register, Address, Length");
+    }
+    // kept: words are counted from the register number, although their data is not
+    const int before = bits ? bit() : register_.number();
+    const bool valid = position > before && position <= before + count();
+    DisplayWMessage(valid ? "" : "Invalid Range !!");
+    return valid;
+}
+
+void WritePage::editCell(int position) {
+    if (!allFilled(context().form, fieldsNeededToSend(route(), context().form)) ||
+        !CheckWriteCell(position)) {
+        return;
+    }
+    if (access() == Access::Bit) {
+        toggleBit(position);
+    } else {
+        openWordDialog(position);
+    }
+}
+
+void WritePage::toggleBit(int position) {
+    const QString shown = grid_->text(position);
+    const auto index = static_cast<std::size_t>(position - 1 - bit());
+    if (shown.isEmpty() || shown == QLatin1String("OFF")) {
+        setWriteBit(context().images, index, true);
+        grid_->setText(position, QStringLiteral("ON"));
+    } else if (shown == QLatin1String("ON")) {
+        setWriteBit(context().images, index, false);
+        grid_->setText(position, QString()); // kept: the cell becomes empty, not "OFF"
+    }
+    makeRequest();
+}
+
+QString WritePage::registerName(int position) const {
+    const RegisterKind* const kind = findRegisterKind(register_.kindText());
+    const int number = register_.number() + position - 1;
+    return QString::fromStdString(register_.kindText() + " " +
+                                  decimal(number, kind != nullptr ? kind->listWidth : 1));
+}
+
+void WritePage::openWordDialog(int position) {
+    auto* const dialog = new FrmWriteWord(context().events, registerName(position), grid_->text(position),
+                                          grid_->isHexadecimal(position), this);
+    connect(dialog, &FrmWriteWord::outOfRange, this, [this, position] {
+        DisplayWMessage("Rage Over (0 to 65535)");
+        grid_->setText(position, QString());
+    });
+    connect(dialog, &FrmWriteWord::valueAccepted, this,
+            [this, position](int value, const QString& text, bool hexadecimal) {
+                context().events.guard([&] { storeWord(position, value, text, hexadecimal); });
+            });
+    dialog->open();
+}
+
+void WritePage::storeWord(int position, int value, const QString& text, bool hexadecimal) {
+    // kept: the register number is not subtracted, so above number 0 values land further on in the frame
+    setWriteWord(context().images, static_cast<std::size_t>(position - 1), value);
+    grid_->setText(position, text);
+    grid_->setHexadecimal(position, hexadecimal);
+    makeRequest();
+}
+
+void WritePage::fillData() {
+    if (ui_->chkRandomWrite->isChecked()) {
+        fillRandomWords(context().images, random_);
+        makeRequest();
+    } // kept: the counter fill is an empty operation, the data goes out unchanged
+}
+
+void WritePage::buildAndSend() {
+    if (!context().link.startRequest(route())) {
+        return;
+    }
+    clearAnswer();
+    fillData();
+    context().link.SendRequest(writeWire(context().images), writeAnswerLength);
+}
+
+void WritePage::switchOnAfterSend() { context().form.EnableWriteControls(true); }
+
+} // namespace varda

@@ -1,0 +1,179 @@
+#include "shell/frmVarda.h"
+
+#include "link/registers.h"
+#include "master/mixed_read_page.h"
+#include "master/mixed_write_page.h"
+#include "master/read_page.h"
+#include "master/write_page.h"
+#include "platform/lists.h"
+#include "shell/look.h"
+#include "shell/modes.h"
+#include "shell/port_box.h"
+#include "ui_frmVarda.h"
+#include "ui_monitor_page.h"
+#include "ui_scenario_panel.h"
+#include "ui_simulation_page.h"
+
+#include <QCloseEvent>
+
+namespace varda {
+namespace {
+
+constexpr int startInterval = 500;
+
+std::unique_ptr<Ui::FrmVarda> makeForm(QMainWindow* window) {
+    auto form = std::make_unique<Ui::FrmVarda>();
+    form->setupUi(window);
+    return form;
+}
+
+std::vector<std::string> portListTexts() {
+    std::vector<std::string> texts;
+    for (int number = 1; number <= 20; ++number) {
+        texts.push_back("COM" + std::to_string(number));
+    }
+    return texts;
+}
+
+/// A page whose controls stand there but have no behaviour yet.
+template <typename PageForm>
+QWidget* inertPage(QWidget* parent) {
+    auto* const page = new QWidget(parent);
+    PageForm().setupUi(page);
+    for (QComboBox* const list : page->findChildren<QComboBox*>()) {
+        keepTypedText(list);
+    }
+    return page;
+}
+
+} // namespace
+
+FrmVarda::FrmVarda(Clock& clock, const MSComm::LineFactory& makeLine, std::function<double()> random,
+                   QWidget* parent)
+    : QMainWindow(parent),
+      ui_(makeForm(this)),
+      commPLC_(makeLine),
+      commTest_(makeLine),
+      tmrComm_([this] { events_.guard([this] { link_.tmrComm_Timer(); }); }),
+      tmrScenario_([] {}),
+      link_(commPLC_, clock, form_),
+      linkPort_(commTest_, link_, tmrComm_, form_) {
+    addPages(std::move(random));
+    form_.collectControls(*this);
+    bind();
+    Form_Load();
+}
+
+FrmVarda::~FrmVarda() = default;
+
+void FrmVarda::addPages(std::function<double()> random) {
+    const PageContext context = {form_, events_, link_, images_, tmrComm_};
+    readPage_ = new ReadPage(context, this);
+    writePage_ = new WritePage(context, std::move(random), this);
+    mixedReadPage_ = new MixedReadPage(context, this);
+    mixedWritePage_ = new MixedWritePage(context, this);
+    ui_->pageReadLayout->addWidget(readPage_);
+    ui_->pageWriteLayout->addWidget(writePage_);
+    ui_->pageMixedReadLayout->addWidget(mixedReadPage_);
+    ui_->pageMixedWriteLayout->addWidget(mixedWritePage_);
+    ui_->pageSimulationLayout->addWidget(inertPage<Ui::SimulationPage>(this));
+    ui_->pageMonitorLayout->addWidget(inertPage<Ui::MonitorPage>(this));
+    ui_->scenarioHolderLayout->addWidget(inertPage<Ui::ScenarioPanel>(this));
+    useFixedWidthForFrames(this);
+    chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
+                   ui_->optMode_4, ui_->optMode_5, ui_->tabMode, ui_->scenarioHolder, ui_->txtTotalData,
+                   ui_->txtCurrentData, ui_->txtWatchDog, ui_->cmdHelp, ui_->cmdAbout, ui_->cmdEnd});
+}
+
+void FrmVarda::bind() {
+    for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
+        events_.option(modeOption(index), [this, index] { optMode_Click(index); });
+    }
+    connect(ui_->tabMode, &QTabWidget::currentChanged, this,
+            [this](int index) { modeOption(index)->setChecked(true); });
+    events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
+    events_.click(ui_->cmdPortOpen, [this] { linkPort_.cmdPortOpen_Click(); });
+    events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
+    commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
+        events_.guard([this, event, &reason] {
+            event == CommEvent::HungUp ? linkPort_.hangUp(reason) : link_.commPLC_OnComm(event);
+        });
+    });
+}
+
+void FrmVarda::Form_Load() {
+    fillSerialLists();
+    tmrComm_.setInterval(startInterval);
+    tmrScenario_.setInterval(startInterval);
+    form_.setEnabled("cmdRDSend", false);
+    form_.setEnabled("cmdSimStart", false);
+    link_.showCounters();
+    form_.setText("txtWatchDog", "0");
+    events_.choose(modeOption(0));
+}
+
+void FrmVarda::fillSerialLists() {
+    fillList(ui_->cbPort, portListTexts(), "COM1");
+    fillList(ui_->cbBaudRate, {"38400", "19200", "9600", "4800", "2400"}, "9600");
+    fillList(ui_->cbDataBit, {"8", "7", "6"}, "8");
+    fillList(ui_->cbStopBit, {"1", "2"}, "1");
+    fillList(ui_->cbParityBit, {"NONE", "EVEN", "ODD"}, "NONE");
+    for (QComboBox* const list :
+         {ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit, ui_->cbStopBit, ui_->cbParityBit}) {
+        keepTypedText(list);
+    }
+    offerRealPorts(ui_->cbPort);
+}
+
+QRadioButton* FrmVarda::modeOption(int index) const {
+    const std::array<QRadioButton*, 6> options = {ui_->optMode_0, ui_->optMode_1, ui_->optMode_2,
+                                                  ui_->optMode_3, ui_->optMode_4, ui_->optMode_5};
+    return options.at(static_cast<std::size_t>(index));
+}
+
+void FrmVarda::optMode_Click(int index) {
+    if (index < 0 || index >= static_cast<int>(modes.size())) {
+        return;
+    }
+    const Mode& mode = modes.at(static_cast<std::size_t>(index));
+    modeOption(index)->setChecked(true);
+    ui_->tabMode->setCurrentIndex(index);
+    link_.state().CommMode = mode.commMode;
+    for (std::size_t group = 0; group < mode.groups.size(); ++group) {
+        form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
+    }
+    enterMode(index);
+}
+
+void FrmVarda::enterMode(int index) {
+    if (index <= 1) {
+        form_.setEnabled("Frame2_0", index == 0);
+        form_.setEnabled("Frame2_1", index == 1);
+    }
+    const std::array<std::function<void()>, 6> enter = {[this] { readPage_->enterMode(); },
+                                                        [this] { writePage_->enterMode(); },
+                                                        [this] { mixedReadPage_->enterMode(); },
+                                                        [this] { mixedWritePage_->enterMode(); },
+                                                        [] {},
+                                                        [] {}};
+    enter.at(static_cast<std::size_t>(index))();
+}
+
+void FrmVarda::closePort() {
+    if (commPLC_.isOpen()) {
+        commPLC_.close();
+    }
+    tmrComm_.stop();
+}
+
+void FrmVarda::cmdEnd_Click() {
+    closePort();
+    close();
+}
+
+void FrmVarda::closeEvent(QCloseEvent* event) {
+    closePort();
+    event->accept();
+}
+
+} // namespace varda

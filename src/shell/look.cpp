@@ -1,0 +1,70 @@
+#include "shell/look.h"
+
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QFontDatabase>
+#include <QLineEdit>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QProxyStyle>
+#include <QTabBar>
+
+namespace varda {
+namespace {
+
+class WholeFrames : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        constexpr int wholeFrame = 2;
+        if (metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
+            return wholeFrame;
+        }
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+/// The controls below `part` that Tab reaches, in their order.
+QList<QWidget*> tabStops(QWidget* part) {
+    QList<QWidget*> stops;
+    if ((part->focusPolicy() & Qt::TabFocus) != 0) {
+        stops.append(part);
+    }
+    for (QWidget* next = part->nextInFocusChain(); next != part; next = next->nextInFocusChain()) {
+        if (part->isAncestorOf(next) && (next->focusPolicy() & Qt::TabFocus) != 0 &&
+            next->focusProxy() == nullptr) {
+            stops.append(next);
+        }
+    }
+    return stops;
+}
+
+} // namespace
+
+void useFixedWidthForFrames(QWidget* window) {
+    const QFont fixedWidth = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    for (QPlainTextEdit* const frame : window->findChildren<QPlainTextEdit*>()) {
+        frame->setFont(fixedWidth);
+    }
+    for (QListView* const list : window->findChildren<QListView*>()) {
+        if (list->objectName().startsWith(QLatin1String("lst"))) {
+            list->setFont(fixedWidth);
+        }
+    }
+    if (auto* const answerData = window->findChild<QLineEdit*>(QStringLiteral("txtSimSendData"))) {
+        answerData->setFont(fixedWidth);
+    }
+}
+
+void chainTabOrder(const QList<QWidget*>& parts) {
+    QList<QWidget*> stops;
+    for (QWidget* const part : parts) {
+        stops.append(tabStops(part));
+    }
+    for (qsizetype index = 1; index < stops.size(); ++index) {
+        QWidget::setTabOrder(stops.at(index - 1), stops.at(index));
+    }
+}
+
+void drawWholeFrames() { QApplication::setStyle(new WholeFrames); }
+
+} // namespace varda

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QList>
+
+class QWidget;
+
+namespace varda {
+
+/// Gives every frame text and every list of frames the fixed-width font, so that bytes stand below one
+/// another.
+void useFixedWidthForFrames(QWidget* window);
+
+/// Joins the tab orders of the parts of a window, each part in the order of its own form.
+void chainTabOrder(const QList<QWidget*>& parts);
+
+/// Draws the edges of lists and texts two pixels wide: one pixel gets lost at some places where the desktop
+/// is scaled.
+void drawWholeFrames();
+
+} // namespace varda

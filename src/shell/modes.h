@@ -1,0 +1,28 @@
+#pragma once
+
+#include "link/form.h"
+#include "link/routes.h"
+
+#include <array>
+#include <cstdint>
+
+namespace varda {
+
+/// What choosing a mode sets, whatever its page does beyond that.
+struct Mode {
+    std::int16_t commMode;
+    std::array<bool, 6> groups; ///< state of each ControlGroup, in the order of the enumeration
+};
+
+/// The six modes in the order of their options and tabs.
+constexpr std::array<Mode, 6> modes = {{
+    //                        read   write  mixed  mixed  simul. scenario
+    {0x21, {true, false, false, false, false, true}},
+    {0x22, {false, true, false, false, false, true}},
+    {0x25, {false, false, true, false, false, true}},
+    {0x26, {false, false, false, true, false, true}},
+    {comm_mode::simulation, {false, false, false, false, true, false}},
+    {comm_mode::monitorIdle, {false, false, false, false, false, false}},
+}};
+
+} // namespace varda

@@ -1,0 +1,381 @@
+#include "support/window_test.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTest>
+
+namespace varda::test {
+namespace {
+
+class MixedReadPageTest : public WindowTest {
+protected:
+    MixedReadPageTest() { driver.click("optMode_2"); }
+
+    void addBits(const char* kind, const char* number, const char* bit, const char* count) {
+        driver.click("optMRead_0");
+        driver.choose("cbMRegister", kind);
+        driver.choose("cbMRegAddress", number);
+        driver.choose("cbMRegBit", bit);
+        driver.choose("cbMRLength", count);
+        driver.click("cmdMRAdd");
+    }
+
+    void addWords(const char* kind, const char* number, const char* count) {
+        driver.click("optMRead_1");
+        driver.choose("cbMRegister", kind);
+        driver.choose("cbMRegAddress", number);
+        driver.choose("cbMRLength", count);
+        driver.click("cmdMRAdd");
+    }
+
+    QListWidget* points() { return driver.find<QListWidget>("lstMRReadReg"); }
+    std::string point(int row) { return points()->item(row)->text().toStdString(); }
+
+    /// Sets the fields that the send button asks for without adding a point.
+    void nameRegister() {
+        driver.click("optMRead_1");
+        driver.choose("cbMRegister", "W");
+        driver.choose("cbMRegAddress", "0000");
+    }
+};
+
+TEST_F(MixedReadPageTest, LinesAreBuiltAsTheListsShow) {
+    addBits("R", "0012", "3", "8");
+    addWords("W", "0100", "4");
+    ASSERT_EQ(points()->count(), 2);
+    EXPECT_EQ(point(0), "BIT\tR0012.3\t8");
+    EXPECT_EQ(point(1), "WORD\tW0100\t4");
+}
+
+TEST_F(MixedReadPageTest, LineWithAMissingFieldIsNotAdded) {
+    driver.choose("cbMRegister", "R");
+    driver.choose("cbMRegAddress", "0000");
+    driver.choose("cbMRLength", "4");
+    driver.click("cmdMRAdd");
+    EXPECT_EQ(points()->count(), 0);
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(MixedReadPageTest, ListTakesOneMoreLineBelow254AnswerBytesAndNoneFromThere) {
+    addBits("R", "0000", "0", "253");
+    addBits("R", "0000", "0", "1");
+    EXPECT_EQ(points()->count(), 2);
+    addBits("R", "0000", "0", "1");
+    EXPECT_EQ(points()->count(), 2);
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(MixedReadPageTest, EmptyListSendsAnEmptyBodyAndWaitsForSixBytes) {
+    openLine();
+    nameRegister();
+    driver.click("cmdMRDSend");
+    const Bytes request = sent(7);
+    ASSERT_EQ(request.size(), 7U);
+    EXPECT_EQ(Bytes(request.begin(), request.begin() + 4), (Bytes{0xFF, 0xFF, 0x25, 0x00}));
+    EXPECT_EQ(request.back(), 0);
+    EXPECT_EQ(driver.link().RxExpected, 6);
+}
+
+TEST_F(MixedReadPageTest, SameLineTwiceIsReadTwice) {
+    openLine();
+    addWords("W", "0000", "2");
+    driver.click("cmdMRAdd");
+    driver.click("cmdMRDSend");
+    const Bytes request = sent(15);
+    ASSERT_EQ(request.size(), 15U);
+    EXPECT_EQ(Bytes(request.begin() + 3, request.begin() + 12),
+              (Bytes{0x08, 0x00, 0x42, 0x01, 0x42, 0x00, 0x42, 0x01, 0x42}));
+    EXPECT_EQ(driver.link().RxExpected, 14);
+}
+
+TEST_F(MixedReadPageTest, LastLineIsSelectedAfterASend) {
+    openLine();
+    addWords("W", "0000", "2");
+    addWords("W", "0010", "2");
+    driver.click("cmdMRDSend");
+    EXPECT_EQ(points()->currentRow(), 1);
+}
+
+TEST_F(MixedReadPageTest, CompletionIsToldOnTheWritePage) {
+    openLine();
+    addWords("W", "0000", "1");
+    driver.click("cmdMRDSend");
+    line.write(Bytes(8, 0x21));
+    ASSERT_TRUE(showsSoon("txtWStatus", "Data Receive OK !!"));
+    EXPECT_EQ(text("txtMRStatus"), "");
+    EXPECT_EQ(text("txtReceiveMRData"), "21 21 21 21 21 21 21 21 ");
+}
+
+TEST_F(MixedReadPageTest, TwoLetterKindEndsTheSendWithTheReport) {
+    openLine();
+    addWords("SV", "000", "1");
+    driver.click("cmdMRDSend");
+    EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
+    driver.closeBox();
+    runFor(std::chrono::milliseconds(30));
+    EXPECT_TRUE(line.readAvailable().empty());
+    EXPECT_FALSE(driver.link().WaitingAnswer);
+    EXPECT_TRUE(driver.isEnabled("cmdAddScenario"));
+    EXPECT_TRUE(driver.isEnabled("cmdMRDSend"));
+}
+
+TEST_F(MixedReadPageTest, The128thPointEndsTheSendWithTheReport) {
+    openLine();
+    addBits("R", "0000", "0", "128");
+    driver.click("cmdMRDSend");
+    EXPECT_EQ(driver.boxText(), "Run-time error '6':\n\nOverflow");
+    runFor(std::chrono::milliseconds(30));
+    EXPECT_TRUE(line.readAvailable().empty());
+}
+
+TEST_F(MixedReadPageTest, ErrorInContinuousModeIsReportedOnceAndUnticksTheBox) {
+    addWords("PV", "000", "1");
+    paste("txtMReadTimerValue", "100");
+    openLine();
+    driver.click("chkMRTimer");
+    ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+    EXPECT_FALSE(driver.find<QCheckBox>("chkMRTimer")->isChecked());
+    driver.closeBox();
+    runFor(std::chrono::milliseconds(250));
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(MixedReadPageTest, RemovedLineDisablesTheButtonUntilAnotherIsSelected) {
+    addWords("W", "0000", "1");
+    addWords("W", "0001", "1");
+    EXPECT_TRUE(driver.isEnabled("cmdMRDel"));
+    points()->setCurrentRow(0);
+    driver.click("cmdMRDel");
+    EXPECT_EQ(points()->count(), 1);
+    EXPECT_EQ(point(0), "WORD\tW0001\t1");
+    EXPECT_FALSE(driver.isEnabled("cmdMRDel"));
+    QTest::mouseClick(points()->viewport(), Qt::LeftButton, {},
+                      points()->visualItemRect(points()->item(0)).center());
+    EXPECT_TRUE(driver.isEnabled("cmdMRDel"));
+}
+
+TEST_F(MixedReadPageTest, PointsSurviveAModeChange) {
+    addWords("W", "0000", "1");
+    driver.click("optMode_0");
+    driver.click("optMode_2");
+    EXPECT_EQ(points()->count(), 1);
+    EXPECT_EQ(driver.window().images().mixedRead.text(3), "00");
+}
+
+TEST_F(MixedReadPageTest, CountThatIsNoNumberIsEmptied) {
+    paste("cbMRLength", "abc");
+    EXPECT_EQ(text("cbMRLength"), "");
+}
+
+TEST_F(MixedReadPageTest, StationChangeRemakesTheHeader) {
+    driver.type("txtMRDDA", "5");
+    EXPECT_EQ(text("txtSendMRData").substr(0, 11), "5 FF 25 00 ");
+}
+
+TEST_F(MixedReadPageTest, SendingWithTheClosedPortSaysSo) {
+    nameRegister();
+    driver.click("cmdMRDSend");
+    EXPECT_EQ(text("txtMRStatus"), "Port Closed");
+    EXPECT_FALSE(driver.link().WaitingAnswer);
+}
+
+TEST_F(MixedReadPageTest, MissingRegisterAsksForData) {
+    openLine();
+    driver.click("cmdMRDSend");
+    EXPECT_EQ(driver.boxText(), "Data are missing. Please fill Data !!");
+}
+
+class MixedWritePageTest : public WindowTest {
+protected:
+    MixedWritePageTest() { driver.click("optMode_3"); }
+
+    void nameBit(const char* kind, const char* number, const char* bit) {
+        driver.click("optMWrite_0");
+        driver.choose("cbMWRegister", kind);
+        driver.choose("cbMWRegAddress", number);
+        driver.choose("cbMWRegBit", bit);
+    }
+
+    void nameWord(const char* kind, const char* number) {
+        driver.click("optMWrite_1");
+        driver.choose("cbMWRegister", kind);
+        driver.choose("cbMWRegAddress", number);
+    }
+
+    QListWidget* points() { return driver.find<QListWidget>("lstMWWriteReg"); }
+    std::string point(int row) { return points()->item(row)->text().toStdString(); }
+};
+
+TEST_F(MixedWritePageTest, StartsWithHexadecimalValuesAndOn) {
+    EXPECT_TRUE(driver.find<QAbstractButton>("chkHexDec")->isChecked());
+    EXPECT_EQ(text("chkHexDec"), "HEX");
+    EXPECT_TRUE(driver.find<QAbstractButton>("optMWBData_0")->isChecked());
+    EXPECT_EQ(text("txtMWriteTimerValue"), "100");
+}
+
+TEST_F(MixedWritePageTest, BitOnHasThreeBodyBytes) {
+    openLine();
+    nameBit("R", "0000", "3");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(point(0), "BIT\tR0000.3\tON");
+    driver.click("cmdMWDSend");
+    const Bytes request = sent(10);
+    ASSERT_EQ(request.size(), 10U);
+    EXPECT_EQ(Bytes(request.begin() + 2, request.begin() + 7), (Bytes{0x26, 0x03, 0x03, 0x00, 0xFF}));
+    EXPECT_EQ(driver.link().RxExpected, 7);
+}
+
+TEST_F(MixedWritePageTest, WordHasFourBodyBytesWithItsMark) {
+    openLine();
+    nameWord("W", "0001");
+    driver.type("txtMWData", "1a2b");
+    EXPECT_EQ(text("txtMWData"), "1A2B");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(point(0), "WORD\tW0001\t1A2B");
+    driver.click("cmdMWDSend");
+    const Bytes request = sent(11);
+    EXPECT_EQ(Bytes(request.begin() + 2, request.begin() + 8), (Bytes{0x26, 0x04, 0x01, 0x42, 0x2B, 0x1A}));
+    line.write(Bytes(7, 0x01));
+    ASSERT_TRUE(showsSoon("txtWStatus", "Data Receive OK !!"));
+    EXPECT_EQ(text("txtReceiveMWData"), "01 01 01 01 01 01 01 ");
+}
+
+TEST_F(MixedWritePageTest, OffIsAddedAsOff) {
+    nameBit("R", "0000", "3");
+    driver.click("optMWBData_1");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(point(0), "BIT\tR0000.3\tOFF");
+}
+
+TEST_F(MixedWritePageTest, DecimalValueAboveAWordIsCutBack) {
+    nameWord("W", "0001");
+    driver.click("chkHexDec");
+    EXPECT_EQ(text("chkHexDec"), "DEC");
+    driver.type("txtMWData", "65536");
+    EXPECT_EQ(text("txtMWData"), "6553");
+    EXPECT_EQ(text("txtMWStatus"), "Range Over");
+}
+
+TEST_F(MixedWritePageTest, LetterBeyondHexadecimalIsCutBack) {
+    nameWord("W", "0001");
+    driver.type("txtMWData", "12g");
+    EXPECT_EQ(text("txtMWData"), "12");
+    EXPECT_EQ(text("txtMWStatus"), "Invalid Data");
+}
+
+TEST_F(MixedWritePageTest, FifthHexadecimalDigitIsCutBack) {
+    nameWord("W", "0001");
+    driver.type("txtMWData", "FFFFF");
+    EXPECT_EQ(text("txtMWData"), "FFFF");
+    EXPECT_EQ(text("txtMWStatus"), "Range Over");
+}
+
+TEST_F(MixedWritePageTest, PastedNonsenseIsCutBackToWhatIsValid) {
+    nameWord("W", "0001");
+    paste("txtMWData", "99999999999999999999");
+    EXPECT_EQ(text("txtMWData"), "9999");
+    paste("txtMWData", "xyz");
+    EXPECT_EQ(text("txtMWData"), "");
+}
+
+TEST_F(MixedWritePageTest, BaseSwitchLeavesTheValueAsItIs) {
+    nameWord("W", "0001");
+    driver.type("txtMWData", "AB");
+    driver.click("chkHexDec");
+    EXPECT_EQ(text("txtMWData"), "AB");
+}
+
+TEST_F(MixedWritePageTest, DecimalValueIsAddedAsHexadecimal) {
+    nameWord("W", "0001");
+    driver.click("chkHexDec");
+    driver.type("txtMWData", "65535");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(point(0), "WORD\tW0001\tFFFF");
+}
+
+TEST_F(MixedWritePageTest, EmptyDecimalValueIsReportedAndNotAdded) {
+    nameWord("W", "0001");
+    driver.click("chkHexDec");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
+    EXPECT_EQ(points()->count(), 0);
+}
+
+TEST_F(MixedWritePageTest, EmptyHexadecimalValueIsAddedAndEndsTheSend) {
+    openLine();
+    nameWord("W", "0001");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(point(0), "WORD\tW0001\t");
+    driver.click("cmdMWDSend");
+    EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
+    runFor(std::chrono::milliseconds(30));
+    EXPECT_TRUE(line.readAvailable().empty());
+}
+
+TEST_F(MixedWritePageTest, ListTakes254BitLines) {
+    nameBit("R", "0000", "3");
+    for (int lines = 0; lines < 253; ++lines) {
+        points()->addItem(QStringLiteral("BIT\tR0000.3\tON"));
+    }
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(points()->count(), 254);
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(points()->count(), 254);
+}
+
+TEST_F(MixedWritePageTest, EightyFiveBitLinesGoOutWithAnEmptyBody) {
+    openLine();
+    nameBit("R", "0000", "3");
+    for (int lines = 0; lines < 85; ++lines) {
+        points()->addItem(QStringLiteral("BIT\tR0000.3\tON"));
+    }
+    driver.click("cmdMWDSend");
+    const Bytes request = sent(7);
+    ASSERT_EQ(request.size(), 7U);
+    EXPECT_EQ(request.at(3), 0);
+}
+
+TEST_F(MixedWritePageTest, EightySixBitLinesAreTheOverflowReport) {
+    openLine();
+    nameBit("R", "0000", "3");
+    for (int lines = 0; lines < 86; ++lines) {
+        points()->addItem(QStringLiteral("BIT\tR0000.3\tON"));
+    }
+    driver.click("cmdMWDSend");
+    EXPECT_EQ(driver.boxText(), "Run-time error '6':\n\nOverflow");
+    runFor(std::chrono::milliseconds(30));
+    EXPECT_TRUE(line.readAvailable().empty());
+}
+
+TEST_F(MixedWritePageTest, SilenceIsToldOnTheWritePage) {
+    openLine();
+    nameBit("R", "0000", "3");
+    driver.click("cmdMWAdd");
+    driver.click("cmdMWDSend");
+    EXPECT_TRUE(showsSoon("txtWStatus", "No Answer From PLC"));
+    EXPECT_EQ(text("txtMWStatus"), "");
+}
+
+TEST_F(MixedWritePageTest, ContinuousWritingWaitsForItsAnswer) {
+    nameBit("R", "0000", "3");
+    driver.click("cmdMWAdd");
+    openLine();
+    driver.click("chkMWTimer");
+    EXPECT_EQ(sent(10).size(), 10U);
+    runFor(std::chrono::milliseconds(250));
+    EXPECT_TRUE(line.readAvailable().empty());
+    line.write(Bytes(7, 0x00));
+    EXPECT_EQ(sent(10).size(), 10U);
+}
+
+TEST_F(MixedWritePageTest, SendingWithTheClosedPortSaysSo) {
+    nameBit("R", "0000", "3");
+    driver.find("cmdMWDSend")->setEnabled(true);
+    driver.click("cmdMWDSend");
+    EXPECT_EQ(text("txtMWStatus"), "Port Closed");
+}
+
+} // namespace
+} // namespace varda::test
