@@ -12,7 +12,8 @@ struct LineSettings {
     int stopBits = 1;  ///< 1 or 2
 };
 
-/// What a port's name stands for: a device node, or the embedded controller. MSComm drives one while it is open.
+/// What a port's name stands for: a device node, or the embedded controller. MSComm drives one while it is
+/// open.
 class Line {
 public:
     using EventHandler = Port::EventHandler;
@@ -34,7 +35,8 @@ public:
     void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
 
 protected:
-    /// HungUp is raised once; the line has closed itself by then and may be destroyed after the call, not inside it.
+    /// HungUp is raised once; the line has closed itself by then and may be destroyed after the call, not
+    /// inside it.
     void raise(CommEvent event, const std::string& reason = {}) const {
         if (handler_) {
             handler_(event, reason);

@@ -10,7 +10,8 @@ public:
     PeriodTimer& operator=(const PeriodTimer&) = delete;
     virtual ~PeriodTimer() = default;
 
-    /// Sets the interval in milliseconds without starting or stopping the timer; a running one restarts its period.
+    /// Sets the interval in milliseconds without starting or stopping the timer; a running one restarts its
+    /// period.
     virtual void setInterval(int milliseconds) = 0;
     virtual int interval() const = 0;
     virtual void start() = 0;

@@ -18,9 +18,9 @@ enum class CommEvent {
 
 /// The serial control as the link sees it: one port, its settings, its input buffer.
 ///
-/// Calls that fail throw RuntimeError with the control's own numbers: 8002 invalid port, 8005 in use, 8012 not open,
-/// 8015 cannot be set up, 8020 read or write error, 380 settings text not understood. The text of the exception names
-/// the port and the remedy.
+/// Calls that fail throw RuntimeError with the control's own numbers: 8002 invalid port, 8005 in use, 8012
+/// not open, 8015 cannot be set up, 8020 read or write error, 380 settings text not understood. The text of
+/// the exception names the port and the remedy.
 class Port {
 public:
     /// `event` tells what happened, `reason` why the line hung up (empty for Received).

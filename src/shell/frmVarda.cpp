@@ -80,6 +80,7 @@ void FrmVarda::addPages(std::function<double()> random) {
     ui_->pageMonitorLayout->addWidget(inertPage<Ui::MonitorPage>(this));
     ui_->scenarioHolderLayout->addWidget(inertPage<Ui::ScenarioPanel>(this));
     useFixedWidthForFrames(this);
+    keepDisabledTextsReadable(this);
     chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
                    ui_->optMode_4, ui_->optMode_5, ui_->tabMode, ui_->scenarioHolder, ui_->txtTotalData,
                    ui_->txtCurrentData, ui_->txtWatchDog, ui_->cmdHelp, ui_->cmdAbout, ui_->cmdEnd});

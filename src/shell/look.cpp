@@ -55,6 +55,22 @@ void useFixedWidthForFrames(QWidget* window) {
     }
 }
 
+void keepDisabledTextsReadable(QWidget* window) {
+    const auto keepReadable = [](QWidget* field) {
+        QPalette palette = field->palette();
+        palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
+        field->setPalette(palette);
+    };
+    for (QPlainTextEdit* const frame : window->findChildren<QPlainTextEdit*>()) {
+        keepReadable(frame);
+    }
+    for (QLineEdit* const field : window->findChildren<QLineEdit*>()) {
+        if (field->isReadOnly()) {
+            keepReadable(field);
+        }
+    }
+}
+
 void chainTabOrder(const QList<QWidget*>& parts) {
     QList<QWidget*> stops;
     for (QWidget* const part : parts) {

@@ -10,6 +10,9 @@ namespace varda {
 /// another.
 void useFixedWidthForFrames(QWidget* window);
 
+/// What a page shows of an answer stays readable while the page's mode has its fields disabled.
+void keepDisabledTextsReadable(QWidget* window);
+
 /// Joins the tab orders of the parts of a window, each part in the order of its own form.
 void chainTabOrder(const QList<QWidget*>& parts);
 

@@ -1,11 +1,16 @@
+#include "shell/look.h"
 #include "support/event_loop.h"
 #include "support/window_driver.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QPixmap>
+#include <QTableWidget>
+#include <QTest>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <exception>
 
@@ -16,18 +21,19 @@ namespace {
 using varda::test::runUntil;
 using varda::test::WindowDriver;
 
-/// One exchange of a page: its fields in the order of the answers below.
+/// The controls of a page that an exchange goes through.
 struct Page {
-    const char* name;
     const char* send;
     const char* request;
     const char* answer;
     const char* status;
-    const char* completionStatus;
 };
 
-constexpr Page readPage = {"read",       "cmdRDSend", "txtSendRData", "txtReceiveRData",
-                           "txtRStatus", "txtRStatus"};
+constexpr Page readPage = {"cmdRDSend", "txtSendRData", "txtReceiveRData", "txtRStatus"};
+constexpr Page writePage = {"cmdWDSend", "txtSendWData", "txtReceiveWData", "txtWStatus"};
+// The completion of both mixed pages is told on the write page.
+constexpr Page mixedReadPage = {"cmdMRDSend", "txtSendMRData", "txtReceiveMRData", "txtWStatus"};
+constexpr Page mixedWritePage = {"cmdMWDSend", "txtSendMWData", "txtReceiveMWData", "txtWStatus"};
 
 class Tour {
 public:
@@ -37,6 +43,10 @@ public:
         openPort();
         readBits();
         readWords();
+        writeBits();
+        writeWords();
+        writeMixed();
+        readMixed();
         otherPages();
         driver_.click("cmdPortOpen");
         std::printf("%s\n", failures_ == 0 ? "Every answer was right." : "The tour has found wrong answers.");
@@ -70,32 +80,115 @@ private:
         picture("read-words");
     }
 
-    void otherPages() {
-        const char* const names[] = {"write", "mixed-read", "mixed-write", "simulation", "monitoring"};
-        for (int index = 1; index < 6; ++index) {
-            driver_.click(("optMode_" + std::to_string(index)).c_str());
-            picture(names[index - 1]);
+    void chooseRegister(const std::array<const char*, 2>& lists, const char* kind, const char* number) {
+        driver_.choose(lists[0], kind);
+        driver_.choose(lists[1], number);
+    }
+
+    /// Clicks a cell of the data grid, both counted from 0.
+    void clickCell(int row, int column) {
+        auto* const grid = driver_.find<QTableWidget>("gridWriteData");
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                          grid->visualItemRect(grid->item(row, column)).center());
+    }
+
+    void writeBits() {
+        driver_.click("optMode_1");
+        chooseRegister({"cbWRegister", "cbWRegAddress"}, "M", "0010");
+        driver_.choose("cbWRegBit", "4");
+        driver_.choose("cbWLength", "3");
+        clickCell(0, 4);
+        clickCell(0, 6);
+        exchange("Bit write of M 0010.4, ON OFF ON", writePage, "FF FF A2 01 00 ");
+        picture("write-bits");
+        driver_.click("optMode_0");
+        chooseRegister({"cbRegister", "cbRegAddress"}, "M", "0010");
+        driver_.choose("cbRegBit", "4");
+        driver_.choose("cbRLength", "3");
+        exchange("The same bits read back", readPage, "FF FF A1 03 FF 00 FF ");
+    }
+
+    void writeWords() {
+        driver_.click("optMode_1");
+        driver_.click("optWrite_1");
+        chooseRegister({"cbWRegister", "cbWRegAddress"}, "SV", "000");
+        driver_.choose("cbWLength", "2");
+        enterWord(0, "4660", "word-dialog");
+        enterWord(1, "65535", nullptr);
+        exchange("Word write of SV 000, 4660 and 65535", writePage, "FF FF A4 01 00 ");
+        picture("write-words");
+        driver_.click("optMode_0");
+        driver_.click("optRead_1");
+        chooseRegister({"cbRegister", "cbRegAddress"}, "SV", "000");
+        driver_.choose("cbRLength", "2");
+        exchange("The same words read back", readPage, "FF FF A3 04 34 12 FF FF ");
+    }
+
+    void enterWord(int column, const char* value, const char* pictureName) {
+        clickCell(0, column);
+        auto* const dialog = driver_.find<QDialog>("frmWriteWord");
+        QTest::keyClicks(driver_.find("txtWordWrite"), QString::fromLatin1(value));
+        if (pictureName != nullptr) {
+            save(*dialog, pictureName);
         }
+        QTest::keyClick(driver_.find("txtWordWrite"), Qt::Key_Return);
+        QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+    }
+
+    void writeMixed() {
+        driver_.click("optMode_3");
+        chooseRegister({"cbMWRegister", "cbMWRegAddress"}, "R", "0000");
+        driver_.choose("cbMWRegBit", "3");
+        driver_.click("cmdMWAdd");
+        driver_.click("optMWrite_1");
+        chooseRegister({"cbMWRegister", "cbMWRegAddress"}, "W", "0001");
+        driver_.type("txtMWData", "1A2B");
+        driver_.click("cmdMWAdd");
+        exchange("Mixed write of R 0000.3 ON and W 0001 = 1A2B", mixedWritePage, "FF FF A6 01 00 ");
+        picture("mixed-write");
+    }
+
+    void readMixed() {
+        driver_.click("optMode_2");
+        chooseRegister({"cbMRegister", "cbMRegAddress"}, "R", "0000");
+        driver_.choose("cbMRegBit", "2");
+        driver_.choose("cbMRLength", "3");
+        driver_.click("cmdMRAdd");
+        driver_.click("optMRead_1");
+        chooseRegister({"cbMRegister", "cbMRegAddress"}, "W", "0001");
+        driver_.choose("cbMRLength", "1");
+        driver_.click("cmdMRAdd");
+        exchange("Mixed read of R 0000.2, 3 bits, and W 0001", mixedReadPage, "FF FF A5 05 00 FF 00 2B 1A ");
+        picture("mixed-read");
+    }
+
+    void otherPages() {
+        driver_.click("optMode_4");
+        picture("simulation");
+        driver_.click("optMode_5");
+        picture("monitoring");
     }
 
     /// Sends the page's request and compares the answer with `expected`, which lacks the frame check.
     void exchange(const char* what, const Page& page, const char* expected) {
+        driver_.paste(page.status, "");
         driver_.click(page.send);
-        const bool answered =
-            runUntil([&] { return driver_.text(page.completionStatus) == "Data Receive OK !!"; });
+        const bool answered = runUntil([&] { return driver_.text(page.status) == "Data Receive OK !!"; });
         const std::string answer = driver_.text(page.answer);
         const bool right =
             answered && answer.substr(0, answer.size() - std::min<std::size_t>(answer.size(), 6)) == expected;
         failures_ += right ? 0 : 1;
         std::printf("\n%s\n  request  %s\n  answer   %s\n  status   %s\n  %s\n", what,
-                    driver_.text(page.request).c_str(), answer.c_str(),
-                    driver_.text(page.completionStatus).c_str(), right ? "right" : "WRONG");
+                    driver_.text(page.request).c_str(), answer.c_str(), driver_.text(page.status).c_str(),
+                    right ? "right" : "WRONG");
     }
 
-    void picture(const char* name) {
+    void picture(const char* name) { save(driver_.window(), name); }
+
+    void save(QWidget& window, const char* name) {
         varda::test::runFor(std::chrono::milliseconds(20));
         const QString file = pictures_.filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
-        const bool saved = driver_.window().grab().save(file);
+        const bool saved = window.grab().save(file);
         failures_ += saved ? 0 : 1;
         std::printf("  picture  %s%s\n", qPrintable(file), saved ? "" : " COULD NOT BE SAVED");
     }
@@ -118,6 +211,7 @@ void showWarning(QtMsgType /*type*/, const QMessageLogContext& /*context*/, cons
 int main(int argc, char** argv) {
     qInstallMessageHandler(showWarning);
     const QApplication application(argc, argv);
+    varda::drawWholeFrames();
     const QDir pictures(application.arguments().value(1, QStringLiteral("tour")));
     if (!pictures.mkpath(QStringLiteral("."))) {
         std::printf("The folder %s cannot be made.\n", qPrintable(pictures.path()));
