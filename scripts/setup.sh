@@ -20,10 +20,10 @@ packages_of() {
 }
 
 is_debian() (
-    ID='' ID_LIKE=''
+    ID=''
     # shellcheck source=/dev/null
     [[ ! -r /etc/os-release ]] || . /etc/os-release
-    [[ " $ID $ID_LIKE " == *" debian "* ]]
+    [[ $ID == debian ]]
 )
 
 # The packages of the groups given that Debian has not installed, one a line. Needs no network.

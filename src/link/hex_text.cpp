@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view digitsOfHex = "0123456789ABCDEF";
 
-std::string zeroFilled(std::string text, std::size_t digits) {
+std::string zeroFilled(const std::string& text, std::size_t digits) {
     return text.size() < digits ? std::string(digits - text.size(), '0') + text : text;
 }
 

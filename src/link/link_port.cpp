@@ -82,6 +82,7 @@ void LinkPort::openPort() {
         showPortError(error);
         return;
     }
+    link_.connectionOpened();
     switchOpened(true);
     if (const Route* const route = findRoute(link_.state().CommMode)) {
         form_.setEnabled(route->periodField, false);

@@ -72,6 +72,18 @@ void appendWordItem(Body& body, const Point& point) {
     }
 }
 
+template <typename Append>
+void forEachPoint(std::span<const std::string> lines, const LineVisitor& visit, Append append) {
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        if (visit) {
+            visit(line);
+        }
+        if (!lines[line].empty()) {
+            append(parsePoint(lines[line]));
+        }
+    }
+}
+
 void completeFrame(FrameImages& images, std::uint8_t code, const StationTexts& stations,
                    std::uint8_t length) {
     FrameImage& image = images.of(code);
@@ -93,13 +105,9 @@ std::uint8_t whereAgreed(std::uint8_t sum, const FrameImage& image) {
 
 } // namespace
 
-void MakeMRDataFormat(FrameImages& images, std::span<const std::string> lines) {
+void MakeMRDataFormat(FrameImages& images, std::span<const std::string> lines, const LineVisitor& visit) {
     Body body(images.mixedRead);
-    for (const std::string& line : lines) {
-        if (!line.empty()) {
-            appendReadPoints(body, parsePoint(line));
-        }
-    }
+    forEachPoint(lines, visit, [&body](const Point& point) { appendReadPoints(body, point); });
 }
 
 std::uint8_t CheckMRLength(const FrameImages& images, std::span<const std::string> lines) {
@@ -118,14 +126,11 @@ void MakeMReadFormat(FrameImages& images, const StationTexts& stations, std::spa
 
 std::string DisplayMRString(FrameImages& images) { return displayFrame(images.mixedRead); }
 
-void MakeMWDataFormat(FrameImages& images, std::span<const std::string> lines) {
+void MakeMWDataFormat(FrameImages& images, std::span<const std::string> lines, const LineVisitor& visit) {
     Body body(images.mixedWrite);
-    for (const std::string& line : lines) {
-        if (!line.empty()) {
-            const Point point = parsePoint(line);
-            point.access == Access::Bit ? appendBitItem(body, point) : appendWordItem(body, point);
-        }
-    }
+    forEachPoint(lines, visit, [&body](const Point& point) {
+        point.access == Access::Bit ? appendBitItem(body, point) : appendWordItem(body, point);
+    });
 }
 
 std::uint8_t CheckMWLength(const FrameImages& images, std::span<const std::string> lines) {

@@ -24,6 +24,16 @@ constexpr std::array<RegisterKind, 10> kinds = {{
     {"SR", false, 3072, 3583, 511, 511, 3, "ERR", "PV"},
 }};
 
+/// The numbers `first` .. `last`, zero-filled to `digits`.
+std::vector<std::string> decimalTexts(int first, int last, std::size_t digits = 1) {
+    std::vector<std::string> texts;
+    texts.reserve(static_cast<std::size_t>(last - first + 1));
+    for (int number = first; number <= last; ++number) {
+        texts.push_back(decimal(number, digits));
+    }
+    return texts;
+}
+
 } // namespace
 
 std::span<const RegisterKind> registerKinds() { return kinds; }
@@ -82,30 +92,14 @@ std::vector<std::string> kindListTexts(Access access) {
 }
 
 std::vector<std::string> numberListTexts(std::string_view kind) {
-    std::vector<std::string> texts;
-    if (const RegisterKind* const found = findRegisterKind(kind)) {
-        for (int number = 0; number <= found->highestListed; ++number) {
-            texts.push_back(decimal(number, found->listWidth));
-        }
-    }
-    return texts;
+    const RegisterKind* const found = findRegisterKind(kind);
+    return found != nullptr ? decimalTexts(0, found->highestListed, found->listWidth)
+                            : std::vector<std::string>();
 }
 
-std::vector<std::string> bitListTexts() {
-    std::vector<std::string> texts;
-    for (int bit = 0; bit < 16; ++bit) {
-        texts.push_back(std::to_string(bit));
-    }
-    return texts;
-}
+std::vector<std::string> bitListTexts() { return decimalTexts(0, 15); }
 
-std::vector<std::string> countListTexts(int limit) {
-    std::vector<std::string> texts;
-    for (int count = 1; count <= limit; ++count) {
-        texts.push_back(std::to_string(count));
-    }
-    return texts;
-}
+std::vector<std::string> countListTexts(int limit) { return decimalTexts(1, limit); }
 
 int registerAddress(Access access, std::string_view kind, int number) {
     return toInteger16(GetRegisterBase(access == Access::Bit ? "B" : "W", kind) + number);

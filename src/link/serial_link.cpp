@@ -70,6 +70,11 @@ void SerialLink::SendRequest(const Bytes& bytes, int expected) {
     state_.WaitingAnswer = true;
 }
 
+void SerialLink::connectionOpened() {
+    ++connection_;
+    waiting_ = false;
+}
+
 void SerialLink::commPLC_OnComm(CommEvent event) {
     if (event != CommEvent::Received) {
         state_.InReceive = false;
@@ -103,7 +108,10 @@ void SerialLink::receiveLater() {
 void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest) {
     waiting_ = true;
     isMerged_ = false;
-    clock_.after(wait, [this, rest = std::move(rest)] {
+    clock_.after(wait, [this, connection = connection_, rest = std::move(rest)] {
+        if (connection != connection_) {
+            return;
+        }
         waiting_ = false;
         rest();
         if (!waiting_ && isMerged_ && commPLC_.inBufferCount() > 0) {

@@ -46,6 +46,9 @@ public:
     Port& port() { return commPLC_; }
     void setRoles(Roles roles) { roles_ = std::move(roles); }
 
+    /// The port was opened: a wait that began before belongs to the closed connection and does nothing more.
+    void connectionOpened();
+
     /// Whether the fields that a send needs are filled; else shows the message that says so.
     bool requiredFieldsFilled(const Route& route);
 
@@ -92,6 +95,7 @@ private:
     Roles roles_;
     LinkState state_;
     bool waiting_ = false;  ///< a continuation of the receive handler is under way
+    int connection_ = 0;    ///< number of the connection, counted at each opening
     bool isMerged_ = false; ///< a receive event came during the wait
 };
 

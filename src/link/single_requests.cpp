@@ -50,15 +50,23 @@ int writeBodyLength(Access access, int count) {
     return static_cast<int>(addressBytes) + (access == Access::Bit ? count : 2 * count);
 }
 
+bool isWriteCount(Access access, int count) {
+    return count == 256 || (count >= 0 && count <= writeLimit(access));
+}
+
+int framedWriteCount(const FrameImages& images, Access access) {
+    const int dataBytes = static_cast<int>(bodyLength(images.write)) - static_cast<int>(addressBytes);
+    return access == Access::Bit ? dataBytes : dataBytes / 2;
+}
+
 void setWriteCount(FrameImages& images, Access access, int count) {
     FrameImage& image = images.write;
-    if (count == 0 || count == 256) {
-        image.set(offset::length, 0);
-    } else if (count < 0 || count > writeLimit(access)) {
+    if (!isWriteCount(access, count)) {
         return;
-    } else {
-        image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count)));
     }
+    const bool isEmpty = count == 0 || count == 256;
+    image.set(offset::length,
+              isEmpty ? std::uint8_t{0} : static_cast<std::uint8_t>(writeBodyLength(access, count)));
     const auto data = static_cast<std::size_t>(writeBodyLength(access, count)) - addressBytes;
     image.reset(offset::data, offset::data + data);
 }
@@ -67,8 +75,9 @@ void MakeWriteFormat(FrameImages& images, Access access, int count) {
     FrameImage& image = images.write;
     const std::uint8_t code = writeCode(access);
     image.set(offset::command, code);
-    if (count >= 0 && count <= writeLimit(access)) {
-        image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count)));
+    if (isWriteCount(access, count)) {
+        // of the length of a count of 256 two digits remain: a frame without data
+        image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count) & 0xFF));
     }
     const std::size_t covered = offset::body + bodyLength(image);
     if (access == Access::Word) {

@@ -34,12 +34,19 @@ int writeBodyLength(Access access, int count);
 /// The highest count of a single write.
 constexpr int writeLimit(Access access) { return access == Access::Bit ? bitWriteLimit : wordWriteLimit; }
 
+/// Whether a count sets LEN: 0 .. limit, and 256, which is taken as 0. Any other leaves LEN and data as they
+/// are.
+bool isWriteCount(Access access, int count);
+
+/// Bits or words of data that the write image holds by its LEN.
+int framedWriteCount(const FrameImages& images, Access access);
+
 /// Writes LEN for a new count and resets the data entries that it covers. 0 and 256 make LEN 0; any other
 /// count out of range leaves LEN and data.
 void setWriteCount(FrameImages& images, Access access, int count);
 
 /// Completes the write image: command, LEN, frame check, empty texts made "00".
-/// @param count bits or words; outside 0 .. limit LEN stays as it is
+/// @param count bits or words; LEN stays as it is where isWriteCount does not hold
 /// @throws RuntimeError 13 where a text of the image is no hexadecimal number
 void MakeWriteFormat(FrameImages& images, Access access, int count);
 

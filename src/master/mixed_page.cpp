@@ -27,7 +27,9 @@ void MixedPage::adopt(const Controls& controls, const ListControls& lists) {
 
 void MixedPage::bindLists() {
     Events& events = context().events;
-    events.field(lists_.registerKind, [this] { register_->offerNumbers(); });
+    // a key alone empties nothing: the lists follow when the text changes
+    events.field(lists_.registerKind, [this] { register_->offerNumbers(); },
+                 {.keyPress = [] {}, .lostFocus = {}});
     events.field(lists_.registerNumber, [] {}); // a number is read when the point is added
     events.field(lists_.registerBit, [this] { bitChosen(); });
     if (lists_.count != nullptr) {
@@ -49,6 +51,8 @@ void MixedPage::prepareMode() {
 }
 
 void MixedPage::offer(Access access, int countLimit) { register_->offer(access, countLimit); }
+
+void MixedPage::selectLine(std::size_t line) { lists_.points->setCurrentRow(static_cast<int>(line)); }
 
 std::string MixedPage::fieldText(const QComboBox* list) const { return list->currentText().toStdString(); }
 

@@ -45,12 +45,15 @@ std::string MixedReadPage::newLine() const {
                                    : wordPointLine(kind, number, count);
 }
 
-int MixedReadPage::listLength(const std::vector<std::string>& lines) const {
+int MixedReadPage::listLength(const std::vector<std::string>& lines) {
+    if (!lines.empty()) {
+        selectLine(lines.size() - 1); // each line is selected in turn while it is counted
+    }
     return GetMRAnswerLength(lines);
 }
 
 void MixedReadPage::makeBody(const std::vector<std::string>& lines) {
-    MakeMRDataFormat(context().images, lines);
+    MakeMRDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });
 }
 
 int MixedReadPage::answerLength(const std::vector<std::string>& lines) const {

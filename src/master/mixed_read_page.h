@@ -26,7 +26,7 @@ protected:
     void makeFormat() override;
     std::string displayString() override;
     std::string newLine() const override;
-    int listLength(const std::vector<std::string>& lines) const override;
+    int listLength(const std::vector<std::string>& lines) override;
     void makeBody(const std::vector<std::string>& lines) override;
     int answerLength(const std::vector<std::string>& lines) const override;
 

@@ -7,7 +7,6 @@
 #include "link/single_requests.h"
 #include "platform/conversion.h"
 #include "platform/events.h"
-#include "platform/runtime_error.h"
 #include "ui_mixed_write_page.h"
 
 #include <algorithm>
@@ -15,20 +14,32 @@
 namespace varda {
 namespace {
 
-bool areDigits(const QString& text, bool hexadecimal) {
-    return std::ranges::all_of(text, [hexadecimal](QChar character) {
-        return (character >= u'0' && character <= u'9') ||
-               (hexadecimal && character >= u'A' && character <= u'F');
-    });
+constexpr int largestWord = 0xFFFF;
+
+/// The value of one digit, or -1.
+int digitValue(QChar character, bool hexadecimal) {
+    if (character >= u'0' && character <= u'9') {
+        return character.unicode() - u'0';
+    }
+    return hexadecimal && character >= u'A' && character <= u'F' ? character.unicode() - u'A' + 10 : -1;
 }
 
-/// @param digits only digits of the base @return whether their value is at most 65535
-bool fitsWord(const std::string& digits, bool hexadecimal) {
-    try {
-        return digits.empty() || (hexadecimal ? fromHex(digits) : toLong(digits)) <= 0xFFFF;
-    } catch (const RuntimeError&) {
-        return false;
+/// How many characters from the first on are digits of a value of 0 .. 65535.
+qsizetype acceptedLength(const QString& text, bool hexadecimal) {
+    int value = 0;
+    for (qsizetype index = 0; index < text.size(); ++index) {
+        const int digit = digitValue(text.at(index), hexadecimal);
+        value = value * (hexadecimal ? 16 : 10) + digit;
+        if (digit < 0 || value > largestWord) {
+            return index;
+        }
     }
+    return text.size();
+}
+
+bool areDigits(const QString& text, bool hexadecimal) {
+    return std::ranges::all_of(
+        text, [hexadecimal](QChar character) { return digitValue(character, hexadecimal) >= 0; });
 }
 
 } // namespace
@@ -69,19 +80,17 @@ void MixedWritePage::chkHexDec_Click() {
 
 void MixedWritePage::txtMWData_Change() {
     const bool hexadecimal = ui_->chkHexDec->isChecked();
-    QString text = ui_->txtMWData->text();
-    if (hexadecimal && text != text.toUpper()) {
-        ui_->txtMWData->setText(text.toUpper()); // runs this handler again; the caret stands at the end
-    } else if (!areDigits(text, hexadecimal)) {
-        refuseLastCharacter("Invalid Data");
-    } else if (!fitsWord(text.toStdString(), hexadecimal)) {
-        refuseLastCharacter("Range Over");
+    const QString typed = ui_->txtMWData->text();
+    const QString text = hexadecimal ? typed.toUpper() : typed;
+    // Character by character the last one is dropped until the rest is a value; what remains is known at
+    // once.
+    const QString accepted = text.left(acceptedLength(text, hexadecimal));
+    if (accepted != typed) {
+        ui_->txtMWData->setText(accepted); // runs this handler again; the caret stands at the end
     }
-}
-
-void MixedWritePage::refuseLastCharacter(const std::string& reason) {
-    ui_->txtMWData->setText(ui_->txtMWData->text().chopped(1));
-    context().form.setText(route().status, reason);
+    if (accepted != text) {
+        context().form.setText(route().status, areDigits(text, hexadecimal) ? "Range Over" : "Invalid Data");
+    }
 }
 
 void MixedWritePage::makeFormat() { MakeMWriteFormat(context().images, stationTexts(), pointLines()); }
@@ -103,12 +112,10 @@ std::string MixedWritePage::newLine() const {
     return wordPointLine(kind, number, wordValue());
 }
 
-int MixedWritePage::listLength(const std::vector<std::string>& lines) const {
-    return GetListDataLength(lines);
-}
+int MixedWritePage::listLength(const std::vector<std::string>& lines) { return GetListDataLength(lines); }
 
 void MixedWritePage::makeBody(const std::vector<std::string>& lines) {
-    MakeMWDataFormat(context().images, lines);
+    MakeMWDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });
 }
 
 int MixedWritePage::answerLength(const std::vector<std::string>& /*lines*/) const {

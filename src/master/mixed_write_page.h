@@ -26,14 +26,13 @@ protected:
     void makeFormat() override;
     std::string displayString() override;
     std::string newLine() const override;
-    int listLength(const std::vector<std::string>& lines) const override;
+    int listLength(const std::vector<std::string>& lines) override;
     void makeBody(const std::vector<std::string>& lines) override;
     int answerLength(const std::vector<std::string>& lines) const override;
 
 private:
     void txtMWData_Change();
     void chkHexDec_Click();
-    void refuseLastCharacter(const std::string& reason);
     std::string wordValue() const;
 
     std::unique_ptr<Ui::MixedWritePage> ui_;

@@ -67,7 +67,7 @@ void ReadPage::cbRegAddress_Change() {
     if (!register_.hasKind()) {
         return;
     }
-    if (register_.hasNumber()) {
+    if (register_.hasNumber()) { // an emptied number is about to be retyped, no error
         const int word = register_.wordAddress(access());
         if (access() == Access::Word) { // the address of a bit is written when its bit number is chosen
             writeAddress(wordAddressText(word));

@@ -41,13 +41,11 @@ WriteGrid::WriteGrid(QTableWidget* grid, std::function<void(int position)> edit)
 }
 
 void WriteGrid::setSizes() {
-    constexpr int cellMargin = 6;
+    constexpr int cellMargin = 4;
     QFont font = grid_->font();
     font.setPointSizeF(font.pointSizeF() - 1); // sixteen columns fit the smallest screen
     grid_->setFont(font);
-    QFont widest = font;
-    widest.setBold(true);
-    const QFontMetrics metrics(widest);
+    const QFontMetrics metrics(font);
     const int column =
         std::max(metrics.horizontalAdvance(QStringLiteral("65535")),
                  QFontMetrics(grid_->horizontalHeader()->font()).horizontalAdvance(QStringLiteral("Bit15")));
@@ -56,6 +54,8 @@ void WriteGrid::setSizes() {
     grid_->verticalHeader()->setDefaultSectionSize(metrics.height() + cellMargin);
     grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid_->verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
+    grid_->setTextElideMode(Qt::ElideNone);
+    grid_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 
 void WriteGrid::showColumnHeadings(Access access) {
@@ -105,8 +105,11 @@ void WriteGrid::setText(int position, const QString& text) {
     }
     cell->setText(text);
     QFont font = grid_->font();
-    font.setBold(!text.isEmpty()); // what is set stands out without colour
+    font.setBold(text == QLatin1String("ON")); // a bit that is on stands out without colour
     cell->setFont(font);
+    if (text.isEmpty()) {
+        cell->setData(hexadecimalRole, false);
+    }
 }
 
 bool WriteGrid::isHexadecimal(int position) const {

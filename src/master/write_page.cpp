@@ -26,10 +26,6 @@ std::unique_ptr<Ui::WritePage> makeForm(QWidget* page) {
     return form;
 }
 
-bool isOffered(Access access, int count) {
-    return count == 256 || (count >= 0 && count <= writeLimit(access));
-}
-
 } // namespace
 
 WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
@@ -138,7 +134,7 @@ void WritePage::cbWLength_Change() {
         return;
     }
     setWriteCount(context().images, access(), typed);
-    if (isOffered(access(), typed)) {
+    if (isWriteCount(access(), typed)) {
         grid_->emptyCells();
         layGrid();
     }
@@ -155,7 +151,7 @@ void WritePage::layGrid() {
     int rows = grid_->cells() / WriteGrid::columns;
     if (ui_->cbWLength->currentText() == QLatin1String("0")) {
         rows = countOfAllRows;
-    } else if (isOffered(access(), typed)) {
+    } else if (isWriteCount(access(), typed)) {
         rows = ((chosen ? bit() - 1 : 0) + typed) / WriteGrid::columns + 1;
     }
     const int step = access() == Access::Bit ? 1 : WriteGrid::columns;
@@ -193,7 +189,7 @@ bool WritePage::CheckWriteCell(int position) {
     }
     // kept: words are counted from the register number, although their data is not
     const int before = bits ? bit() : register_.number();
-    const bool valid = position > before && position <= before + count();
+    const bool valid = position > before && position <= before + framedWriteCount(context().images, access());
     DisplayWMessage(valid ? "" : "Invalid Range !!");
     return valid;
 }
@@ -254,6 +250,7 @@ void WritePage::storeWord(int position, int value, const QString& text, bool hex
 
 void WritePage::fillData() {
     if (ui_->chkRandomWrite->isChecked()) {
+        makeFormat(); // an emptied count is completed first: its new data would replace the random ones
         fillRandomWords(context().images, random_);
         makeRequest();
     } // kept: the counter fill is an empty operation, the data goes out unchanged

@@ -1,11 +1,11 @@
 #include "platform/events.h"
 
+#include "platform/keys.h"
 #include "platform/message_boxes.h"
 #include "platform/runtime_error.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -25,7 +25,13 @@ void markFocused(QWidget* field) {
 
 void unmarkFocused(QWidget* field) { field->setPalette(QPalette()); }
 
-bool typesCharacter(const QEvent* event) { return !static_cast<const QKeyEvent*>(event)->text().isEmpty(); }
+/// Whether a widget is `field` or a part of it, its pop-up windows included.
+bool belongsTo(const QWidget* widget, const QWidget* field) {
+    while (widget != nullptr && widget != field) {
+        widget = widget->parentWidget();
+    }
+    return widget != nullptr;
+}
 
 } // namespace
 
@@ -45,14 +51,12 @@ void Events::guard(const Handler& handler) const {
 }
 
 void Events::report(const RuntimeError& error) const {
-    boxes_.show(
-        QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(QString::fromUtf8(error.what())),
-        QApplication::applicationDisplayName());
+    boxes_.showReport(QStringLiteral("Run-time error '%1':\n\n%2")
+                          .arg(error.number())
+                          .arg(QString::fromUtf8(error.what())));
 }
 
-void Events::report(const std::exception& error) const {
-    boxes_.show(QString::fromUtf8(error.what()), QApplication::applicationDisplayName());
-}
+void Events::report(const std::exception& error) const { boxes_.showReport(QString::fromUtf8(error.what())); }
 
 void Events::run(const QHash<QString, Handler>& handlers, std::string_view name) {
     const auto found =
@@ -110,9 +114,8 @@ void Events::choose(QRadioButton* option) const {
 }
 
 void Events::moveFocus(QWidget* now) {
-    // Nothing has the focus while another program is in front, and a list's own entries belong to it.
-    const bool stays =
-        now == nullptr || now == focused_ || (focused_ != nullptr && focused_->isAncestorOf(now));
+    // Nothing has the focus while another program is in front, and a list's open entries belong to it.
+    const bool stays = now == nullptr || (focused_ != nullptr && belongsTo(now, focused_));
     if (stays) {
         return;
     }
@@ -134,7 +137,7 @@ bool Events::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     }
     const Watched handlers = *found;
-    if (event->type() == QEvent::KeyPress && typesCharacter(event)) {
+    if (event->type() == QEvent::KeyPress && typesCharacter(*static_cast<const QKeyEvent*>(event))) {
         guard(handlers.keyPress);
     } else if (event->type() == QEvent::MouseButtonRelease && qobject_cast<QLineEdit*>(watched) != nullptr) {
         guard(handlers.click);

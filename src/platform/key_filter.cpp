@@ -1,6 +1,7 @@
 #include "platform/key_filter.h"
 
-#include <QKeyEvent>
+#include "platform/keys.h"
+
 #include <QLineEdit>
 
 #include <utility>
@@ -24,8 +25,9 @@ bool KeyFilter::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress) {
         return QObject::eventFilter(watched, event);
     }
-    const QString typed = static_cast<QKeyEvent*>(event)->text();
-    if (typed.size() != 1 || !typed.front().isPrint()) {
+    const auto& key = *static_cast<const QKeyEvent*>(event);
+    const QString typed = key.text();
+    if (!typesCharacter(key) || typed.size() != 1 || !typed.front().isPrint()) {
         return false;
     }
     const QChar upper =

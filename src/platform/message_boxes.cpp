@@ -1,6 +1,7 @@
 #include "platform/message_boxes.h"
 
 #include <QMessageBox>
+#include <QWidget>
 
 #include <algorithm>
 #include <utility>
@@ -10,6 +11,8 @@ namespace varda {
 MessageBoxes::~MessageBoxes() { delete shown_; }
 
 void MessageBoxes::show(const QString& text, const QString& title) { enqueue({text, title, {}}); }
+
+void MessageBoxes::showReport(const QString& text) { show(text, window_->windowTitle()); }
 
 void MessageBoxes::ask(const QString& text, const QString& title, Answered answered) {
     enqueue({text, title, std::move(answered)});

@@ -23,6 +23,8 @@ public:
     ~MessageBoxes();
 
     void show(const QString& text, const QString& title);
+    /// Shows a report of the program itself: titled as its window.
+    void showReport(const QString& text);
     void ask(const QString& text, const QString& title, Answered answered);
 
 private:

@@ -48,7 +48,7 @@ private:
 };
 
 QString meaningOf(const QString& text) {
-    if (text == QLatin1String(virtualPortName)) {
+    if (text.trimmed() == QLatin1String(virtualPortName)) {
         return QObject::tr("The embedded controller: no cable needed");
     }
     const std::string node = deviceNode(text.toStdString());

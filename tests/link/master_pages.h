@@ -62,6 +62,7 @@ struct MasterPage {
 
 inline std::ostream& operator<<(std::ostream& out, const MasterPage& page) { return out << page.name; }
 
+// NOLINTNEXTLINE(readability-function-size): one table
 inline std::vector<MasterPage> masterPages() {
     return {
         {"Read",

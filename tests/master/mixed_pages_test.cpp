@@ -110,8 +110,13 @@ TEST_F(MixedReadPageTest, CompletionIsToldOnTheWritePage) {
 
 TEST_F(MixedReadPageTest, TwoLetterKindEndsTheSendWithTheReport) {
     openLine();
+    addWords("W", "0000", "1");
     addWords("SV", "000", "1");
+    addWords("W", "0001", "1");
+    driver.find("cmdAddScenario")->setEnabled(false);
     driver.click("cmdMRDSend");
+    EXPECT_EQ(points()->currentRow(), 1); // the line that cannot be sent
+    EXPECT_EQ(points()->count(), 3);
     EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
     driver.closeBox();
     runFor(std::chrono::milliseconds(30));
@@ -154,6 +159,44 @@ TEST_F(MixedReadPageTest, RemovedLineDisablesTheButtonUntilAnotherIsSelected) {
     QTest::mouseClick(points()->viewport(), Qt::LeftButton, {},
                       points()->visualItemRect(points()->item(0)).center());
     EXPECT_TRUE(driver.isEnabled("cmdMRDel"));
+}
+
+TEST_F(MixedReadPageTest, AddingSelectsTheLinesThatItCounts) {
+    addWords("W", "0000", "1");
+    EXPECT_EQ(points()->currentRow(), -1);
+    driver.click("cmdMRAdd");
+    driver.click("cmdMRAdd");
+    EXPECT_EQ(points()->currentRow(), 1);
+}
+
+TEST_F(MixedReadPageTest, KeysThatTypeNothingLeaveTheFields) {
+    driver.click("optMRead_0");
+    driver.choose("cbMRegister", "R");
+    driver.choose("cbMRegAddress", "0012");
+    driver.choose("cbMRegBit", "3");
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Return}) {
+        QTest::keyClick(driver.find("cbMRegister"), key);
+    }
+    EXPECT_EQ(text("cbMRegAddress"), "0012");
+    EXPECT_EQ(text("cbMRegBit"), "3");
+}
+
+TEST_F(MixedReadPageTest, SendSwitchesTheScenarioButtonsOn) {
+    openLine();
+    addWords("W", "0000", "1");
+    for (const char* const button :
+         {"cmdAddScenario", "cmdDelScenario", "cmdLoadScenario", "cmdSaveScenario"}) {
+        driver.find(button)->setEnabled(false);
+    }
+    driver.find("cmdStopScenario")->setEnabled(true);
+    driver.find<QListWidget>("lstSchedule")->addItem(QStringLiteral("01"));
+    driver.click("cmdMRDSend");
+    for (const char* const button :
+         {"cmdAddScenario", "cmdDelScenario", "cmdLoadScenario", "cmdSaveScenario"}) {
+        EXPECT_TRUE(driver.isEnabled(button)) << button;
+    }
+    EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
+    EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
 }
 
 TEST_F(MixedReadPageTest, PointsSurviveAModeChange) {
@@ -278,6 +321,60 @@ TEST_F(MixedWritePageTest, PastedNonsenseIsCutBackToWhatIsValid) {
     EXPECT_EQ(text("txtMWData"), "9999");
     paste("txtMWData", "xyz");
     EXPECT_EQ(text("txtMWData"), "");
+}
+
+TEST_F(MixedWritePageTest, PastedBookIsCutBackAtOnce) {
+    nameWord("W", "0001");
+    paste("txtMWData", std::string(32767, 'z'));
+    EXPECT_EQ(text("txtMWData"), "");
+    EXPECT_EQ(text("txtMWStatus"), "Invalid Data");
+    paste("txtMWData", std::string(32767, '7'));
+    EXPECT_EQ(text("txtMWData"), "7777");
+    EXPECT_EQ(text("txtMWStatus"), "Range Over");
+}
+
+TEST_F(MixedWritePageTest, LineWithAMissingFieldIsNotAdded) {
+    driver.click("optMWrite_1");
+    driver.choose("cbMWRegister", "W");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(points()->count(), 0);
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(MixedWritePageTest, MissingRegisterAsksForData) {
+    openLine();
+    driver.click("cmdMWDSend");
+    EXPECT_EQ(driver.boxText(), "Data are missing. Please fill Data !!");
+}
+
+TEST_F(MixedWritePageTest, TwoLetterKindEndsTheSendWithTheReportAndLosesNothing) {
+    openLine();
+    nameWord("PV", "000");
+    driver.type("txtMWData", "12");
+    driver.click("cmdMWAdd");
+    driver.click("cmdMWAdd");
+    driver.find("cmdAddScenario")->setEnabled(false);
+    driver.click("cmdMWDSend");
+    EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
+    runFor(std::chrono::milliseconds(30));
+    EXPECT_TRUE(line.readAvailable().empty());
+    EXPECT_EQ(points()->count(), 2);
+    EXPECT_EQ(text("txtMWData"), "12");
+    EXPECT_TRUE(driver.isEnabled("cmdAddScenario"));
+}
+
+TEST_F(MixedWritePageTest, LinesAreRemovedAndSurviveAModeChange) {
+    nameBit("R", "0000", "3");
+    driver.click("cmdMWAdd");
+    driver.click("cmdMWAdd");
+    driver.click("optMode_0");
+    driver.click("optMode_3");
+    ASSERT_EQ(points()->count(), 2);
+    EXPECT_EQ(driver.window().images().mixedWrite.text(3), "00");
+    points()->setCurrentRow(0);
+    driver.click("cmdMWDel");
+    EXPECT_EQ(points()->count(), 1);
+    EXPECT_FALSE(driver.isEnabled("cmdMWDel"));
 }
 
 TEST_F(MixedWritePageTest, BaseSwitchLeavesTheValueAsItIs) {

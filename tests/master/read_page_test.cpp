@@ -263,7 +263,7 @@ TEST_F(ReadPageTest, KeyInTheKindListRunsTheCountsHandler) {
 
 TEST_F(ReadPageTest, KeyRunsTheFieldsHandlerBeforeItReachesTheField) {
     setSilently("txtRDDA", "9");
-    QTest::keyClick(driver.find("txtRDDA"), Qt::Key_Tab);
+    QTest::keyClick(driver.find("txtRDDA"), Qt::Key_Escape);
     EXPECT_EQ(imageByte(0), 9);
 }
 
@@ -300,6 +300,23 @@ TEST_F(ReadPageTest, FocusedFieldIsYellowWithBlackText) {
         EXPECT_EQ(control->palette().color(QPalette::Base), driver.window().palette().color(QPalette::Base))
             << field;
     }
+}
+
+TEST_F(ReadPageTest, OpenListStaysYellow) {
+    auto* const kinds = driver.find<QComboBox>("cbRegister");
+    kinds->setFocus();
+    kinds->showPopup();
+    EXPECT_EQ(kinds->palette().color(QPalette::Base), QColor(255, 255, 0));
+    kinds->hidePopup();
+}
+
+TEST_F(ReadPageTest, EnterInTheKindListKeepsTheNumber) {
+    driver.choose("cbRegister", "M");
+    driver.choose("cbRegAddress", "0002");
+    driver.type("cbRegister", "R");
+    driver.type("cbRegAddress", "0005");
+    QTest::keyClick(driver.find("cbRegister"), Qt::Key_Return);
+    EXPECT_EQ(text("cbRegAddress"), "0005");
 }
 
 TEST_F(ReadPageTest, SendingWithTheClosedPortSaysSo) {

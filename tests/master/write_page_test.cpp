@@ -1,9 +1,11 @@
 #include "link/crc16.h"
 #include "support/window_test.h"
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QTableWidget>
 #include <QTest>
@@ -296,6 +298,108 @@ TEST_F(WritePageTest, AnotherRegisterKeepsTheDataAndANewCountClearsIt) {
     driver.choose("cbWLength", "9");
     EXPECT_EQ(imageByte(8), 0);
     EXPECT_EQ(cell(1, 4), "");
+}
+
+TEST_F(WritePageTest, CountOf256LeavesTheAddress) {
+    chooseBits("M", "0010", "4", "8");
+    paste("cbWLength", "256");
+    EXPECT_EQ(imageByte(3), 2);
+    paste("cbWLength", "8");
+    EXPECT_EQ(imageByte(3), 10);
+    EXPECT_EQ(imageByte(4), 0xA4);
+    EXPECT_EQ(imageByte(5), 0x0C);
+}
+
+TEST_F(WritePageTest, KeysThatTypeNothingLeaveDataAndAddress) {
+    chooseBits("M", "0010", "4", "8");
+    clickCell(1, 5);
+    for (const char* const list : {"cbWRegister", "cbWRegAddress", "cbWRegBit", "cbWLength"}) {
+        QTest::keyClick(driver.find(list), Qt::Key_Tab);
+        QTest::keyClick(driver.find(list), Qt::Key_Backtab);
+        QTest::keyClick(driver.find(list), Qt::Key_C, Qt::ControlModifier);
+    }
+    EXPECT_EQ(imageByte(6), 0xFF);
+    EXPECT_EQ(text("cbWRegBit"), "4");
+    EXPECT_EQ(imageByte(4), 0xA4);
+}
+
+TEST_F(WritePageTest, KeyInTheKindListRunsTheCountsHandler) {
+    chooseBits("M", "0010", "4", "8");
+    clickCell(1, 5);
+    QTest::keyClick(driver.find("cbWRegister"), Qt::Key_Escape);
+    EXPECT_EQ(imageByte(6), 0);
+    EXPECT_EQ(text("cbWRegAddress"), "0010");
+}
+
+TEST_F(WritePageTest, AnotherOptionClearsTheImage) {
+    chooseBits("M", "0010", "4", "8");
+    clickCell(1, 5);
+    driver.click("optWrite_1");
+    EXPECT_EQ(imageByte(4), 0);
+    EXPECT_EQ(imageByte(6), 0);
+    EXPECT_EQ(cell(1, 5), "");
+}
+
+TEST_F(WritePageTest, CellBeyondTheFramedCountIsNotEdited) {
+    chooseBits("R", "0000", "0", "8");
+    paste("cbWLength", "300");
+    clickCell(1, 15);
+    EXPECT_EQ(text("txtWStatus"), "Invalid Range !!");
+    EXPECT_EQ(cell(1, 15), "");
+}
+
+TEST_F(WritePageTest, WordPositionsOfNumber16AndMoreLieBelowTheLastRow) {
+    chooseWords("W", "0016", "4");
+    for (int column = 1; column <= 16; ++column) {
+        clickCell(1, column);
+        EXPECT_EQ(text("txtWStatus"), "Invalid Range !!") << column;
+    }
+    EXPECT_EQ(grid()->rowCount(), 1);
+}
+
+TEST_F(WritePageTest, SixteenColumnsOfTheWidestWordsFit) {
+    chooseWords("W", "0000", "126");
+    paste("cbWLength", "0");
+    for (int column = 0; column < 16; ++column) {
+        grid()->item(0, column)->setText(QStringLiteral("65535"));
+        const int needed = QFontMetrics(grid()->font()).horizontalAdvance(QStringLiteral("65535"));
+        EXPECT_GE(grid()->columnWidth(column), needed + 2) << column;
+    }
+    EXPECT_GT(grid()->verticalHeader()->length(),
+              grid()->viewport()->height()); // the vertical scroll bar is there
+    EXPECT_LE(grid()->horizontalHeader()->length(), grid()->viewport()->width());
+}
+
+TEST_F(WritePageTest, EmptiedCellForgetsItsBase) {
+    chooseWords("W", "0000", "4");
+    enterWord(1, 1, "10", true);
+    driver.choose("cbWLength", "5");
+    clickCell(1, 1);
+    ASSERT_NE(wordDialog(), nullptr);
+    EXPECT_FALSE(wordHex()->isChecked());
+}
+
+TEST_F(WritePageTest, RandomDataSurviveAnEmptiedCount) {
+    openLine();
+    chooseWords("W", "0000", "4");
+    driver.click("chkRandomWrite");
+    paste("cbWLength", "");
+    driver.click("cmdWDSend");
+    const Bytes request = sent(10);
+    ASSERT_EQ(request.size(), 10U);
+    EXPECT_NE(request[6] + request[7], 0);
+}
+
+TEST_F(WritePageTest, WordDialogTakesItsOkButtonAndSpaceOpensIt) {
+    chooseWords("W", "0000", "4");
+    grid()->setFocus();
+    grid()->setCurrentCell(0, 1);
+    QTest::keyClick(grid(), Qt::Key_Space);
+    ASSERT_NE(wordDialog(), nullptr);
+    QTest::keyClicks(wordText(), QStringLiteral("5"));
+    QTest::mouseClick(wordDialog()->findChild<QAbstractButton*>(QStringLiteral("cmdInputOK")),
+                      Qt::LeftButton);
+    EXPECT_EQ(imageByte(8), 5);
 }
 
 TEST_F(WritePageTest, DataModesExcludeEachOtherAndStayTicked) {

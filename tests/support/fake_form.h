@@ -65,7 +65,7 @@ public:
         messages_.push_back({text, title});
     }
     void ask(const std::string& text, const std::string& title, Answered answered) override {
-        questions_.push_back({{text, title}, std::move(answered)});
+        questions_.emplace_back(Message{text, title}, std::move(answered));
     }
 
     /// Registers what press() runs beside counting. An untouched button only counts.
