@@ -9,10 +9,10 @@
 #include "shell/look.h"
 #include "shell/modes.h"
 #include "shell/port_box.h"
+#include "simulator/simulation_page.h"
 #include "ui_frmVarda.h"
 #include "ui_monitor_page.h"
 #include "ui_scenario_panel.h"
-#include "ui_simulation_page.h"
 
 #include <QCloseEvent>
 
@@ -48,17 +48,17 @@ QWidget* inertPage(QWidget* parent) {
 
 } // namespace
 
-FrmVarda::FrmVarda(Clock& clock, const MSComm::LineFactory& makeLine, std::function<double()> random,
-                   QWidget* parent)
+FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm(this)),
-      commPLC_(makeLine),
-      commTest_(makeLine),
+      commPLC_(surroundings.makeLine),
+      commTest_(surroundings.makeLine),
       tmrComm_([this] { events_.guard([this] { link_.tmrComm_Timer(); }); }),
       tmrScenario_([] {}),
-      link_(commPLC_, clock, form_),
-      linkPort_(commTest_, link_, tmrComm_, form_) {
-    addPages(std::move(random));
+      link_(commPLC_, surroundings.clock, form_),
+      linkPort_(commTest_, link_, tmrComm_, form_),
+      files_(this, surroundings.programFolder) {
+    addPages(surroundings);
     form_.collectControls(*this);
     bind();
     Form_Load();
@@ -66,17 +66,20 @@ FrmVarda::FrmVarda(Clock& clock, const MSComm::LineFactory& makeLine, std::funct
 
 FrmVarda::~FrmVarda() = default;
 
-void FrmVarda::addPages(std::function<double()> random) {
+void FrmVarda::addPages(const Surroundings& surroundings) {
     const PageContext context = {form_, events_, link_, images_, tmrComm_};
     readPage_ = new ReadPage(context, this);
-    writePage_ = new WritePage(context, std::move(random), this);
+    writePage_ = new WritePage(context, surroundings.random, this);
     mixedReadPage_ = new MixedReadPage(context, this);
     mixedWritePage_ = new MixedWritePage(context, this);
+    simulationPage_ = new SimulationPage(context, files_, this);
+    link_.setRoles({.listBurst = [](const Bytes&) {},
+                    .answerRequest = [this] { return simulationPage_->answerRequest(); }});
     ui_->pageReadLayout->addWidget(readPage_);
     ui_->pageWriteLayout->addWidget(writePage_);
     ui_->pageMixedReadLayout->addWidget(mixedReadPage_);
     ui_->pageMixedWriteLayout->addWidget(mixedWritePage_);
-    ui_->pageSimulationLayout->addWidget(inertPage<Ui::SimulationPage>(this));
+    ui_->pageSimulationLayout->addWidget(simulationPage_);
     ui_->pageMonitorLayout->addWidget(inertPage<Ui::MonitorPage>(this));
     ui_->scenarioHolderLayout->addWidget(inertPage<Ui::ScenarioPanel>(this));
     useFixedWidthForFrames(this);
@@ -137,13 +140,23 @@ void FrmVarda::optMode_Click(int index) {
         return;
     }
     const Mode& mode = modes.at(static_cast<std::size_t>(index));
-    modeOption(index)->setChecked(true);
+    {
+        const QSignalBlocker once(modeOption(index));
+        modeOption(index)->setChecked(true);
+    }
     ui_->tabMode->setCurrentIndex(index);
     link_.state().CommMode = mode.commMode;
     for (std::size_t group = 0; group < mode.groups.size(); ++group) {
         form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
     }
+    switchRunButtons();
     enterMode(index);
+}
+
+void FrmVarda::switchRunButtons() {
+    const bool running = link_.state().CommMode == comm_mode::scenario;
+    form_.setEnabled("cmdRunScenario", !form_.lines("lstSchedule").empty() && !running);
+    form_.setEnabled("cmdStopScenario", running);
 }
 
 void FrmVarda::enterMode(int index) {
@@ -155,9 +168,12 @@ void FrmVarda::enterMode(int index) {
                                                         [this] { writePage_->enterMode(); },
                                                         [this] { mixedReadPage_->enterMode(); },
                                                         [this] { mixedWritePage_->enterMode(); },
-                                                        [] {},
+                                                        [this] { simulationPage_->enterMode(); },
                                                         [] {}};
     enter.at(static_cast<std::size_t>(index))();
+    if (index < 5) {
+        simulationPage_->switchStartButton();
+    }
 }
 
 void FrmVarda::closePort() {

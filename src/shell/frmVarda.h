@@ -4,6 +4,7 @@
 #include "link/link_port.h"
 #include "link/serial_link.h"
 #include "platform/events.h"
+#include "platform/file_dialogs.h"
 #include "platform/message_boxes.h"
 #include "platform/mscomm.h"
 #include "platform/timers.h"
@@ -23,6 +24,7 @@ class FrmVarda;
 class MixedReadPage;
 class MixedWritePage;
 class ReadPage;
+class SimulationPage;
 class WritePage;
 
 /// The main window: owns the link, the timers, the frame images and the pages, and wires them; switches the
@@ -31,10 +33,15 @@ class FrmVarda : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// @param clock where waits come from @param makeLine turns a port's name into a closed line
-    /// @param random draws a number of at least 0 and below 1
-    FrmVarda(Clock& clock, const MSComm::LineFactory& makeLine, std::function<double()> random,
-             QWidget* parent = nullptr);
+    /// What the window takes from outside, so that tests can put their own in its place.
+    struct Surroundings {
+        Clock& clock;                   ///< where waits come from
+        MSComm::LineFactory makeLine;   ///< turns a port's name into a closed line
+        std::function<double()> random; ///< draws a number of at least 0 and below 1
+        QString programFolder;          ///< the program's own folder, where dialogs start
+    };
+
+    explicit FrmVarda(const Surroundings& surroundings, QWidget* parent = nullptr);
     ~FrmVarda() override;
 
     Form& form() { return form_; }
@@ -48,11 +55,12 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void addPages(std::function<double()> random);
+    void addPages(const Surroundings& surroundings);
     void bind();
     void Form_Load();
     void fillSerialLists();
     void enterMode(int index);
+    void switchRunButtons();
     void cmdEnd_Click();
     void closePort();
     QRadioButton* modeOption(int index) const;
@@ -69,11 +77,13 @@ private:
     FrameImages images_;
     SerialLink link_;
     LinkPort linkPort_;
+    FileDialogs files_;
 
     ReadPage* readPage_ = nullptr;
     WritePage* writePage_ = nullptr;
     MixedReadPage* mixedReadPage_ = nullptr;
     MixedWritePage* mixedWritePage_ = nullptr;
+    SimulationPage* simulationPage_ = nullptr;
 };
 
 } // namespace varda

@@ -12,14 +12,14 @@ int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("varda"));
     QApplication::setApplicationVersion(QStringLiteral(VARDA_VERSION));
-    QApplication::setApplicationDisplayName(QStringLiteral("VR-Series PLC Test & Simulator"));
 
     varda::drawWholeFrames();
     varda::QtClock clock;
     varda::Controller controller;
     std::mt19937 generator(std::random_device{}());
     std::uniform_real_distribution<double> uniform(0.0, 1.0);
-    varda::FrmVarda window(clock, varda::lineFactory(clock, controller), [&] { return uniform(generator); });
+    varda::FrmVarda window({clock, varda::lineFactory(clock, controller), [&] { return uniform(generator); },
+                            QApplication::applicationDirPath()});
     window.show();
     return QApplication::exec();
 }

@@ -4,9 +4,12 @@
 #include "support/window_test.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCompleter>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QTabWidget>
 #include <QTest>
 
@@ -136,6 +139,50 @@ TEST_F(MainWindowTest, ScenarioIsSwitchedByTheMode) {
     }
     EXPECT_FALSE(driver.isEnabled("cmdRunScenario"));
     EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
+}
+
+TEST_F(MainWindowTest, RunAndStopFollowTheListAndTheMode) {
+    driver.find<QListWidget>("lstSchedule")->addItem(QStringLiteral("01 02 "));
+    driver.find("cmdStopScenario")->setEnabled(true);
+    driver.click("optMode_1");
+    EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
+    EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
+    driver.find<QListWidget>("lstSchedule")->clear();
+    driver.click("optMode_2");
+    EXPECT_FALSE(driver.isEnabled("cmdRunScenario"));
+}
+
+TEST_F(MainWindowTest, BoxTitlesStandAloneOnTheDesktop) {
+    EXPECT_EQ(QApplication::applicationDisplayName(), QApplication::applicationName());
+}
+
+TEST_F(MainWindowTest, PortTextStaysAsTyped) {
+    driver.type("cbPort", "com3");
+    QTest::keyClick(driver.find("cbPort"), Qt::Key_Return);
+    driver.find("cbBaudRate")->setFocus();
+    EXPECT_EQ(text("cbPort"), "com3");
+}
+
+TEST_F(MainWindowTest, PortToolTipSaysWhatTheTextStandsFor) {
+    EXPECT_TRUE(driver.find("cbPort")->toolTip().contains(QStringLiteral("/dev/ttyS0")));
+    driver.type("cbPort", "ttyUSB0");
+    EXPECT_TRUE(driver.find("cbPort")->toolTip().contains(QStringLiteral("/dev/ttyUSB0")));
+}
+
+TEST_F(MainWindowTest, PortListOffersTheEmbeddedControllerWhileTyping) {
+    auto* const completer = driver.find<QComboBox>("cbPort")->lineEdit()->completer();
+    ASSERT_NE(completer, nullptr);
+    completer->setCompletionPrefix(QStringLiteral("virt"));
+    EXPECT_EQ(completer->completionCount(), 1);
+    EXPECT_EQ(completer->currentCompletion().toStdString(), "VIRTUAL");
+}
+
+TEST_F(MainWindowTest, ModeChangeLeavesTheRunningTimersInterval) {
+    paste("txtReadTimerValue", "100");
+    openLine();
+    driver.click("optMode_1");
+    driver.link().WaitingAnswer = true;
+    EXPECT_TRUE(runUntil([this] { return text("txtWatchDog") == "3"; }, std::chrono::milliseconds(1200)));
 }
 
 TEST_F(MainWindowTest, EthernetPageSaysThatItIsNotThere) {

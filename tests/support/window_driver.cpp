@@ -12,9 +12,9 @@
 namespace varda::test {
 
 WindowDriver::WindowDriver()
-    : window_(clock_, lineFactory(clock_, controller_),
-              [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); }) {
-    QApplication::setApplicationDisplayName(QStringLiteral("VR-Series PLC Test & Simulator"));
+    : window_({clock_, lineFactory(clock_, controller_),
+               [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); },
+               QApplication::applicationDirPath()}) {
     window_.resize(1024, 768);
     window_.show();
     QApplication::setActiveWindow(&window_);
@@ -22,6 +22,9 @@ WindowDriver::WindowDriver()
 
 void WindowDriver::click(const char* name) {
     auto* const button = find<QAbstractButton>(name);
+    if (button->isEnabled() && (button->focusPolicy() & Qt::ClickFocus) != 0) {
+        button->setFocus(Qt::MouseFocusReason); // as a desktop does at the press
+    }
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(10, button->height() / 2));
 }
 

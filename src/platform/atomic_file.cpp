@@ -1,0 +1,157 @@
+#include "platform/atomic_file.h"
+
+#include "platform/file_calls.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <random>
+#include <system_error>
+
+namespace varda {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum class Existing { No, Yes };
+
+struct Reason {
+    int number;
+    std::string text;
+};
+
+/// The numbers of the report are few; the reason is told in our own words where one number fits it.
+Reason reasonFor(const std::error_code& error) {
+    if (error == std::errc::no_space_on_device || error == std::errc::file_too_large) {
+        return {61, "the disk is full"};
+    }
+    if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) {
+        return {70, "permission denied"};
+    }
+    if (error == std::errc::read_only_file_system) {
+        return {70, "the disk is read-only"};
+    }
+    if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
+        return {76, "path not found"};
+    }
+    return {error == std::errc::io_error ? 57 : 75, error.message()};
+}
+
+/// A zero byte would end the message.
+std::string quoted(std::string path) {
+    std::replace(path.begin(), path.end(), '\0', '?');
+    return '"' + path + '"';
+}
+
+RuntimeError loadError(const std::string& path, const std::error_code& error) {
+    const Reason reason = reasonFor(error);
+    return {reason.number, quoted(path) + " could not be read: " + reason.text + "."};
+}
+
+RuntimeError saveError(const std::string& path, const std::error_code& error) {
+    const Reason reason = reasonFor(error);
+    return {reason.number,
+            quoted(path) + " could not be saved: " + reason.text + ". Nothing was changed on the disk."};
+}
+
+/// A path with a zero byte would lead to the file that its first part names.
+fs::path checkedPath(const std::string& path) {
+    if (path.empty() || path.find('\0') != std::string::npos) {
+        throw std::system_error(std::make_error_code(std::errc::invalid_argument));
+    }
+    return path;
+}
+
+/// Where the content belongs: at the end of the chain of symbolic links, whether a file is there yet or not.
+fs::path withoutLinks(fs::path path) {
+    constexpr int longestChain = 40;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(path)); ++links) {
+        if (links == longestChain) {
+            throw std::system_error(std::make_error_code(std::errc::too_many_symbolic_link_levels));
+        }
+        path = path.parent_path() / fs::read_symlink(path);
+    }
+    return path;
+}
+
+/// Writes the content to a file of a name that is free in the folder of the target.
+fs::path writeBeside(const fs::path& target, std::string_view content, Existing existing) {
+    constexpr int attempts = 100;
+    std::random_device random;
+    for (int attempt = 1;; ++attempt) {
+        fs::path beside = target.parent_path() / (".varda-" + std::to_string(random()) + ".tmp");
+        try {
+            writeNewFile(beside, content, existing == Existing::Yes ? &target : nullptr);
+            return beside;
+        } catch (const std::system_error& problem) {
+            if (problem.code() != std::errc::file_exists || attempt == attempts) {
+                throw;
+            }
+        }
+    }
+}
+
+void giveName(const fs::path& file, const fs::path& target) {
+    std::error_code problem;
+    fs::rename(file, target, problem);
+    if (problem) {
+        std::error_code ignored;
+        fs::remove(file, ignored);
+        throw std::system_error(problem);
+    }
+}
+
+void replaceTarget(const std::string& path, std::string_view content) {
+    const fs::path target = withoutLinks(checkedPath(path));
+    const fs::file_status status = fs::status(target);
+    const Existing existing = fs::exists(status) ? Existing::Yes : Existing::No;
+    if (existing == Existing::Yes) {
+        if (!fs::is_regular_file(status)) {
+            throw fileError(path, "is no regular file");
+        }
+        requireWritable(target);
+    }
+    giveName(writeBeside(target, content, existing), target);
+    syncFolder(target.has_parent_path() ? target.parent_path() : fs::path("."));
+}
+
+std::string readTarget(const std::string& path, std::size_t limit) {
+    const fs::path file = checkedPath(path);
+    const fs::file_status status = fs::status(file);
+    if (!fs::exists(status)) {
+        return {};
+    }
+    if (!fs::is_regular_file(status)) {
+        throw fileError(path, "is no regular file");
+    }
+    std::string text = readFile(file, limit + 1);
+    if (text.size() > limit) {
+        throw fileError(path, "is too large");
+    }
+    return text;
+}
+
+} // namespace
+
+FileText readRegularFile(const std::string& path, std::size_t limit) {
+    try {
+        return {readTarget(path, limit), std::nullopt};
+    } catch (const RuntimeError& problem) {
+        return {{}, problem};
+    } catch (const std::system_error& problem) {
+        return {{}, loadError(path, problem.code())};
+    }
+}
+
+void replaceFile(const std::string& path, std::string_view content) {
+    try {
+        replaceTarget(path, content);
+    } catch (const std::system_error& problem) {
+        throw saveError(path, problem.code());
+    }
+}
+
+RuntimeError fileError(const std::string& path, const std::string& reason) {
+    return {75, quoted(path) + ' ' + reason + "."};
+}
+
+} // namespace varda

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/runtime_error.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace varda {
+
+/// What a file holds, or why it is not known.
+struct FileText {
+    std::string text;
+    std::optional<RuntimeError> problem; ///< the text is then empty
+};
+
+/// Reads a regular file whole; a path that leads to nothing gives an empty text. Devices and pipes are not
+/// even opened: opening one can block, or change the state of a line.
+/// @param limit bytes; a larger file is a problem
+FileText readRegularFile(const std::string& path, std::size_t limit);
+
+/// Replaces a file in one step: the content is written to a file beside it, brought to the disk, and given
+/// the name. Until then, and after every failure, the old file is there untouched and the file beside it is
+/// gone.
+///
+/// An existing file keeps its permissions, and its owner where the system allows that. A symbolic link stays;
+/// the file that it leads to is replaced. A file that the user may not write to is not replaced either,
+/// although its folder would allow it.
+/// @throws RuntimeError 57 device error, 61 disk full, 70 permission denied, 75 no regular file or another
+/// path/file access error, 76 path not found; the description names the file and the reason
+void replaceFile(const std::string& path, std::string_view content);
+
+/// 75: `"path" reason`.
+RuntimeError fileError(const std::string& path, const std::string& reason);
+
+} // namespace varda

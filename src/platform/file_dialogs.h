@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace varda {
+
+/// The file dialogs of one window. Opening one returns at once; cancelling it does nothing.
+class FileDialogs {
+public:
+    using Chosen = std::function<void(const QString& path)>;
+
+    /// One kind of file.
+    struct Kind {
+        QString extension; ///< with its dot; added to a chosen name that has none
+        QString folder;    ///< below the program's own folder; where the dialog starts
+    };
+
+    /// @param programFolder the program's own folder
+    FileDialogs(QWidget* window, QString programFolder)
+        : window_(window), programFolder_(std::move(programFolder)) {}
+
+    void chooseToOpen(const Kind& kind, Chosen chosen);
+    /// Asks before a file is chosen that exists.
+    void chooseToSave(const Kind& kind, Chosen chosen);
+
+private:
+    QWidget* window_;
+    QString programFolder_;
+};
+
+} // namespace varda

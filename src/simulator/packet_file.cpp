@@ -1,0 +1,91 @@
+#include "simulator/packet_file.h"
+
+#include "platform/conversion.h"
+#include "platform/modVarda.h"
+#include "platform/runtime_error.h"
+#include "simulator/packet_table.h"
+
+#include <string_view>
+#include <vector>
+
+namespace varda {
+namespace {
+
+constexpr std::size_t valueBuffer = 1024; ///< a longer value is cut to one character less
+constexpr std::string_view information = "Information";
+constexpr std::string_view total = "Total";
+constexpr std::string_view receive = "Receive";
+constexpr std::string_view send = "Send";
+
+std::string read(const ProfileFile& file, std::string_view section, std::string_view key) {
+    return GetPrivateProfileStringA(section, key, "", valueBuffer, file);
+}
+
+/// Blanks survive the reading only within quotes.
+std::string trimmed(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+/// @return false where the file has no such entry
+bool appendEntry(const ProfileFile& file, std::string_view section, std::int32_t row,
+                 std::vector<std::string>& list) {
+    const std::string value = read(file, section, std::to_string(row));
+    if (value.empty()) {
+        return false;
+    }
+    list.push_back(trimmed(value));
+    return true;
+}
+
+/// @return false where a request has no answer; what comes before has been written
+bool writePairs(const PacketTable& table, ProfileFile& file) {
+    const auto& requests = table.requests();
+    const auto& answers = table.answers();
+    WritePrivateProfileStringA(information, total, std::to_string(requests.size()), file);
+    for (std::size_t row = 0; row < requests.size(); ++row) {
+        const std::string key = std::to_string(row);
+        WritePrivateProfileStringA(receive, key, requests[row], file);
+        if (row >= answers.size()) {
+            return false;
+        }
+        WritePrivateProfileStringA(send, key, answers[row], file);
+    }
+    return true;
+}
+
+} // namespace
+
+void savePackets(const PacketTable& table, const std::string& path) {
+    ProfileFile file = ProfileFile::load(path);
+    const bool complete = writePairs(table, file);
+    file.save(path);
+    if (!complete) {
+        throw subscriptOutOfRange();
+    }
+}
+
+PacketLoad loadPackets(PacketTable& table, const std::string& path) {
+    const ProfileFile file = ProfileFile::load(path);
+    const std::string totalText = read(file, information, total);
+    if (totalText.empty()) {
+        return PacketLoad::NoTotal;
+    }
+    table.clear();
+    const std::int32_t pairs = toLong(totalText);
+    if (pairs < 1) {
+        return PacketLoad::Corrupted;
+    }
+    std::vector<std::string> requests;
+    std::vector<std::string> answers;
+    std::int32_t row = 0;
+    while (row < pairs && appendEntry(file, receive, row, requests) &&
+           appendEntry(file, send, row, answers)) {
+        ++row;
+    }
+    table.replace(std::move(requests), std::move(answers));
+    return row == pairs ? PacketLoad::Complete : PacketLoad::Incomplete;
+}
+
+} // namespace varda

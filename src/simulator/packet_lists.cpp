@@ -1,0 +1,164 @@
+#include "simulator/packet_lists.h"
+
+#include "link/form.h"
+#include "platform/events.h"
+#include "platform/file_dialogs.h"
+#include "platform/runtime_error.h"
+#include "simulator/packet_file.h"
+#include "ui_simulation_page.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace varda {
+namespace {
+
+FileDialogs::Kind packetFiles() { return {QStringLiteral(".ini"), QStringLiteral("Data")}; }
+
+/// The entry of a list that may be shorter than the other one.
+bool holdsText(const std::vector<std::string>& entries, int row) {
+    return row >= 0 && row < static_cast<int>(entries.size()) &&
+           !entries[static_cast<std::size_t>(row)].empty();
+}
+
+} // namespace
+
+PacketLists::PacketLists(const PageContext& context, FileDialogs& files, Ui::SimulationPage& ui,
+                         QWidget* page, std::function<void(int row)> reload)
+    : QObject(page), context_(context), files_(files), ui_(ui) {
+    table_.setWatcher({[this](const PacketTableChange& change) {
+                           requests_.beginChange(change);
+                           answers_.beginChange(change);
+                       },
+                       [this](const PacketTableChange& change) {
+                           requests_.endChange(change);
+                           answers_.endChange(change);
+                       }});
+    ui_.lstSimReceive->setModel(&requests_);
+    ui_.lstSimSend->setModel(&answers_);
+    bind(std::move(reload));
+}
+
+void PacketLists::addPair(const std::string& request, const std::string& answer) {
+    table_.addPair(request, answer);
+    ui_.cmdSaveSimPacket->setEnabled(true);
+    switchStartButton();
+}
+
+void PacketLists::enterMode() {
+    for (QPushButton* const button : {ui_.cmdSimDelete, ui_.cmdSimClear, ui_.cmdSaveSimPacket}) {
+        button->setEnabled(false);
+    }
+}
+
+void PacketLists::bind(std::function<void(int row)> reload) {
+    Events& events = context_.events;
+    events.click(ui_.cmdSimDelete, [this] { cmdSimDelete_Click(); });
+    events.click(ui_.cmdSimClear, [this] { cmdSimClear_Click(); });
+    events.click(ui_.cmdSaveSimPacket, [this] { cmdSaveSimPacket_Click(); });
+    events.click(ui_.cmdLoadSimPacket, [this] { cmdLoadSimPacket_Click(); });
+    for (QListView* const list : {ui_.lstSimReceive, ui_.lstSimSend}) {
+        QListView* const other = list == ui_.lstSimReceive ? ui_.lstSimSend : ui_.lstSimReceive;
+        connect(list, &QListView::clicked, this, [this, list, other] { pairChosen(list, other); });
+        connect(list->selectionModel(), &QItemSelectionModel::currentChanged, this, [this, list, other] {
+            if (list->hasFocus()) { // chosen with the keyboard
+                pairChosen(list, other);
+            }
+        });
+    }
+    connect(ui_.lstSimReceive, &QListView::activated, this,
+            [this, reload = std::move(reload)](const QModelIndex& pair) {
+                context_.events.guard([&reload, &pair] { reload(pair.row()); });
+            });
+}
+
+void PacketLists::switchStartButton() {
+    ui_.cmdSimStart->setEnabled(!table_.requests().empty() &&
+                                context_.form.text("cmdPortOpen") == "Close Port");
+}
+
+void PacketLists::selectPair(int pair) {
+    ui_.lstSimReceive->setCurrentIndex(requests_.index(pair));
+    ui_.lstSimSend->setCurrentIndex(answers_.index(pair));
+}
+
+void PacketLists::pairChosen(QListView* from, QListView* to) {
+    to->setCurrentIndex(to->model()->index(from->currentIndex().row(), 0));
+    switchEditButtons();
+}
+
+void PacketLists::switchEditButtons() {
+    ui_.cmdSimDelete->setEnabled(!table_.requests().empty());
+    ui_.cmdSimClear->setEnabled(!table_.requests().empty());
+}
+
+void PacketLists::cmdSimDelete_Click() {
+    const int request = ui_.lstSimReceive->currentIndex().row();
+    const int answer = ui_.lstSimSend->currentIndex().row();
+    if (holdsText(table_.requests(), request)) {
+        table_.removeRequest(static_cast<std::size_t>(request));
+    }
+    if (holdsText(table_.answers(), answer)) {
+        table_.removeAnswer(static_cast<std::size_t>(answer));
+    }
+    selectPair(std::min(request, requests_.rowCount() - 1));
+    ui_.cmdSaveSimPacket->setEnabled(!table_.requests().empty());
+    ui_.cmdSimStart->setEnabled(!table_.requests().empty());
+    switchEditButtons();
+}
+
+void PacketLists::cmdSimClear_Click() {
+    context_.form.ask("Do you want to clear?", "Confirm", [this](bool yes) {
+        if (yes) {
+            table_.clear();
+            ui_.txtSimReceive->clear();
+            ui_.txtSimSend->clear();
+            ui_.txtSimSendData->clear();
+        }
+    });
+}
+
+void PacketLists::cmdSaveSimPacket_Click() {
+    files_.chooseToSave(packetFiles(), [this](const QString& path) {
+        context_.events.guard([this, &path] { saveTo(path); });
+    });
+}
+
+void PacketLists::saveTo(const QString& path) {
+    constexpr int missingAnswer = 9;
+    try {
+        savePackets(table_, QFile::encodeName(path).toStdString());
+    } catch (const RuntimeError& error) {
+        if (error.number() == missingAnswer) {
+            throw;
+        }
+        context_.form.showMessage(error.what(), "Error");
+        return;
+    }
+    selectPair(requests_.rowCount() - 1); // each pair is visited in turn, the last stays selected
+    context_.form.setText("txtSimStatus", "Saved completely !!!");
+}
+
+void PacketLists::cmdLoadSimPacket_Click() {
+    files_.chooseToOpen(packetFiles(), [this](const QString& path) {
+        context_.events.guard([this, &path] { loadFrom(path); });
+    });
+}
+
+void PacketLists::loadFrom(const QString& path) {
+    switch (loadPackets(table_, QFile::encodeName(path).toStdString())) {
+    case PacketLoad::Corrupted:
+        context_.form.showMessage(packetFileCorrupted, "Confirm");
+        break;
+    case PacketLoad::Complete:
+        ui_.cmdSimStart->setEnabled(true);
+        break;
+    case PacketLoad::NoTotal:
+    case PacketLoad::Incomplete:
+        break;
+    }
+}
+
+} // namespace varda

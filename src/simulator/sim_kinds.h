@@ -1,0 +1,44 @@
+#pragma once
+
+#include "link/registers.h"
+#include "simulator/packet_builders.h"
+#include "simulator/sim_points.h"
+
+#include <array>
+#include <string_view>
+
+namespace varda {
+
+/// One of the four request kinds that the simulation page prepares.
+struct SimKind {
+    std::string_view mode;       ///< text of cbSimMode
+    std::string_view answerMode; ///< text of cbSimModeS
+    Access access;
+    bool isWrite;                 ///< its points are collected one by one, its answer is an acknowledgement
+    std::string_view checkedData; ///< what CheckSimSendData is asked for
+    SimPoint point;
+    std::string (*makeRequest)(const SimFields& fields);
+    std::string (*makeAnswer)(const SimFields& fields);
+};
+
+constexpr std::array<SimKind, 4> simKinds = {{
+    {"Bit Read", "Bit Read ANS", Access::Bit, false, "BIT_READ", SimPoint::BitRead, MakeSimBitReadFormat,
+     MakeSimBitReadAnsFormat},
+    {"Word Read", "Word Read ANS", Access::Word, false, "WORD_READ", SimPoint::WordRead,
+     MakeSimWordReadFormat, MakeSimWordReadAnsFormat},
+    {"Bit Write", "Bit Write ANS", Access::Bit, true, "BIT_WRITE", SimPoint::BitWrite, MakeSimBitWriteFormat,
+     MakeSimBitWriteAnsFormat},
+    {"Word Write", "Word Write ANS", Access::Word, true, "WORD_WRITE", SimPoint::WordWrite,
+     MakeSimWordWriteFormat, MakeSimWordWriteAnsFormat},
+}};
+
+/// The two kinds that the page offers but does not prepare.
+constexpr std::string_view mixedReadMode = "Mixed Read";
+constexpr std::string_view mixedWriteMode = "Mixed Write";
+
+/// The kind of a mode's text, or nullptr.
+const SimKind* findSimKind(std::string_view mode);
+/// The kind of an answer mode's text, or nullptr.
+const SimKind* findSimAnswerKind(std::string_view answerMode);
+
+} // namespace varda

@@ -1,0 +1,381 @@
+#include "simulator/simulation_page.h"
+
+#include "link/form.h"
+#include "link/frame_image.h"
+#include "link/mixed_requests.h"
+#include "link/registers.h"
+#include "link/serial_link.h"
+#include "platform/conversion.h"
+#include "platform/events.h"
+#include "platform/key_filter.h"
+#include "platform/lists.h"
+#include "platform/runtime_error.h"
+#include "simulator/send_data_check.h"
+#include "ui_simulation_page.h"
+
+#include <algorithm>
+
+namespace varda {
+namespace {
+
+constexpr int lengthLimit = 255;
+constexpr int highestStation = 255;
+
+std::unique_ptr<Ui::SimulationPage> makeForm(QWidget* page) {
+    auto form = std::make_unique<Ui::SimulationPage>();
+    form->setupUi(page);
+    return form;
+}
+
+QString shown(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string textOf(const QComboBox* list) { return list->currentText().toStdString(); }
+
+std::vector<std::string> stationTexts() {
+    std::vector<std::string> texts;
+    for (int station = 0; station <= highestStation; ++station) {
+        texts.push_back(std::to_string(station));
+    }
+    return texts;
+}
+
+std::vector<std::string> modeTexts() {
+    std::vector<std::string> texts;
+    for (const SimKind& kind : simKinds) {
+        texts.emplace_back(kind.mode);
+    }
+    texts.emplace_back(mixedReadMode);
+    texts.emplace_back(mixedWriteMode);
+    return texts;
+}
+
+std::vector<std::string> answerModeTexts() {
+    std::vector<std::string> texts = modeTexts();
+    std::ranges::for_each(texts, [](std::string& text) { text += " ANS"; });
+    return texts;
+}
+
+/// The kind list of this page has no empty last entry.
+std::vector<std::string> kindTexts(Access access) {
+    std::vector<std::string> texts = kindListTexts(access);
+    texts.pop_back();
+    return texts;
+}
+
+void showAll(std::initializer_list<QWidget*> controls, bool visible) {
+    for (QWidget* const control : controls) {
+        control->setVisible(visible);
+    }
+}
+
+std::string repeated(std::string_view group, int times) {
+    std::string text;
+    for (int time = 0; time < times; ++time) {
+        text += group;
+    }
+    return text;
+}
+
+} // namespace
+
+SimulationPage::SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      ui_(makeForm(this)),
+      lists_(new PacketLists(context, files, *ui_, this, [this](int row) { lstSimReceive_DblClick(row); })),
+      responder_(context.link.state(), context.link.port(), context.form, lists_->table(),
+                 [this](int pair) { lists_->selectPair(pair); }) {
+    for (QComboBox* const list : findChildren<QComboBox*>()) {
+        keepTypedText(list);
+    }
+    bind();
+}
+
+SimulationPage::~SimulationPage() = default;
+
+void SimulationPage::bind() {
+    Events& events = context_.events;
+    connect(ui_->cbSimMode, &QComboBox::activated, this,
+            [this] { context_.events.guard([this] { cbSimMode_Change(); }); });
+    connect(ui_->cbSimModeS, &QComboBox::currentTextChanged, this, [this] { cbSimModeS_Click(); });
+    // a key alone empties nothing: the lists follow when the text changes
+    events.field(ui_->cbSimReg, [this] { cbSimReg_Change(); }, {.keyPress = [] {}, .lostFocus = {}});
+    for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA, ui_->cbSimAddress, ui_->cbSimBit}) {
+        events.field(list, [this] { rebuildRequest(); });
+    }
+    events.field(ui_->cbSimLength, [this] { cbSimLength_Click(); });
+    events.click(ui_->cmdSimAddListBox, [this] { cmdSimAddListBox_Click(); });
+    events.click(ui_->cmdSimDelListBox, [this] { cmdSimDelListBox_Click(); });
+    events.click(ui_->cmdSimSendDataInputOK, [this] { cmdSimSendDataInputOK_Click(); });
+    events.click(ui_->cmdSimInputOK, [this] { cmdSimInputOK_Click(); });
+    events.click(ui_->cmdSimStart,
+                 [] {}); // kept: the button does nothing, answering depends on the mode alone
+    connect(ui_->lstSimMixed, &QListWidget::currentRowChanged, this,
+            [this](int row) { ui_->cmdSimDelListBox->setEnabled(row >= 0); });
+    new KeyFilter(ui_->txtSimSendData, [this](char16_t character) {
+        return character < 0x80 &&
+               filterSendDataKey(textOf(ui_->cbSimModeS), static_cast<char>(character)).has_value();
+    });
+}
+
+void SimulationPage::enterMode() {
+    ui_->cmdSimInputOK->setEnabled(false);
+    ui_->optSimMixed_0->group()->setExclusive(false);
+    ui_->optSimMixed_0->setChecked(false);
+    ui_->optSimMixed_1->setChecked(false);
+    ui_->optSimMixed_0->group()->setExclusive(true);
+    fillList(ui_->cbSimDA, stationTexts(), "255");
+    fillList(ui_->cbSimSA, stationTexts(), "255");
+    fillList(ui_->cbSimMode, modeTexts(), "Bit Read");
+    fillList(ui_->cbSimModeS, answerModeTexts(), "Bit Read ANS");
+    lists_->enterMode();
+    cbSimMode_Change();
+}
+
+const SimKind* SimulationPage::kind() const { return findSimKind(textOf(ui_->cbSimMode)); }
+
+void SimulationPage::cbSimMode_Change() {
+    if (ui_->lstSimMixed->count() == 0) {
+        changeMode();
+        return;
+    }
+    context_.form.ask("Do you want to regist Data you written in List Box ?", "Confirm", [this](bool yes) {
+        context_.events.guard([this, yes] {
+            if (yes) {
+                cmdSimInputOK_Click(); // kept: the mode's text is the new one already
+            }
+            changeMode();
+        });
+    });
+}
+
+void SimulationPage::changeMode() {
+    ui_->lstSimMixed->clear();
+    ui_->cmdSimInputOK->setEnabled(false);
+    ShowSimReceive("");
+    ShowSimSend("");
+    ui_->txtSimSendData->clear();
+    const SimKind* const chosen = kind();
+    if (chosen == nullptr) {
+        context_.form.showMessage("Not support in this version yet.", "Confirm");
+        return;
+    }
+    showFieldsOf(*chosen);
+    if (chosen->isWrite) {
+        ShowSimSend(chosen->makeAnswer(fields())); // an acknowledgement carries no data
+    }
+}
+
+void SimulationPage::showFieldsOf(const SimKind& kind) {
+    const bool bits = kind.access == Access::Bit;
+    showAll({ui_->lblSimPoint, ui_->cbSimBit, ui_->lblSimBit}, bits);
+    showAll({ui_->Frame25, ui_->optSimMixed_0, ui_->optSimMixed_1}, false);
+    showAll({ui_->optSimOnOff_0, ui_->optSimOnOff_1}, kind.isWrite && bits);
+    showAll({ui_->txtSimData, ui_->chkSimHexDec}, kind.isWrite && !bits);
+    showAll({ui_->lblSimLength, ui_->cbSimLength}, !kind.isWrite);
+    for (QWidget* const field :
+         {static_cast<QWidget*>(ui_->cbSimReg), static_cast<QWidget*>(ui_->cbSimAddress),
+          static_cast<QWidget*>(ui_->cbSimBit), static_cast<QWidget*>(ui_->txtSimData),
+          static_cast<QWidget*>(ui_->chkSimHexDec)}) {
+        field->setEnabled(true);
+    }
+    fillList(ui_->cbSimReg, kindTexts(kind.access));
+    fillList(ui_->cbSimAddress, {});
+    fillList(ui_->cbSimBit, {});
+    fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(lengthLimit));
+    ui_->cmdSimAddListBox->setEnabled(kind.isWrite);
+    ui_->cmdSimDelListBox->setEnabled(false);
+    ui_->cbSimModeS->setEditText(shown(kind.answerMode));
+    cbSimModeS_Click();
+}
+
+void SimulationPage::cbSimModeS_Click() {
+    const SimKind* const answered = findSimAnswerKind(textOf(ui_->cbSimModeS));
+    ui_->txtSimSendData->setEnabled(answered != nullptr && !answered->isWrite);
+}
+
+void SimulationPage::cbSimReg_Change() {
+    const std::vector<std::string> numbers = numberListTexts(textOf(ui_->cbSimReg));
+    fillList(ui_->cbSimAddress, numbers);
+    fillList(ui_->cbSimBit, numbers.empty() ? std::vector<std::string>() : bitListTexts());
+}
+
+SimPosition SimulationPage::position() const {
+    return {textOf(ui_->cbSimReg), textOf(ui_->cbSimAddress), textOf(ui_->cbSimBit)};
+}
+
+SimFields SimulationPage::fields() const {
+    return {textOf(ui_->cbSimDA),
+            textOf(ui_->cbSimSA),
+            position(),
+            textOf(ui_->cbSimLength),
+            ui_->txtSimSendData->text().toStdString(),
+            context_.form.lines("lstSimMixed")};
+}
+
+void SimulationPage::showPosition(const SimPosition& position) {
+    if (textOf(ui_->cbSimReg) != position.reg) {
+        ui_->cbSimReg->setEditText(shown(position.reg));
+    }
+    ui_->cbSimAddress->setEditText(shown(position.address));
+    ui_->cbSimBit->setEditText(shown(position.bit));
+}
+
+void SimulationPage::rebuildRequest() {
+    const SimKind* const chosen = kind();
+    const SimPosition here = position();
+    if (chosen == nullptr || chosen->isWrite || here.reg.empty() || here.address.empty() ||
+        (chosen->access == Access::Bit && here.bit.empty()) || textOf(ui_->cbSimLength).empty()) {
+        return; // a write request is built from its points, a read request once its fields are filled
+    }
+    ShowSimReceive(chosen->makeRequest(fields()));
+}
+
+void SimulationPage::cbSimLength_Click() {
+    const SimKind* const chosen = kind();
+    if (chosen == nullptr || chosen->isWrite) {
+        return;
+    }
+    ui_->cmdSimAddListBox->setEnabled(false);
+    ui_->cmdSimDelListBox->setEnabled(false);
+    if (textOf(ui_->cbSimLength).empty()) {
+        return;
+    }
+    const int count = toInteger(textOf(ui_->cbSimLength));
+    rebuildRequest();
+    ui_->txtSimSendData->setText(shown(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", count)));
+}
+
+bool SimulationPage::onOffIsChosen() const {
+    return ui_->optSimOnOff_0->isChecked() || ui_->optSimOnOff_1->isChecked();
+}
+
+std::string SimulationPage::newPoint() const {
+    const bool bits = kind()->access == Access::Bit;
+    const std::string value =
+        bits ? (ui_->optSimOnOff_0->isChecked() ? "ON" : "OFF")
+             : simWordValue(ui_->txtSimData->text().toStdString(), ui_->chkSimHexDec->isChecked());
+    return simPointLine(kind()->point, position(), value);
+}
+
+void SimulationPage::cmdSimAddListBox_Click() {
+    const SimKind* const chosen = kind();
+    if (chosen == nullptr || !chosen->isWrite) {
+        return;
+    }
+    if (chosen->access == Access::Bit && !onOffIsChosen()) {
+        context_.form.showMessage("Please check Data (ON/OFF) !!", "Confirm");
+        return;
+    }
+    const std::string line = newPoint();
+    const SimPosition next = stepForward(position(), chosen->access);
+    ui_->lstSimMixed->addItem(shown(line));
+    showPosition(next);
+    ShowSimReceive(chosen->makeRequest(fields()));
+}
+
+void SimulationPage::cmdSimDelListBox_Click() {
+    const SimKind* const chosen = kind();
+    const int row = ui_->lstSimMixed->currentRow();
+    if (chosen == nullptr || row < 0) {
+        return;
+    }
+    showPosition(stepBack(position(), 1, chosen->access));
+    delete ui_->lstSimMixed->takeItem(row);
+    ShowSimReceive(ui_->lstSimMixed->count() > 0 ? chosen->makeRequest(fields()) : std::string());
+    ui_->cmdSimDelListBox->setEnabled(ui_->lstSimMixed->currentRow() >= 0);
+}
+
+void SimulationPage::cmdSimSendDataInputOK_Click() {
+    const SimKind* const answered = findSimAnswerKind(textOf(ui_->cbSimModeS));
+    if (answered == nullptr) {
+        return;
+    }
+    const auto verdict = CheckSimSendData(answered->checkedData, ui_->txtSimSendData->text().toStdString());
+    for (const std::string& message : sendDataMessages(answered->checkedData, verdict)) {
+        context_.form.showMessage(message, "Error");
+    }
+    if (verdict == SendDataVerdict::Accepted) {
+        ShowSimSend(answered->makeAnswer(fields()));
+        ui_->cmdSimInputOK->setEnabled(true);
+    }
+}
+
+void SimulationPage::cmdSimInputOK_Click() {
+    if (ui_->txtSimReceive->toPlainText().isEmpty() || ui_->txtSimSend->toPlainText().isEmpty()) {
+        return;
+    }
+    const SimKind* const chosen = kind();
+    if (chosen == nullptr) {
+        sendMixedFrame(textOf(ui_->cbSimMode) == mixedReadMode);
+        return;
+    }
+    const bool valueIsGiven =
+        chosen->access == Access::Bit ? onOffIsChosen() : !ui_->txtSimData->text().isEmpty();
+    if (!chosen->isWrite || valueIsGiven) {
+        lists_->addPair(ui_->txtSimReceive->toPlainText().toStdString(),
+                        ui_->txtSimSend->toPlainText().toStdString());
+    }
+}
+
+void SimulationPage::sendMixedFrame(bool isRead) {
+    const std::uint8_t code = isRead ? command::mixedRead : command::mixedWrite;
+    const Route& route = *findRoute(code);
+    const StationTexts stations = {context_.form.text(route.destination), context_.form.text(route.source)};
+    const auto points = context_.form.lines(isRead ? "lstMRReadReg" : "lstMWWriteReg");
+    if (isRead) {
+        MakeMRDataFormat(context_.images, points);
+        MakeMReadFormat(context_.images, stations, points);
+    } else {
+        MakeMWDataFormat(context_.images, points);
+        MakeMWriteFormat(context_.images, stations, points);
+    }
+    if (!context_.link.port().isOpen()) {
+        context_.form.setText(route.status, "Port Closed");
+        return;
+    }
+    context_.link.port().discard();
+    context_.link.port().write(mixedWire(context_.images, code));
+}
+
+void SimulationPage::ShowSimReceive(const std::string& text) {
+    ui_->txtSimReceive->setPlainText(shown(text));
+}
+
+void SimulationPage::ShowSimSend(const std::string& text) { ui_->txtSimSend->setPlainText(shown(text)); }
+
+void SimulationPage::lstSimReceive_DblClick(int row) {
+    const PacketTable& table = lists_->table();
+    const auto pair = static_cast<std::size_t>(row);
+    const std::string request = table.requests().at(pair);
+    const std::string answer = pair < table.answers().size() ? table.answers()[pair] : std::string();
+    const PreparedRequest prepared = parsePreparedRequest(request);
+    const SimKind* const reloaded = findSimKind(prepared.mode);
+    ui_->cbSimDA->setEditText(shown(prepared.da));
+    ui_->cbSimSA->setEditText(shown(prepared.sa));
+    if (!prepared.mode.empty()) {
+        ui_->cbSimMode->setEditText(shown(prepared.mode));
+    }
+    if (prepared.supported && reloaded != nullptr) {
+        reload(*reloaded, prepared, answer);
+    } else {
+        context_.form.showMessage("Not Support in this version !!", "Confirm");
+    }
+    ShowSimReceive(request);
+    ShowSimSend(answer);
+}
+
+void SimulationPage::reload(const SimKind& kind, const PreparedRequest& request, const std::string& answer) {
+    ui_->lstSimMixed->clear();
+    showFieldsOf(kind);
+    showPosition(request.position);
+    ui_->cbSimLength->setEditText(shown(request.length));
+    for (const std::string& point : request.points) {
+        ui_->lstSimMixed->addItem(shown(point));
+    }
+    ui_->txtSimSendData->setText(kind.isWrite ? QString() : shown(preparedAnswerData(answer)));
+}
+
+} // namespace varda
