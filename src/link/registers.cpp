@@ -27,7 +27,7 @@ constexpr std::array<RegisterKind, 10> kinds = {{
 /// The numbers `first` .. `last`, zero-filled to `digits`.
 std::vector<std::string> decimalTexts(int first, int last, std::size_t digits = 1) {
     std::vector<std::string> texts;
-    texts.reserve(static_cast<std::size_t>(last - first + 1));
+    texts.reserve(static_cast<std::size_t>(last - first) + 1);
     for (int number = first; number <= last; ++number) {
         texts.push_back(decimal(number, digits));
     }

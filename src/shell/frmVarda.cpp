@@ -5,14 +5,14 @@
 #include "master/mixed_write_page.h"
 #include "master/read_page.h"
 #include "master/write_page.h"
+#include "monitor/monitor_page.h"
 #include "platform/lists.h"
+#include "scenario/scenario_panel.h"
 #include "shell/look.h"
 #include "shell/modes.h"
 #include "shell/port_box.h"
 #include "simulator/simulation_page.h"
 #include "ui_frmVarda.h"
-#include "ui_monitor_page.h"
-#include "ui_scenario_panel.h"
 
 #include <QCloseEvent>
 
@@ -35,17 +35,6 @@ std::vector<std::string> portListTexts() {
     return texts;
 }
 
-/// A page whose controls stand there but have no behaviour yet.
-template <typename PageForm>
-QWidget* inertPage(QWidget* parent) {
-    auto* const page = new QWidget(parent);
-    PageForm().setupUi(page);
-    for (QComboBox* const list : page->findChildren<QComboBox*>()) {
-        keepTypedText(list);
-    }
-    return page;
-}
-
 } // namespace
 
 FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
@@ -54,7 +43,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
       tmrComm_([this] { events_.guard([this] { link_.tmrComm_Timer(); }); }),
-      tmrScenario_([] {}),
+      tmrScenario_([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); }),
       link_(commPLC_, surroundings.clock, form_),
       linkPort_(commTest_, link_, tmrComm_, form_),
       files_(this, surroundings.programFolder) {
@@ -73,15 +62,19 @@ void FrmVarda::addPages(const Surroundings& surroundings) {
     mixedReadPage_ = new MixedReadPage(context, this);
     mixedWritePage_ = new MixedWritePage(context, this);
     simulationPage_ = new SimulationPage(context, files_, this);
-    link_.setRoles({.listBurst = [](const Bytes&) {},
+    monitorPage_ = new MonitorPage(context, {files_, surroundings.clock, surroundings.now}, this);
+    scenarioPanel_ =
+        new ScenarioPanel(context, {tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
+    link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
                     .answerRequest = [this] { return simulationPage_->answerRequest(); }});
+    linkPort_.setStopRuns([this] { stopRuns(); });
     ui_->pageReadLayout->addWidget(readPage_);
     ui_->pageWriteLayout->addWidget(writePage_);
     ui_->pageMixedReadLayout->addWidget(mixedReadPage_);
     ui_->pageMixedWriteLayout->addWidget(mixedWritePage_);
     ui_->pageSimulationLayout->addWidget(simulationPage_);
-    ui_->pageMonitorLayout->addWidget(inertPage<Ui::MonitorPage>(this));
-    ui_->scenarioHolderLayout->addWidget(inertPage<Ui::ScenarioPanel>(this));
+    ui_->pageMonitorLayout->addWidget(monitorPage_);
+    ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
     useFixedWidthForFrames(this);
     keepDisabledTextsReadable(this);
     chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
@@ -139,6 +132,7 @@ void FrmVarda::optMode_Click(int index) {
     if (index < 0 || index >= static_cast<int>(modes.size())) {
         return;
     }
+    monitorPage_->stopRun(); // closes the log
     const Mode& mode = modes.at(static_cast<std::size_t>(index));
     {
         const QSignalBlocker once(modeOption(index));
@@ -149,14 +143,22 @@ void FrmVarda::optMode_Click(int index) {
     for (std::size_t group = 0; group < mode.groups.size(); ++group) {
         form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
     }
-    switchRunButtons();
+    scenarioPanel_->switchRunButtons();
     enterMode(index);
 }
 
-void FrmVarda::switchRunButtons() {
-    const bool running = link_.state().CommMode == comm_mode::scenario;
-    form_.setEnabled("cmdRunScenario", !form_.lines("lstSchedule").empty() && !running);
-    form_.setEnabled("cmdStopScenario", running);
+std::int16_t FrmVarda::shownCommMode() const {
+    const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
+    if (index >= masterRoutes().size()) {
+        return modes.at(index).commMode;
+    }
+    const Route& route = masterRoutes()[index];
+    return form_.isTicked(route.wordOption) ? route.wordMode : route.bitMode;
+}
+
+void FrmVarda::stopRuns() {
+    monitorPage_->stopRun();
+    scenarioPanel_->stop();
 }
 
 void FrmVarda::enterMode(int index) {
@@ -164,12 +166,10 @@ void FrmVarda::enterMode(int index) {
         form_.setEnabled("Frame2_0", index == 0);
         form_.setEnabled("Frame2_1", index == 1);
     }
-    const std::array<std::function<void()>, 6> enter = {[this] { readPage_->enterMode(); },
-                                                        [this] { writePage_->enterMode(); },
-                                                        [this] { mixedReadPage_->enterMode(); },
-                                                        [this] { mixedWritePage_->enterMode(); },
-                                                        [this] { simulationPage_->enterMode(); },
-                                                        [] {}};
+    const std::array<std::function<void()>, 6> enter = {
+        [this] { readPage_->enterMode(); },       [this] { writePage_->enterMode(); },
+        [this] { mixedReadPage_->enterMode(); },  [this] { mixedWritePage_->enterMode(); },
+        [this] { simulationPage_->enterMode(); }, [this] { monitorPage_->enterMode(); }};
     enter.at(static_cast<std::size_t>(index))();
     if (index < 5) {
         simulationPage_->switchStartButton();
@@ -177,6 +177,8 @@ void FrmVarda::enterMode(int index) {
 }
 
 void FrmVarda::closePort() {
+    monitorPage_->stopRun();
+    tmrScenario_.stop();
     if (commPLC_.isOpen()) {
         commPLC_.close();
     }

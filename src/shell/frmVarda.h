@@ -11,6 +11,7 @@
 #include "shell/window_form.h"
 
 #include <QMainWindow>
+#include <QTime>
 
 #include <memory>
 
@@ -23,7 +24,9 @@ class FrmVarda;
 }
 class MixedReadPage;
 class MixedWritePage;
+class MonitorPage;
 class ReadPage;
+class ScenarioPanel;
 class SimulationPage;
 class WritePage;
 
@@ -35,10 +38,11 @@ class FrmVarda : public QMainWindow {
 public:
     /// What the window takes from outside, so that tests can put their own in its place.
     struct Surroundings {
-        Clock& clock;                   ///< where waits come from
-        MSComm::LineFactory makeLine;   ///< turns a port's name into a closed line
-        std::function<double()> random; ///< draws a number of at least 0 and below 1
-        QString programFolder;          ///< the program's own folder, where dialogs start
+        Clock& clock;                                    ///< where waits come from
+        MSComm::LineFactory makeLine;                    ///< turns a port's name into a closed line
+        std::function<double()> random;                  ///< draws a number of at least 0 and below 1
+        QString programFolder;                           ///< the program's own folder, where dialogs start
+        std::function<QTime()> now = QTime::currentTime; ///< time of day for the monitor's stamps
     };
 
     explicit FrmVarda(const Surroundings& surroundings, QWidget* parent = nullptr);
@@ -60,7 +64,8 @@ private:
     void Form_Load();
     void fillSerialLists();
     void enterMode(int index);
-    void switchRunButtons();
+    std::int16_t shownCommMode() const;
+    void stopRuns();
     void cmdEnd_Click();
     void closePort();
     QRadioButton* modeOption(int index) const;
@@ -84,6 +89,8 @@ private:
     MixedReadPage* mixedReadPage_ = nullptr;
     MixedWritePage* mixedWritePage_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
+    MonitorPage* monitorPage_ = nullptr;
+    ScenarioPanel* scenarioPanel_ = nullptr;
 };
 
 } // namespace varda

@@ -1,5 +1,6 @@
 #include "simulator/packet_file.h"
 
+#include "platform/blanks.h"
 #include "platform/conversion.h"
 #include "platform/modVarda.h"
 #include "platform/runtime_error.h"
@@ -21,13 +22,6 @@ std::string read(const ProfileFile& file, std::string_view section, std::string_
     return GetPrivateProfileStringA(section, key, "", valueBuffer, file);
 }
 
-/// Blanks survive the reading only within quotes.
-std::string trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string::npos ? std::string()
-                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 /// @return false where the file has no such entry
 bool appendEntry(const ProfileFile& file, std::string_view section, std::int32_t row,
                  std::vector<std::string>& list) {
@@ -35,7 +29,7 @@ bool appendEntry(const ProfileFile& file, std::string_view section, std::int32_t
     if (value.empty()) {
         return false;
     }
-    list.push_back(trimmed(value));
+    list.emplace_back(withoutBlanksAround(value)); // blanks survive the reading only within quotes
     return true;
 }
 

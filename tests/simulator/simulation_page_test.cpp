@@ -58,15 +58,6 @@ protected:
         QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, center);
     }
 
-    /// Answers the file dialog on the screen with a path.
-    void chooseFile(const std::string& path) {
-        auto* const dialog = driver.window().findChild<QFileDialog*>();
-        ASSERT_NE(dialog, nullptr);
-        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
-        QMetaObject::invokeMethod(dialog, "accept");
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-
     std::string write(const char* name, const std::string& content) {
         const std::string path = folder.file(name);
         std::ofstream(path) << content;
@@ -76,11 +67,6 @@ protected:
     void load(const std::string& path) {
         driver.click("cmdLoadSimPacket");
         chooseFile(path);
-    }
-
-    void answerQuestion(bool yes) {
-        ASSERT_NE(driver.box(), nullptr);
-        QTest::mouseClick(driver.box()->button(yes ? QMessageBox::Yes : QMessageBox::No), Qt::LeftButton);
     }
 
     TemporaryFolder folder;

@@ -14,7 +14,7 @@ namespace varda::test {
 WindowDriver::WindowDriver()
     : window_({clock_, lineFactory(clock_, controller_),
                [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); },
-               QApplication::applicationDirPath()}) {
+               QApplication::applicationDirPath(), [] { return QTime(9, 5, 7); }}) {
     window_.resize(1024, 768);
     window_.show();
     QApplication::setActiveWindow(&window_);

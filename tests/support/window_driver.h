@@ -1,5 +1,6 @@
 #pragma once
 
+#include "monitor/monitor_page.h"
 #include "platform/timers.h"
 #include "shell/frmVarda.h"
 #include "virtual/controller.h"
@@ -58,6 +59,9 @@ public:
     std::string boxTitle();
     /// Closes the box with its default button.
     void closeBox();
+
+    /// Hands the monitor a burst as the link does, without the line in between.
+    void listBurst(const Bytes& burst) { window_.findChild<MonitorPage*>()->listBurst(burst); }
 
     /// Tests and opens a port by its name, as a user does.
     void openPort(const std::string& name);

@@ -4,6 +4,13 @@
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -32,6 +39,21 @@ protected:
             return bytes.size() >= count;
         });
         return bytes;
+    }
+
+    /// Answers the file dialog on the screen with a path.
+    void chooseFile(const std::string& path) {
+        auto* const dialog = driver.window().findChild<QFileDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
+        QMetaObject::invokeMethod(dialog, "accept");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    /// Answers the question on the screen.
+    void answerQuestion(bool yes) {
+        ASSERT_NE(driver.box(), nullptr);
+        QTest::mouseClick(driver.box()->button(yes ? QMessageBox::Yes : QMessageBox::No), Qt::LeftButton);
     }
 
     WindowDriver driver;

@@ -1,0 +1,157 @@
+#include "monitor/monitor_page.h"
+
+#include "link/form.h"
+#include "link/routes.h"
+#include "link/serial_link.h"
+#include "monitor/frmMonitoringData.h"
+#include "monitor/monitor_delegate.h"
+#include "platform/events.h"
+#include "platform/file_dialogs.h"
+#include "platform/runtime_error.h"
+#include "ui_monitor_page.h"
+
+#include <QCursor>
+#include <QFile>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include <utility>
+
+namespace varda {
+namespace {
+
+FileDialogs::Kind logFiles() { return {QStringLiteral(".log"), QStringLiteral("Log")}; }
+
+} // namespace
+
+MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      surroundings_(std::move(surroundings)),
+      ui_(std::make_unique<Ui::MonitorPage>()),
+      log_(surroundings_.clock),
+      frmMonitoringData_(new FrmMonitoringData(this)) {
+    ui_->setupUi(this);
+    ui_->lstMonitor->setModel(&lines_);
+    ui_->lstMonitor->setItemDelegate(new MonitorDelegate(this));
+    ui_->lstMonitor->viewport()->installEventFilter(this);
+    bind();
+}
+
+MonitorPage::~MonitorPage() = default;
+
+void MonitorPage::bind() {
+    Events& events = context_.events;
+    events.click(ui_->cmdMonStart, [this] { cmdMonStart_Click(); });
+    events.click(ui_->cmdMonStop, [this] { cmdMonStop_Click(); });
+    events.click(ui_->cmdMonLogFile, [this] { cmdMonLogFile_Click(); });
+    events.click(ui_->cmdClear, [this] { cmdClear_Click(); });
+    connect(ui_->chkMonLog, &QCheckBox::toggled, this, [this] { chkMonLog_Click(); });
+    connect(ui_->lstMonitor, &QListView::pressed, this, [this] { showLine(); });
+}
+
+bool MonitorPage::isMonitoring() const { return context_.link.state().CommMode == comm_mode::monitoring; }
+
+bool MonitorPage::mayStart() {
+    if (!context_.link.port().isOpen()) {
+        context_.form.showMessage("Please Port Open !!", "Warning");
+        return false;
+    }
+    // kept: the mixed pages' boxes are not looked at
+    if (context_.form.isTicked("chkRTimer") || context_.form.isTicked("chkWTimer")) {
+        context_.form.showMessage(
+            "Currently, Program is communicating with PLC. Please turn off Check Box !!", "Warning");
+        return false;
+    }
+    return true;
+}
+
+void MonitorPage::cmdMonStart_Click() {
+    if (isMonitoring() || !mayStart()) {
+        return;
+    }
+    if (ui_->txtMonLogFile->text().isEmpty()) {
+        ui_->chkMonLog->setChecked(false);
+    }
+    context_.link.state().CommMode = comm_mode::monitoring;
+    ui_->txtMonLogFile->setEnabled(false);
+    ui_->chkMonLog->setEnabled(false);
+    ui_->chkMonLog->setToolTip(QString());
+    if (ui_->chkMonLog->isChecked()) {
+        openLog();
+    }
+}
+
+void MonitorPage::openLog() { log_.open(QFile::encodeName(ui_->txtMonLogFile->text()).toStdString()); }
+
+void MonitorPage::cmdMonStop_Click() {
+    context_.link.state().CommMode = comm_mode::monitorIdle;
+    log_.close();
+    ui_->txtMonLogFile->setEnabled(true);
+    ui_->chkMonLog->setEnabled(true);
+}
+
+void MonitorPage::stopRun() {
+    if (isMonitoring()) {
+        cmdMonStop_Click();
+    }
+}
+
+void MonitorPage::cmdMonLogFile_Click() {
+    surroundings_.files.chooseToSave(logFiles(),
+                                     [this](const QString& path) { ui_->txtMonLogFile->setText(path); });
+}
+
+void MonitorPage::chkMonLog_Click() {
+    ui_->txtMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
+    ui_->cmdMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
+}
+
+void MonitorPage::cmdClear_Click() { lines_.clear(); }
+
+void MonitorPage::listBurst(const Bytes& burst) {
+    const QTime now = surroundings_.now();
+    const std::string stamp =
+        ui_->chkTimeStamp->isChecked() ? timeStamp(now.hour(), now.minute(), now.second()) : std::string();
+    MonitorLine line = {stamp, burst, ui_->chkASCIIDisplay->isChecked()};
+    if (lines_.rowCount() > static_cast<int>(monitorLineLimit)) {
+        lines_.clear();
+    }
+    ui_->txtLine->setText(QString::number(lines_.rowCount())); // kept: the count lags one behind
+    if (log_.isOpen()) {
+        writeLog(line.text());
+    }
+    const QScrollBar* const scrollBar = ui_->lstMonitor->verticalScrollBar();
+    const bool follows = scrollBar->value() == scrollBar->maximum();
+    lines_.append(std::move(line));
+    if (follows) {
+        ui_->lstMonitor->scrollToBottom();
+    }
+}
+
+void MonitorPage::writeLog(const std::string& line) {
+    if (!log_.write(line)) {
+        ui_->chkMonLog->setToolTip(tr("The log could not be written whole: is the disk full?"));
+    }
+}
+
+void MonitorPage::showLine() {
+    const QModelIndex chosen = ui_->lstMonitor->currentIndex();
+    if (!chosen.isValid()) {
+        return;
+    }
+    const std::string line = lines_.line(chosen.row()).text();
+    if (!line.empty()) {
+        const QString text = QString::fromLatin1(line.data(), static_cast<qsizetype>(line.size()));
+        frmMonitoringData_->showLine(MonitorDelegate::withoutControls(text), QCursor::pos());
+    }
+}
+
+bool MonitorPage::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonRelease) {
+        frmMonitoringData_->closeLine();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace varda

@@ -1,0 +1,56 @@
+#include "platform/append_file.h"
+
+#include "platform/runtime_error.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace varda {
+namespace {
+
+constexpr int noSuchFolder = 76;
+constexpr int noAccess = 75;
+
+RuntimeError openFailure(const std::string& path, int error) {
+    return {error == ENOENT || error == ENOTDIR ? noSuchFolder : noAccess,
+            path + ": " + std::strerror(error)};
+}
+
+bool isRegular(int file) {
+    struct stat status {};
+    return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+} // namespace
+
+AppendFile::AppendFile(const std::string& path)
+    : file_(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666)) {
+    if (file_ < 0) {
+        throw openFailure(path, errno);
+    }
+    if (!isRegular(file_)) {
+        ::close(file_);
+        throw RuntimeError(noAccess, path + " is no regular file. Choose another log file.");
+    }
+}
+
+AppendFile::~AppendFile() { ::close(file_); }
+
+bool AppendFile::append(std::string_view text) noexcept {
+    while (!text.empty()) {
+        const ssize_t written = ::write(file_, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+void AppendFile::sync() noexcept { ::fsync(file_); }
+
+} // namespace varda

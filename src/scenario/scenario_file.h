@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace varda {
+
+class ProfileFile;
+
+/// What was read of a scenario file.
+struct LoadedScenario {
+    std::vector<std::string> lines;
+    bool isComplete; ///< every line that "Total" names was there
+};
+
+/// Reads a scenario: "Total" of section "Information", then Scenario0, Scenario1, .. of section "Scenario";
+/// an entry that is missing or empty ends the reading.
+/// @return nothing where "Total" is missing or no number above 0
+std::optional<LoadedScenario> loadScenario(const ProfileFile& file);
+
+/// Writes a scenario, in the same form. Entries of a longer scenario that the file held before stay in it.
+void storeScenario(std::span<const std::string> lines, ProfileFile& file);
+
+} // namespace varda

@@ -1,0 +1,242 @@
+#include "scenario/scenario_panel.h"
+
+#include "link/form.h"
+#include "link/routes.h"
+#include "link/serial_link.h"
+#include "platform/conversion.h"
+#include "platform/events.h"
+#include "platform/file_dialogs.h"
+#include "platform/period_timer.h"
+#include "platform/profile_file.h"
+#include "platform/runtime_error.h"
+#include "platform/scope_exit.h"
+#include "scenario/scenario_file.h"
+#include "scenario/scenario_frame.h"
+#include "ui_scenario_panel.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace varda {
+namespace {
+
+constexpr int longestPeriod = 65535;
+
+FileDialogs::Kind scenarioFiles() { return {QStringLiteral(".scn"), QStringLiteral("Data")}; }
+
+} // namespace
+
+ScenarioPanel::ScenarioPanel(const PageContext& context, Surroundings surroundings, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      surroundings_(std::move(surroundings)),
+      ui_(std::make_unique<Ui::ScenarioPanel>()) {
+    ui_->setupUi(this);
+    bind();
+}
+
+ScenarioPanel::~ScenarioPanel() = default;
+
+void ScenarioPanel::bind() {
+    Events& events = context_.events;
+    events.click(ui_->cmdAddScenario, [this] { cmdAddScenario_Click(); });
+    events.click(ui_->cmdDelScenario, [this] { cmdDelScenario_Click(); });
+    events.click(ui_->cmdSaveScenario, [this] { cmdSaveScenario_Click(); });
+    events.click(ui_->cmdLoadScenario, [this] { cmdLoadScenario_Click(); });
+    events.click(ui_->cmdRunScenario, [this] { cmdRunScenario_Click(); });
+    events.click(ui_->cmdStopScenario, [this] { cmdStopScenario_Click(); });
+}
+
+void ScenarioPanel::stop() {
+    if (surroundings_.tmrScenario.isRunning()) {
+        cmdStopScenario_Click();
+    }
+}
+
+void ScenarioPanel::switchRunButtons() {
+    const bool running = context_.link.state().CommMode == comm_mode::scenario;
+    ui_->cmdRunScenario->setEnabled(ui_->lstSchedule->count() > 0 && !running);
+    ui_->cmdStopScenario->setEnabled(running);
+}
+
+void ScenarioPanel::showNumber() {
+    ui_->txtNumberOfScenario->setText(QString::number(ui_->lstSchedule->count()));
+}
+
+void ScenarioPanel::cmdAddScenario_Click() {
+    const Route* const route = findRoute(surroundings_.shownCommMode());
+    const std::string frame = route != nullptr ? context_.form.text(route->request) : std::string();
+    if (frame.empty()) {
+        return;
+    }
+    ui_->lstSchedule->addItem(QString::fromStdString(frame));
+    ui_->cmdDelScenario->setEnabled(true);
+    showNumber();
+    ui_->cmdRunScenario->setEnabled(true);
+}
+
+void ScenarioPanel::cmdDelScenario_Click() {
+    const int row = ui_->lstSchedule->currentRow();
+    if (row >= 0 && !ui_->lstSchedule->item(row)->text().isEmpty()) {
+        delete ui_->lstSchedule->takeItem(row);
+        ui_->lstSchedule->setCurrentRow(std::min(row, ui_->lstSchedule->count() - 1));
+    }
+    const bool hasLines = ui_->lstSchedule->count() > 0;
+    ui_->cmdDelScenario->setEnabled(hasLines);
+    ui_->cmdRunScenario->setEnabled(hasLines);
+    showNumber();
+}
+
+void ScenarioPanel::cmdSaveScenario_Click() {
+    surroundings_.files.chooseToSave(scenarioFiles(), [this](const QString& path) {
+        context_.events.guard([this, &path] { saveTo(path); });
+    });
+}
+
+void ScenarioPanel::saveTo(const QString& path) {
+    const std::string name = QFile::encodeName(path).toStdString();
+    ProfileFile file = ProfileFile::load(name);
+    storeScenario(context_.form.lines("lstSchedule"), file);
+    ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
+    try {
+        file.save(name);
+    } catch (const RuntimeError& error) {
+        context_.form.showMessage(error.what(), "Error");
+        return;
+    }
+    context_.form.setText("txtSimStatus",
+                          "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+}
+
+void ScenarioPanel::cmdLoadScenario_Click() {
+    surroundings_.files.chooseToOpen(scenarioFiles(), [this](const QString& path) {
+        context_.events.guard([this, &path] { loadFrom(path); });
+    });
+}
+
+void ScenarioPanel::loadFrom(const QString& path) {
+    ui_->lstSchedule->clear();
+    const auto scenario = loadScenario(ProfileFile::load(QFile::encodeName(path).toStdString()));
+    if (!scenario) {
+        context_.form.showMessage("Scenario Data is incorrect or corrupted. Please Check Data.", "Confirm");
+        return;
+    }
+    for (const std::string& line : scenario->lines) {
+        ui_->lstSchedule->addItem(QString::fromStdString(line));
+    }
+    if (scenario->isComplete) {
+        ui_->cmdRunScenario->setEnabled(true);
+        showNumber();
+    }
+}
+
+bool ScenarioPanel::mayRun() {
+    if (!context_.link.port().isOpen()) {
+        context_.form.showMessage("Please Port Open !!", "Warning");
+        return false;
+    }
+    // kept: the mixed pages' boxes are not looked at, the run unticks them anyway
+    if (context_.form.isTicked("chkRTimer") || context_.form.isTicked("chkWTimer")) {
+        context_.form.showMessage(
+            "Currently, Program is communicating with PLC. Please turn off Check Box !!", "Warning");
+        return false;
+    }
+    return true;
+}
+
+void ScenarioPanel::cmdRunScenario_Click() {
+    if (!mayRun()) {
+        return;
+    }
+    ui_->cmdRunScenario->setEnabled(false);
+    ui_->cmdStopScenario->setEnabled(true);
+    if (ui_->lstSchedule->count() == 0) {
+        cmdStopScenario_Click();
+        return;
+    }
+    try {
+        startRun();
+    } catch (const RuntimeError&) {
+        stopRun();
+        throw;
+    }
+}
+
+void ScenarioPanel::startRun() {
+    SetMasterControls(false);
+    ui_->lstSchedule->setCurrentRow(0);
+    context_.link.state().CommMode = comm_mode::scenario;
+    surroundings_.tmrScenario.setInterval(takePeriod());
+    surroundings_.tmrScenario.start();
+}
+
+int ScenarioPanel::takePeriod() const {
+    const int period = toLong(ui_->txtScnPeriod->text().toStdString());
+    if (period < 0 || period > longestPeriod) {
+        throw invalidPropertyValue();
+    }
+    return period;
+}
+
+void ScenarioPanel::stopRun() {
+    surroundings_.tmrScenario.stop();
+    ui_->cmdRunScenario->setEnabled(true);
+    ui_->cmdStopScenario->setEnabled(false);
+    SetMasterControls(true);
+    if (context_.link.state().CommMode == comm_mode::scenario) {
+        context_.link.state().CommMode = surroundings_.shownCommMode();
+    }
+}
+
+void ScenarioPanel::cmdStopScenario_Click() {
+    const ScopeExit stopped([this] { stopRun(); }); // stops whatever the period field holds
+    surroundings_.tmrScenario.setInterval(takePeriod());
+}
+
+void ScenarioPanel::tmrScenario_Timer() {
+    try {
+        sendNextLine();
+    } catch (const RuntimeError&) {
+        stopRun();
+        throw;
+    }
+}
+
+void ScenarioPanel::sendNextLine() {
+    const int row = ui_->lstSchedule->currentRow();
+    const int next = row + 1 < ui_->lstSchedule->count() ? row + 1 : 0;
+    ui_->lstSchedule->setCurrentRow(next);
+    if (row < 0) {
+        return;
+    }
+    const std::string line = ui_->lstSchedule->item(row)->text().toStdString();
+    context_.form.setText("txtScnSend", line);
+    const Bytes frame = scenarioFrame(line);
+    LinkState& state = context_.link.state();
+    if (const auto expected = scenarioAnswerLength(frame)) {
+        state.RxExpected = static_cast<std::int16_t>(*expected);
+    }
+    if (context_.link.port().isOpen()) {
+        context_.link.port().discard();
+        context_.link.port().write(frame);
+        state.RxCount = 0;
+        state.WaitingAnswer = true;
+    }
+}
+
+void ScenarioPanel::SetMasterControls(bool enabled) {
+    context_.form.setEnabled("tabMode", enabled);
+    for (const Route& route : masterRoutes()) {
+        context_.form.setEnabled(route.sendButton, enabled);
+        context_.form.setTicked(route.continuousBox, false);
+        context_.form.setEnabled(route.continuousBox, enabled);
+    }
+    for (const char* const button :
+         {"cmdAddScenario", "cmdDelScenario", "cmdLoadScenario", "cmdSaveScenario"}) {
+        context_.form.setEnabled(button, enabled);
+    }
+}
+
+} // namespace varda
