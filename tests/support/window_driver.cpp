@@ -6,6 +6,8 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTest>
 
@@ -69,6 +71,16 @@ void WindowDriver::closeBox() {
     if (QMessageBox* const shown = box()) {
         QTest::keyClick(shown, Qt::Key_Return);
     }
+}
+
+void WindowDriver::chooseFile(const std::string& path) {
+    auto* const dialog = window_.findChild<QFileDialog*>();
+    if (dialog == nullptr) {
+        throw std::runtime_error("no file dialog is on the screen");
+    }
+    dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
+    QMetaObject::invokeMethod(dialog, "accept");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void WindowDriver::openPort(const std::string& name) {

@@ -60,6 +60,9 @@ public:
     /// Closes the box with its default button.
     void closeBox();
 
+    /// Answers the file dialog on the screen with a path. @throws std::runtime_error where there is none
+    void chooseFile(const std::string& path);
+
     /// Hands the monitor a burst as the link does, without the line in between.
     void listBurst(const Bytes& burst) { window_.findChild<MonitorPage*>()->listBurst(burst); }
 

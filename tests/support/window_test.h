@@ -4,7 +4,6 @@
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -41,14 +40,7 @@ protected:
         return bytes;
     }
 
-    /// Answers the file dialog on the screen with a path.
-    void chooseFile(const std::string& path) {
-        auto* const dialog = driver.window().findChild<QFileDialog*>();
-        ASSERT_NE(dialog, nullptr);
-        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
-        QMetaObject::invokeMethod(dialog, "accept");
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
+    void chooseFile(const std::string& path) { driver.chooseFile(path); }
 
     /// Answers the question on the screen.
     void answerQuestion(bool yes) {

@@ -1,10 +1,16 @@
+#include "link/crc16.h"
+#include "link/hex_text.h"
+#include "scenario/scenario_frame.h"
 #include "shell/look.h"
 #include "support/event_loop.h"
+#include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QFile>
+#include <QListView>
 #include <QPixmap>
 #include <QTableWidget>
 #include <QTest>
@@ -47,7 +53,9 @@ public:
         writeWords();
         writeMixed();
         readMixed();
-        otherPages();
+        playScenario();
+        simulate();
+        monitor();
         driver_.click("cmdPortOpen");
         std::printf("%s\n", failures_ == 0 ? "Every answer was right." : "The tour has found wrong answers.");
         return failures_ == 0;
@@ -162,10 +170,72 @@ private:
         picture("mixed-read");
     }
 
-    void otherPages() {
+    /// Plays a scenario twice round; every answer has to be a whole frame.
+    void playScenario() {
+        driver_.click("optMode_0");
+        driver_.click("cmdLoadScenario");
+        driver_.chooseFile(VARDA_DATA_FOLDER "/example.scn");
+        driver_.paste("txtScnPeriod", "200");
+        driver_.click("cmdRunScenario");
+        std::printf("\nScenario of three frames, twice round\n");
+        for (int frame = 0; frame < 6; ++frame) {
+            driver_.paste("txtScnReceive", "");
+            runUntil([&] { return !driver_.text("txtScnReceive").empty(); });
+            const varda::Bytes answer = bytesOf(driver_.text("txtScnReceive"));
+            judge(varda::crc16(answer) == 0 && answer.size() > 6); // the check over a whole frame is 0
+            std::printf("  send     %s\n  answer   %s\n", driver_.text("txtScnSend").c_str(),
+                        driver_.text("txtScnReceive").c_str());
+        }
+        picture("scenario");
+        driver_.click("cmdStopScenario");
+    }
+
+    static varda::Bytes bytesOf(const std::string& groups) {
+        return varda::HexTextToBytes(groups, varda::groupCount(groups.size()));
+    }
+
+    /// Stands in for a controller: the tour itself is the master at the far end of a line.
+    void simulate() {
+        driver_.click("cmdPortOpen");
+        driver_.openPort(line_.path());
         driver_.click("optMode_4");
+        driver_.click("cmdLoadSimPacket");
+        driver_.chooseFile(VARDA_DATA_FOLDER "/example-reads.ini");
         picture("simulation");
+        std::printf("\nWord read of W 0000, 4 words, from the far end of a line\n");
+        line_.write(bytesOf("FF FF 23 03 00 02 04 C5 20"));
+        varda::Bytes answer;
+        runUntil([&] {
+            const varda::Bytes more = line_.readAvailable();
+            answer.insert(answer.end(), more.begin(), more.end());
+            return answer.size() >= 14;
+        });
+        const bool right = judge(varda::hexGroups(answer) == "FF FF A3 04 12 34 56 78 9A BC DE F0 FF 1F ");
+        std::printf("  request  %s\n  answer   %s\n  %s\n", driver_.text("txtSimRP").c_str(),
+                    varda::hexGroups(answer).c_str(), right ? "right" : "WRONG");
+        picture("simulation-answered");
+    }
+
+    /// Listens to a burst and keeps a log of it.
+    void monitor() {
         driver_.click("optMode_5");
+        const std::string log = pictures_.absoluteFilePath(QStringLiteral("tour.log")).toStdString();
+        QFile::remove(QString::fromStdString(log));
+        driver_.click("chkMonLog");
+        driver_.paste("txtMonLogFile", log);
+        driver_.click("chkTimeStamp");
+        driver_.click("cmdMonStart");
+        line_.write(bytesOf("01 00 A1 01 FF"));
+        auto* const lines = driver_.find<QListView>("lstMonitor");
+        runUntil([&] { return lines->model()->rowCount() == 1; });
+        const QString shown = lines->model()->index(0, 0).data().toString();
+        driver_.click("cmdMonStop");
+        QFile file(QString::fromStdString(log));
+        const bool opened = file.open(QIODevice::ReadOnly);
+        const bool right = judge(opened && shown == QLatin1String("9:5:7 - 01 00 A1 01 FF ") &&
+                                 file.readAll() == shown.toLatin1() + '\n');
+        std::printf("\nBurst heard while monitoring, and its log\n  line     %s\n  %s\n", qPrintable(shown),
+                    right ? "right" : "WRONG");
         picture("monitoring");
     }
 
@@ -177,10 +247,15 @@ private:
         const std::string answer = driver_.text(page.answer);
         const bool right =
             answered && answer.substr(0, answer.size() - std::min<std::size_t>(answer.size(), 6)) == expected;
-        failures_ += right ? 0 : 1;
+        judge(right);
         std::printf("\n%s\n  request  %s\n  answer   %s\n  status   %s\n  %s\n", what,
                     driver_.text(page.request).c_str(), answer.c_str(), driver_.text(page.status).c_str(),
                     right ? "right" : "WRONG");
+    }
+
+    bool judge(bool right) {
+        failures_ += right ? 0 : 1;
+        return right;
     }
 
     void picture(const char* name) { save(driver_.window(), name); }
@@ -189,11 +264,12 @@ private:
         varda::test::runFor(std::chrono::milliseconds(20));
         const QString file = pictures_.filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
         const bool saved = window.grab().save(file);
-        failures_ += saved ? 0 : 1;
+        judge(saved);
         std::printf("  picture  %s%s\n", qPrintable(file), saved ? "" : " COULD NOT BE SAVED");
     }
 
     QDir pictures_;
+    varda::test::PseudoTerminal line_;
     WindowDriver driver_;
     int failures_ = 0;
 };
