@@ -37,7 +37,7 @@ void MixedPage::bindLists() {
     }
     events.click(lists_.add, [this] { addLine(); });
     events.click(lists_.remove, [this] { removeLine(); });
-    connect(lists_.points, &QListWidget::currentRowChanged, this, [this] { lineChosen(); });
+    connect(lists_.points, &QListWidget::itemSelectionChanged, this, [this] { lineChosen(); });
     connect(lists_.points, &QListWidget::itemClicked, this, [this] { lineChosen(); });
 }
 
@@ -99,17 +99,18 @@ void MixedPage::addLine() {
     }
 }
 
+QListWidgetItem* MixedPage::markedLine() const {
+    const QList<QListWidgetItem*> marked = lists_.points->selectedItems();
+    return marked.isEmpty() || marked.first()->text().isEmpty() ? nullptr : marked.first();
+}
+
 void MixedPage::removeLine() {
-    const QListWidgetItem* const chosen = lists_.points->currentItem();
-    if (chosen != nullptr && !chosen->text().isEmpty()) {
-        delete lists_.points->takeItem(lists_.points->currentRow());
-    }
+    delete markedLine();
     lists_.remove->setEnabled(false);
 }
 
 void MixedPage::lineChosen() {
-    const QListWidgetItem* const chosen = lists_.points->currentItem();
-    if (chosen != nullptr && !chosen->text().isEmpty()) {
+    if (markedLine() != nullptr) {
         lists_.remove->setEnabled(true);
     }
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 class QListWidget;
+class QListWidgetItem;
 
 namespace varda {
 
@@ -62,6 +63,7 @@ private:
     void addLine();
     void removeLine();
     void lineChosen();
+    QListWidgetItem* markedLine() const;
     bool pointIsNamed() const;
 
     ListControls lists_{};

@@ -49,11 +49,13 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts, const std:
 }
 
 void keepTypedText(QComboBox* list) {
-    list->setInsertPolicy(QComboBox::NoInsert);
-    list->setCompleter(nullptr);
-    // Enter and leaving would look the text up in the list, and take an entry that differs in case only.
-    QObject::disconnect(list->lineEdit(), &QLineEdit::returnPressed, list, nullptr);
-    QObject::disconnect(list->lineEdit(), &QLineEdit::editingFinished, list, nullptr);
+    if (list->isEditable()) {
+        list->setInsertPolicy(QComboBox::NoInsert);
+        list->setCompleter(nullptr);
+        // Enter and leaving would look the text up in the list, and take an entry that differs in case only.
+        QObject::disconnect(list->lineEdit(), &QLineEdit::returnPressed, list, nullptr);
+        QObject::disconnect(list->lineEdit(), &QLineEdit::editingFinished, list, nullptr);
+    }
     list->setFocusPolicy(Qt::StrongFocus);
     list->installEventFilter(new WheelGuard(list));
     if (auto* const view = qobject_cast<QListView*>(list->view())) {

@@ -78,9 +78,10 @@ void ScenarioPanel::cmdAddScenario_Click() {
 }
 
 void ScenarioPanel::cmdDelScenario_Click() {
-    const int row = ui_->lstSchedule->currentRow();
-    if (row >= 0 && !ui_->lstSchedule->item(row)->text().isEmpty()) {
-        delete ui_->lstSchedule->takeItem(row);
+    const QList<QListWidgetItem*> marked = ui_->lstSchedule->selectedItems();
+    if (!marked.isEmpty() && !marked.first()->text().isEmpty()) {
+        const int row = ui_->lstSchedule->row(marked.first());
+        delete marked.first();
         ui_->lstSchedule->setCurrentRow(std::min(row, ui_->lstSchedule->count() - 1));
     }
     const bool hasLines = ui_->lstSchedule->count() > 0;

@@ -8,6 +8,7 @@
 #include "ui_simulation_page.h"
 
 #include <QFile>
+#include <QShortcut>
 
 #include <algorithm>
 #include <utility>
@@ -16,6 +17,13 @@ namespace varda {
 namespace {
 
 FileDialogs::Kind packetFiles() { return {QStringLiteral(".ini"), QStringLiteral("Data")}; }
+
+/// The row that is marked in a list; -1 where none is. The list's current row may be another one: it is set
+/// as soon as the list gets the focus.
+int selectedRow(const QListView* list) {
+    const QModelIndexList rows = list->selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.first().row();
+}
 
 /// The entry of a list that may be shorter than the other one.
 bool holdsText(const std::vector<std::string>& entries, int row) {
@@ -62,16 +70,21 @@ void PacketLists::bind(std::function<void(int row)> reload) {
     for (QListView* const list : {ui_.lstSimReceive, ui_.lstSimSend}) {
         QListView* const other = list == ui_.lstSimReceive ? ui_.lstSimSend : ui_.lstSimReceive;
         connect(list, &QListView::clicked, this, [this, list, other] { pairChosen(list, other); });
-        connect(list->selectionModel(), &QItemSelectionModel::currentChanged, this, [this, list, other] {
+        connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this, list, other] {
             if (list->hasFocus()) { // chosen with the keyboard
                 pairChosen(list, other);
             }
         });
     }
-    connect(ui_.lstSimReceive, &QListView::activated, this,
-            [this, reload = std::move(reload)](const QModelIndex& pair) {
-                context_.events.guard([&reload, &pair] { reload(pair.row()); });
-            });
+    const auto reloadSelected = [this, reload = std::move(reload)] {
+        if (const int row = selectedRow(ui_.lstSimReceive); row >= 0) {
+            context_.events.guard([&reload, row] { reload(row); });
+        }
+    };
+    connect(ui_.lstSimReceive, &QListView::doubleClicked, this, reloadSelected);
+    auto* const enter =
+        new QShortcut(Qt::Key_Return, ui_.lstSimReceive, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(enter, &QShortcut::activated, this, reloadSelected); // the double-click of the keyboard
 }
 
 void PacketLists::switchStartButton() {
@@ -85,7 +98,7 @@ void PacketLists::selectPair(int pair) {
 }
 
 void PacketLists::pairChosen(QListView* from, QListView* to) {
-    to->setCurrentIndex(to->model()->index(from->currentIndex().row(), 0));
+    to->setCurrentIndex(to->model()->index(selectedRow(from), 0));
     switchEditButtons();
 }
 
@@ -95,8 +108,8 @@ void PacketLists::switchEditButtons() {
 }
 
 void PacketLists::cmdSimDelete_Click() {
-    const int request = ui_.lstSimReceive->currentIndex().row();
-    const int answer = ui_.lstSimSend->currentIndex().row();
+    const int request = selectedRow(ui_.lstSimReceive);
+    const int answer = selectedRow(ui_.lstSimSend);
     if (holdsText(table_.requests(), request)) {
         table_.removeRequest(static_cast<std::size_t>(request));
     }
@@ -132,6 +145,7 @@ void PacketLists::saveTo(const QString& path) {
         savePackets(table_, QFile::encodeName(path).toStdString());
     } catch (const RuntimeError& error) {
         if (error.number() == missingAnswer) {
+            selectPair(answers_.rowCount()); // the request whose answer is missing
             throw;
         }
         context_.form.showMessage(error.what(), "Error");

@@ -35,12 +35,12 @@ bool Responder::answer() {
         discardRequest();
         return false;
     }
-    selectPair_(pair);
     if (commPLC_.isOpen()) {
         send(static_cast<std::size_t>(pair));
     } else {
         form_.setText("txtMRStatus", "Port Closed"); // kept: told on the mixed read page
     }
+    selectPair_(pair); // behind the answer: a long list is laid out anew after an edit
     return true;
 }
 

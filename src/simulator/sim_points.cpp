@@ -63,10 +63,17 @@ const RequestCode* findRequestCode(std::string_view request) {
     return found != requestCodes.end() ? found : nullptr;
 }
 
+/// "TC" numbers above 47 lie in the block of "W", which has no bits: a bit there belongs to "TC".
+SplitAddress splitBitWord(int word) {
+    const RegisterKind& kind = *findRegisterKind("TC");
+    const bool isInKind = word >= kind.base && word <= kind.base + kind.highestListed;
+    return isInKind ? SplitAddress{std::string(kind.name), word - kind.base} : SplitRegisterAddress(word);
+}
+
 SimPosition positionAt(int address, Access access) {
     const bool bits = access == Access::Bit;
     // kept: an "SR" address comes back whole, not as a number within its block
-    const SplitAddress split = SplitRegisterAddress(bits ? address / 16 : address);
+    const SplitAddress split = bits ? splitBitWord(address / 16) : SplitRegisterAddress(address);
     const RegisterKind* const kind = findRegisterKind(split.kind);
     return {split.kind, decimal(split.number, kind->listWidth), bits ? std::to_string(address % 16) : ""};
 }

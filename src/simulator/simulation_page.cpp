@@ -14,6 +14,7 @@
 #include "ui_simulation_page.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace varda {
 namespace {
@@ -102,18 +103,21 @@ void SimulationPage::bind() {
     connect(ui_->cbSimModeS, &QComboBox::currentTextChanged, this, [this] { cbSimModeS_Click(); });
     // a key alone empties nothing: the lists follow when the text changes
     events.field(ui_->cbSimReg, [this] { cbSimReg_Change(); }, {.keyPress = [] {}, .lostFocus = {}});
-    for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA, ui_->cbSimAddress, ui_->cbSimBit}) {
+    for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
+        events.field(list, [this] { rebuildForStation(); });
+    }
+    for (QComboBox* const list : {ui_->cbSimAddress, ui_->cbSimBit}) {
         events.field(list, [this] { rebuildRequest(); });
     }
-    events.field(ui_->cbSimLength, [this] { cbSimLength_Click(); });
+    events.field(ui_->cbSimLength, [this] { cbSimLength_Click(); }, {.keyPress = [] {}, .lostFocus = {}});
     events.click(ui_->cmdSimAddListBox, [this] { cmdSimAddListBox_Click(); });
     events.click(ui_->cmdSimDelListBox, [this] { cmdSimDelListBox_Click(); });
     events.click(ui_->cmdSimSendDataInputOK, [this] { cmdSimSendDataInputOK_Click(); });
     events.click(ui_->cmdSimInputOK, [this] { cmdSimInputOK_Click(); });
     events.click(ui_->cmdSimStart,
                  [] {}); // kept: the button does nothing, answering depends on the mode alone
-    connect(ui_->lstSimMixed, &QListWidget::currentRowChanged, this,
-            [this](int row) { ui_->cmdSimDelListBox->setEnabled(row >= 0); });
+    connect(ui_->lstSimMixed, &QListWidget::itemSelectionChanged, this,
+            [this] { ui_->cmdSimDelListBox->setEnabled(!ui_->lstSimMixed->selectedItems().isEmpty()); });
     new KeyFilter(ui_->txtSimSendData, [this](char16_t character) {
         return character < 0x80 &&
                filterSendDataKey(textOf(ui_->cbSimModeS), static_cast<char>(character)).has_value();
@@ -187,7 +191,7 @@ void SimulationPage::showFieldsOf(const SimKind& kind) {
     fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(lengthLimit));
     ui_->cmdSimAddListBox->setEnabled(kind.isWrite);
     ui_->cmdSimDelListBox->setEnabled(false);
-    ui_->cbSimModeS->setEditText(shown(kind.answerMode));
+    ui_->cbSimModeS->setCurrentText(shown(kind.answerMode));
     cbSimModeS_Click();
 }
 
@@ -200,6 +204,9 @@ void SimulationPage::cbSimReg_Change() {
     const std::vector<std::string> numbers = numberListTexts(textOf(ui_->cbSimReg));
     fillList(ui_->cbSimAddress, numbers);
     fillList(ui_->cbSimBit, numbers.empty() ? std::vector<std::string>() : bitListTexts());
+    if (kind() != nullptr && !kind()->isWrite) {
+        ShowSimReceive(""); // it named a register of the kind before
+    }
 }
 
 SimPosition SimulationPage::position() const {
@@ -233,19 +240,46 @@ void SimulationPage::rebuildRequest() {
     ShowSimReceive(chosen->makeRequest(fields()));
 }
 
+void SimulationPage::rebuildForStation() {
+    const SimKind* const chosen = kind();
+    if (chosen != nullptr && chosen->isWrite) {
+        ShowSimSend(chosen->makeAnswer(fields()));
+        if (ui_->lstSimMixed->count() > 0) {
+            ShowSimReceive(chosen->makeRequest(fields()));
+        }
+    }
+    rebuildRequest();
+}
+
+std::optional<int> SimulationPage::typedLength() const {
+    try {
+        const int length = toInteger(textOf(ui_->cbSimLength));
+        return length >= 1 && length <= lengthLimit ? std::optional(length) : std::nullopt;
+    } catch (const RuntimeError&) {
+        return std::nullopt;
+    }
+}
+
 void SimulationPage::cbSimLength_Click() {
     const SimKind* const chosen = kind();
-    if (chosen == nullptr || chosen->isWrite) {
+    const bool collects =
+        chosen == nullptr && (ui_->optSimMixed_0->isChecked() || ui_->optSimMixed_1->isChecked());
+    if (chosen != nullptr && chosen->isWrite) {
         return;
     }
-    ui_->cmdSimAddListBox->setEnabled(false);
-    ui_->cmdSimDelListBox->setEnabled(false);
-    if (textOf(ui_->cbSimLength).empty()) {
+    ui_->cmdSimAddListBox->setEnabled(collects);
+    ui_->cmdSimDelListBox->setEnabled(collects);
+    if (chosen == nullptr) {
+        ui_->lstSimMixed->setEnabled(collects);
         return;
     }
-    const int count = toInteger(textOf(ui_->cbSimLength));
-    rebuildRequest();
-    ui_->txtSimSendData->setText(shown(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", count)));
+    const std::optional<int> length = typedLength();
+    ShowSimReceive("");
+    ui_->txtSimSendData->setText(
+        shown(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", length.value_or(0))));
+    if (length) {
+        rebuildRequest();
+    }
 }
 
 bool SimulationPage::onOffIsChosen() const {
@@ -269,23 +303,25 @@ void SimulationPage::cmdSimAddListBox_Click() {
         context_.form.showMessage("Please check Data (ON/OFF) !!", "Confirm");
         return;
     }
-    const std::string line = newPoint();
-    const SimPosition next = stepForward(position(), chosen->access);
-    ui_->lstSimMixed->addItem(shown(line));
-    showPosition(next);
-    ShowSimReceive(chosen->makeRequest(fields()));
+    SimFields stepped = fields();
+    stepped.points.push_back(newPoint());
+    stepped.position = stepForward(position(), chosen->access);
+    const std::string request = chosen->makeRequest(stepped); // fails before anything has changed
+    ui_->lstSimMixed->addItem(shown(stepped.points.back()));
+    showPosition(stepped.position);
+    ShowSimReceive(request);
 }
 
 void SimulationPage::cmdSimDelListBox_Click() {
     const SimKind* const chosen = kind();
-    const int row = ui_->lstSimMixed->currentRow();
-    if (chosen == nullptr || row < 0) {
+    const QList<QListWidgetItem*> selected = ui_->lstSimMixed->selectedItems();
+    if (chosen == nullptr || selected.isEmpty()) {
         return;
     }
     showPosition(stepBack(position(), 1, chosen->access));
-    delete ui_->lstSimMixed->takeItem(row);
+    delete selected.first();
     ShowSimReceive(ui_->lstSimMixed->count() > 0 ? chosen->makeRequest(fields()) : std::string());
-    ui_->cmdSimDelListBox->setEnabled(ui_->lstSimMixed->currentRow() >= 0);
+    ui_->cmdSimDelListBox->setEnabled(!ui_->lstSimMixed->selectedItems().isEmpty());
 }
 
 void SimulationPage::cmdSimSendDataInputOK_Click() {
@@ -293,6 +329,8 @@ void SimulationPage::cmdSimSendDataInputOK_Click() {
     if (answered == nullptr) {
         return;
     }
+    ui_->txtSimSendData->setText(
+        ui_->txtSimSendData->text().toUpper()); // what is pasted has passed no key filter
     const auto verdict = CheckSimSendData(answered->checkedData, ui_->txtSimSendData->text().toStdString());
     for (const std::string& message : sendDataMessages(answered->checkedData, verdict)) {
         context_.form.showMessage(message, "Error");
@@ -309,7 +347,10 @@ void SimulationPage::cmdSimInputOK_Click() {
     }
     const SimKind* const chosen = kind();
     if (chosen == nullptr) {
-        sendMixedFrame(textOf(ui_->cbSimMode) == mixedReadMode);
+        if (const std::string mode = textOf(ui_->cbSimMode);
+            mode == mixedReadMode || mode == mixedWriteMode) {
+            sendMixedFrame(mode == mixedReadMode);
+        }
         return;
     }
     const bool valueIsGiven =
@@ -356,7 +397,7 @@ void SimulationPage::lstSimReceive_DblClick(int row) {
     ui_->cbSimDA->setEditText(shown(prepared.da));
     ui_->cbSimSA->setEditText(shown(prepared.sa));
     if (!prepared.mode.empty()) {
-        ui_->cbSimMode->setEditText(shown(prepared.mode));
+        ui_->cbSimMode->setCurrentText(shown(prepared.mode));
     }
     if (prepared.supported && reloaded != nullptr) {
         reload(*reloaded, prepared, answer);
@@ -371,6 +412,7 @@ void SimulationPage::reload(const SimKind& kind, const PreparedRequest& request,
     ui_->lstSimMixed->clear();
     showFieldsOf(kind);
     showPosition(request.position);
+    const QSignalBlocker silent(ui_->cbSimLength);
     ui_->cbSimLength->setEditText(shown(request.length));
     for (const std::string& point : request.points) {
         ui_->lstSimMixed->addItem(shown(point));

@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace varda {
 
@@ -44,6 +45,9 @@ private:
     void cbSimReg_Change();
     void cbSimLength_Click();
     void rebuildRequest();
+    void rebuildForStation();
+    /// The length of a read; nothing where the text is none of 1 .. 255.
+    std::optional<int> typedLength() const;
     void cmdSimAddListBox_Click();
     void cmdSimDelListBox_Click();
     void cmdSimSendDataInputOK_Click();

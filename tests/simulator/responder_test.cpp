@@ -87,12 +87,13 @@ TEST_F(ResponderTest, EqualRequestIsAnsweredWithItsPair) {
     EXPECT_EQ(form.text("txtMRStatus"), "");
 }
 
-TEST_F(ResponderTest, ShowsThePairSelectedBeforeItSends) {
+TEST_F(ResponderTest, SendsBeforeItShowsThePairSelected) {
     table.addPair("01", "02");
-    bool selectedFirst = false;
-    port.onWrite([&] { selectedFirst = selected == Pairs{0}; });
+    bool sentFirst = false;
+    port.onWrite([&] { sentFirst = selected.empty(); });
     EXPECT_TRUE(answer({0x01}));
-    EXPECT_TRUE(selectedFirst);
+    EXPECT_TRUE(sentFirst);
+    EXPECT_EQ(selected, Pairs{0});
 }
 
 TEST_F(ResponderTest, LowerOfTwoEqualRequestsAlwaysAnswers) {

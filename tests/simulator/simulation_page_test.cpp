@@ -25,8 +25,12 @@ protected:
     QAbstractItemModel* answers() { return driver.find<QListView>("lstSimSend")->model(); }
     std::string request(int row) { return requests()->index(row, 0).data().toString().toStdString(); }
     std::string answer(int row) { return answers()->index(row, 0).data().toString().toStdString(); }
-    int selectedRequest() { return driver.find<QListView>("lstSimReceive")->currentIndex().row(); }
-    int selectedAnswer() { return driver.find<QListView>("lstSimSend")->currentIndex().row(); }
+    int selectedRow(const char* list) {
+        const QModelIndexList rows = driver.find<QListView>(list)->selectionModel()->selectedRows();
+        return rows.isEmpty() ? -1 : rows.first().row();
+    }
+    int selectedRequest() { return selectedRow("lstSimReceive"); }
+    int selectedAnswer() { return selectedRow("lstSimSend"); }
     QListWidget* points() { return driver.find<QListWidget>("lstSimMixed"); }
     bool isShown(const char* control) { return driver.find(control)->isVisible(); }
 
@@ -431,6 +435,116 @@ TEST_F(SimulationPageTest, CancelledDialogDoesNothing) {
     ASSERT_NE(dialog, nullptr);
     dialog->reject();
     EXPECT_EQ(requests()->rowCount(), 1);
+}
+
+TEST_F(SimulationPageTest, LengthOutsideTheOfferLeavesNothingToRegister) {
+    chooseRegister("M", "0002");
+    driver.choose("cbSimBit", "3");
+    for (const char* const wrong : {"300", "-5", "0", "abc", "99999", "32767"}) {
+        paste("cbSimLength", "2");
+        EXPECT_EQ(text("txtSimSendData"), "FFFF");
+        paste("cbSimLength", wrong);
+        EXPECT_EQ(text("txtSimReceive"), "") << wrong;
+        EXPECT_EQ(text("txtSimSendData"), "") << wrong;
+        EXPECT_EQ(driver.box(), nullptr) << wrong;
+    }
+}
+
+TEST_F(SimulationPageTest, EnterInTheLengthKeepsTypedAnswerData) {
+    driver.choose("cbSimMode", "Word Read");
+    chooseRegister("W", "0001");
+    driver.choose("cbSimLength", "2");
+    paste("txtSimSendData", "12345678");
+    QTest::keyClick(driver.find("cbSimLength"), Qt::Key_Return);
+    EXPECT_EQ(text("txtSimSendData"), "12345678");
+}
+
+TEST_F(SimulationPageTest, AnotherKindEmptiesTheReadRequestAndStationsRebuildTheWrite) {
+    chooseRegister("M", "0002");
+    driver.choose("cbSimBit", "3");
+    driver.choose("cbSimLength", "2");
+    driver.choose("cbSimReg", "R");
+    EXPECT_EQ(text("txtSimReceive"), "");
+    driver.choose("cbSimMode", "Bit Write");
+    chooseRegister("M", "0012");
+    driver.choose("cbSimBit", "3");
+    driver.click("optSimOnOff_0");
+    driver.click("cmdSimAddListBox");
+    driver.choose("cbSimDA", "1");
+    EXPECT_EQ(text("txtSimReceive").substr(0, 14), "01FF2201C30CFF");
+    EXPECT_EQ(text("txtSimSend").substr(0, 10), "01FFA20100");
+}
+
+TEST_F(SimulationPageTest, PointThatIsNoNumberIsReportedAndNotAdded) {
+    driver.choose("cbSimMode", "Word Write");
+    chooseRegister("W", "0001");
+    driver.click("chkSimHexDec");
+    paste("txtSimData", "WXYZ");
+    driver.click("cmdSimAddListBox");
+    EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
+    driver.closeBox();
+    EXPECT_EQ(points()->count(), 0);
+    EXPECT_EQ(text("cbSimAddress"), "0001");
+    paste("txtSimData", "12AB");
+    driver.click("cmdSimAddListBox");
+    EXPECT_EQ(points()->count(), 1);
+}
+
+TEST_F(SimulationPageTest, PastedAnswerDataAreRegisteredInUpperCase) {
+    driver.choose("cbSimMode", "Word Read");
+    chooseRegister("W", "0001");
+    driver.choose("cbSimLength", "1");
+    paste("txtSimSendData", "abcd");
+    driver.click("cmdSimSendDataInputOK");
+    EXPECT_EQ(text("txtSimSend").substr(0, 12), "FFFFA301ABCD");
+}
+
+TEST_F(SimulationPageTest, FocusAloneSelectsNoPair) {
+    addBitRead("0002", "2");
+    driver.find("lstSimReceive")->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(selectedRequest(), -1);
+    EXPECT_EQ(selectedAnswer(), -1);
+    EXPECT_FALSE(driver.isEnabled("cmdSimDelete"));
+    QTest::keyClick(driver.find("lstSimReceive"), Qt::Key_Space);
+    QTest::keyClick(driver.find("lstSimReceive"), Qt::Key_Down);
+}
+
+TEST_F(SimulationPageTest, ReloadingAsksNothingThoughPointsAreCollected) {
+    addBitRead("0002", "2");
+    driver.choose("cbSimMode", "Bit Write");
+    chooseRegister("M", "0012");
+    driver.choose("cbSimBit", "3");
+    driver.click("optSimOnOff_0");
+    driver.click("cmdSimAddListBox");
+    doubleClickRow(0);
+    EXPECT_EQ(driver.box(), nullptr);
+    EXPECT_EQ(text("cbSimMode"), "Bit Read");
+    EXPECT_EQ(points()->count(), 0);
+    EXPECT_EQ(requests()->rowCount(), 1);
+}
+
+TEST_F(SimulationPageTest, ReloadedTimerBitsContinueTheirRun) {
+    load(write("tc.ini",
+               "[Information]\nTotal=1\n[Receive]\n0=FFFF2201EF2CFF0000\n[Send]\n0=FFFFA201000000\n"));
+    doubleClickRow(0);
+    EXPECT_EQ(text("cbSimReg"), "TC");
+    EXPECT_EQ(points()->item(0)->text().toStdString(), "WT_BIT \t\tTC254.15\tON");
+    EXPECT_EQ(text("cbSimAddress"), "0255");
+}
+
+TEST_F(SimulationPageTest, SaveOfATableWithAMissingAnswerSelectsItsRequest) {
+    load(write("half.ini", "[Information]\nTotal=2\n[Receive]\n0=AA\n1=BB\n[Send]\n0=CC\n"));
+    addBitRead("0002", "2");
+    clickRow("lstSimReceive", 0);
+    driver.click("cmdSimDelete");
+    clickRow("lstSimReceive", 0);
+    driver.click("cmdSimDelete");
+    ASSERT_EQ(requests()->rowCount(), 1);
+    ASSERT_EQ(answers()->rowCount(), 0);
+    driver.click("cmdSaveSimPacket");
+    chooseFile(folder.file("again.ini"));
+    EXPECT_EQ(driver.boxText(), "Run-time error '9':\n\nSubscript out of range");
+    EXPECT_EQ(selectedRequest(), 0);
 }
 
 class ResponderOnALineTest : public SimulationPageTest {
