@@ -70,6 +70,32 @@ void SerialLink::SendRequest(const Bytes& bytes, int expected) {
     state_.WaitingAnswer = true;
 }
 
+bool SerialLink::isFreeForRun() {
+    if (!commPLC_.isOpen()) {
+        form_.showMessage("Please Port Open !!", "Warning");
+        return false;
+    }
+    // kept: the mixed pages' boxes are not looked at
+    if (form_.isTicked("chkRTimer") || form_.isTicked("chkWTimer")) {
+        form_.showMessage("Currently, Program is communicating with PLC. Please turn off Check Box !!",
+                          "Warning");
+        return false;
+    }
+    return true;
+}
+
+void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expected) {
+    if (expected) {
+        state_.RxExpected = static_cast<std::int16_t>(*expected);
+    }
+    if (commPLC_.isOpen()) {
+        commPLC_.discard();
+        commPLC_.write(frame);
+        state_.RxCount = 0;
+        state_.WaitingAnswer = true;
+    }
+}
+
 void SerialLink::connectionOpened() {
     ++connection_;
     waiting_ = false;

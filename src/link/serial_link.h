@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 namespace varda {
@@ -60,6 +61,15 @@ public:
     /// @param expected length of the answer in bytes
     /// @throws RuntimeError of the port; then no answer is awaited
     void SendRequest(const Bytes& bytes, int expected);
+
+    /// Whether a scenario or the monitor may start: the port is open and neither the read nor the write page
+    /// sends continuously; else shows the message that says so.
+    bool isFreeForRun();
+
+    /// Sends one frame of a scenario; closed, the port gets nothing.
+    /// @param expected length of its answer; nothing leaves what was expected before
+    /// @throws RuntimeError of the port
+    void sendScenarioFrame(const Bytes& frame, std::optional<int> expected);
 
     /// The port's receive event.
     void commPLC_OnComm(CommEvent event);

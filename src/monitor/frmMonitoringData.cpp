@@ -3,6 +3,7 @@
 #include "ui_monitoring_data.h"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QScreen>
 
 #include <algorithm>
@@ -15,13 +16,16 @@ constexpr int margins = 24;
 constexpr qsizetype paragraph =
     12000; ///< longer lines are shown in paragraphs, which are laid out one by one
 
-/// Characters stand in groups of two or three, so a paragraph ends between two groups.
+/// A paragraph ends behind a blank, so between two groups.
 QString inParagraphs(const QString& line) {
     QString shown;
-    for (qsizetype start = 0; start < line.size(); start += paragraph) {
-        shown += (start == 0 ? QString() : QStringLiteral("\n")) + line.mid(start, paragraph);
+    qsizetype start = 0;
+    while (line.size() - start > paragraph) {
+        const qsizetype end = line.lastIndexOf(QLatin1Char(' '), start + paragraph) + 1;
+        shown += line.mid(start, end - start) + QLatin1Char('\n');
+        start = end;
     }
-    return shown;
+    return shown + line.mid(start);
 }
 
 } // namespace
@@ -39,20 +43,20 @@ FrmMonitoringData::~FrmMonitoringData() = default;
 
 void FrmMonitoringData::showLine(const QString& line, const QPoint& pointer) {
     ui_->txtMonitoringData->setPlainText(inParagraphs(line));
-    const QScreen* const screen = parentWidget()->screen();
-    const QRect free = screen->availableGeometry();
+    const QScreen* const pointed = QGuiApplication::screenAt(pointer);
+    const QRect free = (pointed != nullptr ? pointed : parentWidget()->screen())->availableGeometry();
     const QFontMetrics metrics(ui_->txtMonitoringData->font());
     const int column = metrics.horizontalAdvance(QLatin1Char('0'));
-    const int widest = std::max(free.width() / 2, 1);
-    const int textWidth = static_cast<int>(std::min<qsizetype>(line.size() * column, widest - margins));
-    const qsizetype perRow = std::max(textWidth / column - 2, 1);
-    const qsizetype rows =
-        std::clamp<qsizetype>(line.size() / perRow + 1, 1, free.height() / metrics.lineSpacing() / 2);
-    resize(textWidth + margins + 2 * column, static_cast<int>(rows + 1) * metrics.lineSpacing() + margins);
+    const int textWidth =
+        static_cast<int>(std::min<qsizetype>((line.size() + 2) * column, free.width() - margins));
+    const qsizetype perRow = std::max(textWidth / column - 3, 1); // a row breaks between groups
+    const qsizetype rows = line.size() / perRow + 2;
+    const qsizetype height = std::min<qsizetype>(rows * metrics.lineSpacing() + margins, free.height());
+    resize(textWidth + margins, static_cast<int>(height));
     const int left = std::clamp(pointer.x(), free.left(), std::max(free.left(), free.right() - width()));
     const int below = pointer.y() + belowPointer;
-    const int top = below + height() <= free.bottom() ? below : pointer.y() - belowPointer - height();
-    move(left, std::max(top, free.top()));
+    const int above = pointer.y() - belowPointer - this->height();
+    move(left, below + this->height() <= free.bottom() ? below : std::max(above, free.top()));
     show();
 }
 

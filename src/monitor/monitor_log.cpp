@@ -22,7 +22,9 @@ bool MonitorLog::write(const std::string& line) {
         return false;
     }
     syncLater();
-    return file_->append(line + lineEnd);
+    const std::string stumpEnd = endsInStump_ ? lineEnd : ""; // of a line that the full disk cut
+    endsInStump_ = !file_->append(stumpEnd + line + lineEnd);
+    return !endsInStump_;
 }
 
 void MonitorLog::syncLater() {
@@ -44,6 +46,7 @@ void MonitorLog::close() {
     }
     file_.reset();
     syncIsDue_ = false;
+    endsInStump_ = false;
 }
 
 } // namespace varda

@@ -33,6 +33,7 @@ private:
     Clock& clock_;
     std::shared_ptr<AppendFile> file_; ///< its life tells a wait for the disk whether the log is still open
     bool syncIsDue_ = false;
+    bool endsInStump_ = false; ///< the last line was not written whole
 };
 
 } // namespace varda

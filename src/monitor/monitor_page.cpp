@@ -10,10 +10,12 @@
 #include "platform/runtime_error.h"
 #include "ui_monitor_page.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QFile>
 #include <QMouseEvent>
 #include <QScrollBar>
+#include <QWindow>
 
 #include <utility>
 
@@ -32,6 +34,7 @@ MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, 
       log_(surroundings_.clock),
       frmMonitoringData_(new FrmMonitoringData(this)) {
     ui_->setupUi(this);
+    logToolTip_ = ui_->chkMonLog->toolTip();
     ui_->lstMonitor->setModel(&lines_);
     ui_->lstMonitor->setItemDelegate(new MonitorDelegate(this));
     ui_->lstMonitor->viewport()->installEventFilter(this);
@@ -48,35 +51,22 @@ void MonitorPage::bind() {
     events.click(ui_->cmdClear, [this] { cmdClear_Click(); });
     connect(ui_->chkMonLog, &QCheckBox::toggled, this, [this] { chkMonLog_Click(); });
     connect(ui_->lstMonitor, &QListView::pressed, this, [this] { showLine(); });
-}
-
-bool MonitorPage::isMonitoring() const { return context_.link.state().CommMode == comm_mode::monitoring; }
-
-bool MonitorPage::mayStart() {
-    if (!context_.link.port().isOpen()) {
-        context_.form.showMessage("Please Port Open !!", "Warning");
-        return false;
-    }
-    // kept: the mixed pages' boxes are not looked at
-    if (context_.form.isTicked("chkRTimer") || context_.form.isTicked("chkWTimer")) {
-        context_.form.showMessage(
-            "Currently, Program is communicating with PLC. Please turn off Check Box !!", "Warning");
-        return false;
-    }
-    return true;
+    // A box that opens meanwhile would take the release of the button.
+    connect(qApp, &QApplication::focusWindowChanged, this, [this] { frmMonitoringData_->closeLine(); });
 }
 
 void MonitorPage::cmdMonStart_Click() {
-    if (isMonitoring() || !mayStart()) {
+    if (isRunning_ || !context_.link.isFreeForRun()) {
         return;
     }
     if (ui_->txtMonLogFile->text().isEmpty()) {
         ui_->chkMonLog->setChecked(false);
     }
     context_.link.state().CommMode = comm_mode::monitoring;
+    isRunning_ = true;
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
-    ui_->chkMonLog->setToolTip(QString());
+    ui_->chkMonLog->setToolTip(logToolTip_);
     if (ui_->chkMonLog->isChecked()) {
         openLog();
     }
@@ -86,13 +76,14 @@ void MonitorPage::openLog() { log_.open(QFile::encodeName(ui_->txtMonLogFile->te
 
 void MonitorPage::cmdMonStop_Click() {
     context_.link.state().CommMode = comm_mode::monitorIdle;
+    isRunning_ = false;
     log_.close();
     ui_->txtMonLogFile->setEnabled(true);
     ui_->chkMonLog->setEnabled(true);
 }
 
 void MonitorPage::stopRun() {
-    if (isMonitoring()) {
+    if (isRunning_) {
         cmdMonStop_Click();
     }
 }
@@ -118,14 +109,14 @@ void MonitorPage::listBurst(const Bytes& burst) {
         lines_.clear();
     }
     ui_->txtLine->setText(QString::number(lines_.rowCount())); // kept: the count lags one behind
-    if (log_.isOpen()) {
-        writeLog(line.text());
-    }
     const QScrollBar* const scrollBar = ui_->lstMonitor->verticalScrollBar();
     const bool follows = scrollBar->value() == scrollBar->maximum();
     lines_.append(std::move(line));
     if (follows) {
         ui_->lstMonitor->scrollToBottom();
+    }
+    if (log_.isOpen()) {
+        writeLog(lines_.line(lines_.rowCount() - 1).text());
     }
 }
 

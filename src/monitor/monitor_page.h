@@ -52,11 +52,9 @@ private:
     void chkMonLog_Click();
     void cmdClear_Click();
 
-    bool mayStart();
     void openLog();
     void writeLog(const std::string& line);
     void showLine();
-    bool isMonitoring() const;
 
     PageContext context_;
     Surroundings surroundings_;
@@ -64,6 +62,8 @@ private:
     MonitorModel lines_;
     MonitorLog log_;
     FrmMonitoringData* frmMonitoringData_;
+    QString logToolTip_;     ///< of the log's check box while nothing is wrong
+    bool isRunning_ = false; ///< from Start to Stop, whatever CommMode is meanwhile
 };
 
 } // namespace varda

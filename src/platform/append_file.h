@@ -18,7 +18,8 @@ public:
 
     /// Hands the text to the system. @return whether all of it was taken
     bool append(std::string_view text) noexcept;
-    /// Asks the system to bring what was appended to the disk.
+    /// Has the system bring what was appended to the disk, without waiting for it: a slow disk must not hold
+    /// the window up.
     void sync() noexcept;
 
 private:

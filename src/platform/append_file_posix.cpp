@@ -4,6 +4,8 @@
 
 #include <cerrno>
 #include <cstring>
+#include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -51,6 +53,16 @@ bool AppendFile::append(std::string_view text) noexcept {
     return true;
 }
 
-void AppendFile::sync() noexcept { ::fsync(file_); }
+void AppendFile::sync() noexcept {
+    const int copy = ::fcntl(file_, F_DUPFD_CLOEXEC, 0);
+    try {
+        std::thread([copy] {
+            ::fsync(copy);
+            ::close(copy);
+        }).detach();
+    } catch (const std::system_error&) {
+        ::close(copy); // no thread to be had: the system brings the text to the disk in its own time
+    }
+}
 
 } // namespace varda

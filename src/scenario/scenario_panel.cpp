@@ -133,22 +133,8 @@ void ScenarioPanel::loadFrom(const QString& path) {
     }
 }
 
-bool ScenarioPanel::mayRun() {
-    if (!context_.link.port().isOpen()) {
-        context_.form.showMessage("Please Port Open !!", "Warning");
-        return false;
-    }
-    // kept: the mixed pages' boxes are not looked at, the run unticks them anyway
-    if (context_.form.isTicked("chkRTimer") || context_.form.isTicked("chkWTimer")) {
-        context_.form.showMessage(
-            "Currently, Program is communicating with PLC. Please turn off Check Box !!", "Warning");
-        return false;
-    }
-    return true;
-}
-
 void ScenarioPanel::cmdRunScenario_Click() {
-    if (!mayRun()) {
+    if (!context_.link.isFreeForRun()) {
         return;
     }
     ui_->cmdRunScenario->setEnabled(false);
@@ -166,14 +152,17 @@ void ScenarioPanel::cmdRunScenario_Click() {
 }
 
 void ScenarioPanel::startRun() {
+    if (context_.link.state().CommMode == comm_mode::monitoring) {
+        context_.form.press("cmdMonStop"); // closes the log
+    }
     SetMasterControls(false);
     ui_->lstSchedule->setCurrentRow(0);
     context_.link.state().CommMode = comm_mode::scenario;
-    surroundings_.tmrScenario.setInterval(takePeriod());
+    surroundings_.tmrScenario.setInterval(typedPeriod());
     surroundings_.tmrScenario.start();
 }
 
-int ScenarioPanel::takePeriod() const {
+int ScenarioPanel::typedPeriod() const {
     const int period = toLong(ui_->txtScnPeriod->text().toStdString());
     if (period < 0 || period > longestPeriod) {
         throw invalidPropertyValue();
@@ -186,6 +175,8 @@ void ScenarioPanel::stopRun() {
     ui_->cmdRunScenario->setEnabled(true);
     ui_->cmdStopScenario->setEnabled(false);
     SetMasterControls(true);
+    const bool isMasterShown = findRoute(surroundings_.shownCommMode()) != nullptr;
+    context_.form.EnableScenarioControls(isMasterShown); // off on the simulation and monitoring pages
     if (context_.link.state().CommMode == comm_mode::scenario) {
         context_.link.state().CommMode = surroundings_.shownCommMode();
     }
@@ -193,7 +184,7 @@ void ScenarioPanel::stopRun() {
 
 void ScenarioPanel::cmdStopScenario_Click() {
     const ScopeExit stopped([this] { stopRun(); }); // stops whatever the period field holds
-    surroundings_.tmrScenario.setInterval(takePeriod());
+    surroundings_.tmrScenario.setInterval(typedPeriod());
 }
 
 void ScenarioPanel::tmrScenario_Timer() {
@@ -215,16 +206,7 @@ void ScenarioPanel::sendNextLine() {
     const std::string line = ui_->lstSchedule->item(row)->text().toStdString();
     context_.form.setText("txtScnSend", line);
     const Bytes frame = scenarioFrame(line);
-    LinkState& state = context_.link.state();
-    if (const auto expected = scenarioAnswerLength(frame)) {
-        state.RxExpected = static_cast<std::int16_t>(*expected);
-    }
-    if (context_.link.port().isOpen()) {
-        context_.link.port().discard();
-        context_.link.port().write(frame);
-        state.RxCount = 0;
-        state.WaitingAnswer = true;
-    }
+    context_.link.sendScenarioFrame(frame, scenarioAnswerLength(frame));
 }
 
 void ScenarioPanel::SetMasterControls(bool enabled) {
@@ -234,10 +216,7 @@ void ScenarioPanel::SetMasterControls(bool enabled) {
         context_.form.setTicked(route.continuousBox, false);
         context_.form.setEnabled(route.continuousBox, enabled);
     }
-    for (const char* const button :
-         {"cmdAddScenario", "cmdDelScenario", "cmdLoadScenario", "cmdSaveScenario"}) {
-        context_.form.setEnabled(button, enabled);
-    }
+    context_.form.EnableScenarioControls(enabled);
 }
 
 } // namespace varda

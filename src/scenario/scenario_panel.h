@@ -48,11 +48,10 @@ private:
     void cmdRunScenario_Click();
     void cmdStopScenario_Click();
 
-    bool mayRun();
     void startRun();
     void stopRun();
     void sendNextLine();
-    int takePeriod() const;
+    int typedPeriod() const;
     void SetMasterControls(bool enabled);
     void showNumber();
     void saveTo(const QString& path);

@@ -7,6 +7,7 @@
 #include "master/write_page.h"
 #include "monitor/monitor_page.h"
 #include "platform/lists.h"
+#include "platform/runtime_error.h"
 #include "scenario/scenario_panel.h"
 #include "shell/look.h"
 #include "shell/modes.h"
@@ -178,7 +179,10 @@ void FrmVarda::enterMode(int index) {
 
 void FrmVarda::closePort() {
     monitorPage_->stopRun();
-    tmrScenario_.stop();
+    try {
+        scenarioPanel_->stop();
+    } catch (const RuntimeError&) { // NOLINT(bugprone-empty-catch): a bad period is no matter at the end
+    }
     if (commPLC_.isOpen()) {
         commPLC_.close();
     }

@@ -6,9 +6,13 @@
 
 #include <QApplication>
 
+#include <csignal>
 #include <random>
 
 int main(int argc, char* argv[]) {
+#ifdef SIGXFSZ
+    std::signal(SIGXFSZ, SIG_IGN); // a file at its size limit is a full disk, no reason to end
+#endif
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("varda"));
     QApplication::setApplicationVersion(QStringLiteral(VARDA_VERSION));

@@ -6,9 +6,12 @@
 #include <QListView>
 #include <QPlainTextEdit>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include <sys/resource.h>
 
 namespace varda::test {
 namespace {
@@ -42,6 +45,17 @@ protected:
     void chooseLog(const std::string& path) {
         driver.find<QCheckBox>("chkMonLog")->setChecked(true);
         paste("txtMonLogFile", path);
+    }
+
+    /// Whether this process holds the log open.
+    bool logIsOpen() {
+        for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+            std::error_code ignored;
+            if (std::filesystem::read_symlink(entry.path(), ignored) == folder.file("line.log")) {
+                return true;
+            }
+        }
+        return false;
     }
 
     QWidget* popUp() { return driver.find("frmMonitoringData"); }
@@ -183,6 +197,10 @@ TEST_F(MonitorPageTest, LogControlsFollowTheirBox) {
 TEST_F(MonitorPageTest, ChosenLogFileGetsItsExtension) {
     driver.click("chkMonLog");
     driver.click("cmdMonLogFile");
+    auto* const dialog = driver.window().findChild<QFileDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->directory().path().toStdString(), driver.programFolder() + "/Log");
+    EXPECT_FALSE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
     chooseFile(folder.file("line"));
     EXPECT_EQ(text("txtMonLogFile"), folder.file("line.log"));
 }
@@ -190,10 +208,46 @@ TEST_F(MonitorPageTest, ChosenLogFileGetsItsExtension) {
 TEST_F(MonitorPageTest, ModeClickStopsMonitoringFirst) {
     chooseLog(folder.file("line.log"));
     startMonitoring();
+    EXPECT_TRUE(logIsOpen());
     driver.click("optMode_0");
     EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_TRUE(runUntil([this] { return !logIsOpen(); })); // a sync under way may hold it for a moment
     driver.click("optMode_5");
     EXPECT_TRUE(driver.isEnabled("chkMonLog"));
+}
+
+TEST_F(MonitorPageTest, EndClosesTheLog) {
+    chooseLog(folder.file("line.log"));
+    startMonitoring();
+    EXPECT_TRUE(logIsOpen());
+    driver.click("cmdEnd");
+    EXPECT_TRUE(runUntil([this] { return !logIsOpen(); }));
+}
+
+TEST_F(MonitorPageTest, SecondStartDoesNothing) {
+    startMonitoring();
+    driver.click("cmdMonStart");
+    EXPECT_EQ(driver.box(), nullptr);
+    EXPECT_EQ(driver.link().CommMode, 0x81);
+}
+
+TEST_F(MonitorPageTest, LogAtItsSizeLimitIsToldByTheToolTipAloneAndGoesOnBehindIt) {
+    const rlimit none = {RLIM_INFINITY, RLIM_INFINITY};
+    std::signal(SIGXFSZ, SIG_IGN);
+    chooseLog(folder.file("line.log"));
+    startMonitoring();
+    const QString before = driver.find("chkMonLog")->toolTip();
+    const rlimit small = {10, RLIM_INFINITY};
+    setrlimit(RLIMIT_FSIZE, &small);
+    driver.listBurst(Bytes(20, 0x41));
+    setrlimit(RLIMIT_FSIZE, &none);
+    EXPECT_EQ(driver.box(), nullptr);
+    EXPECT_NE(driver.find("chkMonLog")->toolTip(), before);
+    driver.listBurst({0x42});
+    EXPECT_EQ(logged(), "41 41 41 4\n42 \n");
+    driver.click("cmdMonStop");
+    driver.click("cmdMonStart");
+    EXPECT_EQ(driver.find("chkMonLog")->toolTip(), before);
 }
 
 TEST_F(MonitorPageTest, HangUpStopsMonitoring) {
@@ -201,6 +255,7 @@ TEST_F(MonitorPageTest, HangUpStopsMonitoring) {
     line.closeFarEnd();
     ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
     EXPECT_EQ(driver.link().CommMode, 0x80);
+    EXPECT_TRUE(driver.isEnabled("chkMonLog"));
 }
 
 TEST_F(MonitorPageTest, MonitoringGoesOnBehindABox) {
@@ -222,6 +277,16 @@ TEST_F(MonitorPageTest, PressShowsTheWholeLineUntilTheRelease) {
     QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, QPoint(20, center.y()));
     EXPECT_FALSE(popUp()->isVisible());
     EXPECT_EQ(text("txtMonitoringData"), "");
+}
+
+TEST_F(MonitorPageTest, BoxThatOpensEndsThePopUp) {
+    startMonitoring();
+    receive({0x41});
+    const QPoint center = list()->visualRect(list()->model()->index(0, 0)).center();
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, QPoint(20, center.y()));
+    EXPECT_TRUE(popUp()->isVisible());
+    driver.window().form().showMessage("Something else", "Error");
+    EXPECT_TRUE(runUntil([this] { return !popUp()->isVisible(); }));
 }
 
 TEST_F(MonitorPageTest, TenMegabytesAtOnceAreSurvived) {

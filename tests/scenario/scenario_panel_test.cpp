@@ -24,14 +24,18 @@ protected:
         driver.find("cmdRunScenario")->setEnabled(schedule()->count() > 0);
     }
 
-    bool masterIsOff() {
-        for (const char* const control : {"tabMode", "cmdAddScenario", "cmdDelScenario", "cmdLoadScenario",
-                                          "cmdSaveScenario", "chkRTimer", "chkMWTimer", "cmdRDSend"}) {
-            if (driver.isEnabled(control)) {
-                return false;
-            }
+    /// How many of the controls that a run switches off are on by themselves.
+    int masterControlsOn() {
+        int on = driver.isEnabled("tabMode") ? 1 : 0;
+        for (const char* const control :
+             {"cmdAddScenario", "cmdDelScenario", "cmdLoadScenario", "cmdSaveScenario", "chkRTimer",
+              "chkWTimer", "chkMRTimer", "chkMWTimer", "cmdRDSend", "cmdWDSend", "cmdMRDSend",
+              "cmdMWDSend"}) {
+            QWidget* const found = driver.find(control);
+            const bool isInPage = driver.find("tabMode")->isAncestorOf(found);
+            on += (isInPage ? found->isEnabledTo(driver.find("tabMode")) : found->isEnabled()) ? 1 : 0;
         }
-        return true;
+        return on;
     }
 
     std::string write(const char* name, const std::string& content) {
@@ -100,7 +104,7 @@ TEST_F(ScenarioPanelTest, LinesGoRoundWithTheSelectionOneAhead) {
     paste("txtScnPeriod", "20");
     openLine();
     driver.click("cmdRunScenario");
-    EXPECT_TRUE(masterIsOff());
+    EXPECT_EQ(masterControlsOn(), 0);
     EXPECT_TRUE(driver.isEnabled("cmdStopScenario"));
     EXPECT_EQ(selected(), 0);
     const Bytes bytes = sent(20);
@@ -121,7 +125,7 @@ TEST_F(ScenarioPanelTest, StopSwitchesEverythingBack) {
     driver.click("cmdStopScenario");
     EXPECT_EQ(driver.link().CommMode, 0x23);
     EXPECT_TRUE(driver.isEnabled("tabMode"));
-    EXPECT_TRUE(driver.isEnabled("cmdMRDSend") || !driver.find("cmdMRDSend")->isVisible());
+    EXPECT_EQ(masterControlsOn(), 13);
     EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
     EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
 }
@@ -214,6 +218,68 @@ TEST_F(ScenarioPanelTest, LineThatIsNoFrameStopsTheRunWithOneReport) {
         runFor(std::chrono::milliseconds(30));
         EXPECT_EQ(driver.box(), nullptr) << wrong;
     }
+}
+
+TEST_F(ScenarioPanelTest, EditingStaysOffBehindARunOnTheSimulationPage) {
+    addLines({bitRead});
+    openLine();
+    driver.click("optMode_4");
+    driver.click("cmdRunScenario");
+    driver.click("cmdStopScenario");
+    EXPECT_EQ(driver.link().CommMode, 0xFF);
+    EXPECT_FALSE(driver.isEnabled("cmdAddScenario"));
+    EXPECT_FALSE(driver.isEnabled("cmdLoadScenario"));
+}
+
+TEST_F(ScenarioPanelTest, RunEndsMonitoringFirst) {
+    addLines({bitRead});
+    openLine();
+    driver.click("optMode_5");
+    driver.click("cmdMonStart");
+    driver.click("cmdRunScenario");
+    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_TRUE(driver.find("chkMonLog")->isEnabledTo(driver.find("tabMode")));
+    driver.click("cmdStopScenario");
+    EXPECT_EQ(driver.link().CommMode, 0x80);
+}
+
+TEST_F(ScenarioPanelTest, ModeClickLetsTheSendingGoOn) {
+    addLines({"01 FF 22 01"});
+    paste("txtScnPeriod", "20");
+    openLine();
+    driver.click("cmdRunScenario");
+    sent(4);
+    driver.click("optMode_1");
+    EXPECT_EQ(driver.link().CommMode, 0x22);
+    EXPECT_GE(sent(8).size(), 8U);
+}
+
+TEST_F(ScenarioPanelTest, FiveThousandLinesAreSavedAndLoaded) {
+    std::string content = "[Information]\r\nTotal=5000\r\n[Scenario]\r\n";
+    for (int index = 0; index < 5000; ++index) {
+        content += "Scenario" + std::to_string(index) + "=" + bitRead + "\r\n";
+    }
+    load(write("long.scn", content));
+    EXPECT_EQ(schedule()->count(), 5000);
+    driver.click("cmdSaveScenario");
+    chooseFile(folder.file("again.scn"));
+    EXPECT_EQ(selected(), 4999);
+}
+
+TEST_F(ScenarioPanelTest, CancelledDialogsDoNothing) {
+    addLines({bitRead});
+    for (const char* const button : {"cmdLoadScenario", "cmdSaveScenario"}) {
+        driver.click(button);
+        auto* const dialog = driver.window().findChild<QFileDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_FALSE(
+            dialog->testOption(QFileDialog::DontConfirmOverwrite)); // an existing file is asked about
+        EXPECT_EQ(dialog->nameFilters(), QStringList{QStringLiteral("*.scn")});
+        EXPECT_EQ(dialog->directory().path().toStdString(), driver.programFolder() + "/Data");
+        dialog->reject();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    EXPECT_EQ(schedule()->count(), 1);
 }
 
 TEST_F(ScenarioPanelTest, HangUpStopsTheRun) {

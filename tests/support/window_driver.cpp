@@ -6,6 +6,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -16,7 +17,10 @@ namespace varda::test {
 WindowDriver::WindowDriver()
     : window_({clock_, lineFactory(clock_, controller_),
                [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); },
-               QApplication::applicationDirPath(), [] { return QTime(9, 5, 7); }}) {
+               programFolder_.path(), [] { return QTime(9, 5, 7); }}) {
+    for (const char* const folder : {"Data", "Log"}) {
+        QDir(programFolder_.path()).mkdir(QString::fromLatin1(folder));
+    }
     window_.resize(1024, 768);
     window_.show();
     QApplication::setActiveWindow(&window_);

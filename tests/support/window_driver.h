@@ -6,6 +6,7 @@
 #include "virtual/controller.h"
 
 #include <QString>
+#include <QTemporaryDir>
 #include <QWidget>
 
 #include <random>
@@ -69,10 +70,14 @@ public:
     /// Tests and opens a port by its name, as a user does.
     void openPort(const std::string& name);
 
+    /// The program's own folder of this window, with its folders "Data" and "Log".
+    std::string programFolder() const { return programFolder_.path().toStdString(); }
+
 private:
     QtClock clock_;
     Controller controller_;
     std::mt19937 generator_{20261121};
+    QTemporaryDir programFolder_;
     FrmVarda window_;
 };
 
