@@ -56,7 +56,10 @@ DeviceLine::DeviceLine(const std::string& name) : name_(withoutBlanksAround(name
                      [this](QSerialPort::SerialPortError error) { failed(error); });
 }
 
-DeviceLine::~DeviceLine() { DeviceLine::close(); }
+DeviceLine::~DeviceLine() {
+    port_.disconnect(); // what it says while it is destroyed concerns no line any more
+    DeviceLine::close();
+}
 
 void DeviceLine::open(const LineSettings& settings) {
     const std::string node = deviceNode(name_);

@@ -269,6 +269,7 @@ TEST_F(MonitorPageTest, PressShowsTheWholeLineUntilTheRelease) {
     startMonitoring();
     receive(Bytes(300, 0x41));
     list()->setFocus();
+    ASSERT_TRUE(runUntil([this] { return list()->hasFocus(); }));
     const QPoint center = list()->visualRect(list()->model()->index(0, 0)).center();
     QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, QPoint(20, center.y()));
     EXPECT_TRUE(popUp()->isVisible());
