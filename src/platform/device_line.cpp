@@ -4,6 +4,8 @@
 #include "platform/comm_error.h"
 #include "platform/serial_node.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -108,6 +110,11 @@ void DeviceLine::write(const Bytes& bytes) {
         throw RuntimeError(comm_error::readError,
                            "Nothing can be sent on " + label() + ". Open the port again.");
     }
+    // Left to Qt, the bytes would go out in the event loop's next turn, behind whatever the window has to
+    // paint.
+    isWriting_ = true;
+    port_.flush();
+    isWriting_ = false;
 }
 
 std::string DeviceLine::label() const {
@@ -144,6 +151,10 @@ void DeviceLine::received() {
 /// use: it belongs to whatever system call failed last.
 void DeviceLine::failed(QSerialPort::SerialPortError error) {
     if (!isLive_ || error == QSerialPort::NoError) {
+        return;
+    }
+    if (isWriting_) { // whoever writes is not told in the middle of it
+        QTimer::singleShot(0, &port_, [this, error] { failed(error); });
         return;
     }
     close();

@@ -40,6 +40,7 @@ private:
     QSerialPort port_;
     /// False while the line opens and closes, when Qt reports errors that are none of the open line.
     bool isLive_ = false;
+    bool isWriting_ = false;
     /// Bytes that were in the driver when the input was discarded and are still to be dropped.
     std::size_t discarded_ = 0;
 };

@@ -1,0 +1,212 @@
+#include "support/event_loop.h"
+#include "support/pseudo_terminal.h"
+#include "support/window_driver.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QListWidget>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+/// The monitor under hours of traffic and under a flood, and the period of a scenario: measured on the real
+/// window over a pseudo-terminal. Writes a table to the file that is named, or to the screen.
+namespace {
+
+using varda::Bytes;
+using varda::test::runFor;
+using varda::test::runUntil;
+using varda::test::WindowDriver;
+
+/// Resident memory of this process in KiB.
+long residentMemory() {
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    while (status >> word && word != "VmRSS:") {
+    }
+    long kibibytes = 0;
+    status >> kibibytes;
+    return kibibytes;
+}
+
+/// The longest time for which the window did not get to its events.
+class Latency {
+public:
+    Latency() {
+        clock_.start();
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, &timer_,
+                         [this] { worst_ = std::max(worst_, clock_.restart()); });
+        timer_.start(1);
+    }
+    qint64 worst() const { return worst_; }
+
+private:
+    QTimer timer_;
+    QElapsedTimer clock_;
+    qint64 worst_ = 0;
+};
+
+class Report {
+public:
+    void row(const QString& what, const QString& figure) {
+        rows_ += QStringLiteral("| %1 | %2 |\n").arg(what, figure);
+        std::printf("%s: %s\n", qPrintable(what), qPrintable(figure));
+    }
+    QString text() const {
+        return QStringLiteral("# Soak and flood\n\nTarget `soak-report` measures and writes this file. "
+                              "Measured %1, 2 cores, "
+                              "offscreen, over a pseudo-terminal.\n\n| what | figure |\n|---|---|\n")
+                   .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd"))) +
+               rows_;
+    }
+
+private:
+    QString rows_;
+};
+
+void startMonitoring(WindowDriver& driver, const varda::test::PseudoTerminal& line, const std::string& log) {
+    driver.openPort(line.path());
+    driver.click("optMode_5");
+    driver.find<QCheckBox>("chkMonLog")->setChecked(true);
+    driver.paste("txtMonLogFile", log);
+    driver.click("cmdMonStart");
+}
+
+/// Eight hours at 38400 baud without the waits: as many bursts as the line can bring, each of one wait's
+/// length.
+void soak(Report& report, const QString& folder) {
+    constexpr int burstLength = 384; // 3840 bytes a second for 100 ms
+    constexpr int bursts = 8 * 3600 * 10;
+    WindowDriver driver;
+    const varda::test::PseudoTerminal line;
+    const QString log = folder + QStringLiteral("/soak.log");
+    startMonitoring(driver, line, log.toStdString());
+    const Bytes burst(burstLength, 0x5A);
+    long warm = 0;
+    long most = 0;
+    for (int count = 0; count < bursts; ++count) {
+        driver.listBurst(burst);
+        if (count % 100 == 0) {
+            QCoreApplication::processEvents();
+            (count < 4200 ? warm : most) = std::max(count < 4200 ? warm : most, residentMemory());
+        }
+    }
+    report.row(
+        QStringLiteral("soak: traffic of 8 hours at 38400 baud"),
+        QStringLiteral("%1 MB in %2 bursts").arg(bursts / 1000000.0 * burstLength, 0, 'f', 1).arg(bursts));
+    report.row(QStringLiteral("soak: memory after two restarts of the list, and the most after that"),
+               QStringLiteral("%1 MiB, %2 MiB").arg(warm / 1024).arg(most / 1024));
+    driver.click("cmdMonStop");
+    report.row(
+        QStringLiteral("soak: log"),
+        QStringLiteral("%1 of %2 bytes").arg(QFile(log).size()).arg(qint64{bursts} * (3 * burstLength + 1)));
+}
+
+/// 1 MB a second for 30 seconds through the line, in the log to the last byte.
+void flood(Report& report, const QString& folder) {
+    constexpr int seconds = 30;
+    constexpr int piece = 10000;
+    constexpr int pieces = seconds * 100;
+    WindowDriver driver;
+    const varda::test::PseudoTerminal line;
+    const QString log = folder + QStringLiteral("/flood.log");
+    startMonitoring(driver, line, log.toStdString());
+    runFor(std::chrono::milliseconds(200));
+    const long before = residentMemory();
+    long most = 0;
+    const Latency latency;
+    std::thread sender([&line] {
+        auto next = std::chrono::steady_clock::now();
+        for (int count = 0; count < pieces; ++count) {
+            line.write(Bytes(piece, static_cast<std::uint8_t>(count)), std::chrono::seconds(10));
+            std::this_thread::sleep_until(next += std::chrono::milliseconds(10));
+        }
+    });
+    QElapsedTimer clock;
+    clock.start();
+    const auto groups = [&log] {
+        QFile file(log);
+        qint64 count = 0;
+        if (file.open(QIODevice::ReadOnly)) {
+            count = (file.size() - file.readAll().count('\n')) / 3;
+        }
+        return count;
+    };
+    while (clock.elapsed() < seconds * 1000 + 1000) {
+        runFor(std::chrono::milliseconds(500));
+        most = std::max(most, residentMemory());
+    }
+    sender.join();
+    const qint64 worst = latency.worst();
+    runUntil([&] { return groups() == qint64{piece} * pieces; }, std::chrono::seconds(10));
+    report.row(QStringLiteral("flood: bytes in the log after 1 MB/s for 30 s"),
+               QStringLiteral("%1 of %2").arg(groups()).arg(qint64{piece} * pieces));
+    report.row(QStringLiteral("flood: longest time the window did not answer"),
+               QStringLiteral("%1 ms").arg(worst));
+    report.row(QStringLiteral("flood: memory before, and the most during it"),
+               QStringLiteral("%1 MiB, %2 MiB").arg(before / 1024).arg(most / 1024));
+}
+
+/// The period of a scenario while a controller answers.
+void scenarioPeriod(Report& report, int period) {
+    constexpr int ticks = 300;
+    WindowDriver driver;
+    driver.openPort("VIRTUAL");
+    auto* const schedule = driver.find<QListWidget>("lstSchedule");
+    schedule->addItem(QStringLiteral("FF FF 21 03 00 00 08 BD 85"));
+    schedule->addItem(QStringLiteral("FF FF 23 03 00 02 04 C5 20"));
+    driver.find("cmdRunScenario")->setEnabled(true);
+    driver.paste("txtScnPeriod", std::to_string(period));
+    std::vector<double> deviations;
+    QElapsedTimer clock;
+    QObject::connect(schedule, &QListWidget::currentRowChanged, schedule, [&] {
+        const auto passed = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        clock.start();
+        deviations.push_back(std::abs(passed - period));
+    });
+    clock.start();
+    driver.click("cmdRunScenario");
+    runUntil([&] { return deviations.size() > ticks; }, std::chrono::minutes(3));
+    deviations.erase(deviations.begin(), deviations.begin() + 2); // the start is no period
+    std::ranges::sort(deviations);
+    report.row(QStringLiteral("scenario: period of %1 ms, deviation of 99 % of %2 ticks, worst")
+                   .arg(period)
+                   .arg(ticks),
+               QStringLiteral("%1 ms, %2 ms")
+                   .arg(deviations[deviations.size() * 99 / 100], 0, 'f', 2)
+                   .arg(deviations.back(), 0, 'f', 2));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    const QTemporaryDir folder;
+    Report report;
+    soak(report, folder.path());
+    flood(report, folder.path());
+    scenarioPeriod(report, 150);
+    scenarioPeriod(report, 20);
+    if (argc > 1) {
+        QFile file(QString::fromLocal8Bit(argv[1]));
+        if (!file.open(QIODevice::WriteOnly) || file.write(report.text().toUtf8()) < 0) {
+            std::printf("%s cannot be written.\n", argv[1]);
+            return 1;
+        }
+    }
+    return 0;
+}
