@@ -2,6 +2,7 @@
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QListView>
 #include <QPlainTextEdit>

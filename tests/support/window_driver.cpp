@@ -88,7 +88,7 @@ void WindowDriver::chooseFile(const std::string& path) {
 }
 
 void WindowDriver::openPort(const std::string& name) {
-    type("cbPort", name);
+    paste("cbPort", name); // typed, it would open the list of offers, which the offscreen platform leaves active
     click("cmdCommTest");
     click("cmdPortOpen");
 }
