@@ -15,6 +15,7 @@ class FrmWriteWord;
 /// The word entry dialog: one value of 0 .. 65535, decimal or hexadecimal.
 class FrmWriteWord : public QDialog {
     Q_OBJECT
+    Q_DISABLE_COPY(FrmWriteWord)
 
 public:
     /// @param registerName shown as the title @param present the cell's text, selected for typing over it

@@ -58,7 +58,7 @@ protected:
     /// Switches on again what the send had switched off.
     virtual void switchOnAfterSend() = 0;
 
-    PageContext& context() { return context_; }
+    const PageContext& context() const { return context_; }
     const Route& route() const { return route_; }
     Access access() const;
     FrameImage& image();

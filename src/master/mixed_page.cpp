@@ -75,11 +75,7 @@ void MixedPage::countChosen() {
 }
 
 std::vector<std::string> MixedPage::pointLines() const {
-    std::vector<std::string> lines;
-    for (int row = 0; row < lists_.points->count(); ++row) {
-        lines.push_back(lists_.points->item(row)->text().toStdString());
-    }
-    return lines;
+    return context().form.lines(lists_.points->objectName().toStdString());
 }
 
 bool MixedPage::pointIsNamed() const {

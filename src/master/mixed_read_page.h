@@ -13,6 +13,7 @@ class MixedReadPage;
 /// "Read Bit+Word": reads the bits and words of a point list in one request.
 class MixedReadPage : public MixedPage {
     Q_OBJECT
+    Q_DISABLE_COPY(MixedReadPage)
 
 public:
     explicit MixedReadPage(const PageContext& context, QWidget* parent = nullptr);

@@ -13,6 +13,7 @@ class MixedWritePage;
 /// "Write Bit+Word": writes the bits and words of a point list, each line with its value, in one request.
 class MixedWritePage : public MixedPage {
     Q_OBJECT
+    Q_DISABLE_COPY(MixedWritePage)
 
 public:
     explicit MixedWritePage(const PageContext& context, QWidget* parent = nullptr);

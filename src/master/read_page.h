@@ -14,6 +14,7 @@ class ReadPage;
 /// "Read Bit/Word": keeps the read request up to date with its fields, sends it and shows the answer.
 class ReadPage : public MasterPage {
     Q_OBJECT
+    Q_DISABLE_COPY(ReadPage)
 
 public:
     explicit ReadPage(const PageContext& context, QWidget* parent = nullptr);

@@ -19,6 +19,7 @@ class WriteGrid;
 /// the answer.
 class WritePage : public MasterPage {
     Q_OBJECT
+    Q_DISABLE_COPY(WritePage)
 
 public:
     /// @param random draws a number of at least 0 and below 1 for the random data

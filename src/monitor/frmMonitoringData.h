@@ -14,6 +14,7 @@ class FrmMonitoringData;
 /// takes the focus.
 class FrmMonitoringData : public QWidget {
     Q_OBJECT
+    Q_DISABLE_COPY(FrmMonitoringData)
 
 public:
     explicit FrmMonitoringData(QWidget* parent);

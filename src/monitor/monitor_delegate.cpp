@@ -13,10 +13,10 @@ constexpr char16_t otherPicture =
 
 QChar standIn(QChar character) {
     if (character < u' ') {
-        return QChar(static_cast<char16_t>(controlPictures + character.unicode()));
+        return {static_cast<char16_t>(controlPictures + character.unicode())};
     }
     if (character == u'\x7F') {
-        return QChar(deletePicture);
+        return {deletePicture};
     }
     return character > u'\x7F' && character < u'\xA0' ? QChar(otherPicture) : character;
 }

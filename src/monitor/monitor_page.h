@@ -22,6 +22,7 @@ class FrmMonitoringData;
 /// "Monitoring": lists every burst that the open port receives, and keeps a log of it.
 class MonitorPage : public QWidget {
     Q_OBJECT
+    Q_DISABLE_COPY(MonitorPage)
 
 public:
     /// What the page asks of the window beyond its controls.

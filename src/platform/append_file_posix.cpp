@@ -42,7 +42,6 @@ AppendFile::AppendFile(const std::string& path)
 
 AppendFile::~AppendFile() { ::close(file_); }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): it changes the file
 bool AppendFile::append(std::string_view text) noexcept {
     while (!text.empty()) {
         const ssize_t written = ::write(file_, text.data(), text.size());
@@ -54,7 +53,6 @@ bool AppendFile::append(std::string_view text) noexcept {
     return true;
 }
 
-// NOLINTNEXTLINE(readability-make-member-function-const): it changes the file
 void AppendFile::sync() noexcept {
     const int copy = ::fcntl(file_, F_DUPFD_CLOEXEC, 0);
     try {

@@ -67,38 +67,37 @@ void Events::run(const QHash<QString, Handler>& handlers, std::string_view name)
     }
 }
 
-void Events::watch(QWidget* field, const Handler& change, Exceptions exceptions) {
+void Events::watch(QWidget* field, const Handler& change, const Exceptions& exceptions) {
     changes_.insert(field->objectName(), change);
-    watched_.insert(field, {change, exceptions.keyPress ? std::move(exceptions.keyPress) : change,
-                            std::move(exceptions.lostFocus)});
+    watched_.insert(field,
+                    {change, exceptions.keyPress ? exceptions.keyPress : change, exceptions.lostFocus});
     field->installEventFilter(this);
 }
 
-void Events::field(QComboBox* list, Handler change, Exceptions exceptions) {
+void Events::field(QComboBox* list, const Handler& change, const Exceptions& exceptions) {
     connect(list, &QComboBox::editTextChanged, this, [this, change] { guard(change); });
     connect(list, &QComboBox::activated, this, [this, change] { guard(change); });
-    watch(list, change, std::move(exceptions));
+    watch(list, change, exceptions);
 }
 
-void Events::field(QLineEdit* text, Handler change, Exceptions exceptions) {
+void Events::field(QLineEdit* text, const Handler& change, const Exceptions& exceptions) {
     connect(text, &QLineEdit::textChanged, this, [this, change] { guard(change); });
-    watch(text, change, std::move(exceptions));
+    watch(text, change, exceptions);
 }
 
-void Events::textChange(QLineEdit* text, Handler change) {
+void Events::textChange(QLineEdit* text, const Handler& change) {
     changes_.insert(text->objectName(), change);
-    connect(text, &QLineEdit::textChanged, this, [this, change = std::move(change)] { guard(change); });
+    connect(text, &QLineEdit::textChanged, this, [this, change] { guard(change); });
 }
 
-void Events::click(QAbstractButton* button, Handler clicked) {
+void Events::click(QAbstractButton* button, const Handler& clicked) {
     clicks_.insert(button->objectName(), clicked);
-    connect(button, &QAbstractButton::clicked, this,
-            [this, clicked = std::move(clicked)] { guard(clicked); });
+    connect(button, &QAbstractButton::clicked, this, [this, clicked] { guard(clicked); });
 }
 
-void Events::option(QRadioButton* option, Handler chosen) {
+void Events::option(QRadioButton* option, const Handler& chosen) {
     clicks_.insert(option->objectName(), chosen);
-    connect(option, &QRadioButton::toggled, this, [this, chosen = std::move(chosen)](bool checked) {
+    connect(option, &QRadioButton::toggled, this, [this, chosen](bool checked) {
         if (checked) {
             guard(chosen);
         }
@@ -136,7 +135,7 @@ bool Events::eventFilter(QObject* watched, QEvent* event) {
     if (found == watched_.constEnd()) {
         return QObject::eventFilter(watched, event);
     }
-    const Watched handlers = *found;
+    const Watched& handlers = *found;
     if (event->type() == QEvent::KeyPress && typesCharacter(*static_cast<const QKeyEvent*>(event))) {
         guard(handlers.keyPress);
     } else if (event->type() == QEvent::MouseButtonRelease && qobject_cast<QLineEdit*>(watched) != nullptr) {

@@ -38,13 +38,13 @@ public:
 
     explicit Events(MessageBoxes& boxes);
 
-    void field(QComboBox* list, Handler change, Exceptions exceptions = {});
-    void field(QLineEdit* text, Handler change, Exceptions exceptions = {});
+    void field(QComboBox* list, const Handler& change, const Exceptions& exceptions = {});
+    void field(QLineEdit* text, const Handler& change, const Exceptions& exceptions = {});
     /// A text that only runs its Change handler when its text changes.
-    void textChange(QLineEdit* text, Handler change);
-    void click(QAbstractButton* button, Handler clicked);
+    void textChange(QLineEdit* text, const Handler& change);
+    void click(QAbstractButton* button, const Handler& clicked);
     /// An option of a group: its handler runs when the user chooses it.
-    void option(QRadioButton* option, Handler chosen);
+    void option(QRadioButton* option, const Handler& chosen);
 
     /// Chooses an option by program: its handler runs even where it was chosen already. @throws what the
     /// handler throws
@@ -67,7 +67,7 @@ private:
     };
 
     static void run(const QHash<QString, Handler>& handlers, std::string_view name);
-    void watch(QWidget* field, const Handler& change, Exceptions exceptions);
+    void watch(QWidget* field, const Handler& change, const Exceptions& exceptions);
     void moveFocus(QWidget* now);
     void report(const std::exception& error) const;
     void report(const RuntimeError& error) const;

@@ -18,6 +18,7 @@ class FileDialogs;
 /// A list of ready-made frames, sent one per period, round and round, until it is stopped.
 class ScenarioPanel : public QWidget {
     Q_OBJECT
+    Q_DISABLE_COPY(ScenarioPanel)
 
 public:
     /// What the panel asks of the window beyond its controls.

@@ -29,8 +29,10 @@ std::unique_ptr<Ui::FrmVarda> makeForm(QMainWindow* window) {
 }
 
 std::vector<std::string> portListTexts() {
+    constexpr int ports = 20;
     std::vector<std::string> texts;
-    for (int number = 1; number <= 20; ++number) {
+    texts.reserve(ports);
+    for (int number = 1; number <= ports; ++number) {
         texts.push_back("COM" + std::to_string(number));
     }
     return texts;

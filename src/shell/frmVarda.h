@@ -34,6 +34,7 @@ class WritePage;
 /// modes.
 class FrmVarda : public QMainWindow {
     Q_OBJECT
+    Q_DISABLE_COPY(FrmVarda)
 
 public:
     /// What the window takes from outside, so that tests can put their own in its place.

@@ -9,7 +9,7 @@
 #include <csignal>
 #include <random>
 
-int main(int argc, char* argv[]) {
+int main(int argc, char** argv) {
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN); // a file at its size limit is a full disk, no reason to end
 #endif

@@ -77,6 +77,7 @@ void WindowForm::setText(std::string_view control, const std::string& text) {
 std::vector<std::string> WindowForm::lines(std::string_view listBox) const {
     std::vector<std::string> lines;
     if (const auto* const list = qobject_cast<const QListWidget*>(find(listBox))) {
+        lines.reserve(static_cast<std::size_t>(list->count()));
         for (int row = 0; row < list->count(); ++row) {
             lines.push_back(list->item(row)->text().toStdString());
         }

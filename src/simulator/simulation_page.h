@@ -21,6 +21,7 @@ class FileDialogs;
 /// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
 class SimulationPage : public QWidget {
     Q_OBJECT
+    Q_DISABLE_COPY(SimulationPage)
 
 public:
     SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent = nullptr);
