@@ -190,7 +190,7 @@ void scenarioPeriod(Report& report, int period) {
 
 } // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
@@ -209,4 +209,7 @@ int main(int argc, char** argv) {
         }
     }
     return 0;
+} catch (const std::exception& error) {
+    std::printf("The measurement broke off: %s\n", error.what());
+    return 1;
 }

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include <sys/resource.h>
 
@@ -163,8 +165,8 @@ TEST_F(MonitorPageTest, LogWithoutANameIsSwitchedOff) {
 }
 
 TEST_F(MonitorPageTest, LogThatCannotBeOpenedIsReportedOnceAndMonitoringGoesOn) {
-    const std::pair<std::string, const char*> wrong[] = {{folder.path(), "Run-time error '75':"},
-                                                         {folder.file("none/a.log"), "Run-time error '76':"}};
+    const std::vector<std::pair<std::string, const char*>> wrong = {
+        {folder.path(), "Run-time error '75':"}, {folder.file("none/a.log"), "Run-time error '76':"}};
     openLine();
     for (const auto& [path, report] : wrong) {
         chooseLog(path);

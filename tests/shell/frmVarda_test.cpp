@@ -13,6 +13,8 @@
 #include <QTabWidget>
 #include <QTest>
 
+#include <array>
+
 namespace varda::test {
 namespace {
 
@@ -50,12 +52,12 @@ TEST_F(MainWindowTest, PortListOffersTwentyPorts) {
 }
 
 TEST_F(MainWindowTest, EveryModeSetsItsPageAndCommMode) {
-    const int commModes[] = {0x21, 0x22, 0x25, 0x26, 0xFF, 0x80};
+    const std::array<int, 6> commModes = {0x21, 0x22, 0x25, 0x26, 0xFF, 0x80};
     for (int index = 5; index >= 0; --index) {
         driver.click(option(index).c_str());
         EXPECT_EQ(shownPage(), index);
         EXPECT_TRUE(isChosen(index));
-        EXPECT_EQ(driver.link().CommMode, commModes[index]);
+        EXPECT_EQ(driver.link().CommMode, commModes.at(static_cast<std::size_t>(index)));
     }
 }
 

@@ -63,7 +63,7 @@ protected:
     }
 
     std::string write(const char* name, const std::string& content) {
-        const std::string path = folder.file(name);
+        std::string path = folder.file(name);
         std::ofstream(path) << content;
         return path;
     }

@@ -88,7 +88,8 @@ void WindowDriver::chooseFile(const std::string& path) {
 }
 
 void WindowDriver::openPort(const std::string& name) {
-    paste("cbPort", name); // typed, it would open the list of offers, which the offscreen platform leaves active
+    paste("cbPort",
+          name); // typed, it would open the list of offers, which the offscreen platform leaves active
     click("cmdCommTest");
     click("cmdPortOpen");
 }

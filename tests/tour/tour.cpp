@@ -43,7 +43,7 @@ constexpr Page mixedWritePage = {"cmdMWDSend", "txtSendMWData", "txtReceiveMWDat
 
 class Tour {
 public:
-    explicit Tour(QDir pictures) : pictures_(std::move(pictures)) {}
+    explicit Tour(const QDir& pictures) : pictures_(pictures) {}
 
     bool take() {
         openPort();
@@ -288,7 +288,7 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(showWarning);
     const QApplication application(argc, argv);
     varda::drawWholeFrames();
-    const QDir pictures(application.arguments().value(1, QStringLiteral("tour")));
+    const QDir pictures(QApplication::arguments().value(1, QStringLiteral("tour")));
     if (!pictures.mkpath(QStringLiteral("."))) {
         std::printf("The folder %s cannot be made.\n", qPrintable(pictures.path()));
         return 1;
