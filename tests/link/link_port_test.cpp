@@ -33,7 +33,7 @@ TEST_F(LinkPortTest, EachEmptyListIsRepairedAlone) {
 }
 
 TEST_F(LinkPortTest, UnknownParityGivesASettingsTextWithoutParityLetter) {
-    for (const std::string parity : {"MARK", "none", "n", " "}) {
+    for (const char* const parity : {"MARK", "none", "n", " "}) {
         setLists("9600", "8", "1", parity);
         EXPECT_EQ(linkPort.MakeCommSettings(), "9600,8,1") << parity;
         EXPECT_EQ(form.text("cbParityBit"), parity);

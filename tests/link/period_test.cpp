@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Typed{"100x", "500", 500}));
 
 TEST_P(PeriodTest, TextBecomesTheIntervalOfTheRunningTimer) {
-    for (const std::string field :
+    for (const char* const field :
          {"txtReadTimerValue", "txtWriteTimerValue", "txtMReadTimerValue", "txtMWriteTimerValue"}) {
         tmrComm.setInterval(7);
         tmrComm.stop();

@@ -26,11 +26,11 @@ TEST_P(WrongLengthTest, IsDroppedSilentlyAndEndsTheWaitForTheAnswer) {
     port.receive(burst(length));
     clock.advance(100);
 
-    for (const std::string answer :
+    for (const char* const answer :
          {"txtReceiveRData", "txtReceiveWData", "txtReceiveMRData", "txtReceiveMWData", "txtScnReceive"}) {
         EXPECT_TRUE(form.told(answer).empty()) << answer;
     }
-    for (const std::string status : {"txtRStatus", "txtWStatus", "txtMRStatus", "txtMWStatus"}) {
+    for (const char* const status : {"txtRStatus", "txtWStatus", "txtMRStatus", "txtMWStatus"}) {
         EXPECT_TRUE(form.told(status).empty()) << status;
     }
     EXPECT_TRUE(form.messages().empty());

@@ -40,7 +40,7 @@ TEST_P(EmptyBufferTest, LeavesInReceiveSetAndSkipsTheEndOfTheReception) {
 
 TEST_P(EmptyBufferTest, EveryTickThenDoesNothing) {
     awaitAnswer(GetParam(), 14);
-    for (const std::string box : {"chkRTimer", "chkWTimer", "chkMRTimer", "chkMWTimer"}) {
+    for (const char* const box : {"chkRTimer", "chkWTimer", "chkMRTimer", "chkMWTimer"}) {
         form.setTicked(box, true);
     }
     receiveNothing();
@@ -50,7 +50,7 @@ TEST_P(EmptyBufferTest, EveryTickThenDoesNothing) {
 
     EXPECT_EQ(state.WaitTicks, 0);
     EXPECT_EQ(form.presses(), 0);
-    for (const std::string field : {"txtTotalData", "txtCurrentData", "txtWatchDog", "txtRStatus",
+    for (const char* const field : {"txtTotalData", "txtCurrentData", "txtWatchDog", "txtRStatus",
                                     "txtWStatus", "txtMRStatus", "txtMWStatus"}) {
         EXPECT_TRUE(form.told(field).empty()) << field;
     }
