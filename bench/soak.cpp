@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -168,24 +169,24 @@ void scenarioPeriod(Report& report, int period) {
     schedule->addItem(QStringLiteral("FF FF 23 03 00 02 04 C5 20"));
     driver.find("cmdRunScenario")->setEnabled(true);
     driver.paste("txtScnPeriod", std::to_string(period));
-    std::vector<double> deviations;
-    QElapsedTimer clock;
-    QObject::connect(schedule, &QListWidget::currentRowChanged, schedule, [&] {
-        const auto passed = static_cast<double>(clock.nsecsElapsed()) / 1e6;
-        clock.start();
-        deviations.push_back(std::abs(passed - period));
+    const auto deviations = std::make_shared<std::vector<double>>();
+    const auto clock = std::make_shared<QElapsedTimer>();
+    QObject::connect(schedule, &QListWidget::currentRowChanged, schedule, [deviations, clock, period] {
+        const auto passed = static_cast<double>(clock->nsecsElapsed()) / 1e6;
+        clock->start();
+        deviations->push_back(std::abs(passed - period));
     });
-    clock.start();
+    clock->start();
     driver.click("cmdRunScenario");
-    runUntil([&] { return deviations.size() > ticks; }, std::chrono::minutes(3));
-    deviations.erase(deviations.begin(), deviations.begin() + 2); // the start is no period
-    std::ranges::sort(deviations);
+    runUntil([&deviations] { return deviations->size() > ticks; }, std::chrono::minutes(3));
+    deviations->erase(deviations->begin(), deviations->begin() + 2); // the start is no period
+    std::ranges::sort(*deviations);
     report.row(QStringLiteral("scenario: period of %1 ms, deviation of 99 % of %2 ticks, worst")
                    .arg(period)
                    .arg(ticks),
                QStringLiteral("%1 ms, %2 ms")
-                   .arg(deviations[deviations.size() * 99 / 100], 0, 'f', 2)
-                   .arg(deviations.back(), 0, 'f', 2));
+                   .arg(deviations->at(deviations->size() * 99 / 100), 0, 'f', 2)
+                   .arg(deviations->back(), 0, 'f', 2));
 }
 
 } // namespace
