@@ -103,6 +103,17 @@ void setWriteWord(FrameImages& images, std::size_t index, int value) {
     images.write.setLowHigh(offset::data + 2 * index, hex(value, 4));
 }
 
+bool isWriteBitOn(const FrameImages& images, std::size_t index) {
+    return images.write.byte(offset::data + index) == 0xFF;
+}
+
+void clearWriteRequest(FrameImages& images) {
+    constexpr std::size_t lastClearedByte = 50;
+    constexpr std::size_t lastEntry = 1023;
+    images.write.clearBytes(0, lastClearedByte);
+    images.write.reset(offset::length, lastEntry);
+}
+
 void fillRandomWords(FrameImages& images, const std::function<double()>& random) {
     // kept: LEN - 2 is the count of data bytes, so a word write draws twice its words and fills on behind its
     // frame

@@ -62,6 +62,12 @@ void setWriteBit(FrameImages& images, std::size_t index, bool on);
 /// Writes `value` (0 .. 65535) as data word `index` of a word write (from 0), low byte first.
 void setWriteWord(FrameImages& images, std::size_t index, int value);
 
+/// Whether data byte `index` of a bit write (from 0) is ON.
+bool isWriteBitOn(const FrameImages& images, std::size_t index);
+
+/// Empties the write image for another access: the first bytes are 0, everything from LEN on is "00".
+void clearWriteRequest(FrameImages& images);
+
 /// Fills the data with LEN - 2 random words of 1 .. 65535.
 /// @param random draws a number of at least 0 and below 1
 void fillRandomWords(FrameImages& images, const std::function<double()>& random);

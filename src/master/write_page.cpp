@@ -60,10 +60,9 @@ void WritePage::enterMode() {
 void WritePage::optionChosen(Access access) {
     context().link.state().CommMode = access == Access::Bit ? route().bitMode : route().wordMode;
     register_.offer(access, writeLimit(access));
-    context().images.write.clearBytes(0, 50);
     ui_->chkCounter->setEnabled(access == Access::Word);
     ui_->chkRandomWrite->setEnabled(access == Access::Word);
-    context().images.write.reset(offset::length, 1023);
+    clearWriteRequest(context().images);
     grid_->showColumnHeadings(access);
     grid_->emptyCells();
     takeStations();
@@ -167,8 +166,7 @@ void WritePage::showBits() {
         return;
     }
     for (int index = 0; index < count(); ++index) {
-        const auto entry = offset::data + static_cast<std::size_t>(index);
-        if (context().images.write.byte(entry) == 0xFF) {
+        if (isWriteBitOn(context().images, static_cast<std::size_t>(index))) {
             grid_->setText(bit() + index + 1, QStringLiteral("ON"));
         }
     }
