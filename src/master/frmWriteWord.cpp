@@ -12,8 +12,6 @@
 namespace varda {
 namespace {
 
-constexpr int overflowNumber = 6;
-
 /// The value of 0 .. 65535 that a text stands for; nothing where it is out of range.
 /// @throws RuntimeError 13 where it is no number
 std::optional<int> wordValue(const std::string& text, bool hexadecimal) {
@@ -21,7 +19,7 @@ std::optional<int> wordValue(const std::string& text, bool hexadecimal) {
         const int value = hexadecimal ? fromHex(text) : toLong(text);
         return value >= 0 && value <= 0xFFFF ? std::optional(value) : std::nullopt;
     } catch (const RuntimeError& error) {
-        if (error.number() == overflowNumber) {
+        if (error.number() == run_time_error::overflow) {
             return std::nullopt;
         }
         throw;

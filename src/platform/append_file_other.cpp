@@ -7,16 +7,12 @@
 #include <sys/stat.h>
 
 namespace varda {
-namespace {
-
-constexpr int noAccess = 75;
-
-} // namespace
 
 AppendFile::AppendFile(const std::string& path)
     : file_(_open(path.c_str(), _O_WRONLY | _O_APPEND | _O_CREAT | _O_BINARY, _S_IREAD | _S_IWRITE)) {
     if (file_ < 0) {
-        throw RuntimeError(noAccess, path + " cannot be opened. Choose another log file.");
+        throw RuntimeError(run_time_error::fileAccessError,
+                           path + " cannot be opened. Choose another log file.");
     }
 }
 

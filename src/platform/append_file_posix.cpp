@@ -14,11 +14,9 @@
 namespace varda {
 namespace {
 
-constexpr int noSuchFolder = 76;
-constexpr int noAccess = 75;
-
 RuntimeError openFailure(const std::string& path, int error) {
-    return {error == ENOENT || error == ENOTDIR ? noSuchFolder : noAccess,
+    const bool isFolderMissing = error == ENOENT || error == ENOTDIR;
+    return {isFolderMissing ? run_time_error::pathNotFound : run_time_error::fileAccessError,
             path + ": " + std::strerror(error)};
 }
 
@@ -36,7 +34,8 @@ AppendFile::AppendFile(const std::string& path)
     }
     if (!isRegular(file_)) {
         ::close(file_);
-        throw RuntimeError(noAccess, path + " is no regular file. Choose another log file.");
+        throw RuntimeError(run_time_error::fileAccessError,
+                           path + " is no regular file. Choose another log file.");
     }
 }
 

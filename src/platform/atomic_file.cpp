@@ -22,18 +22,19 @@ struct Reason {
 /// The numbers of the report are few; the reason is told in our own words where one number fits it.
 Reason reasonFor(const std::error_code& error) {
     if (error == std::errc::no_space_on_device || error == std::errc::file_too_large) {
-        return {61, "the disk is full"};
+        return {run_time_error::diskFull, "the disk is full"};
     }
     if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) {
-        return {70, "permission denied"};
+        return {run_time_error::permissionDenied, "permission denied"};
     }
     if (error == std::errc::read_only_file_system) {
-        return {70, "the disk is read-only"};
+        return {run_time_error::permissionDenied, "the disk is read-only"};
     }
     if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
-        return {76, "path not found"};
+        return {run_time_error::pathNotFound, "path not found"};
     }
-    return {error == std::errc::io_error ? 57 : 75, error.message()};
+    return {error == std::errc::io_error ? run_time_error::deviceError : run_time_error::fileAccessError,
+            error.message()};
 }
 
 /// A zero byte would end the message.
@@ -151,7 +152,7 @@ void replaceFile(const std::string& path, std::string_view content) {
 }
 
 RuntimeError fileError(const std::string& path, const std::string& reason) {
-    return {75, quoted(path) + ' ' + reason + "."};
+    return {run_time_error::fileAccessError, quoted(path) + ' ' + reason + "."};
 }
 
 } // namespace varda

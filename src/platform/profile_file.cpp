@@ -42,14 +42,16 @@ bool hasAny(std::string_view name, std::string_view characters) {
 
 void requireSectionName(std::string_view section) {
     if (hasAny(section, std::string_view("]\r\n\0", 4))) {
-        throw RuntimeError(5, "A section cannot be named \"" + std::string(section) + "\"");
+        throw RuntimeError(run_time_error::invalidProcedureCall,
+                           "A section cannot be named \"" + std::string(section) + "\"");
     }
 }
 
 void requireKeyName(std::string_view key) {
     if (key.empty() || key.front() == ';' || key.front() == '[' ||
         hasAny(key, std::string_view("=\r\n\0", 4))) {
-        throw RuntimeError(5, "A key cannot be named \"" + std::string(key) + "\"");
+        throw RuntimeError(run_time_error::invalidProcedureCall,
+                           "A key cannot be named \"" + std::string(key) + "\"");
     }
 }
 
@@ -99,10 +101,10 @@ ProfileFile ProfileFile::load(const std::string& path) {
 
 ProfileFile ProfileFile::parse(std::string text) {
     if (text.size() > sizeLimit) {
-        return unreadable(RuntimeError(75, "The text is larger than 64 MiB"));
+        return unreadable(RuntimeError(run_time_error::fileAccessError, "The text is larger than 64 MiB"));
     }
     if (text.find('\0') != std::string::npos) {
-        return unreadable(RuntimeError(75, "A text has no zero bytes"));
+        return unreadable(RuntimeError(run_time_error::fileAccessError, "A text has no zero bytes"));
     }
     ProfileFile result;
     result.text_ = std::move(text);
@@ -252,7 +254,7 @@ void ProfileFile::save(const std::string& path) const {
 
 ProfileFile::Span ProfileFile::store(std::string_view text) {
     if (text.size() > UINT32_MAX - text_.size()) {
-        throw RuntimeError(7, "Out of memory");
+        throw RuntimeError(run_time_error::outOfMemory, "Out of memory");
     }
     text_.append(text);
     const auto end = static_cast<std::uint32_t>(text_.size());

@@ -140,11 +140,10 @@ void PacketLists::cmdSaveSimPacket_Click() {
 }
 
 void PacketLists::saveTo(const QString& path) {
-    constexpr int missingAnswer = 9;
     try {
         savePackets(table_, QFile::encodeName(path).toStdString());
     } catch (const RuntimeError& error) {
-        if (error.number() == missingAnswer) {
+        if (error.number() == run_time_error::subscriptOutOfRange) {
             selectPair(answers_.rowCount()); // the request whose answer is missing
             throw;
         }

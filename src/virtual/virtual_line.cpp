@@ -1,6 +1,6 @@
 #include "virtual/virtual_line.h"
 
-#include "platform/runtime_error.h"
+#include "platform/comm_error.h"
 
 #include <utility>
 
@@ -11,7 +11,8 @@ VirtualLine::~VirtualLine() { VirtualLine::close(); }
 void VirtualLine::open(const LineSettings& /*settings*/) {
     auto input = std::make_shared<Bytes>();
     if (!controller_.plugIn()) {
-        throw RuntimeError(8005, "VIRTUAL is open already in this program. Close it there first.");
+        throw RuntimeError(comm_error::inUse,
+                           "VIRTUAL is open already in this program. Close it there first.");
     }
     input_ = std::move(input);
 }
@@ -35,7 +36,7 @@ void VirtualLine::discard() noexcept {
 
 void VirtualLine::write(const Bytes& bytes) {
     if (!input_) {
-        throw RuntimeError(8020, "VIRTUAL is not open. Open it before sending.");
+        throw RuntimeError(comm_error::readError, "VIRTUAL is not open. Open it before sending.");
     }
     auto answer = controller_.answer(bytes);
     if (!answer) {
