@@ -5,7 +5,9 @@
 #include "simulator/sim_points.h"
 
 #include <array>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace varda {
 
@@ -35,6 +37,13 @@ constexpr std::array<SimKind, 4> simKinds = {{
 /// The two kinds that the page offers but does not prepare.
 constexpr std::string_view mixedReadMode = "Mixed Read";
 constexpr std::string_view mixedWriteMode = "Mixed Write";
+
+/// The entries of the page's lists: requests, their answers, stations 0 .. 255.
+std::vector<std::string> simModeTexts();
+std::vector<std::string> simAnswerModeTexts();
+std::vector<std::string> simStationTexts();
+/// The kinds of an access; other than on the master pages without an empty last entry.
+std::vector<std::string> simRegisterTexts(Access access);
 
 /// The kind of a mode's text, or nullptr.
 const SimKind* findSimKind(std::string_view mode);

@@ -13,14 +13,12 @@
 #include "simulator/send_data_check.h"
 #include "ui_simulation_page.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace varda {
 namespace {
 
 constexpr int lengthLimit = 255;
-constexpr int highestStation = 255;
 
 std::unique_ptr<Ui::SimulationPage> makeForm(QWidget* page) {
     auto form = std::make_unique<Ui::SimulationPage>();
@@ -33,37 +31,6 @@ QString shown(std::string_view text) {
 }
 
 std::string textOf(const QComboBox* list) { return list->currentText().toStdString(); }
-
-std::vector<std::string> stationTexts() {
-    std::vector<std::string> texts;
-    for (int station = 0; station <= highestStation; ++station) {
-        texts.push_back(std::to_string(station));
-    }
-    return texts;
-}
-
-std::vector<std::string> modeTexts() {
-    std::vector<std::string> texts;
-    for (const SimKind& kind : simKinds) {
-        texts.emplace_back(kind.mode);
-    }
-    texts.emplace_back(mixedReadMode);
-    texts.emplace_back(mixedWriteMode);
-    return texts;
-}
-
-std::vector<std::string> answerModeTexts() {
-    std::vector<std::string> texts = modeTexts();
-    std::ranges::for_each(texts, [](std::string& text) { text += " ANS"; });
-    return texts;
-}
-
-/// The kind list of this page has no empty last entry.
-std::vector<std::string> kindTexts(Access access) {
-    std::vector<std::string> texts = kindListTexts(access);
-    texts.pop_back();
-    return texts;
-}
 
 void showAll(std::initializer_list<QWidget*> controls, bool visible) {
     for (QWidget* const control : controls) {
@@ -130,10 +97,10 @@ void SimulationPage::enterMode() {
     ui_->optSimMixed_0->setChecked(false);
     ui_->optSimMixed_1->setChecked(false);
     ui_->optSimMixed_0->group()->setExclusive(true);
-    fillList(ui_->cbSimDA, stationTexts(), "255");
-    fillList(ui_->cbSimSA, stationTexts(), "255");
-    fillList(ui_->cbSimMode, modeTexts(), "Bit Read");
-    fillList(ui_->cbSimModeS, answerModeTexts(), "Bit Read ANS");
+    fillList(ui_->cbSimDA, simStationTexts(), "255");
+    fillList(ui_->cbSimSA, simStationTexts(), "255");
+    fillList(ui_->cbSimMode, simModeTexts(), "Bit Read");
+    fillList(ui_->cbSimModeS, simAnswerModeTexts(), "Bit Read ANS");
     lists_->enterMode();
     cbSimMode_Change();
 }
@@ -185,7 +152,7 @@ void SimulationPage::showFieldsOf(const SimKind& kind) {
           static_cast<QWidget*>(ui_->chkSimHexDec)}) {
         field->setEnabled(true);
     }
-    fillList(ui_->cbSimReg, kindTexts(kind.access));
+    fillList(ui_->cbSimReg, simRegisterTexts(kind.access));
     fillList(ui_->cbSimAddress, {});
     fillList(ui_->cbSimBit, {});
     fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(lengthLimit));
