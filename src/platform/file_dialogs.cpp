@@ -1,18 +1,21 @@
 #include "platform/file_dialogs.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include <utility>
 
 namespace varda {
 namespace {
 
-QFileDialog* makeDialog(QWidget* window, const QString& programFolder, const FileDialogs::Kind& kind) {
+QFileDialog* makeDialog(QWidget* window, const QString& folder, const FileDialogs::Kind& kind) {
     auto* const dialog = new QFileDialog(window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setNameFilter(QStringLiteral("*") + kind.extension);
     dialog->setDefaultSuffix(kind.extension.mid(1));
-    dialog->setDirectory(programFolder + QLatin1Char('/') + kind.folder);
+    dialog->setDirectory(folder);
     return dialog;
 }
 
@@ -23,15 +26,28 @@ void show(QFileDialog* dialog, FileDialogs::Chosen chosen) {
 
 } // namespace
 
+QString FileDialogs::folderOf(const Kind& kind) const {
+    return programFolder_ + QLatin1Char('/') + kind.folder;
+}
+
+QString FileDialogs::folderToSave(const Kind& kind) const {
+    const QFileInfo own(folderOf(kind));
+    if (own.isDir() && own.isWritable()) {
+        return own.filePath();
+    }
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
 void FileDialogs::chooseToOpen(const Kind& kind, Chosen chosen) {
-    QFileDialog* const dialog = makeDialog(window_, programFolder_, kind);
+    QFileDialog* const dialog = makeDialog(window_, folderOf(kind), kind);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     dialog->setFileMode(QFileDialog::ExistingFile);
     show(dialog, std::move(chosen));
 }
 
 void FileDialogs::chooseToSave(const Kind& kind, Chosen chosen) {
-    QFileDialog* const dialog = makeDialog(window_, programFolder_, kind);
+    QFileDialog* const dialog = makeDialog(window_, folderToSave(kind), kind);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
     show(dialog, std::move(chosen));

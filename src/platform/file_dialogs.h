@@ -16,7 +16,7 @@ public:
     /// One kind of file.
     struct Kind {
         QString extension; ///< with its dot; added to a chosen name that has none
-        QString folder;    ///< below the program's own folder; where the dialog starts
+        QString folder;    ///< below the program's own folder; where the dialogs start
     };
 
     /// @param programFolder the program's own folder
@@ -24,10 +24,14 @@ public:
         : window_(window), programFolder_(std::move(programFolder)) {}
 
     void chooseToOpen(const Kind& kind, Chosen chosen);
-    /// Asks before a file is chosen that exists.
+    /// Asks before a file is chosen that exists. Starts in the user's documents where the folder of the kind
+    /// may not be written, as where the program is installed for everybody.
     void chooseToSave(const Kind& kind, Chosen chosen);
 
 private:
+    QString folderOf(const Kind& kind) const;
+    QString folderToSave(const Kind& kind) const;
+
     QWidget* window_;
     QString programFolder_;
 };

@@ -12,7 +12,8 @@ class OrdinaryUser {
 public:
     OrdinaryUser() : isAdministrator_(::geteuid() == 0) {
         constexpr uid_t nobody = 65534;
-        if (isAdministrator_ && (::setegid(nobody) != 0 || ::seteuid(nobody) != 0)) {
+        if (isAdministrator_ &&
+            (::setresgid(nobody, nobody, keep) != 0 || ::setresuid(nobody, nobody, keep) != 0)) {
             throw std::runtime_error("The rights of the administrator cannot be given up");
         }
     }
@@ -21,12 +22,14 @@ public:
     OrdinaryUser(OrdinaryUser&&) = delete;
     OrdinaryUser& operator=(OrdinaryUser&&) = delete;
     ~OrdinaryUser() {
-        if (isAdministrator_ && (::seteuid(0) != 0 || ::setegid(0) != 0)) {
+        if (isAdministrator_ && (::setresuid(0, 0, keep) != 0 || ::setresgid(0, 0, keep) != 0)) {
             ::_exit(1);
         }
     }
 
 private:
+    static constexpr uid_t keep = static_cast<uid_t>(-1);
+
     bool isAdministrator_;
 };
 
