@@ -11,7 +11,6 @@
 namespace varda {
 namespace {
 
-constexpr int shortestPeriod = 100;
 constexpr int longestPeriod = 65535;
 constexpr int fallbackPeriod = 500;
 

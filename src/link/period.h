@@ -7,11 +7,13 @@ namespace varda {
 class Form;
 class PeriodTimer;
 
+constexpr int shortestPeriod = 100; ///< in milliseconds, of the communication timer
+
 /// Takes over a changed period field as the interval of the communication timer and starts the timer, port
 /// open or not.
 ///
-/// A number below 100 becomes "100", a text that is no 16-bit number becomes "500"; the field is rewritten at
-/// once, so a number typed digit by digit is rewritten at its first digit.
+/// A number below the shortest becomes "100", a text that is no 16-bit number becomes "500"; the field is
+/// rewritten at once, so a number typed digit by digit is rewritten at its first digit.
 void takePeriod(Form& form, PeriodTimer& tmrComm, std::string_view periodField);
 
 } // namespace varda

@@ -5,6 +5,7 @@
 #include "link/period.h"
 #include "link/serial_link.h"
 #include "platform/events.h"
+#include "platform/period_steps.h"
 #include "platform/scope_exit.h"
 
 #include <QCheckBox>
@@ -12,6 +13,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+
+#include <limits>
 
 namespace varda {
 
@@ -29,6 +32,7 @@ void MasterPage::adopt(const Controls& controls) {
     events.field(controls.source, source, {.keyPress = {}, .lostFocus = source});
     events.textChange(controls.period,
                       [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
+    new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
     events.click(controls.send, [this] { sendRequest(); });
 }
 

@@ -6,6 +6,7 @@
 #include "platform/conversion.h"
 #include "platform/events.h"
 #include "platform/file_dialogs.h"
+#include "platform/period_steps.h"
 #include "platform/period_timer.h"
 #include "platform/profile_file.h"
 #include "platform/runtime_error.h"
@@ -23,6 +24,7 @@ namespace varda {
 namespace {
 
 constexpr int longestPeriod = 65535;
+constexpr int shortestStep = 10; ///< arrow keys go no lower; what is typed may
 
 FileDialogs::Kind scenarioFiles() { return {QStringLiteral(".scn"), QStringLiteral("Data")}; }
 
@@ -47,6 +49,7 @@ void ScenarioPanel::bind() {
     events.click(ui_->cmdLoadScenario, [this] { cmdLoadScenario_Click(); });
     events.click(ui_->cmdRunScenario, [this] { cmdRunScenario_Click(); });
     events.click(ui_->cmdStopScenario, [this] { cmdStopScenario_Click(); });
+    new PeriodSteps(ui_->txtScnPeriod, {shortestStep, longestPeriod});
 }
 
 void ScenarioPanel::stop() {

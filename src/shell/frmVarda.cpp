@@ -6,9 +6,12 @@
 #include "master/read_page.h"
 #include "master/write_page.h"
 #include "monitor/monitor_page.h"
+#include "platform/external_program.h"
 #include "platform/lists.h"
 #include "platform/runtime_error.h"
 #include "scenario/scenario_panel.h"
+#include "shell/frame_menu.h"
+#include "shell/frmAbout.h"
 #include "shell/look.h"
 #include "shell/modes.h"
 #include "shell/port_box.h"
@@ -16,6 +19,7 @@
 #include "ui_frmVarda.h"
 
 #include <QCloseEvent>
+#include <QShortcut>
 
 namespace varda {
 namespace {
@@ -43,6 +47,7 @@ std::vector<std::string> portListTexts() {
 FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm(this)),
+      programFolder_(surroundings.programFolder),
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
       tmrComm_([this] { events_.guard([this] { link_.tmrComm_Timer(); }); }),
@@ -53,6 +58,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     addPages(surroundings);
     form_.collectControls(*this);
     bind();
+    addShortcuts();
     Form_Load();
 }
 
@@ -80,6 +86,7 @@ void FrmVarda::addPages(const Surroundings& surroundings) {
     ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
     useFixedWidthForFrames(this);
     keepDisabledTextsReadable(this);
+    offerCopy(this);
     chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
                    ui_->optMode_4, ui_->optMode_5, ui_->tabMode, ui_->scenarioHolder, ui_->txtTotalData,
                    ui_->txtCurrentData, ui_->txtWatchDog, ui_->cmdHelp, ui_->cmdAbout, ui_->cmdEnd});
@@ -93,12 +100,33 @@ void FrmVarda::bind() {
             [this](int index) { modeOption(index)->setChecked(true); });
     events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
     events_.click(ui_->cmdPortOpen, [this] { linkPort_.cmdPortOpen_Click(); });
+    events_.click(ui_->cmdHelp, [this] { cmdHelp_Click(); });
+    events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
     events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
     commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
         events_.guard([this, event, &reason] {
             event == CommEvent::HungUp ? linkPort_.hangUp(reason) : link_.commPLC_OnComm(event);
         });
     });
+}
+
+void FrmVarda::addShortcuts() {
+    const auto add = [this](const QKeySequence& keys, const std::function<void()>& press) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, press);
+    };
+    add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
+    add(Qt::Key_F5, [this] { sendShownRequest(); });
+    for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
+        add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(Qt::Key_1 + index)),
+            [this, index] { modeOption(index)->click(); });
+    }
+}
+
+void FrmVarda::sendShownRequest() {
+    const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
+    if (index < masterRoutes().size() && form_.isEnabled(masterRoutes()[index].sendButton)) {
+        events_.guard([this, index] { form_.press(masterRoutes()[index].sendButton); });
+    }
 }
 
 void FrmVarda::Form_Load() {
@@ -190,6 +218,15 @@ void FrmVarda::closePort() {
     }
     tmrComm_.stop();
 }
+
+void FrmVarda::cmdHelp_Click() {
+    const QString file = programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
+    startProgram(QStringLiteral("hh ") + file, this, [this](const RuntimeError& error) {
+        events_.guard([&error] { throw RuntimeError(error); });
+    });
+}
+
+void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }
 
 void FrmVarda::cmdEnd_Click() {
     closePort();

@@ -67,11 +67,16 @@ private:
     void enterMode(int index);
     std::int16_t shownCommMode() const;
     void stopRuns();
+    void addShortcuts();
+    void sendShownRequest();
+    void cmdHelp_Click();
+    void cmdAbout_Click();
     void cmdEnd_Click();
     void closePort();
     QRadioButton* modeOption(int index) const;
 
     std::unique_ptr<Ui::FrmVarda> ui_;
+    QString programFolder_;
     MessageBoxes boxes_{this};
     Events events_{boxes_};
     WindowForm form_{events_, boxes_};

@@ -1,0 +1,58 @@
+#include "platform/period_steps.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace varda {
+namespace {
+
+constexpr int step = 10;
+constexpr int stepWithControl = 100;
+constexpr int fallbackPeriod = 500;
+
+} // namespace
+
+PeriodSteps::PeriodSteps(QLineEdit* field, Range range) : QObject(field), field_(field), range_(range) {
+    field->installEventFilter(this);
+}
+
+bool PeriodSteps::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        return takeKey(*static_cast<const QKeyEvent*>(event));
+    }
+    if (event->type() == QEvent::Wheel && field_->hasFocus() && field_->isEnabled()) {
+        return takeWheel(*static_cast<const QWheelEvent*>(event));
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool PeriodSteps::takeKey(const QKeyEvent& key) {
+    if (key.key() != Qt::Key_Up && key.key() != Qt::Key_Down) {
+        return false;
+    }
+    change(key.key() == Qt::Key_Up ? 1 : -1, key.modifiers());
+    return true;
+}
+
+bool PeriodSteps::takeWheel(const QWheelEvent& wheel) {
+    turned_ += wheel.angleDelta().y();
+    const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
+    turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+    if (steps != 0) {
+        change(steps, wheel.modifiers());
+    }
+    return true;
+}
+
+void PeriodSteps::change(int steps, Qt::KeyboardModifiers modifiers) {
+    bool isNumber = false;
+    const int typed = field_->text().toInt(&isNumber);
+    const int size = (modifiers & Qt::ControlModifier) != 0 ? stepWithControl : step;
+    const int period = (isNumber ? typed : fallbackPeriod) + steps * size;
+    field_->setText(QString::number(std::clamp(period, range_.lowest, range_.highest)));
+}
+
+} // namespace varda

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+
+class QKeyEvent;
+class QLineEdit;
+class QWheelEvent;
+
+namespace varda {
+
+/// Lets the arrow keys up and down, and the wheel while the field has the focus, change a period by 10
+/// milliseconds, with Ctrl by 100: a number typed key by key would be rewritten at its first digit.
+class PeriodSteps : public QObject {
+    Q_OBJECT
+
+public:
+    /// Periods in milliseconds that a step may lead to.
+    struct Range {
+        int lowest;
+        int highest;
+    };
+
+    PeriodSteps(QLineEdit* field, Range range);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool takeKey(const QKeyEvent& key);
+    bool takeWheel(const QWheelEvent& wheel);
+    void change(int steps, Qt::KeyboardModifiers modifiers);
+
+    QLineEdit* field_;
+    Range range_;
+    int turned_ = 0; ///< of the wheel since its last step, in eighths of a degree
+};
+
+} // namespace varda

@@ -1,0 +1,120 @@
+#include "support/window_test.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QLabel>
+#include <QListView>
+#include <QTextBrowser>
+#include <QUrl>
+
+namespace varda::test {
+namespace {
+
+class AboutTest : public WindowTest {
+protected:
+    QWidget* openAbout() {
+        driver.click("cmdAbout");
+        return driver.find("frmAbout");
+    }
+
+    QTextBrowser* openHomePage() {
+        openAbout();
+        QTest::keyClick(driver.find("homePageLink"), Qt::Key_Tab); // the link of the label
+        QTest::keyClick(driver.find("homePageLink"), Qt::Key_Return);
+        return driver.window().findChild<QTextBrowser*>();
+    }
+
+    bool isGone(const char* dialog) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return driver.window().findChild<QWidget*>(QString::fromLatin1(dialog)) == nullptr;
+    }
+};
+
+/// Takes what would leave through the desktop's browser.
+class Links : public QObject {
+    Q_OBJECT
+
+public:
+    Links() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "take"); }
+    ~Links() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+    Links(const Links&) = delete;
+    Links& operator=(const Links&) = delete;
+
+    QList<QUrl> taken;
+
+public slots:
+    void take(const QUrl& url) { taken.append(url); }
+};
+
+TEST_F(AboutTest, NamesTheProgramItsVersionQtAndTheLicence) {
+    QWidget* const about = openAbout();
+    ASSERT_TRUE(about->isVisible());
+    QString texts;
+    for (const QLabel* const label : about->findChildren<QLabel*>()) {
+        texts += label->text() + QLatin1Char('\n');
+    }
+    EXPECT_TRUE(texts.contains(QStringLiteral("VR-Series PLC Test & Simulator\n")));
+    EXPECT_TRUE(texts.contains(QStringLiteral("Version " VARDA_VERSION "\n")));
+    EXPECT_TRUE(texts.contains(QStringLiteral("Qt ") + QString::fromLatin1(qVersion())));
+    EXPECT_TRUE(texts.contains(QStringLiteral("MIT")));
+}
+
+TEST_F(AboutTest, OkClosesIt) {
+    openAbout();
+    driver.click("cmdAboutOK");
+    EXPECT_TRUE(isGone("frmAbout"));
+}
+
+TEST_F(AboutTest, EscapeClosesIt) {
+    QTest::keyClick(openAbout(), Qt::Key_Escape);
+    EXPECT_TRUE(isGone("frmAbout"));
+}
+
+TEST_F(AboutTest, EnterIsItsOkButton) {
+    QTest::keyClick(openAbout(), Qt::Key_Return);
+    EXPECT_TRUE(isGone("frmAbout"));
+}
+
+TEST_F(AboutTest, ReceptionGoesOnBehindIt) {
+    openLine();
+    driver.click("optMode_5");
+    driver.click("cmdMonStart");
+    openAbout();
+    line.write({0x01, 0x02});
+    auto* const lines = driver.find<QListView>("lstMonitor");
+    EXPECT_TRUE(runUntil([&] { return lines->model()->rowCount() == 1; }));
+}
+
+TEST_F(AboutTest, LabelOpensTheHomePageOfTheProgramItself) {
+    const QTextBrowser* const page = openHomePage();
+    ASSERT_NE(page, nullptr);
+    EXPECT_TRUE(driver.find("frmWebBrowser")->isVisible());
+    EXPECT_EQ(page->source().scheme(), QStringLiteral("qrc"));
+    EXPECT_TRUE(page->toPlainText().contains(QStringLiteral("VR-Series PLC Test & Simulator")));
+}
+
+TEST_F(AboutTest, EscapeClosesTheHomePageAndLeavesTheAboutBox) {
+    ASSERT_NE(openHomePage(), nullptr);
+    QTest::keyClick(driver.find("frmWebBrowser"), Qt::Key_Escape);
+    EXPECT_TRUE(isGone("frmWebBrowser"));
+    EXPECT_TRUE(driver.find("frmAbout")->isVisible());
+}
+
+TEST_F(AboutTest, LinksOfTheHomePageLeaveThroughTheDesktopsBrowser) {
+    const Links links;
+    QTextBrowser* const page = openHomePage();
+    ASSERT_NE(page, nullptr);
+    const QUrl shown = page->source();
+    page->setFocus();
+    QTest::keyClick(page, Qt::Key_Tab);
+    QTest::keyClick(page, Qt::Key_Return);
+    ASSERT_EQ(links.taken.size(), 1);
+    EXPECT_EQ(links.taken.first().scheme(), QStringLiteral("https"));
+    EXPECT_EQ(page->source(), shown);
+}
+
+} // namespace
+} // namespace varda::test
+
+#include "about_test.moc"
