@@ -25,7 +25,7 @@ void addOffer(QStandardItemModel* offers, const QString& node, const QString& sh
 /// Looks for the ports that are there each time the list gets the focus.
 class PortOffers : public QObject {
 public:
-    PortOffers(QStandardItemModel* offers, QObject* parent) : QObject(parent), offers_(offers) { refresh(); }
+    PortOffers(QStandardItemModel* offers, QObject* parent) : QObject(parent), offers_(offers) {}
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::FocusIn) {
