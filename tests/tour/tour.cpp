@@ -10,6 +10,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QListView>
 #include <QPixmap>
 #include <QTableWidget>
@@ -41,12 +42,33 @@ constexpr Page writePage = {"cmdWDSend", "txtSendWData", "txtReceiveWData", "txt
 constexpr Page mixedReadPage = {"cmdMRDSend", "txtSendMRData", "txtReceiveMRData", "txtWStatus"};
 constexpr Page mixedWritePage = {"cmdMWDSend", "txtSendMWData", "txtReceiveMWData", "txtWStatus"};
 
+/// A picture with a palette takes a third of the room; so many colours fit into one.
+QImage withFewColours(QImage picture) {
+    constexpr int step = 5; // 52 levels, black and white among them
+    const auto rounded = [](int level) { return (level + step / 2) / step * step; };
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb colour = picture.pixel(x, y);
+            picture.setPixel(x, y,
+                             qRgb(rounded(qRed(colour)), rounded(qGreen(colour)), rounded(qBlue(colour))));
+        }
+    }
+    return picture.convertToFormat(QImage::Format_Indexed8);
+}
+
 class Tour {
 public:
-    explicit Tour(const QDir& pictures) : pictures_(pictures) {}
+    explicit Tour(const QDir& pictures) : pictures_(pictures) {
+        driver_.window().resize(1000, 700);
+        // Below a name of its own the line is the same in every picture.
+        QFile::remove(lineName);
+        QFile::link(QString::fromStdString(line_.path()), lineName);
+    }
 
     bool take() {
+        picture("window");
         openPort();
+        countAnswers();
         readBits();
         readWords();
         writeBits();
@@ -67,7 +89,17 @@ private:
         std::printf("Port VIRTUAL is %s.\n", driver_.text("cmdPortOpen") == "Close Port" ? "open" : "closed");
     }
 
+    void countAnswers() {
+        driver_.click("optRead_1");
+        driver_.choose("cbRegister", "SR");
+        driver_.choose("cbRegAddress", "000");
+        driver_.choose("cbRLength", "1");
+        exchange("Word read of SR 000, the first transaction", readPage, "FF FF A3 02 00 00 ");
+        picture("first-transaction");
+    }
+
     void readBits() {
+        driver_.click("optRead_0");
         driver_.controller().setWord(2, 0x0005); // R 0002: bits 0 and 2 are on
         driver_.choose("cbRegister", "R");
         driver_.choose("cbRegAddress", "0002");
@@ -176,6 +208,7 @@ private:
         driver_.click("cmdLoadScenario");
         driver_.chooseFile(VARDA_DATA_FOLDER "/example.scn");
         driver_.paste("txtScnPeriod", "200");
+        waitForTick();
         driver_.click("cmdRunScenario");
         std::printf("\nScenario of three frames, twice round\n");
         for (int frame = 0; frame < 6; ++frame) {
@@ -197,7 +230,7 @@ private:
     /// Stands in for a controller: the tour itself is the master at the far end of a line.
     void simulate() {
         driver_.click("cmdPortOpen");
-        driver_.openPort(line_.path());
+        driver_.openPort(lineName.toStdString());
         driver_.click("optMode_4");
         driver_.click("cmdLoadSimPacket");
         driver_.chooseFile(VARDA_DATA_FOLDER "/example-reads.ini");
@@ -216,31 +249,48 @@ private:
         picture("simulation-answered");
     }
 
-    /// Listens to a burst and keeps a log of it.
+    /// Listens to two bursts and keeps a log of them.
     void monitor() {
         driver_.click("optMode_5");
-        const std::string log = pictures_.absoluteFilePath(QStringLiteral("tour.log")).toStdString();
-        QFile::remove(QString::fromStdString(log));
+        QFile file(QStringLiteral("tour.log"));
+        file.remove();
         driver_.click("chkMonLog");
-        driver_.paste("txtMonLogFile", log);
+        driver_.paste("txtMonLogFile", file.fileName().toStdString());
         driver_.click("chkTimeStamp");
         driver_.click("cmdMonStart");
-        line_.write(bytesOf("01 00 A1 01 FF"));
-        auto* const lines = driver_.find<QListView>("lstMonitor");
-        runUntil([&] { return lines->model()->rowCount() == 1; });
-        const QString shown = lines->model()->index(0, 0).data().toString();
-        driver_.click("cmdMonStop");
-        QFile file(QString::fromStdString(log));
-        const bool opened = file.open(QIODevice::ReadOnly);
-        const bool right = judge(opened && shown == QLatin1String("9:5:7 - 01 00 A1 01 FF ") &&
-                                 file.readAll() == shown.toLatin1() + '\n');
-        std::printf("\nBurst heard while monitoring, and its log\n  line     %s\n  %s\n", qPrintable(shown),
-                    right ? "right" : "WRONG");
+        const QString first = hear("01 00 A1 01 FF");
+        const QString second = hear("FF FF A3 04 34 12 CD AB 52 49");
         picture("monitoring");
+        showWhole(1);
+        driver_.click("cmdMonStop");
+        const bool opened = file.open(QIODevice::ReadOnly);
+        const bool right = judge(opened && first == QLatin1String("9:5:7 - 01 00 A1 01 FF ") &&
+                                 file.readAll() == first.toLatin1() + '\n' + second.toLatin1() + '\n');
+        std::printf("\nBursts heard while monitoring, and their log\n  line     %s\n  line     %s\n  %s\n",
+                    qPrintable(first), qPrintable(second), right ? "right" : "WRONG");
+    }
+
+    /// Sends a burst from the far end. @return its line in the monitor
+    QString hear(const char* burst) {
+        const auto* const lines = driver_.find<QListView>("lstMonitor")->model();
+        const int before = lines->rowCount();
+        line_.write(bytesOf(burst));
+        runUntil([&] { return lines->rowCount() > before; });
+        return lines->index(before, 0).data().toString();
+    }
+
+    /// Holds the mouse on a line of the monitor.
+    void showWhole(int row) {
+        auto* const list = driver_.find<QListView>("lstMonitor");
+        const QPoint place = list->visualRect(list->model()->index(row, 0)).center();
+        QTest::mousePress(list->viewport(), Qt::LeftButton, {}, place);
+        save(*driver_.find("frmMonitoringData"), "monitoring-line");
+        QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, place);
     }
 
     /// Sends the page's request and compares the answer with `expected`, which lacks the frame check.
     void exchange(const char* what, const Page& page, const char* expected) {
+        waitForTick();
         driver_.paste(page.status, "");
         driver_.click(page.send);
         const bool answered = runUntil([&] { return driver_.text(page.status) == "Data Receive OK !!"; });
@@ -253,6 +303,12 @@ private:
                     right ? "right" : "WRONG");
     }
 
+    /// The timer's tick after an answer empties the counters: behind it, the next one is far enough away to
+    /// let every picture show them.
+    void waitForTick() {
+        runUntil([&] { return driver_.text("txtTotalData") == "0"; });
+    }
+
     bool judge(bool right) {
         failures_ += right ? 0 : 1;
         return right;
@@ -263,11 +319,12 @@ private:
     void save(QWidget& window, const char* name) {
         varda::test::runFor(std::chrono::milliseconds(20));
         const QString file = pictures_.filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
-        const bool saved = window.grab().save(file);
+        const bool saved = withFewColours(window.grab().toImage()).save(file, "PNG", 0);
         judge(saved);
         std::printf("  picture  %s%s\n", qPrintable(file), saved ? "" : " COULD NOT BE SAVED");
     }
 
+    const QString lineName = QStringLiteral("./line");
     QDir pictures_;
     varda::test::PseudoTerminal line_;
     WindowDriver driver_;
@@ -288,11 +345,13 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(showWarning);
     const QApplication application(argc, argv);
     varda::drawWholeFrames();
-    const QDir pictures(QApplication::arguments().value(1, QStringLiteral("tour")));
+    QApplication::setCursorFlashTime(0); // a caret that is always there, in every picture alike
+    const QDir pictures(QDir(QApplication::arguments().value(1, QStringLiteral("tour"))).absolutePath());
     if (!pictures.mkpath(QStringLiteral("."))) {
         std::printf("The folder %s cannot be made.\n", qPrintable(pictures.path()));
         return 1;
     }
+    QDir::setCurrent(pictures.path()); // so that no picture shows where it was taken
     try {
         return Tour(pictures).take() ? 0 : 1;
     } catch (const std::exception& error) {
