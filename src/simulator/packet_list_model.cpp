@@ -1,6 +1,20 @@
 #include "simulator/packet_list_model.h"
 
 namespace varda {
+namespace {
+
+/// A packet in groups of two digits, some of them in a row: a list shows only its beginning.
+QString inRows(const QString& packet) {
+    constexpr qsizetype digitsInRow = 64;
+    QString rows;
+    for (qsizetype start = 0; start < packet.size(); start += 2) {
+        const bool isNewRow = start > 0 && start % digitsInRow == 0;
+        rows += (isNewRow ? QStringLiteral("\n") : QString()) + packet.mid(start, 2) + QLatin1Char(' ');
+    }
+    return rows;
+}
+
+} // namespace
 
 const std::vector<std::string>& PacketListModel::entries() const {
     return list_ == PacketTableChange::List::Requests ? table_.requests() : table_.answers();
@@ -11,10 +25,12 @@ int PacketListModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant PacketListModel::data(const QModelIndex& index, int role) const {
-    if (role != Qt::DisplayRole || !index.isValid() || index.row() >= rowCount()) {
+    const bool isShown = role == Qt::DisplayRole || role == Qt::ToolTipRole;
+    if (!isShown || !index.isValid() || index.row() >= rowCount()) {
         return {};
     }
-    return QString::fromStdString(entries()[static_cast<std::size_t>(index.row())]);
+    const QString packet = QString::fromStdString(entries()[static_cast<std::size_t>(index.row())]);
+    return role == Qt::DisplayRole ? packet : inRows(packet);
 }
 
 void PacketListModel::beginChange(const PacketTableChange& change) {

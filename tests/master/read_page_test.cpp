@@ -1,48 +1,7 @@
-#include "link/single_requests.h"
-#include "support/window_test.h"
-
-#include <QAbstractButton>
-#include <QAbstractItemView>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QSignalBlocker>
-#include <QTest>
+#include "master/read_page_fixture.h"
 
 namespace varda::test {
 namespace {
-
-class ReadPageTest : public WindowTest {
-protected:
-    void chooseBits(const char* kind, const char* number, const char* bit, const char* count) {
-        driver.choose("cbRegister", kind);
-        driver.choose("cbRegAddress", number);
-        driver.choose("cbRegBit", bit);
-        driver.choose("cbRLength", count);
-    }
-
-    void chooseWords(const char* kind, const char* number, const char* count) {
-        driver.click("optRead_1");
-        driver.choose("cbRegister", kind);
-        driver.choose("cbRegAddress", number);
-        driver.choose("cbRLength", count);
-    }
-
-    /// Changes a field's text without its handlers, so that a later event can be seen to run them.
-    void setSilently(const char* field, const char* text) {
-        auto* const edit = driver.find<QLineEdit>(field);
-        const QSignalBlocker silent(edit);
-        edit->setText(QString::fromLatin1(text));
-    }
-
-    void setListSilently(const char* list, const char* text) {
-        auto* const box = driver.find<QComboBox>(list);
-        const QSignalBlocker silent(box);
-        box->setEditText(QString::fromLatin1(text));
-    }
-
-    std::uint8_t imageByte(std::size_t index) { return driver.window().images().read.byte(index); }
-    std::string imageText(std::size_t index) { return driver.window().images().read.text(index); }
-};
 
 TEST_F(ReadPageTest, StartsWithBitReadingAndEmptyLists) {
     EXPECT_TRUE(driver.find<QAbstractButton>("optRead_0")->isChecked());
@@ -78,26 +37,6 @@ TEST_F(ReadPageTest, AnotherOptionForgetsTheChosenRegister) {
     EXPECT_EQ(driver.find<QComboBox>("cbRegAddress")->count(), 0);
 }
 
-TEST_F(ReadPageTest, BitReadGoesOutAsItsFrameAndItsAnswerIsShown) {
-    openLine();
-    driver.type("txtRDDA", "1");
-    driver.type("txtRDSA", "0");
-    chooseBits("M", "0002", "3", "16");
-    driver.click("cmdRDSend");
-    const Bytes request = sent(9);
-    ASSERT_EQ(request.size(), 9U);
-    EXPECT_EQ(Bytes(request.begin(), request.begin() + 7), (Bytes{0x01, 0x00, 0x21, 0x03, 0x23, 0x0C, 0x10}));
-    EXPECT_EQ(driver.link().RxExpected, 22);
-
-    line.write(Bytes(22, 0xFF));
-    ASSERT_TRUE(showsSoon("txtRStatus", "Data Receive OK !!"));
-    std::string groups;
-    for (int byte = 0; byte < 22; ++byte) {
-        groups += "FF ";
-    }
-    EXPECT_EQ(text("txtReceiveRData"), groups);
-}
-
 TEST_F(ReadPageTest, RequestTextHasNineGroupsAndATrailingSpace) {
     driver.type("txtRDDA", "16");
     chooseBits("M", "0002", "3", "16");
@@ -105,18 +44,6 @@ TEST_F(ReadPageTest, RequestTextHasNineGroupsAndATrailingSpace) {
     EXPECT_EQ(shown.size(), 27U);
     EXPECT_EQ(shown.substr(0, 21), "10 FF 21 03 23 0C 10 ");
     EXPECT_EQ(shown.back(), ' ');
-}
-
-TEST_F(ReadPageTest, Count256IsSentAsZeroAndWaitsForTheLongAnswer) {
-    openLine();
-    chooseBits("R", "0000", "0", "256");
-    driver.click("cmdRDSend");
-    EXPECT_EQ(sent(9).at(6), 0x00);
-    EXPECT_EQ(driver.link().RxExpected, 262);
-    chooseWords("W", "0000", "1");
-    driver.type("cbRLength", "256");
-    driver.click("cmdRDSend");
-    EXPECT_EQ(driver.link().RxExpected, 518);
 }
 
 TEST_F(ReadPageTest, CountAbove256LeavesThePreviousCount) {
@@ -317,120 +244,6 @@ TEST_F(ReadPageTest, EnterInTheKindListKeepsTheNumber) {
     driver.type("cbRegAddress", "0005");
     QTest::keyClick(driver.find("cbRegister"), Qt::Key_Return);
     EXPECT_EQ(text("cbRegAddress"), "0005");
-}
-
-TEST_F(ReadPageTest, SendingWithTheClosedPortSaysSo) {
-    chooseBits("M", "0002", "3", "16");
-    driver.find("cmdRDSend")->setEnabled(true);
-    driver.click("cmdRDSend");
-    EXPECT_EQ(text("txtRStatus"), "Port Closed");
-    EXPECT_FALSE(driver.link().WaitingAnswer);
-    EXPECT_EQ(driver.link().RxExpected, 0);
-}
-
-TEST_F(ReadPageTest, SendingLeavesFocusCaretAndSelection) {
-    openLine();
-    chooseBits("M", "0002", "3", "16");
-    auto* const station = driver.find<QLineEdit>("txtRDDA");
-    station->setFocus();
-    station->setSelection(1, 1);
-    driver.window().form().press("cmdRDSend");
-    EXPECT_TRUE(station->hasFocus());
-    EXPECT_EQ(station->selectedText().toStdString(), "5");
-}
-
-TEST_F(ReadPageTest, SendingLeavesAnOpenListOpen) {
-    openLine();
-    chooseBits("M", "0002", "3", "16");
-    auto* const kinds = driver.find<QComboBox>("cbRegister");
-    kinds->showPopup();
-    driver.window().form().press("cmdRDSend");
-    EXPECT_TRUE(kinds->view()->isVisible());
-    kinds->hidePopup();
-}
-
-TEST_F(ReadPageTest, SendingEnablesThePeriodFieldAgain) {
-    openLine();
-    EXPECT_FALSE(driver.isEnabled("txtReadTimerValue"));
-    chooseBits("M", "0002", "3", "16");
-    driver.click("cmdRDSend");
-    EXPECT_TRUE(driver.isEnabled("txtReadTimerValue"));
-}
-
-TEST_F(ReadPageTest, ContinuousReadingRepeatsWithoutWaitingForTheAnswer) {
-    chooseBits("M", "0002", "3", "16");
-    paste("txtReadTimerValue", "100");
-    openLine();
-    driver.click("chkRTimer");
-    EXPECT_EQ(sent(27).size() % 9, 0U);
-}
-
-TEST_F(ReadPageTest, ContinuousReadingStopsWhileAFieldIsEmpty) {
-    chooseBits("M", "0002", "3", "16");
-    paste("txtReadTimerValue", "100");
-    paste("txtRDDA", "");
-    openLine();
-    driver.click("chkRTimer");
-    runFor(std::chrono::milliseconds(250));
-    EXPECT_TRUE(line.readAvailable().empty());
-}
-
-TEST_F(ReadPageTest, EveryByteValueIsShown) {
-    openLine();
-    chooseBits("R", "0000", "0", "250");
-    driver.click("cmdRDSend");
-    Bytes answer;
-    std::string groups;
-    for (int value = 0; value < 256; ++value) {
-        answer.push_back(static_cast<std::uint8_t>(value));
-        groups += QString::asprintf("%02X ", value).toStdString();
-    }
-    line.write(answer);
-    ASSERT_TRUE(showsSoon("txtRStatus", "Data Receive OK !!"));
-    EXPECT_EQ(text("txtReceiveRData"), groups);
-}
-
-TEST_F(ReadPageTest, LongestAnswerIsShownWhole) {
-    openLine();
-    chooseWords("W", "0000", "1");
-    driver.type("cbRLength", "256");
-    driver.click("cmdRDSend");
-    line.write(Bytes(518, 0x5A));
-    ASSERT_TRUE(showsSoon("txtRStatus", "Data Receive OK !!"));
-    EXPECT_EQ(text("txtReceiveRData").size(), 518U * 3);
-}
-
-TEST_F(ReadPageTest, AnswerInTwoBurstsIsDroppedSilently) {
-    openLine();
-    chooseBits("R", "0000", "0", "8");
-    driver.click("cmdRDSend");
-    line.write(Bytes(7, 0x11));
-    ASSERT_TRUE(runUntil([this] { return driver.link().AnswerReceived; }));
-    line.write(Bytes(7, 0x22));
-    runFor(std::chrono::milliseconds(250));
-    EXPECT_EQ(text("txtReceiveRData"), "");
-    EXPECT_EQ(text("txtRStatus"), "");
-    EXPECT_EQ(driver.box(), nullptr);
-}
-
-TEST_F(ReadPageTest, AnswerArrivesBehindAMessageBox) {
-    openLine();
-    chooseBits("R", "0000", "0", "8");
-    driver.click("cmdRDSend");
-    driver.window().form().showMessage("Something else", "Error");
-    line.write(Bytes(14, 0x11));
-    EXPECT_TRUE(showsSoon("txtRStatus", "Data Receive OK !!"));
-    EXPECT_NE(driver.box(), nullptr);
-}
-
-TEST_F(ReadPageTest, SilenceIsToldAfterThirteenTicks) {
-    chooseBits("R", "0000", "0", "8");
-    paste("txtReadTimerValue", "100");
-    openLine();
-    driver.click("cmdRDSend");
-    EXPECT_TRUE(showsSoon("txtRStatus", "No Answer From PLC"));
-    EXPECT_EQ(text("txtWatchDog"), "0");
-    EXPECT_FALSE(driver.link().WaitingAnswer);
 }
 
 } // namespace
