@@ -19,6 +19,37 @@ constexpr int rounds = 15;
 constexpr double startUpLimit = 1.6;
 constexpr double memoryLimit = 1.5;
 
+/// A display that nobody sees, for as long as it lives; none where the desktop has one. Off screen an empty
+/// window would load no font and connect to nothing, which no user's window does.
+class Display {
+public:
+    Display() {
+        if (qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")) {
+            return;
+        }
+        server_.start(QStringLiteral("Xvfb"),
+                      {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                       QStringLiteral("0"), QStringLiteral("1280x1024x24")});
+        if (!server_.waitForReadyRead()) {
+            throw std::runtime_error(
+                "There is no display, and Xvfb does not start. Install the package xvfb.");
+        }
+        qputenv("DISPLAY", ':' + server_.readLine().trimmed());
+        qunsetenv("QT_QPA_PLATFORM");
+    }
+    ~Display() {
+        server_.terminate();
+        server_.waitForFinished();
+    }
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+    Display(Display&&) = delete;
+    Display& operator=(Display&&) = delete;
+
+private:
+    QProcess server_;
+};
+
 /// Medians of what the runs of one window printed.
 struct Figures {
     double startUp; ///< milliseconds
@@ -66,14 +97,12 @@ QString row(const char* what, const char* unit, double ours, double empty, const
 }
 
 QString document(const Figures& ours, const Figures& empty) {
-    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM", QStringLiteral("the desktop's own"));
-    return QStringLiteral("# Start-up\n\nTarget `start-up-report` measures and writes this file. Measured "
-                          "%1, medians of "
-                          "%2 starts by turns, platform: %3.\n\n"
-                          "| what | program | empty Qt window | ratio | at most |\n|---|---|---|---|---|\n")
+    return QStringLiteral(
+               "# Start-up\n\nTarget `start-up-report` measures and writes this file. Measured %1, "
+               "medians of %2 starts by turns, on an X11 display.\n\n"
+               "| what | program | empty Qt window | ratio | at most |\n|---|---|---|---|---|\n")
                .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd")))
-               .arg(rounds)
-               .arg(platform) +
+               .arg(rounds) +
            row("start to first painted frame", "ms", ours.startUp, empty.startUp,
                QString::number(startUpLimit)) +
            row("resident memory", "MiB", ours.memory, empty.memory, QString::number(memoryLimit)) +
@@ -86,6 +115,7 @@ bool write(const QString& path, const QString& text) {
 }
 
 int compare(const QStringList& arguments) {
+    const Display display;
     Samples ours;
     Samples empty;
     for (int round = 0; round < rounds; ++round) {
