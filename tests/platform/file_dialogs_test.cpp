@@ -18,9 +18,7 @@ protected:
         QFile::setPermissions(home_.path(), readable | QFile::WriteOwner);
         qputenv("HOME", home_.path().toLocal8Bit());
     }
-    ~FileDialogsTest() override { qputenv("HOME", formerHome_); }
-    FileDialogsTest(const FileDialogsTest&) = delete;
-    FileDialogsTest& operator=(const FileDialogsTest&) = delete;
+    void TearDown() override { qputenv("HOME", formerHome_); }
 
     QString folder() { return QString::fromStdString(driver.programFolder()); }
     std::string home() { return QDir(home_.path()).canonicalPath().toStdString(); }

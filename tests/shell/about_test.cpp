@@ -41,10 +41,9 @@ public:
     Links(const Links&) = delete;
     Links& operator=(const Links&) = delete;
 
-    QList<QUrl> taken;
+    Q_INVOKABLE void take(const QUrl& url) { taken.append(url); }
 
-public slots:
-    void take(const QUrl& url) { taken.append(url); }
+    QList<QUrl> taken;
 };
 
 TEST_F(AboutTest, NamesTheProgramItsVersionQtAndTheLicence) {

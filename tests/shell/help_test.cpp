@@ -11,9 +11,7 @@ namespace {
 class HelpTest : public WindowTest {
 protected:
     HelpTest() { qputenv("PATH", programs_.path().toLocal8Bit()); }
-    ~HelpTest() override { qputenv("PATH", path_); }
-    HelpTest(const HelpTest&) = delete;
-    HelpTest& operator=(const HelpTest&) = delete;
+    void TearDown() override { qputenv("PATH", path_); }
 
     void addProgram(const char* name, int exitCode = 0) {
         QFile script(programs_.filePath(QString::fromLatin1(name)));
