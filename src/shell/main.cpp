@@ -1,5 +1,6 @@
 #include "shell/look.h"
 #include "shell/program.h"
+#include "shell/program_icon.h"
 
 #include <QApplication>
 
@@ -12,6 +13,8 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("varda"));
     QApplication::setApplicationVersion(QStringLiteral(VARDA_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral(VARDA_APPLICATION_ID));
+    QApplication::setWindowIcon(varda::programIcon());
 
     varda::drawWholeFrames();
     varda::Program program;

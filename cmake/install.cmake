@@ -1,0 +1,55 @@
+# What "cmake --install <build folder> --prefix <any folder>" puts there: the program in a folder of its own, together with
+# what it looks for beside itself, and on Unix what a desktop needs to offer it.
+set(program_folder lib/varda)
+
+install(TARGETS varda RUNTIME DESTINATION ${program_folder})
+install(DIRECTORY data/ DESTINATION ${program_folder}/Data)
+install(DIRECTORY DESTINATION ${program_folder}/Log)
+install(FILES ${PROJECT_BINARY_DIR}/bin/VARDA.CHM DESTINATION ${program_folder} OPTIONAL)
+install(FILES LICENSE DESTINATION share/doc/varda RENAME copyright)
+
+if(NOT UNIX OR APPLE)
+    return()
+endif()
+set(packaging ${PROJECT_SOURCE_DIR}/packaging)
+set(made ${PROJECT_BINARY_DIR}/packaging)
+
+# The command is a link; the program finds its folder through it.
+file(MAKE_DIRECTORY ${made})
+file(CREATE_LINK ../${program_folder}/varda ${made}/varda SYMBOLIC)
+install(FILES ${made}/varda DESTINATION bin)
+
+# The date of this version is the changelog's.
+string(REPLACE "." "\\." version_pattern ${PROJECT_VERSION})
+set(heading "^## \\[${version_pattern}\\] - ([0-9-]+)$")
+file(STRINGS CHANGELOG.md entry REGEX "${heading}")
+if(NOT entry)
+    message(FATAL_ERROR "CHANGELOG.md has no entry \"## [${PROJECT_VERSION}] - DATE\".")
+endif()
+string(REGEX REPLACE "${heading}" "\\1" release_date "${entry}")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS CHANGELOG.md)
+
+configure_file(${packaging}/${VARDA_APPLICATION_ID}.metainfo.xml.in ${made}/${VARDA_APPLICATION_ID}.metainfo.xml @ONLY)
+configure_file(${packaging}/varda.1.in ${made}/varda.1 @ONLY)
+install(FILES ${packaging}/${VARDA_APPLICATION_ID}.desktop DESTINATION share/applications)
+install(FILES ${made}/${VARDA_APPLICATION_ID}.metainfo.xml DESTINATION share/metainfo)
+
+install(FILES ${packaging}/icons/varda.svg
+    DESTINATION share/icons/hicolor/scalable/apps RENAME ${VARDA_APPLICATION_ID}.svg)
+foreach(size IN ITEMS 16 24 32 48 64 128 256)
+    install(FILES ${packaging}/icons/varda-${size}.png
+        DESTINATION share/icons/hicolor/${size}x${size}/apps RENAME ${VARDA_APPLICATION_ID}.png)
+endforeach()
+
+# Debian wants both compressed as far as it goes, without name and time. Part of the program, so that it can be installed
+# once it is built.
+add_custom_command(OUTPUT ${made}/changelog.gz ${made}/varda.1.gz
+    COMMAND ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md "${VARDA_MAINTAINER}" > ${made}/changelog
+    COMMAND gzip -9nkf ${made}/changelog ${made}/varda.1
+    DEPENDS ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${made}/varda.1
+    COMMENT "Changelog and manual page"
+    VERBATIM)
+add_custom_target(varda_documents DEPENDS ${made}/changelog.gz ${made}/varda.1.gz)
+add_dependencies(varda varda_documents)
+install(FILES ${made}/changelog.gz DESTINATION share/doc/varda)
+install(FILES ${made}/varda.1.gz DESTINATION share/man/man1)
