@@ -7,12 +7,12 @@
 #include "monitor/monitor_delegate.h"
 #include "platform/events.h"
 #include "platform/file_dialogs.h"
+#include "platform/file_name.h"
 #include "platform/runtime_error.h"
 #include "ui_monitor_page.h"
 
 #include <QApplication>
 #include <QCursor>
-#include <QFile>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QWindow>
@@ -72,7 +72,7 @@ void MonitorPage::cmdMonStart_Click() {
     }
 }
 
-void MonitorPage::openLog() { log_.open(QFile::encodeName(ui_->txtMonLogFile->text()).toStdString()); }
+void MonitorPage::openLog() { log_.open(fileName(ui_->txtMonLogFile->text())); }
 
 void MonitorPage::cmdMonStop_Click() {
     context_.link.state().CommMode = comm_mode::monitorIdle;

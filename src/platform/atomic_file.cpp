@@ -1,6 +1,8 @@
 #include "platform/atomic_file.h"
 
 #include "platform/file_calls.h"
+#include "platform/file_path.h"
+#include "platform/scope_exit.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -59,7 +61,7 @@ fs::path checkedPath(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos) {
         throw std::system_error(std::make_error_code(std::errc::invalid_argument));
     }
-    return path;
+    return filePath(path);
 }
 
 /// Where the content belongs: at the end of the chain of symbolic links, whether a file is there yet or not.
@@ -92,18 +94,20 @@ fs::path writeBeside(const fs::path& target, std::string_view content, Existing 
 }
 
 void giveName(const fs::path& file, const fs::path& target) {
-    std::error_code problem;
-    fs::rename(file, target, problem);
-    if (problem) {
-        std::error_code ignored;
-        fs::remove(file, ignored);
-        throw std::system_error(problem);
-    }
+    bool given = false;
+    const ScopeExit removal([&] {
+        if (!given) {
+            std::error_code ignored;
+            fs::remove(file, ignored);
+        }
+    });
+    renameFile(file, target);
+    given = true;
 }
 
 void replaceTarget(const std::string& path, std::string_view content) {
     const fs::path target = withoutLinks(checkedPath(path));
-    const fs::file_status status = fs::status(target);
+    const fs::file_status status = statusOf(target);
     const Existing existing = fs::exists(status) ? Existing::Yes : Existing::No;
     if (existing == Existing::Yes) {
         if (!fs::is_regular_file(status)) {
@@ -117,7 +121,7 @@ void replaceTarget(const std::string& path, std::string_view content) {
 
 std::string readTarget(const std::string& path, std::size_t limit) {
     const fs::path file = checkedPath(path);
-    const fs::file_status status = fs::status(file);
+    const fs::file_status status = statusOf(file);
     if (!fs::exists(status)) {
         return {};
     }

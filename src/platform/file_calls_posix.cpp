@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 #include <utility>
 
@@ -98,6 +99,10 @@ void sync(int descriptor) {
 
 } // namespace
 
+std::filesystem::file_status statusOf(const std::filesystem::path& file) {
+    return std::filesystem::status(file);
+}
+
 std::string readFile(const std::filesystem::path& file, std::size_t limit) {
     const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
@@ -143,6 +148,10 @@ void writeNewFile(const std::filesystem::path& file, std::string_view content,
     sync(descriptor.get());
     descriptor.close();
     complete = true;
+}
+
+void renameFile(const std::filesystem::path& file, const std::filesystem::path& target) {
+    checked(::rename(file.c_str(), target.c_str()));
 }
 
 void syncFolder(const std::filesystem::path& folder) noexcept {

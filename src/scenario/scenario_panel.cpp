@@ -6,6 +6,7 @@
 #include "platform/conversion.h"
 #include "platform/events.h"
 #include "platform/file_dialogs.h"
+#include "platform/file_name.h"
 #include "platform/period_steps.h"
 #include "platform/period_timer.h"
 #include "platform/profile_file.h"
@@ -14,8 +15,6 @@
 #include "scenario/scenario_file.h"
 #include "scenario/scenario_frame.h"
 #include "ui_scenario_panel.h"
-
-#include <QFile>
 
 #include <algorithm>
 #include <utility>
@@ -100,7 +99,7 @@ void ScenarioPanel::cmdSaveScenario_Click() {
 }
 
 void ScenarioPanel::saveTo(const QString& path) {
-    const std::string name = QFile::encodeName(path).toStdString();
+    const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
     storeScenario(context_.form.lines("lstSchedule"), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
@@ -122,7 +121,7 @@ void ScenarioPanel::cmdLoadScenario_Click() {
 
 void ScenarioPanel::loadFrom(const QString& path) {
     ui_->lstSchedule->clear();
-    const auto scenario = loadScenario(ProfileFile::load(QFile::encodeName(path).toStdString()));
+    const auto scenario = loadScenario(ProfileFile::load(fileName(path)));
     if (!scenario) {
         context_.form.showMessage("Scenario Data is incorrect or corrupted. Please Check Data.", "Confirm");
         return;

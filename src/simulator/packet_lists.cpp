@@ -3,11 +3,11 @@
 #include "link/form.h"
 #include "platform/events.h"
 #include "platform/file_dialogs.h"
+#include "platform/file_name.h"
 #include "platform/runtime_error.h"
 #include "simulator/packet_file.h"
 #include "ui_simulation_page.h"
 
-#include <QFile>
 #include <QShortcut>
 
 #include <algorithm>
@@ -141,7 +141,7 @@ void PacketLists::cmdSaveSimPacket_Click() {
 
 void PacketLists::saveTo(const QString& path) {
     try {
-        savePackets(table_, QFile::encodeName(path).toStdString());
+        savePackets(table_, fileName(path));
     } catch (const RuntimeError& error) {
         if (error.number() == run_time_error::subscriptOutOfRange) {
             selectPair(answers_.rowCount()); // the request whose answer is missing
@@ -161,7 +161,7 @@ void PacketLists::cmdLoadSimPacket_Click() {
 }
 
 void PacketLists::loadFrom(const QString& path) {
-    switch (loadPackets(table_, QFile::encodeName(path).toStdString())) {
+    switch (loadPackets(table_, fileName(path))) {
     case PacketLoad::Corrupted:
         context_.form.showMessage(packetFileCorrupted, "Confirm");
         break;
