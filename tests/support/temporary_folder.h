@@ -1,25 +1,27 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include "platform/file_path.h"
 
-#include <cstdlib>
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
+#include <random>
 #include <string>
+#include <system_error>
+#include <vector>
 
 namespace varda::test {
+
+/// A file's name in letters of several bytes, Latin and other.
+inline constexpr const char* notAscii = "Me\xC3\x9Fwert \xE6\xB8\xAC\xE5\xAE\x9A.ini";
 
 /// A folder of a test's own, gone with everything in it at the end of the test.
 class TemporaryFolder {
 public:
-    TemporaryFolder() : path_((std::filesystem::path(testing::TempDir()) / "varda-XXXXXX").string()) {
-        if (::mkdtemp(path_.data()) == nullptr) {
-            throw std::runtime_error("No folder " + path_);
-        }
+    TemporaryFolder() : path_(makeFolder()) {
         // Tests that give up the rights of the administrator have to come in as well.
-        std::filesystem::permissions(path_, std::filesystem::perms(0755));
+        std::filesystem::permissions(filePath(path_), std::filesystem::perms(0755));
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -27,27 +29,49 @@ public:
     TemporaryFolder& operator=(TemporaryFolder&&) = delete;
     ~TemporaryFolder() {
         std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        std::filesystem::remove_all(filePath(path_), ignored);
     }
 
     const std::string& path() const { return path_; }
     std::string file(const std::string& name) const { return path_ + "/" + name; }
 
-    std::ptrdiff_t entries() const {
-        return std::distance(std::filesystem::directory_iterator(path_),
-                             std::filesystem::directory_iterator());
+    std::ptrdiff_t entries() const { return static_cast<std::ptrdiff_t>(names().size()); }
+
+    /// Of all that stands in it, in UTF-8.
+    std::vector<std::string> names() const {
+        std::vector<std::string> result;
+        for (const auto& entry : std::filesystem::directory_iterator(filePath(path_))) {
+            result.push_back(textOf(entry.path().filename()));
+        }
+        return result;
     }
 
 private:
+    static std::string textOf(const std::filesystem::path& path) {
+        const std::u8string text = path.u8string();
+        return {text.begin(), text.end()};
+    }
+
+    /// Of a name that nothing has yet, another process's tests included.
+    static std::string makeFolder() {
+        std::random_device random;
+        for (;;) {
+            const auto path = std::filesystem::temp_directory_path() / ("varda-" + std::to_string(random()));
+            if (std::filesystem::create_directory(path)) {
+                return textOf(path);
+            }
+        }
+    }
+
     std::string path_;
 };
 
 inline void writeBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary) << bytes;
+    std::ofstream(filePath(path), std::ios::binary) << bytes;
 }
 
 inline std::string bytesOf(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
+    std::ifstream stream(filePath(path), std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 

@@ -1,0 +1,198 @@
+#include "platform/profile_file.h"
+#include "platform/scope_exit.h"
+
+#include "support/ordinary_user.h"
+#include "support/profile_file_checks.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace varda {
+namespace {
+
+using test::bytesOf;
+using test::expectRefused;
+using test::OrdinaryUser;
+using test::TemporaryFolder;
+using test::writeBytes;
+
+namespace fs = std::filesystem;
+
+const std::string oldContent = "[S]\r\nk=old\r\n";
+const std::string newContent = "[S]\r\nk=new\r\n";
+
+ProfileFile newFile() {
+    ProfileFile file;
+    file.setValue("S", "k", "new");
+    return file;
+}
+
+unsigned modeOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777U;
+}
+
+class ProfileFileSavingPosix : public testing::Test {
+protected:
+    TemporaryFolder folder_;
+    std::string path_ = folder_.file("table.ini");
+};
+
+TEST_F(ProfileFileSavingPosix, CreatesAFileWithThePermissionsOfANewFile) {
+    const mode_t oldMask = ::umask(027);
+    const ScopeExit restore([&] { ::umask(oldMask); });
+    newFile().save(path_);
+    EXPECT_EQ(bytesOf(path_), newContent);
+    EXPECT_EQ(modeOf(path_), 0640U);
+    EXPECT_EQ(folder_.entries(), 1);
+}
+
+TEST_F(ProfileFileSavingPosix, KeepsThePermissions) {
+    for (const unsigned mode : {0600U, 0640U, 0664U, 0666U, 0755U}) {
+        writeBytes(path_, oldContent);
+        fs::permissions(path_, fs::perms(mode));
+        newFile().save(path_);
+        EXPECT_EQ(modeOf(path_), mode);
+    }
+}
+
+TEST_F(ProfileFileSavingPosix, KeepsTheOwnerWhereTheSystemAllowsIt) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the administrator may give files away";
+    }
+    writeBytes(path_, oldContent);
+    ASSERT_EQ(::chown(path_.c_str(), 65534, 65534), 0);
+    newFile().save(path_);
+    struct stat status {};
+    ASSERT_EQ(::stat(path_.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 65534U);
+    EXPECT_EQ(status.st_gid, 65534U);
+}
+
+TEST_F(ProfileFileSavingPosix, ReplacesTheFileOfAnotherOwnerThatMayBeWritten) {
+    fs::permissions(folder_.path(), fs::perms(0777));
+    writeBytes(path_, oldContent);
+    fs::permissions(path_, fs::perms(0666));
+    const OrdinaryUser user;
+    newFile().save(path_);
+    EXPECT_EQ(bytesOf(path_), newContent);
+    EXPECT_EQ(modeOf(path_), 0666U);
+}
+
+TEST_F(ProfileFileSavingPosix, KeepsASymbolicLink) {
+    fs::create_directory(folder_.file("data"));
+    writeBytes(folder_.file("data/target.ini"), oldContent);
+    fs::create_symlink("data/second", path_);
+    fs::create_symlink("target.ini", folder_.file("data/second"));
+    newFile().save(path_);
+    EXPECT_EQ(fs::read_symlink(path_), "data/second");
+    EXPECT_EQ(fs::read_symlink(folder_.file("data/second")), "target.ini");
+    EXPECT_EQ(bytesOf(folder_.file("data/target.ini")), newContent);
+}
+
+TEST_F(ProfileFileSavingPosix, CreatesTheTargetOfALinkThatLedToNothing) {
+    fs::create_symlink("target.ini", path_);
+    newFile().save(path_);
+    EXPECT_TRUE(fs::is_symlink(path_));
+    EXPECT_EQ(bytesOf(folder_.file("target.ini")), newContent);
+}
+
+TEST_F(ProfileFileSavingPosix, ALoopOfLinksIsRefused) {
+    fs::create_symlink("table.ini", path_);
+    expectRefused(newFile(), path_, 75, "could not be saved");
+}
+
+TEST_F(ProfileFileSavingPosix, AFullDiskLeavesTheOldFileWhole) {
+    writeBytes(path_, oldContent);
+    ProfileFile file = ProfileFile::load(path_);
+    file.setValue("S", "k", std::string(100'000, 'F'));
+    struct rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit small = {8192, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    expectRefused(file, path_, 61, "the disk is full");
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    static_cast<void>(std::signal(SIGXFSZ, handler));
+    EXPECT_EQ(bytesOf(path_), oldContent);
+    EXPECT_EQ(folder_.entries(), 1);
+    file.save(path_);
+    EXPECT_EQ(ProfileFile::load(path_).value("S", "k", "", 200'000), std::string(100'000, 'F'));
+}
+
+TEST_F(ProfileFileSavingPosix, AReadOnlyFolderLeavesTheOldFileWhole) {
+    writeBytes(path_, oldContent);
+    fs::permissions(path_, fs::perms(0666));
+    fs::permissions(folder_.path(), fs::perms(0555));
+    {
+        const OrdinaryUser user;
+        expectRefused(newFile(), path_, 70, "permission denied");
+        expectRefused(newFile(), folder_.file("new.ini"), 70, "permission denied");
+    }
+    EXPECT_EQ(bytesOf(path_), oldContent);
+    EXPECT_EQ(folder_.entries(), 1);
+}
+
+TEST_F(ProfileFileSavingPosix, AReadOnlyFileIsNotReplacedAlthoughItsFolderWouldAllowIt) {
+    fs::permissions(folder_.path(), fs::perms(0777));
+    writeBytes(path_, oldContent);
+    fs::permissions(path_, fs::perms(0444));
+    {
+        const OrdinaryUser user;
+        expectRefused(newFile(), path_, 70, "permission denied");
+    }
+    EXPECT_EQ(bytesOf(path_), oldContent);
+    EXPECT_EQ(folder_.entries(), 1);
+}
+
+TEST_F(ProfileFileSavingPosix, AFailureAtTheRenameRemovesTheTemporaryFile) {
+    // In a folder like this one only its owner may take the name from a file.
+    fs::permissions(folder_.path(), fs::perms(01777));
+    writeBytes(path_, oldContent);
+    fs::permissions(path_, fs::perms(0666));
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs a file of another owner";
+    }
+    {
+        const OrdinaryUser user;
+        expectRefused(newFile(), path_, 70, "permission denied");
+    }
+    EXPECT_EQ(bytesOf(path_), oldContent);
+    EXPECT_EQ(folder_.entries(), 1);
+}
+
+TEST_F(ProfileFileSavingPosix, APipeIsRefusedAndDoesNotBlock) {
+    ASSERT_EQ(::mkfifo(path_.c_str(), 0600), 0);
+    expectRefused(newFile(), path_, 75, "is no regular file");
+    EXPECT_TRUE(fs::is_fifo(path_));
+}
+
+TEST_F(ProfileFileSavingPosix, ADeviceIsRefused) {
+    expectRefused(newFile(), "/dev/null", 75, "is no regular file");
+    fs::create_symlink("/dev/full", path_);
+    expectRefused(newFile(), path_, 75, "is no regular file");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_TRUE(fs::is_symlink(path_));
+}
+
+TEST_F(ProfileFileSavingPosix, ANameThatCannotBe) {
+    expectRefused(newFile(), folder_.file(std::string(300, 'x')), 75, "could not be saved");
+    EXPECT_EQ(folder_.entries(), 0);
+}
+
+TEST_F(ProfileFileSavingPosix, TheLongestNameIsSaved) {
+    const std::string longest = folder_.file(std::string(255, 'x'));
+    newFile().save(longest);
+    EXPECT_EQ(bytesOf(longest), newContent);
+}
+
+} // namespace
+} // namespace varda

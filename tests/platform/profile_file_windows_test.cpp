@@ -1,0 +1,90 @@
+#include "platform/file_path.h"
+#include "platform/profile_file.h"
+
+#include "support/profile_file_checks.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace varda {
+namespace {
+
+using test::bytesOf;
+using test::expectRefused;
+using test::expectUnreadable;
+using test::TemporaryFolder;
+using test::writeBytes;
+
+namespace fs = std::filesystem;
+
+const std::string oldContent = "[Information]\r\nTotal=3\r\n";
+
+ProfileFile newFile() {
+    ProfileFile file;
+    file.setValue("Information", "Total", "4");
+    return file;
+}
+
+class ProfileFileWindows : public testing::Test {
+protected:
+    void expectUntouched() const {
+        EXPECT_EQ(bytesOf(path_), oldContent);
+        EXPECT_EQ(folder_.entries(), 1);
+    }
+
+    TemporaryFolder folder_;
+    std::string path_ = folder_.file("table.ini");
+};
+
+TEST_F(ProfileFileWindows, BothSlashesSeparateFolders) {
+    fs::create_directory(filePath(folder_.file("data")));
+    newFile().save(folder_.path() + "\\data\\table.ini");
+    EXPECT_EQ(test::totalOf(ProfileFile::load(folder_.file("data/table.ini"))), "4");
+}
+
+TEST_F(ProfileFileWindows, DevicesAreUnreadableByTheirNamesAndNotSavedTo) {
+    for (const char* const device : {"NUL", "nul", "CON", "COM1", "COM1:", R"(\\.\COM1)"}) {
+        expectUnreadable(device, 75, "is no regular file");
+        expectRefused(newFile(), device, 75, "is no regular file");
+    }
+}
+
+TEST_F(ProfileFileWindows, AReadOnlyFileIsNotReplaced) {
+    writeBytes(path_, oldContent);
+    fs::permissions(filePath(path_), fs::perms::owner_read);
+    expectRefused(newFile(), path_, 70, "permission denied");
+    expectUntouched();
+    fs::permissions(filePath(path_), fs::perms::owner_all);
+    newFile().save(path_);
+    EXPECT_EQ(test::totalOf(ProfileFile::load(path_)), "4");
+}
+
+TEST_F(ProfileFileWindows, AFileThatIsOpenElsewhereIsNotReplaced) {
+    writeBytes(path_, oldContent);
+    {
+        const std::ifstream reader(filePath(path_));
+        expectRefused(newFile(), path_, 70, "permission denied");
+    }
+    expectUntouched();
+}
+
+TEST_F(ProfileFileWindows, NamesThatCannotBeAreRefusedAndLeaveNothingBehind) {
+    expectRefused(newFile(), folder_.file("what?.ini"), 76, "path not found");
+    expectRefused(newFile(), folder_.file("a|b.ini"), 76, "path not found");
+    EXPECT_THROW(newFile().save(folder_.file(std::string(300, 'x'))), RuntimeError);
+    EXPECT_EQ(folder_.entries(), 0);
+}
+
+TEST_F(ProfileFileWindows, ANameThatIsNoUtf8IsUnreadableAndNotSavedTo) {
+    const std::string name = folder_.file("table-\xE4\xFF.ini");
+    expectUnreadable(name, 75, "could not be read");
+    expectRefused(newFile(), name, 75, "could not be saved");
+    EXPECT_EQ(folder_.entries(), 0);
+}
+
+} // namespace
+} // namespace varda

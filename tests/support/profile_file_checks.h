@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/profile_file.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace varda::test {
+
+inline std::string totalOf(const ProfileFile& file) {
+    return file.value("Information", "Total", "missing", 1024);
+}
+
+/// The error has that number and names the file and the reason.
+inline void expectNames(const RuntimeError& error, const std::string& path, int number,
+                        const std::string& reason) {
+    const std::string text = error.what();
+    EXPECT_EQ(error.number(), number) << text;
+    EXPECT_NE(text.find('"' + path + '"'), std::string::npos) << text;
+    EXPECT_NE(text.find(reason), std::string::npos) << text;
+}
+
+inline void expectRefused(const ProfileFile& file, const std::string& path, int number,
+                          const std::string& reason) {
+    try {
+        file.save(path);
+        ADD_FAILURE() << path << " was saved";
+    } catch (const RuntimeError& error) {
+        expectNames(error, path, number, reason);
+    }
+}
+
+/// A file that cannot be read is empty, says why, and is not written over.
+inline void expectUnreadable(const std::string& path, int number, const std::string& reason) {
+    ProfileFile file = ProfileFile::load(path);
+    EXPECT_EQ(totalOf(file), "missing");
+    ASSERT_TRUE(file.problem().has_value());
+    expectNames(*file.problem(), path, number, reason);
+    file.setValue("Information", "Total", "0");
+    expectRefused(file, path, number, reason);
+}
+
+} // namespace varda::test
