@@ -1,9 +1,9 @@
 #include "master/frmWriteWord.h"
 
+#include "controls/events.h"
+#include "controls/key_filter.h"
 #include "link/hex_text.h"
 #include "platform/conversion.h"
-#include "platform/events.h"
-#include "platform/key_filter.h"
 #include "platform/runtime_error.h"
 #include "ui_write_word_dialog.h"
 

@@ -1,11 +1,11 @@
 #include "master/master_page.h"
 
+#include "controls/events.h"
+#include "controls/period_steps.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/period.h"
 #include "link/serial_link.h"
-#include "platform/events.h"
-#include "platform/period_steps.h"
 #include "platform/scope_exit.h"
 
 #include <QCheckBox>

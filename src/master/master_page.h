@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/page_context.h"
+#include "controls/page_context.h"
 #include "link/registers.h"
 #include "link/routes.h"
 

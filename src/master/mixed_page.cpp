@@ -1,11 +1,11 @@
 #include "master/mixed_page.h"
 
+#include "controls/events.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/point_list.h"
 #include "link/serial_link.h"
 #include "platform/conversion.h"
-#include "platform/events.h"
 #include "platform/runtime_error.h"
 
 #include <QComboBox>

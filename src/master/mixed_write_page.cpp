@@ -1,12 +1,12 @@
 #include "master/mixed_write_page.h"
 
+#include "controls/events.h"
 #include "link/form.h"
 #include "link/hex_text.h"
 #include "link/point_list.h"
 #include "link/serial_link.h"
 #include "link/single_requests.h"
 #include "platform/conversion.h"
-#include "platform/events.h"
 #include "ui_mixed_write_page.h"
 
 #include <algorithm>

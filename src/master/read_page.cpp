@@ -1,11 +1,11 @@
 #include "master/read_page.h"
 
+#include "controls/events.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/serial_link.h"
 #include "link/single_requests.h"
 #include "platform/conversion.h"
-#include "platform/events.h"
 #include "platform/runtime_error.h"
 #include "ui_read_page.h"
 

@@ -1,7 +1,7 @@
 #include "master/register_fields.h"
 
+#include "controls/lists.h"
 #include "platform/conversion.h"
-#include "platform/lists.h"
 
 #include <QComboBox>
 

@@ -1,5 +1,6 @@
 #include "master/write_page.h"
 
+#include "controls/events.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/hex_text.h"
@@ -8,7 +9,6 @@
 #include "master/frmWriteWord.h"
 #include "master/write_grid.h"
 #include "platform/conversion.h"
-#include "platform/events.h"
 #include "platform/runtime_error.h"
 #include "ui_write_page.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/page_context.h"
+#include "controls/page_context.h"
 #include "monitor/monitor_log.h"
 #include "monitor/monitor_model.h"
 #include "platform/port.h"

@@ -1,5 +1,6 @@
 #include "shell/frmVarda.h"
 
+#include "controls/lists.h"
 #include "link/registers.h"
 #include "master/mixed_read_page.h"
 #include "master/mixed_write_page.h"
@@ -7,7 +8,6 @@
 #include "master/write_page.h"
 #include "monitor/monitor_page.h"
 #include "platform/external_program.h"
-#include "platform/lists.h"
 #include "platform/runtime_error.h"
 #include "scenario/scenario_panel.h"
 #include "shell/frame_menu.h"

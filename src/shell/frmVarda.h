@@ -1,11 +1,11 @@
 #pragma once
 
+#include "controls/events.h"
+#include "controls/file_dialogs.h"
+#include "controls/message_boxes.h"
 #include "link/frame_image.h"
 #include "link/link_port.h"
 #include "link/serial_link.h"
-#include "platform/events.h"
-#include "platform/file_dialogs.h"
-#include "platform/message_boxes.h"
 #include "platform/mscomm.h"
 #include "platform/timers.h"
 #include "shell/window_form.h"

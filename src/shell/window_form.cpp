@@ -1,7 +1,7 @@
 #include "shell/window_form.h"
 
-#include "platform/events.h"
-#include "platform/message_boxes.h"
+#include "controls/events.h"
+#include "controls/message_boxes.h"
 #include "shell/control_groups.h"
 
 #include <QAbstractButton>

@@ -1,8 +1,8 @@
 #include "simulator/packet_lists.h"
 
+#include "controls/events.h"
+#include "controls/file_dialogs.h"
 #include "link/form.h"
-#include "platform/events.h"
-#include "platform/file_dialogs.h"
 #include "platform/file_name.h"
 #include "platform/runtime_error.h"
 #include "simulator/packet_file.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/page_context.h"
+#include "controls/page_context.h"
 #include "simulator/packet_list_model.h"
 #include "simulator/packet_table.h"
 

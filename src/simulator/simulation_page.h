@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/page_context.h"
+#include "controls/page_context.h"
 #include "simulator/packet_builders.h"
 #include "simulator/packet_lists.h"
 #include "simulator/responder.h"

@@ -56,7 +56,7 @@ TEST_F(PacketFile, FileOfAnEmptyTableEmptiesTheTableAndIsCorrupted) {
 TEST_F(PacketFile, KeysCarryNoPadding) {
     Texts requests;
     for (int row = 0; row < 12; ++row) {
-        requests.push_back("R" + std::to_string(row));
+        requests.push_back(std::string("R").append(std::to_string(row)));
     }
     table.replace(requests, requests);
     save();

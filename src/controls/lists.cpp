@@ -1,4 +1,4 @@
-#include "platform/lists.h"
+#include "controls/lists.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>

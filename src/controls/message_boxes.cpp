@@ -1,4 +1,4 @@
-#include "platform/message_boxes.h"
+#include "controls/message_boxes.h"
 
 #include <QMessageBox>
 #include <QWidget>

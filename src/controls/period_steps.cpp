@@ -1,4 +1,4 @@
-#include "platform/period_steps.h"
+#include "controls/period_steps.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "platform/file_dialogs.h"
+#include "controls/file_dialogs.h"
 
 #include <QDir>
 #include <QFileDialog>

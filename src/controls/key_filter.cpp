@@ -1,6 +1,6 @@
-#include "platform/key_filter.h"
+#include "controls/key_filter.h"
 
-#include "platform/keys.h"
+#include "controls/keys.h"
 
 #include <QLineEdit>
 

@@ -1,7 +1,7 @@
-#include "platform/events.h"
+#include "controls/events.h"
 
-#include "platform/keys.h"
-#include "platform/message_boxes.h"
+#include "controls/keys.h"
+#include "controls/message_boxes.h"
 #include "platform/runtime_error.h"
 
 #include <QApplication>
