@@ -1,10 +1,9 @@
+#include "report.h"
+
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
-#include <ctime>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,13 +30,6 @@ std::string timeText(double seconds) {
         return formatted("%.3g ms", seconds / milli);
     }
     return seconds >= micro ? formatted("%.3g µs", seconds / micro) : formatted("%.3g ns", seconds * 1e9);
-}
-
-std::string today() {
-    const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::array<char, 16> text{};
-    std::strftime(text.data(), text.size(), "%Y-%m-%d", std::gmtime(&now));
-    return text.data();
 }
 
 /// Shows the runs on the console as they end and keeps them for the document.
@@ -90,10 +82,8 @@ private:
 int measure(int argc, char** argv) {
     MarkdownReport report;
     benchmark::RunSpecifiedBenchmarks(&report);
-    if (argc > 1 && !report.failed()) {
-        std::ofstream(argv[1]) << report.document();
-    }
-    return report.failed() ? 1 : 0;
+    const bool isWritten = argc < 2 || report.failed() || writeDocument(argv[1], report.document());
+    return report.failed() || !isWritten ? 1 : 0;
 }
 
 } // namespace

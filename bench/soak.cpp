@@ -1,10 +1,10 @@
+#include "report.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QListWidget>
@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <thread>
@@ -25,20 +24,10 @@
 namespace {
 
 using varda::Bytes;
+using varda::bench::residentMemory;
 using varda::test::runFor;
 using varda::test::runUntil;
 using varda::test::WindowDriver;
-
-/// Resident memory of this process in KiB.
-long residentMemory() {
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word && word != "VmRSS:") {
-    }
-    long kibibytes = 0;
-    status >> kibibytes;
-    return kibibytes;
-}
 
 /// The longest time for which the window did not get to its events.
 class Latency {
@@ -66,9 +55,10 @@ public:
     }
     QString text() const {
         return QStringLiteral("# Soak and flood\n\nTarget `soak-report` measures and writes this file. "
-                              "Measured %1, 2 cores, "
+                              "Measured %1, %2 cores, "
                               "offscreen, over a pseudo-terminal.\n\n| what | figure |\n|---|---|\n")
-                   .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd"))) +
+                   .arg(QString::fromStdString(varda::bench::today()))
+                   .arg(std::thread::hardware_concurrency()) +
                rows_;
     }
 
@@ -89,6 +79,7 @@ void startMonitoring(WindowDriver& driver, const varda::test::PseudoTerminal& li
 void soak(Report& report, const QString& folder) {
     constexpr int burstLength = 384; // 3840 bytes a second for 100 ms
     constexpr int bursts = 8 * 3600 * 10;
+    constexpr int settled = 4200; // the list has restarted twice
     WindowDriver driver;
     const varda::test::PseudoTerminal line;
     const QString log = folder + QStringLiteral("/soak.log");
@@ -100,7 +91,8 @@ void soak(Report& report, const QString& folder) {
         driver.listBurst(burst);
         if (count % 100 == 0) {
             QCoreApplication::processEvents();
-            (count < 4200 ? warm : most) = std::max(count < 4200 ? warm : most, residentMemory());
+            long& peak = count < settled ? warm : most;
+            peak = std::max(peak, residentMemory());
         }
     }
     report.row(
@@ -203,8 +195,7 @@ int main(int argc, char** argv) try {
     scenarioPeriod(report, 150);
     scenarioPeriod(report, 20);
     if (argc > 1) {
-        QFile file(QString::fromLocal8Bit(argv[1]));
-        if (!file.open(QIODevice::WriteOnly) || file.write(report.text().toUtf8()) < 0) {
+        if (!varda::bench::writeDocument(argv[1], report.text().toStdString())) {
             std::printf("%s cannot be written.\n", argv[1]);
             return 1;
         }

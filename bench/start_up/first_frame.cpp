@@ -1,5 +1,7 @@
 #include "start_up/first_frame.h"
 
+#include "report.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QTimer>
@@ -8,8 +10,6 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <fstream>
-#include <string>
 
 namespace varda::bench {
 namespace {
@@ -21,16 +21,6 @@ constexpr std::chrono::seconds settling(1);
 constexpr std::chrono::seconds idling(1);
 
 double processorTime() { return 1e3 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-
-long residentMemory() {
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word && word != "VmRSS:") {
-    }
-    long kibibytes = 0;
-    status >> kibibytes;
-    return kibibytes;
-}
 
 steady_clock::time_point processStart() {
     const qint64 nanoseconds = QApplication::arguments().value(1).toLongLong();

@@ -1,6 +1,6 @@
+#include "report.h"
+
 #include <QCoreApplication>
-#include <QDateTime>
-#include <QFile>
 #include <QProcess>
 #include <QTextStream>
 
@@ -101,17 +101,12 @@ QString document(const Figures& ours, const Figures& empty) {
                "# Start-up\n\nTarget `start-up-report` measures and writes this file. Measured %1, "
                "medians of %2 starts by turns, on an X11 display.\n\n"
                "| what | program | empty Qt window | ratio | at most |\n|---|---|---|---|---|\n")
-               .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd")))
+               .arg(QString::fromStdString(varda::bench::today()))
                .arg(rounds) +
            row("start to first painted frame", "ms", ours.startUp, empty.startUp,
                QString::number(startUpLimit)) +
            row("resident memory", "MiB", ours.memory, empty.memory, QString::number(memoryLimit)) +
            row("processor time of an idle second", "ms", ours.idle, empty.idle, QStringLiteral("-"));
-}
-
-bool write(const QString& path, const QString& text) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) == text.toUtf8().size();
 }
 
 int compare(const QStringList& arguments) {
@@ -128,7 +123,8 @@ int compare(const QStringList& arguments) {
     std::printf("%s", qPrintable(text));
     const bool holds =
         program.startUp <= startUpLimit * window.startUp && program.memory <= memoryLimit * window.memory;
-    return write(arguments.value(3), text) && holds ? 0 : 1;
+    const bool isWritten = varda::bench::writeDocument(arguments.value(3).toStdString(), text.toStdString());
+    return isWritten && holds ? 0 : 1;
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include "shell/look.h"
 #include "shell/program.h"
 #include "start_up/first_frame.h"
 
@@ -7,7 +6,7 @@
 /// The program as its main builds it.
 int main(int argc, char** argv) {
     const QApplication application(argc, argv);
-    varda::drawWholeFrames();
-    varda::Program program;
+    varda::prepareApplication();
+    varda::Program program({QApplication::applicationDirPath(), std::random_device{}()});
     return varda::bench::showAndMeasure(program.window());
 }

@@ -59,8 +59,7 @@ void Events::report(const RuntimeError& error) const {
 void Events::report(const std::exception& error) const { boxes_.showReport(QString::fromUtf8(error.what())); }
 
 void Events::run(const QHash<QString, Handler>& handlers, std::string_view name) {
-    const auto found =
-        handlers.constFind(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    const auto found = handlers.constFind(QString::fromUtf8(name));
     Q_ASSERT(found != handlers.constEnd());
     if (found != handlers.constEnd()) {
         (*found)();

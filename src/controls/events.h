@@ -56,6 +56,8 @@ public:
 
     /// Runs a handler; an exception of it becomes one report.
     void guard(const Handler& handler) const;
+    /// Reports an error that comes later than the handler it belongs to.
+    void report(const RuntimeError& error) const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -70,7 +72,6 @@ private:
     void watch(QWidget* field, const Handler& change, const Exceptions& exceptions);
     void moveFocus(QWidget* now);
     void report(const std::exception& error) const;
-    void report(const RuntimeError& error) const;
 
     MessageBoxes& boxes_;
     QHash<QString, Handler> clicks_;

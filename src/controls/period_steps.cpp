@@ -1,5 +1,7 @@
 #include "controls/period_steps.h"
 
+#include "link/period.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWheelEvent>
@@ -11,7 +13,6 @@ namespace {
 
 constexpr int step = 10;
 constexpr int stepWithControl = 100;
-constexpr int fallbackPeriod = 500;
 
 } // namespace
 
@@ -51,7 +52,7 @@ void PeriodSteps::change(int steps, Qt::KeyboardModifiers modifiers) {
     bool isNumber = false;
     const int typed = field_->text().toInt(&isNumber);
     const int size = (modifiers & Qt::ControlModifier) != 0 ? stepWithControl : step;
-    const int period = (isNumber ? typed : fallbackPeriod) + steps * size;
+    const int period = (isNumber ? typed : startPeriod) + steps * size;
     field_->setText(QString::number(std::clamp(period, range_.lowest, range_.highest)));
 }
 

@@ -11,9 +11,6 @@
 namespace varda {
 namespace {
 
-constexpr int longestPeriod = 65535;
-constexpr int fallbackPeriod = 500;
-
 std::optional<int> typedPeriod(const std::string& text) {
     try {
         return toInteger(text);
@@ -27,7 +24,7 @@ std::optional<int> typedPeriod(const std::string& text) {
 void takePeriod(Form& form, PeriodTimer& tmrComm, std::string_view periodField) {
     tmrComm.stop();
     const std::optional<int> typed = typedPeriod(form.text(periodField));
-    int period = typed.value_or(fallbackPeriod);
+    int period = typed.value_or(startPeriod);
     if (period < shortestPeriod) {
         period = shortestPeriod;
     }

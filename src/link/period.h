@@ -7,7 +7,10 @@ namespace varda {
 class Form;
 class PeriodTimer;
 
-constexpr int shortestPeriod = 100; ///< in milliseconds, of the communication timer
+/// Periods in milliseconds.
+inline constexpr int shortestPeriod = 100; ///< of the communication timer
+inline constexpr int longestPeriod = 65535;
+inline constexpr int startPeriod = 500; ///< also where a text is no number
 
 /// Takes over a changed period field as the interval of the communication timer and starts the timer, port
 /// open or not.

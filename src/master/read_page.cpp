@@ -1,6 +1,7 @@
 #include "master/read_page.h"
 
 #include "controls/events.h"
+#include "controls/make_form.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/serial_link.h"
@@ -10,19 +11,10 @@
 #include "ui_read_page.h"
 
 namespace varda {
-namespace {
-
-std::unique_ptr<Ui::ReadPage> makeForm(QWidget* page) {
-    auto form = std::make_unique<Ui::ReadPage>();
-    form->setupUi(page);
-    return form;
-}
-
-} // namespace
 
 ReadPage::ReadPage(const PageContext& context, QWidget* parent)
     : MasterPage(context, command::bitRead, parent),
-      ui_(makeForm(this)),
+      ui_(makeForm<Ui::ReadPage>(this)),
       register_(ui_->cbRegister, ui_->cbRegAddress, ui_->cbRegBit, ui_->lblBitPoint, ui_->cbRLength) {
     adopt({ui_->optRead_0, ui_->optRead_1, ui_->txtRDDA, ui_->txtRDSA, ui_->txtReadTimerValue, ui_->chkRTimer,
            ui_->cmdRDSend, ui_->txtSendRData, ui_->txtReceiveRData});

@@ -1,6 +1,7 @@
 #include "master/write_page.h"
 
 #include "controls/events.h"
+#include "controls/make_form.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/hex_text.h"
@@ -20,17 +21,11 @@ namespace {
 constexpr int noCount = -1;
 constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
 
-std::unique_ptr<Ui::WritePage> makeForm(QWidget* page) {
-    auto form = std::make_unique<Ui::WritePage>();
-    form->setupUi(page);
-    return form;
-}
-
 } // namespace
 
 WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
     : MasterPage(context, command::bitWrite, parent),
-      ui_(makeForm(this)),
+      ui_(makeForm<Ui::WritePage>(this)),
       register_(ui_->cbWRegister, ui_->cbWRegAddress, ui_->cbWRegBit, ui_->lblWBitPoint, ui_->cbWLength),
       grid_(
           new WriteGrid(ui_->gridWriteData,

@@ -4,6 +4,7 @@
 #include "controls/file_dialogs.h"
 #include "controls/period_steps.h"
 #include "link/form.h"
+#include "link/period.h"
 #include "link/routes.h"
 #include "link/serial_link.h"
 #include "platform/conversion.h"
@@ -22,7 +23,6 @@
 namespace varda {
 namespace {
 
-constexpr int longestPeriod = 65535;
 constexpr int shortestStep = 10; ///< arrow keys go no lower; what is typed may
 
 FileDialogs::Kind scenarioFiles() { return {QStringLiteral(".scn"), QStringLiteral("Data")}; }

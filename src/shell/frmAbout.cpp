@@ -3,6 +3,7 @@
 #include "shell/frmWebBrowser.h"
 #include "ui_frmAbout.h"
 
+#include <QCoreApplication>
 #include <QIcon>
 
 namespace varda {
@@ -14,7 +15,7 @@ FrmAbout::FrmAbout(const QString& title, QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
     ui_->programTitle->setText(title);
     ui_->programPicture->setPixmap(windowIcon().pixmap(pictureSize));
-    ui_->programVersion->setText(tr("Version %1").arg(QStringLiteral(VARDA_VERSION)));
+    ui_->programVersion->setText(tr("Version %1").arg(QCoreApplication::applicationVersion()));
     ui_->qtVersion->setText(tr("Qt %1").arg(QString::fromLatin1(qVersion())));
     connect(ui_->homePageLink, &QLabel::linkActivated, this, [this] { showHomePage(); });
     connect(ui_->cmdAboutOK, &QPushButton::clicked, this, &QDialog::accept);

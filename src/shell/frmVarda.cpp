@@ -1,6 +1,8 @@
 #include "shell/frmVarda.h"
 
 #include "controls/lists.h"
+#include "controls/make_form.h"
+#include "link/period.h"
 #include "link/registers.h"
 #include "master/mixed_read_page.h"
 #include "master/mixed_write_page.h"
@@ -24,14 +26,6 @@
 namespace varda {
 namespace {
 
-constexpr int startInterval = 500;
-
-std::unique_ptr<Ui::FrmVarda> makeForm(QMainWindow* window) {
-    auto form = std::make_unique<Ui::FrmVarda>();
-    form->setupUi(window);
-    return form;
-}
-
 std::vector<std::string> portListTexts() {
     constexpr int ports = 20;
     std::vector<std::string> texts;
@@ -46,7 +40,7 @@ std::vector<std::string> portListTexts() {
 
 FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
-      ui_(makeForm(this)),
+      ui_(makeForm<Ui::FrmVarda>(this)),
       programFolder_(surroundings.programFolder),
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
@@ -55,7 +49,8 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
       link_(commPLC_, surroundings.clock, form_),
       linkPort_(commTest_, link_, tmrComm_, form_),
       files_(this, surroundings.programFolder) {
-    addPages(surroundings);
+    makePages(surroundings);
+    addPages();
     form_.collectControls(*this);
     bind();
     addShortcuts();
@@ -64,7 +59,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 
 FrmVarda::~FrmVarda() = default;
 
-void FrmVarda::addPages(const Surroundings& surroundings) {
+void FrmVarda::makePages(const Surroundings& surroundings) {
     const PageContext context = {form_, events_, link_, images_, tmrComm_};
     readPage_ = new ReadPage(context, this);
     writePage_ = new WritePage(context, surroundings.random, this);
@@ -77,12 +72,21 @@ void FrmVarda::addPages(const Surroundings& surroundings) {
     link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
                     .answerRequest = [this] { return simulationPage_->answerRequest(); }});
     linkPort_.setStopRuns([this] { stopRuns(); });
-    ui_->pageReadLayout->addWidget(readPage_);
-    ui_->pageWriteLayout->addWidget(writePage_);
-    ui_->pageMixedReadLayout->addWidget(mixedReadPage_);
-    ui_->pageMixedWriteLayout->addWidget(mixedWritePage_);
-    ui_->pageSimulationLayout->addWidget(simulationPage_);
-    ui_->pageMonitorLayout->addWidget(monitorPage_);
+}
+
+void FrmVarda::addPages() {
+    pages_ = {
+        {ui_->optMode_0, ui_->pageReadLayout, readPage_, [this] { readPage_->enterMode(); }},
+        {ui_->optMode_1, ui_->pageWriteLayout, writePage_, [this] { writePage_->enterMode(); }},
+        {ui_->optMode_2, ui_->pageMixedReadLayout, mixedReadPage_, [this] { mixedReadPage_->enterMode(); }},
+        {ui_->optMode_3, ui_->pageMixedWriteLayout, mixedWritePage_,
+         [this] { mixedWritePage_->enterMode(); }},
+        {ui_->optMode_4, ui_->pageSimulationLayout, simulationPage_,
+         [this] { simulationPage_->enterMode(); }},
+        {ui_->optMode_5, ui_->pageMonitorLayout, monitorPage_, [this] { monitorPage_->enterMode(); }}};
+    for (const ModePage& mode : pages_) {
+        mode.holder->addWidget(mode.page);
+    }
     ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
     useFixedWidthForFrames(this);
     keepDisabledTextsReadable(this);
@@ -131,8 +135,8 @@ void FrmVarda::sendShownRequest() {
 
 void FrmVarda::Form_Load() {
     fillSerialLists();
-    tmrComm_.setInterval(startInterval);
-    tmrScenario_.setInterval(startInterval);
+    tmrComm_.setInterval(startPeriod);
+    tmrScenario_.setInterval(startPeriod);
     form_.setEnabled("cmdRDSend", false);
     form_.setEnabled("cmdSimStart", false);
     link_.showCounters();
@@ -151,12 +155,6 @@ void FrmVarda::fillSerialLists() {
         keepTypedText(list);
     }
     offerRealPorts(ui_->cbPort);
-}
-
-QRadioButton* FrmVarda::modeOption(int index) const {
-    const std::array<QRadioButton*, 6> options = {ui_->optMode_0, ui_->optMode_1, ui_->optMode_2,
-                                                  ui_->optMode_3, ui_->optMode_4, ui_->optMode_5};
-    return options.at(static_cast<std::size_t>(index));
 }
 
 void FrmVarda::optMode_Click(int index) {
@@ -197,12 +195,8 @@ void FrmVarda::enterMode(int index) {
         form_.setEnabled("Frame2_0", index == 0);
         form_.setEnabled("Frame2_1", index == 1);
     }
-    const std::array<std::function<void()>, 6> enter = {
-        [this] { readPage_->enterMode(); },       [this] { writePage_->enterMode(); },
-        [this] { mixedReadPage_->enterMode(); },  [this] { mixedWritePage_->enterMode(); },
-        [this] { simulationPage_->enterMode(); }, [this] { monitorPage_->enterMode(); }};
-    enter.at(static_cast<std::size_t>(index))();
-    if (index < 5) {
+    pages_.at(static_cast<std::size_t>(index)).enter();
+    if (modes.at(static_cast<std::size_t>(index)).commMode != comm_mode::monitorIdle) {
         simulationPage_->switchStartButton();
     }
 }
@@ -221,9 +215,8 @@ void FrmVarda::closePort() {
 
 void FrmVarda::cmdHelp_Click() {
     const QString file = programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
-    startProgram(QStringLiteral("hh ") + file, this, [this](const RuntimeError& error) {
-        events_.guard([&error] { throw RuntimeError(error); });
-    });
+    startProgram(QStringLiteral("hh ") + file, this,
+                 [this](const RuntimeError& error) { events_.report(error); });
 }
 
 void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }

@@ -13,8 +13,11 @@
 #include <QMainWindow>
 #include <QTime>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
+class QLayout;
 class QRadioButton;
 
 namespace varda {
@@ -60,7 +63,16 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void addPages(const Surroundings& surroundings);
+    /// What belongs to one mode: its option, the place of its page, the page, and what choosing it prepares.
+    struct ModePage {
+        QRadioButton* option;
+        QLayout* holder;
+        QWidget* page;
+        std::function<void()> enter;
+    };
+
+    void makePages(const Surroundings& surroundings);
+    void addPages();
     void bind();
     void Form_Load();
     void fillSerialLists();
@@ -73,7 +85,7 @@ private:
     void cmdAbout_Click();
     void cmdEnd_Click();
     void closePort();
-    QRadioButton* modeOption(int index) const;
+    QRadioButton* modeOption(int index) const { return pages_.at(static_cast<std::size_t>(index)).option; }
 
     std::unique_ptr<Ui::FrmVarda> ui_;
     QString programFolder_;
@@ -97,6 +109,7 @@ private:
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
+    std::vector<ModePage> pages_; ///< in the order of the modes
 };
 
 } // namespace varda

@@ -16,10 +16,6 @@
 namespace varda {
 namespace {
 
-QString toQt(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QString shownText(const QWidget* control) {
     if (const auto* const line = qobject_cast<const QLineEdit*>(control)) {
         return line->text();
@@ -57,8 +53,8 @@ void WindowForm::collectControls(QWidget& window) {
 }
 
 QWidget* WindowForm::find(std::string_view control) const {
-    QWidget* const found = controls_.value(toQt(control));
-    Q_ASSERT_X(found != nullptr, "WindowForm", qPrintable(toQt(control)));
+    QWidget* const found = controls_.value(QString::fromUtf8(control));
+    Q_ASSERT_X(found != nullptr, "WindowForm", qPrintable(QString::fromUtf8(control)));
     return found;
 }
 

@@ -3,6 +3,7 @@
 #include "controls/events.h"
 #include "controls/key_filter.h"
 #include "controls/lists.h"
+#include "controls/make_form.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/mixed_requests.h"
@@ -19,16 +20,6 @@ namespace varda {
 namespace {
 
 constexpr int lengthLimit = 255;
-
-std::unique_ptr<Ui::SimulationPage> makeForm(QWidget* page) {
-    auto form = std::make_unique<Ui::SimulationPage>();
-    form->setupUi(page);
-    return form;
-}
-
-QString shown(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 std::string textOf(const QComboBox* list) { return list->currentText().toStdString(); }
 
@@ -51,7 +42,7 @@ std::string repeated(std::string_view group, int times) {
 SimulationPage::SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent)
     : QWidget(parent),
       context_(context),
-      ui_(makeForm(this)),
+      ui_(makeForm<Ui::SimulationPage>(this)),
       lists_(new PacketLists(context, files, *ui_, this, [this](int row) { lstSimReceive_DblClick(row); })),
       responder_(context.link.state(), context.link.port(), context.form, lists_->table(),
                  [this](int pair) { lists_->selectPair(pair); }) {
@@ -158,7 +149,7 @@ void SimulationPage::showFieldsOf(const SimKind& kind) {
     fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(lengthLimit));
     ui_->cmdSimAddListBox->setEnabled(kind.isWrite);
     ui_->cmdSimDelListBox->setEnabled(false);
-    ui_->cbSimModeS->setCurrentText(shown(kind.answerMode));
+    ui_->cbSimModeS->setCurrentText(QString::fromUtf8(kind.answerMode));
     cbSimModeS_Click();
 }
 
@@ -191,10 +182,10 @@ SimFields SimulationPage::fields() const {
 
 void SimulationPage::showPosition(const SimPosition& position) {
     if (textOf(ui_->cbSimReg) != position.reg) {
-        ui_->cbSimReg->setEditText(shown(position.reg));
+        ui_->cbSimReg->setEditText(QString::fromUtf8(position.reg));
     }
-    ui_->cbSimAddress->setEditText(shown(position.address));
-    ui_->cbSimBit->setEditText(shown(position.bit));
+    ui_->cbSimAddress->setEditText(QString::fromUtf8(position.address));
+    ui_->cbSimBit->setEditText(QString::fromUtf8(position.bit));
 }
 
 void SimulationPage::rebuildRequest() {
@@ -243,7 +234,7 @@ void SimulationPage::cbSimLength_Click() {
     const std::optional<int> length = typedLength();
     ShowSimReceive("");
     ui_->txtSimSendData->setText(
-        shown(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", length.value_or(0))));
+        QString::fromUtf8(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", length.value_or(0))));
     if (length) {
         rebuildRequest();
     }
@@ -274,7 +265,7 @@ void SimulationPage::cmdSimAddListBox_Click() {
     stepped.points.push_back(newPoint());
     stepped.position = stepForward(position(), chosen->access);
     const std::string request = chosen->makeRequest(stepped); // fails before anything has changed
-    ui_->lstSimMixed->addItem(shown(stepped.points.back()));
+    ui_->lstSimMixed->addItem(QString::fromUtf8(stepped.points.back()));
     showPosition(stepped.position);
     ShowSimReceive(request);
 }
@@ -349,10 +340,12 @@ void SimulationPage::sendMixedFrame(bool isRead) {
 }
 
 void SimulationPage::ShowSimReceive(const std::string& text) {
-    ui_->txtSimReceive->setPlainText(shown(text));
+    ui_->txtSimReceive->setPlainText(QString::fromUtf8(text));
 }
 
-void SimulationPage::ShowSimSend(const std::string& text) { ui_->txtSimSend->setPlainText(shown(text)); }
+void SimulationPage::ShowSimSend(const std::string& text) {
+    ui_->txtSimSend->setPlainText(QString::fromUtf8(text));
+}
 
 void SimulationPage::lstSimReceive_DblClick(int row) {
     const PacketTable& table = lists_->table();
@@ -361,10 +354,10 @@ void SimulationPage::lstSimReceive_DblClick(int row) {
     const std::string answer = pair < table.answers().size() ? table.answers()[pair] : std::string();
     const PreparedRequest prepared = parsePreparedRequest(request);
     const SimKind* const reloaded = findSimKind(prepared.mode);
-    ui_->cbSimDA->setEditText(shown(prepared.da));
-    ui_->cbSimSA->setEditText(shown(prepared.sa));
+    ui_->cbSimDA->setEditText(QString::fromUtf8(prepared.da));
+    ui_->cbSimSA->setEditText(QString::fromUtf8(prepared.sa));
     if (!prepared.mode.empty()) {
-        ui_->cbSimMode->setCurrentText(shown(prepared.mode));
+        ui_->cbSimMode->setCurrentText(QString::fromUtf8(prepared.mode));
     }
     if (prepared.supported && reloaded != nullptr) {
         reload(*reloaded, prepared, answer);
@@ -380,11 +373,11 @@ void SimulationPage::reload(const SimKind& kind, const PreparedRequest& request,
     showFieldsOf(kind);
     showPosition(request.position);
     const QSignalBlocker silent(ui_->cbSimLength);
-    ui_->cbSimLength->setEditText(shown(request.length));
+    ui_->cbSimLength->setEditText(QString::fromUtf8(request.length));
     for (const std::string& point : request.points) {
-        ui_->lstSimMixed->addItem(shown(point));
+        ui_->lstSimMixed->addItem(QString::fromUtf8(point));
     }
-    ui_->txtSimSendData->setText(kind.isWrite ? QString() : shown(preparedAnswerData(answer)));
+    ui_->txtSimSendData->setText(kind.isWrite ? QString() : QString::fromUtf8(preparedAnswerData(answer)));
 }
 
 } // namespace varda

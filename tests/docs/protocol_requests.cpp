@@ -55,9 +55,10 @@ bool isWhole(const Run& run, bool writes) {
 }
 
 void check(const NamedRequest& request, const std::string& sentence) {
-    const bool isOneRun = request.mixed || request.runs.size() == 1;
-    if (!isOneRun || !std::ranges::all_of(
-                         request.runs, [&request](const Run& run) { return isWhole(run, request.writes); })) {
+    const bool hasFittingRuns = request.mixed || request.runs.size() == 1;
+    if (!hasFittingRuns || !std::ranges::all_of(request.runs, [&request](const Run& run) {
+            return isWhole(run, request.writes);
+        })) {
         throw std::runtime_error("does not fit together: " + sentence);
     }
 }

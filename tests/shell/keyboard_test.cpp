@@ -44,7 +44,7 @@ TEST_F(KeyboardTest, F5SendsTheRequestOfTheShownMasterPage) {
     EXPECT_EQ(sent(9).size(), 9U);
 }
 
-TEST_F(KeyboardTest, F5SendsOnEveryMasterPage) {
+TEST_F(KeyboardTest, F5PressesSendOnEveryMasterPage) {
     openLine();
     for (const int mode : {0, 1, 2, 3}) {
         driver.click(("optMode_" + std::to_string(mode)).c_str());

@@ -1,7 +1,5 @@
 #include "support/window_driver.h"
 
-#include "shell/lines.h"
-
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -14,16 +12,13 @@
 
 namespace varda::test {
 
-WindowDriver::WindowDriver()
-    : window_({clock_, lineFactory(clock_, controller_),
-               [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); },
-               programFolder_.path(), [] { return QTime(9, 5, 7); }}) {
+WindowDriver::WindowDriver() {
     for (const char* const folder : {"Data", "Log"}) {
         QDir(programFolder_.path()).mkdir(QString::fromLatin1(folder));
     }
-    window_.resize(1024, 768);
-    window_.show();
-    QApplication::setActiveWindow(&window_);
+    window().resize(1024, 768);
+    window().show();
+    QApplication::setActiveWindow(&window());
 }
 
 void WindowDriver::click(const char* name) {
@@ -57,7 +52,7 @@ void WindowDriver::type(const char* field, const std::string& text) {
 }
 
 QMessageBox* WindowDriver::box() {
-    for (auto* const shown : window_.findChildren<QMessageBox*>()) {
+    for (auto* const shown : window().findChildren<QMessageBox*>()) {
         if (shown->isVisible()) {
             return shown;
         }
@@ -78,7 +73,7 @@ void WindowDriver::closeBox() {
 }
 
 void WindowDriver::chooseFile(const std::string& path) {
-    auto* const dialog = window_.findChild<QFileDialog*>();
+    auto* const dialog = window().findChild<QFileDialog*>();
     if (dialog == nullptr) {
         throw std::runtime_error("no file dialog is on the screen");
     }

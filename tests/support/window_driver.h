@@ -1,15 +1,12 @@
 #pragma once
 
 #include "monitor/monitor_page.h"
-#include "platform/timers.h"
-#include "shell/frmVarda.h"
-#include "virtual/controller.h"
+#include "shell/program.h"
 
 #include <QString>
 #include <QTemporaryDir>
 #include <QWidget>
 
-#include <random>
 #include <stdexcept>
 #include <string>
 
@@ -18,20 +15,20 @@ class QMessageBox;
 
 namespace varda::test {
 
-/// A main window on the screen, and the hands of a user on it: everything goes through real clicks and keys
-/// on controls that are found by their names.
+/// A main window on the screen, and the hands of a user on it: everything but `paste` and what uses it goes
+/// through real clicks and keys on controls that are found by their names.
 class WindowDriver {
 public:
     WindowDriver();
 
-    FrmVarda& window() { return window_; }
-    Controller& controller() { return controller_; }
-    LinkState& link() { return window_.linkState(); }
+    FrmVarda& window() { return program_.window(); }
+    Controller& controller() { return program_.controller(); }
+    LinkState& link() { return window().linkState(); }
 
     /// The control of that name. @throws std::runtime_error where there is none of that class
     template <typename Control = QWidget>
     Control* find(const char* name) {
-        auto* const control = window_.findChild<Control*>(QString::fromLatin1(name));
+        auto* const control = window().findChild<Control*>(QString::fromLatin1(name));
         if (control == nullptr) {
             throw std::runtime_error(std::string("no such control: ") + name);
         }
@@ -39,7 +36,7 @@ public:
     }
 
     /// What a control shows: its text, caption or list text.
-    std::string text(const char* name) { return window_.form().text(name); }
+    std::string text(const char* name) { return window().form().text(name); }
     bool isEnabled(const char* name) { return find(name)->isEnabled(); }
 
     /// Clicks a button, box or option, or the tab of a mode.
@@ -51,7 +48,7 @@ public:
     void type(const char* field, const std::string& text);
 
     /// Sets a field's text at once, as pasting does; typing goes key by key.
-    void paste(const char* field, const std::string& text) { window_.form().setText(field, text); }
+    void paste(const char* field, const std::string& text) { window().form().setText(field, text); }
 
     /// The message box on the screen, or nullptr.
     QMessageBox* box();
@@ -65,7 +62,7 @@ public:
     void chooseFile(const std::string& path);
 
     /// Hands the monitor a burst as the link does, without the line in between.
-    void listBurst(const Bytes& burst) { window_.findChild<MonitorPage*>()->listBurst(burst); }
+    void listBurst(const Bytes& burst) { window().findChild<MonitorPage*>()->listBurst(burst); }
 
     /// Tests and opens a port by its name, as a user does.
     void openPort(const std::string& name);
@@ -74,11 +71,8 @@ public:
     std::string programFolder() const { return programFolder_.path().toStdString(); }
 
 private:
-    QtClock clock_;
-    Controller controller_;
-    std::mt19937 generator_{20261121};
     QTemporaryDir programFolder_;
-    FrmVarda window_;
+    Program program_{{programFolder_.path(), 20261121, [] { return QTime(9, 5, 7); }}};
 };
 
 } // namespace varda::test

@@ -1,7 +1,7 @@
 #include "link/crc16.h"
 #include "link/hex_text.h"
 #include "scenario/scenario_frame.h"
-#include "shell/look.h"
+#include "shell/program.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
@@ -344,7 +344,7 @@ void showWarning(QtMsgType /*type*/, const QMessageLogContext& /*context*/, cons
 int main(int argc, char** argv) {
     qInstallMessageHandler(showWarning);
     const QApplication application(argc, argv);
-    varda::drawWholeFrames();
+    varda::prepareApplication();
     QApplication::setCursorFlashTime(0); // a caret that is always there, in every picture alike
     const QDir pictures(QDir(QApplication::arguments().value(1, QStringLiteral("tour"))).absolutePath());
     if (!pictures.mkpath(QStringLiteral("."))) {

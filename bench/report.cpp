@@ -1,0 +1,32 @@
+#include "report.h"
+
+#include <array>
+#include <ctime>
+#include <fstream>
+
+namespace varda::bench {
+
+long residentMemory() {
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    while (status >> word && word != "VmRSS:") {
+    }
+    long kibibytes = 0;
+    status >> kibibytes;
+    return kibibytes;
+}
+
+std::string today() {
+    const std::time_t now = std::time(nullptr);
+    std::array<char, 16> text{};
+    std::strftime(text.data(), text.size(), "%Y-%m-%d", std::localtime(&now));
+    return text.data();
+}
+
+bool writeDocument(const std::string& path, const std::string& text) {
+    std::ofstream file(path);
+    file << text;
+    return static_cast<bool>(file.flush());
+}
+
+} // namespace varda::bench

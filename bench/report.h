@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace varda::bench {
+
+/// Resident memory of this process in KiB.
+long residentMemory();
+
+/// The day of the measurement, for example "2026-11-21".
+std::string today();
+
+/// Writes a measurement's document. @return whether all of it is on the disk
+bool writeDocument(const std::string& path, const std::string& text);
+
+} // namespace varda::bench
