@@ -63,4 +63,10 @@ void keepTypedText(QComboBox* list) {
     }
 }
 
+void keepPlaceWhenHidden(QWidget* field) {
+    QSizePolicy policy = field->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    field->setSizePolicy(policy);
+}
+
 } // namespace varda

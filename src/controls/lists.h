@@ -4,6 +4,7 @@
 #include <vector>
 
 class QComboBox;
+class QWidget;
 
 namespace varda {
 
@@ -17,5 +18,8 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts, const std:
 /// What is typed into a list stays as it is typed: no completion, no new entries, no choice by an accidental
 /// wheel turn.
 void keepTypedText(QComboBox* list);
+
+/// Leaves the place of a hidden field empty; else the fields beside it would jump.
+void keepPlaceWhenHidden(QWidget* field);
 
 } // namespace varda

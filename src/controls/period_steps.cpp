@@ -1,6 +1,8 @@
 #include "controls/period_steps.h"
 
 #include "link/period.h"
+#include "platform/conversion.h"
+#include "platform/runtime_error.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -13,6 +15,14 @@ namespace {
 
 constexpr int step = 10;
 constexpr int stepWithControl = 100;
+
+int typedPeriod(const QString& text) {
+    try {
+        return toLong(text.toStdString());
+    } catch (const RuntimeError&) {
+        return startPeriod;
+    }
+}
 
 } // namespace
 
@@ -49,11 +59,12 @@ bool PeriodSteps::takeWheel(const QWheelEvent& wheel) {
 }
 
 void PeriodSteps::change(int steps, Qt::KeyboardModifiers modifiers) {
-    bool isNumber = false;
-    const int typed = field_->text().toInt(&isNumber);
     const int size = (modifiers & Qt::ControlModifier) != 0 ? stepWithControl : step;
-    const int period = (isNumber ? typed : startPeriod) + steps * size;
-    field_->setText(QString::number(std::clamp(period, range_.lowest, range_.highest)));
+    const int typed = typedPeriod(field_->text());
+    const int lowest =
+        std::min(typed, range_.lowest); // a step down never raises what was typed below the range
+    const int highest = std::max(typed, range_.highest);
+    field_->setText(QString::number(std::clamp(typed + steps * size, lowest, highest)));
 }
 
 } // namespace varda

@@ -16,9 +16,7 @@ RegisterFields::RegisterFields(QComboBox* kind, QComboBox* number, QComboBox* bi
                                QComboBox* count)
     : kind_(kind), number_(number), bit_(bit), point_(point), count_(count) {
     for (QWidget* const onlyForBits : {static_cast<QWidget*>(bit), point}) {
-        QSizePolicy policy = onlyForBits->sizePolicy();
-        policy.setRetainSizeWhenHidden(true); // else the fields beside it would jump
-        onlyForBits->setSizePolicy(policy);
+        keepPlaceWhenHidden(onlyForBits);
     }
     for (QComboBox* const list : {kind, number, bit, count}) {
         if (list != nullptr) {

@@ -21,19 +21,27 @@ RuntimeError nothingStarted(const QString& file, const QString& reason) {
 }
 
 /// A process that outlives its object's owner: it is deleted when it ends, and let go with this program.
-QProcess* start(const QString& program, const QString& argument) {
+/// @param ended told whether it could be started, and ended well
+void start(const QString& program, const QString& argument, QObject* context,
+           const std::function<void(bool started, bool endedWell)>& ended) {
     auto* const process = new QProcess;
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
+    QObject::connect(process, &QProcess::finished, context,
+                     [ended](int exitCode, QProcess::ExitStatus status) {
+                         ended(true, exitCode == 0 && status == QProcess::NormalExit);
+                     });
+    QObject::connect(process, &QProcess::errorOccurred, context,
+                     [process, ended](QProcess::ProcessError error) {
+                         if (error == QProcess::FailedToStart) {
+                             process->deleteLater(); // it never ends
+                             ended(false, false);
+                         }
+                     });
     QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
     process->start(program, {argument});
-    return process;
 }
-
-/// The opener's own exit codes for "no such file", "no program for it" and "the program failed"; others are
-/// the program's.
-bool openerFailed(int exitCode) { return exitCode >= 2 && exitCode <= 4; }
 
 /// Hands a file to the desktop. @throws RuntimeError 53 where it is not there, or there is no opener
 void openWithDesktop(const QString& file, QObject* context,
@@ -45,12 +53,18 @@ void openWithDesktop(const QString& file, QObject* context,
     if (program.isEmpty()) {
         throw nothingStarted(opener, QStringLiteral("install xdg-utils, or open %1 yourself.").arg(file));
     }
-    QObject::connect(start(program, file), &QProcess::finished, context, [file, failed](int exitCode) {
-        if (openerFailed(exitCode)) {
-            failed(nothingStarted(file, QStringLiteral("no program opens it. Install a viewer for CHM "
-                                                       "files, for example kchmviewer.")));
+    start(program, file, context, [file, failed](bool /*started*/, bool endedWell) {
+        if (!endedWell) {
+            failed(nothingStarted(file,
+                                  QStringLiteral("no program opens it. Install a viewer for CHM files, for "
+                                                 "example xchm.")));
         }
     });
+}
+
+/// The file's name as this system writes it: the command names it with the separators of another one.
+QString ownName(QString file) {
+    return QDir::cleanPath(file.replace(QLatin1String("\\\\"), QLatin1String("/")));
 }
 
 } // namespace
@@ -60,13 +74,16 @@ void startProgram(const QString& commandText, QObject* context,
     const qsizetype blank = commandText.indexOf(QLatin1Char(' '));
     const QString file = commandText.mid(blank + 1);
     const QString program = QStandardPaths::findExecutable(commandText.left(blank));
-    if (!program.isEmpty()) {
-        start(program, file);
+    if (program.isEmpty()) {
+        openWithDesktop(ownName(file), context, failed);
         return;
     }
-    // The command names its file with the separators of another system.
-    openWithDesktop(QDir::cleanPath(QString(file).replace(QLatin1String("\\\\"), QLatin1String("/"))),
-                    context, failed);
+    // How a viewer that was started ends is its own matter.
+    start(program, file, context, [file, failed](bool started, bool /*endedWell*/) {
+        if (!started) {
+            failed(nothingStarted(file, QStringLiteral("the help viewer does not start.")));
+        }
+    });
 }
 
 } // namespace varda

@@ -20,6 +20,8 @@ public:
     FrmAbout(const QString& title, QWidget* parent);
     ~FrmAbout() override;
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void showHomePage();
 

@@ -12,7 +12,7 @@
 #include "platform/external_program.h"
 #include "platform/runtime_error.h"
 #include "scenario/scenario_panel.h"
-#include "shell/frame_menu.h"
+#include "shell/frames.h"
 #include "shell/frmAbout.h"
 #include "shell/look.h"
 #include "shell/modes.h"
@@ -90,7 +90,8 @@ void FrmVarda::addPages() {
     ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
     useFixedWidthForFrames(this);
     keepDisabledTextsReadable(this);
-    offerCopy(this);
+    nameListsBeside(this);
+    keepFramesReadable(this);
     chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
                    ui_->optMode_4, ui_->optMode_5, ui_->tabMode, ui_->scenarioHolder, ui_->txtTotalData,
                    ui_->txtCurrentData, ui_->txtWatchDog, ui_->cmdHelp, ui_->cmdAbout, ui_->cmdEnd});
@@ -116,13 +117,17 @@ void FrmVarda::bind() {
 
 void FrmVarda::addShortcuts() {
     const auto add = [this](const QKeySequence& keys, const std::function<void()>& press) {
-        connect(new QShortcut(keys, this), &QShortcut::activated, this, press);
+        auto* const shortcut = new QShortcut(keys, this);
+        shortcut->setAutoRepeat(false); // a key that is held would flood the line, or open manual upon manual
+        connect(shortcut, &QShortcut::activated, this, press);
     };
     add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
     add(Qt::Key_F5, [this] { sendShownRequest(); });
     for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
-        add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(Qt::Key_1 + index)),
-            [this, index] { modeOption(index)->click(); });
+        add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(Qt::Key_1 + index)), [this, index] {
+            modeOption(index)->setFocus(Qt::ShortcutFocusReason); // as a click does
+            modeOption(index)->click();
+        });
     }
 }
 
@@ -224,6 +229,13 @@ void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }
 void FrmVarda::cmdEnd_Click() {
     closePort();
     close();
+}
+
+void FrmVarda::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) { // the desktop has turned dark or light
+        keepDisabledTextsReadable(this);
+    }
 }
 
 void FrmVarda::closeEvent(QCloseEvent* event) {

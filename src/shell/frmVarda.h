@@ -60,6 +60,7 @@ public:
     void optMode_Click(int index);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:

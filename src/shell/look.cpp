@@ -2,12 +2,16 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QComboBox>
 #include <QFontDatabase>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QProxyStyle>
 #include <QTabBar>
+
+#include <algorithm>
 
 namespace varda {
 namespace {
@@ -22,6 +26,11 @@ public:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
 };
+
+bool hasLabel(const QComboBox* list) {
+    const QList<QLabel*> labels = list->parentWidget()->findChildren<QLabel*>();
+    return std::ranges::any_of(labels, [list](const QLabel* label) { return label->buddy() == list; });
+}
 
 /// The controls below `part` that Tab reaches, in their order.
 QList<QWidget*> tabStops(QWidget* part) {
@@ -57,8 +66,9 @@ void useFixedWidthForFrames(QWidget* window) {
 
 void keepDisabledTextsReadable(QWidget* window) {
     const auto keepReadable = [](QWidget* field) {
-        QPalette palette = field->palette();
-        palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
+        QPalette palette;
+        palette.setColor(QPalette::Disabled, QPalette::Text,
+                         QApplication::palette(field).color(QPalette::Active, QPalette::Text));
         field->setPalette(palette);
     };
     for (QPlainTextEdit* const frame : window->findChildren<QPlainTextEdit*>()) {
@@ -67,6 +77,16 @@ void keepDisabledTextsReadable(QWidget* window) {
     for (QLineEdit* const field : window->findChildren<QLineEdit*>()) {
         if (field->isReadOnly()) {
             keepReadable(field);
+        }
+    }
+}
+
+void nameListsBeside(QWidget* window) {
+    for (QComboBox* const list : window->findChildren<QComboBox*>()) {
+        if (!list->accessibleName().isEmpty() && !hasLabel(list)) {
+            auto* const label = new QLabel(list->accessibleName(), list->parentWidget());
+            label->setBuddy(list);
+            label->hide();
         }
     }
 }

@@ -13,6 +13,10 @@ void useFixedWidthForFrames(QWidget* window);
 /// What a page shows of an answer stays readable while the page's mode has its fields disabled.
 void keepDisabledTextsReadable(QWidget* window);
 
+/// Gives each list that has a name but no label one that is not shown: on Linux screen readers call a list by
+/// its label alone.
+void nameListsBeside(QWidget* window);
+
 /// Joins the tab orders of the parts of a window, each part in the order of its own form.
 void chainTabOrder(const QList<QWidget*>& parts);
 

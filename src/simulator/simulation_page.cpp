@@ -49,6 +49,11 @@ SimulationPage::SimulationPage(const PageContext& context, FileDialogs& files, Q
     for (QComboBox* const list : findChildren<QComboBox*>()) {
         keepTypedText(list);
     }
+    for (QWidget* const onlyForBits :
+         {static_cast<QWidget*>(ui_->lblSimPoint), static_cast<QWidget*>(ui_->cbSimBit),
+          static_cast<QWidget*>(ui_->lblSimBit)}) {
+        keepPlaceWhenHidden(onlyForBits);
+    }
     bind();
 }
 

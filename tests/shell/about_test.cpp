@@ -15,13 +15,16 @@ class AboutTest : public WindowTest {
 protected:
     QWidget* openAbout() {
         driver.click("cmdAbout");
+        QApplication::setActiveWindow(driver.find("frmAbout"));
+        driver.find("cmdAboutOK")->setFocus(); // as a desktop does
         return driver.find("frmAbout");
     }
 
     QTextBrowser* openHomePage() {
-        openAbout();
-        QTest::keyClick(driver.find("homePageLink"), Qt::Key_Tab); // the link of the label
-        QTest::keyClick(driver.find("homePageLink"), Qt::Key_Return);
+        QWidget* const about = openAbout();
+        QTest::keyClick(driver.find("cmdAboutOK"), Qt::Key_Tab);
+        EXPECT_EQ(about->focusWidget(), driver.find("homePageLink"));
+        QTest::keyClick(about->focusWidget(), Qt::Key_Return);
         return driver.window().findChild<QTextBrowser*>();
     }
 
@@ -91,6 +94,14 @@ TEST_F(AboutTest, LabelOpensTheHomePageOfTheProgramItself) {
     EXPECT_TRUE(driver.find("frmWebBrowser")->isVisible());
     EXPECT_EQ(page->source().scheme(), QStringLiteral("qrc"));
     EXPECT_TRUE(page->toPlainText().contains(QStringLiteral("VR-Series PLC Test & Simulator")));
+}
+
+TEST_F(AboutTest, LabelThatTabReachesIsMarked) {
+    openAbout();
+    QTest::keyClick(driver.find("cmdAboutOK"), Qt::Key_Tab);
+    EXPECT_EQ(driver.find<QLabel>("homePageLink")->selectedText().toStdString(), "Home page");
+    QTest::keyClick(driver.find("homePageLink"), Qt::Key_Backtab);
+    EXPECT_FALSE(driver.find<QLabel>("homePageLink")->hasSelectedText());
 }
 
 TEST_F(AboutTest, EscapeClosesTheHomePageAndLeavesTheAboutBox) {

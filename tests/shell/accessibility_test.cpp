@@ -17,6 +17,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTableWidget>
 
 #include <map>
 
@@ -57,10 +58,18 @@ QList<QWidget*> controlsOf(const QWidget& window) {
     return controls;
 }
 
-/// What a screen reader calls a control.
+/// What a screen reader calls a control; a list is called by its label, for its own name is the text in it.
 std::string spokenName(QWidget* control) {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(control);
-    return interface != nullptr ? interface->text(QAccessible::Name).toStdString() : std::string();
+    if (interface == nullptr || qobject_cast<QComboBox*>(control) == nullptr) {
+        return interface != nullptr ? interface->text(QAccessible::Name).toStdString() : std::string();
+    }
+    for (const auto& [label, relation] : interface->relations(QAccessible::Label)) {
+        if (const std::string name = label->text(QAccessible::Name).toStdString(); !name.empty()) {
+            return name;
+        }
+    }
+    return {};
 }
 
 /// The controls that Tab reaches, in their order, from the focus on until it comes round.
@@ -125,6 +134,17 @@ TEST_F(AccessibilityTest, EveryControlOfTheDialogsHasAName) {
     expectNames(*driver.find("frmAbout"), 1);
     emit driver.find<QLabel>("homePageLink")->linkActivated({});
     expectNames(*driver.find("frmWebBrowser"), 1);
+}
+
+TEST_F(AccessibilityTest, EveryControlOfTheWordDialogHasAName) {
+    driver.click("optMode_1");
+    driver.click("optWrite_1");
+    driver.choose("cbWRegister", "W");
+    driver.choose("cbWRegAddress", "0000");
+    driver.choose("cbWLength", "1");
+    auto* const grid = driver.find<QTableWidget>("gridWriteData");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(0, 0)).center());
+    expectNames(*driver.find("frmWriteWord"), 3);
 }
 
 TEST_F(AccessibilityTest, EveryLabelBelongsToAControlOrSaysSomethingByItself) {

@@ -357,6 +357,10 @@ TEST_F(MainWindowTest, EndClosesTheWindowAndThePort) {
 }
 
 TEST_F(MainWindowTest, MixedReadModeEnablesItsSendButtonOnlyWhileThePortIsOpen) {
+    driver.find("cmdMRDSend")->setEnabled(false);
+    driver.click("optMode_2");
+    EXPECT_FALSE(driver.isEnabled("cmdMRDSend"));
+    driver.click("optMode_0");
     openLine();
     driver.find("cmdMRDSend")->setEnabled(false);
     driver.click("optMode_2");

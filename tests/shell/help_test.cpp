@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QShortcut>
 #include <QTemporaryDir>
 
 namespace varda::test {
@@ -19,6 +20,14 @@ protected:
         script.write("#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > '" + calls().toLocal8Bit() + ".new'\n" +
                      "/bin/mv '" + calls().toLocal8Bit() + ".new' '" + calls().toLocal8Bit() + "'\nexit " +
                      QByteArray::number(exitCode) + '\n');
+        script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    /// A script whose interpreter is not there.
+    void addBrokenProgram(const char* name) {
+        QFile script(programs_.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        script.write("#!/no/such/interpreter\n");
         script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     }
 
@@ -90,6 +99,25 @@ TEST_F(HelpTest, PlatformsErrorIsReportedWhereNoProgramShowsTheFile) {
     driver.click("cmdHelp");
     ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
     EXPECT_TRUE(driver.boxText().starts_with("Run-time error '53':\n\nFile not found")) << driver.boxText();
+}
+
+TEST_F(HelpTest, PlatformsErrorIsReportedWhereAProgramThatIsThereCannotBeStarted) {
+    for (const char* const program : {"xdg-open", "hh"}) {
+        addBrokenProgram(program);
+        addHelpFile();
+        driver.click("cmdHelp");
+        ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; })) << program;
+        EXPECT_TRUE(driver.boxText().starts_with("Run-time error '53':\n\nFile not found")) << program;
+        driver.closeBox();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
+TEST_F(HelpTest, HeldKeyStartsOneViewer) {
+    for (const QShortcut* const shortcut : driver.window().findChildren<QShortcut*>()) {
+        EXPECT_TRUE(!shortcut->autoRepeat() || shortcut->parent() != &driver.window())
+            << shortcut->key().toString().toStdString();
+    }
 }
 
 TEST_F(HelpTest, F1IsTheHelpButton) {

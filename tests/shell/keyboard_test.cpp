@@ -1,6 +1,7 @@
 #include "support/window_test.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QTabWidget>
 #include <QWheelEvent>
 
@@ -31,6 +32,25 @@ TEST_F(KeyboardTest, ControlAndADigitChooseTheMode) {
         QTest::keyClick(&driver.window(), static_cast<Qt::Key>(Qt::Key_1 + mode), Qt::ControlModifier);
         EXPECT_EQ(driver.find<QTabWidget>("tabMode")->currentIndex(), mode);
         EXPECT_TRUE(driver.find<QAbstractButton>(("optMode_" + std::to_string(mode)).c_str())->isChecked());
+    }
+}
+
+TEST_F(KeyboardTest, ChoosingAModeByKeyPutsTheFocusOnItsOption) {
+    for (const bool open : {false, true}) {
+        if (open) {
+            openLine();
+        }
+        for (int from = 0; from < 6; ++from) {
+            for (int to = 0; to < 6; ++to) {
+                driver.click(("optMode_" + std::to_string(from)).c_str());
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+                QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(Qt::Key_1 + to),
+                                Qt::ControlModifier);
+                EXPECT_EQ(QApplication::focusWidget(),
+                          driver.find(("optMode_" + std::to_string(to)).c_str()));
+            }
+        }
     }
 }
 
@@ -124,6 +144,20 @@ TEST_F(KeyboardTest, ScenarioPeriodTakesStepsToo) {
     paste("txtScnPeriod", "15");
     key("txtScnPeriod", Qt::Key_Down);
     EXPECT_EQ(text("txtScnPeriod"), "10");
+}
+
+TEST_F(KeyboardTest, StepDownNeverRaisesAPeriod) {
+    paste("txtScnPeriod", "3");
+    key("txtScnPeriod", Qt::Key_Down);
+    EXPECT_EQ(text("txtScnPeriod"), "3");
+    key("txtScnPeriod", Qt::Key_Up);
+    EXPECT_EQ(text("txtScnPeriod"), "13");
+}
+
+TEST_F(KeyboardTest, StepsUnderstandWhatThePeriodUnderstands) {
+    paste("txtScnPeriod", "&H64");
+    key("txtScnPeriod", Qt::Key_Up);
+    EXPECT_EQ(text("txtScnPeriod"), "110");
 }
 
 TEST_F(KeyboardTest, PeriodOfAnOpenPortTakesNoWheel) {

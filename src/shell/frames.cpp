@@ -1,0 +1,111 @@
+#include "shell/frames.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QListView>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QStyle>
+
+namespace varda {
+namespace {
+
+/// A context menu with one entry, which copies a text.
+void showCopyMenu(QWidget* field, const QPoint& where, const QString& text) {
+    auto* const menu = new QMenu(field);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* const copy =
+        menu->addAction(QObject::tr("Copy"), field, [text] { QGuiApplication::clipboard()->setText(text); });
+    copy->setObjectName(QStringLiteral("copyFrame"));
+    copy->setEnabled(!text.isEmpty());
+    menu->popup(where);
+}
+
+/// Stands ahead of a frame text and its scroll bar, which do nothing by themselves while they are disabled.
+class FrameReader : public QObject {
+public:
+    explicit FrameReader(QPlainTextEdit* frame) : QObject(frame), frame_(frame) {
+        frame->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        for (QObject* const part : {static_cast<QObject*>(frame), static_cast<QObject*>(frame->viewport()),
+                                    static_cast<QObject*>(frame->verticalScrollBar())}) {
+            part->installEventFilter(this);
+        }
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ContextMenu && watched != frame_->verticalScrollBar()) {
+            showCopyMenu(frame_, static_cast<const QContextMenuEvent*>(event)->globalPos(), chosenText());
+            return true;
+        }
+        return !frame_->isEnabled() && scroll(watched, event);
+    }
+
+private:
+    QString chosenText() const {
+        const QString selected = frame_->textCursor().selectedText();
+        return selected.isEmpty() ? frame_->toPlainText() : selected;
+    }
+
+    bool scroll(const QObject* watched, const QEvent* event) {
+        QScrollBar* const bar = frame_->verticalScrollBar();
+        if (event->type() == QEvent::Wheel) {
+            turned_ += static_cast<const QWheelEvent*>(event)->angleDelta().y();
+            const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
+            turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+            bar->setValue(bar->value() - steps);
+            return true;
+        }
+        if (watched == bar &&
+            (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseMove)) {
+            const auto place = static_cast<const QMouseEvent*>(event)->position().toPoint();
+            bar->setValue(QStyle::sliderValueFromPosition(0, bar->maximum(), place.y(), bar->height() - 1));
+            return true;
+        }
+        return false;
+    }
+
+    QPlainTextEdit* frame_;
+    int turned_ = 0; ///< of the wheel since its last step, in eighths of a degree
+};
+
+/// Gives a list of frames its menu; pressing the right button chooses no line, for a run goes on from that
+/// one.
+class ListCopier : public QObject {
+public:
+    explicit ListCopier(QListView* list) : QObject(list), list_(list) {
+        list->viewport()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::ContextMenu) {
+            const auto& menu = *static_cast<const QContextMenuEvent*>(event);
+            const bool byMouse = menu.reason() == QContextMenuEvent::Mouse;
+            const QModelIndex line = byMouse ? list_->indexAt(menu.pos()) : list_->currentIndex();
+            showCopyMenu(list_, menu.globalPos(), line.data().toString());
+            return true;
+        }
+        return event->type() == QEvent::MouseButtonPress &&
+               static_cast<const QMouseEvent*>(event)->button() == Qt::RightButton;
+    }
+
+private:
+    QListView* list_;
+};
+
+} // namespace
+
+void keepFramesReadable(QWidget* window) {
+    for (QPlainTextEdit* const frame : window->findChildren<QPlainTextEdit*>()) {
+        new FrameReader(frame);
+    }
+    for (QListView* const list : window->findChildren<QListView*>()) {
+        if (list->objectName().startsWith(QLatin1String("lst")) &&
+            list->contextMenuPolicy() != Qt::NoContextMenu) {
+            new ListCopier(list);
+        }
+    }
+}
+
+} // namespace varda
