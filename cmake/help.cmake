@@ -1,5 +1,5 @@
 # The manual of docs/help as a help file beside the program: varda_help, part of the build wherever chmcmd is there.
-# And screenshots: brings the pictures of docs/images up to date by taking the guided tour.
+# And screenshots: brings the pictures of docs/help/images up to date by taking the guided tour.
 
 set(help_file "")
 find_program(CHM_COMPILER NAMES chmcmd chmcmd-3.2.2)
@@ -12,16 +12,15 @@ if(CHM_COMPILER)
     # What the project file names is what the help file is made of.
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${help_folder}/varda.hhp)
     file(STRINGS ${help_folder}/varda.hhp help_sources REGEX "^[a-z0-9/-]+\\.(html|css|png)$")
-    list(TRANSFORM help_sources REPLACE "^images/" "../images/")
     list(APPEND help_sources varda.hhp varda.hhc varda.hhk)
     list(TRANSFORM help_sources PREPEND ${help_folder}/)
     add_custom_command(OUTPUT ${help_file}
-        COMMAND ${CMAKE_COMMAND} -D docs=${PROJECT_SOURCE_DIR}/docs -D stage=${help_stage}
-            -P ${PROJECT_SOURCE_DIR}/cmake/stage_help.cmake
+        # chmcmd writes beside the project file.
+        COMMAND ${CMAKE_COMMAND} -E copy_directory ${help_folder} ${help_stage}
         # Scanning the pages would add nothing: the project file names everything.
         COMMAND ${CMAKE_COMMAND} -E chdir ${help_stage} ${CHM_COMPILER} --no-html-scan varda.hhp
         COMMAND ${CMAKE_COMMAND} -E copy ${help_stage}/VARDA.CHM ${help_file}
-        DEPENDS ${help_sources} ${PROJECT_SOURCE_DIR}/cmake/stage_help.cmake
+        DEPENDS ${help_sources}
         VERBATIM
         COMMENT "Manual VARDA.CHM")
     add_custom_target(varda_help ALL DEPENDS ${help_file})
