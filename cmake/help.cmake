@@ -1,6 +1,7 @@
 # The manual of docs/help as a help file beside the program: varda_help, part of the build wherever chmcmd is there.
 # And screenshots: brings the pictures of docs/help/images up to date by taking the guided tour.
 
+set(help_folder ${PROJECT_SOURCE_DIR}/docs/help)
 set(help_file "")
 find_program(CHM_COMPILER NAMES chmcmd chmcmd-3.2.2)
 find_program(CHM_LISTER NAMES chmls chmls-3.2.2)
@@ -8,7 +9,6 @@ find_program(CHM_LISTER NAMES chmls chmls-3.2.2)
 if(CHM_COMPILER)
     set(help_file ${PROJECT_BINARY_DIR}/bin/VARDA.CHM)
     set(help_stage ${PROJECT_BINARY_DIR}/help)
-    set(help_folder ${PROJECT_SOURCE_DIR}/docs/help)
     # What the project file names is what the help file is made of.
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${help_folder}/varda.hhp)
     file(STRINGS ${help_folder}/varda.hhp help_sources REGEX "^[a-z0-9/-]+\\.(html|css|png)$")
@@ -32,8 +32,8 @@ endif()
 add_custom_target(screenshots
     COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen LC_CTYPE=C.UTF-8
         $<TARGET_FILE:varda_tour> ${PROJECT_BINARY_DIR}/screenshots
-    COMMAND ${CMAKE_COMMAND} -D source=${PROJECT_SOURCE_DIR} -D tour=${PROJECT_BINARY_DIR}/screenshots
+    COMMAND ${CMAKE_COMMAND} -D help=${help_folder} -D tour=${PROJECT_BINARY_DIR}/screenshots
         -P ${PROJECT_SOURCE_DIR}/cmake/take_pictures.cmake
     DEPENDS varda_tour
     VERBATIM USES_TERMINAL
-    COMMENT "Pictures of the documents")
+    COMMENT "Pictures of the manual")

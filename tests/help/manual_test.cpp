@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QMap>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -83,11 +84,25 @@ TEST_F(ManualTest, EveryPictureOfAPageIsInTheFolderOfPictures) {
 }
 
 TEST_F(ManualTest, EveryPictureOfTheFolderIsShownSomewhere) {
-    const QString shown = readText(folder("/README.md")) + picturesOfPages().join(QLatin1Char(' '));
+    const QStringList shown = picturesOfPages();
     const QStringList pictures = QDir(folder("/docs/help/images")).entryList(QDir::Files);
     for (const QString& picture : pictures) {
         EXPECT_TRUE(shown.contains(QStringLiteral("images/") + picture)) << picture.toStdString();
     }
+}
+
+/// Only those are taken anew with the guided tour.
+TEST_F(ManualTest, EveryPictureOfTheReadmeIsOneOfTheManual) {
+    static const QRegularExpression shownPicture(QStringLiteral(R"re(!\[[^\]]*\]\(([^)]*)\))re"));
+    static const QLatin1String manual("docs/help/");
+    const QStringList files = readSection(project(), QStringLiteral("FILES"));
+    int pictures = 0;
+    for (auto match = shownPicture.globalMatch(readText(folder("/README.md"))); match.hasNext(); ++pictures) {
+        const QString picture = match.next().captured(1);
+        EXPECT_TRUE(picture.startsWith(manual) && files.contains(picture.mid(manual.size())))
+            << picture.toStdString();
+    }
+    EXPECT_GT(pictures, 0);
 }
 
 TEST_F(ManualTest, ContentsNameEveryPageOnceByItsTitle) {
