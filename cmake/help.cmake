@@ -1,10 +1,9 @@
-# The manual of docs/help as a help file beside the program: varda_help, part of the build wherever chmcmd is there.
+# The manual of docs/help as a help file beside the program: varda_help, built with varda wherever chmcmd is there.
 # And screenshots: brings the pictures of docs/help/images up to date by taking the guided tour.
 
 set(help_folder ${PROJECT_SOURCE_DIR}/docs/help)
 set(help_file "")
 find_program(CHM_COMPILER NAMES chmcmd chmcmd-3.2.2)
-find_program(CHM_LISTER NAMES chmls chmls-3.2.2)
 
 if(CHM_COMPILER)
     set(help_file ${PROJECT_BINARY_DIR}/bin/VARDA.CHM)
@@ -23,7 +22,7 @@ if(CHM_COMPILER)
         DEPENDS ${help_sources}
         VERBATIM
         COMMENT "Manual VARDA.CHM")
-    add_custom_target(varda_help ALL DEPENDS ${help_file})
+    add_custom_target(varda_help DEPENDS ${help_file})
     add_dependencies(varda varda_help)
 else()
     message(STATUS "No chmcmd (Debian package fp-utils): the program is built without its manual VARDA.CHM")
