@@ -33,13 +33,7 @@ configure_file(${packaging}/${VARDA_APPLICATION_ID}.metainfo.xml.in ${made}/${VA
 configure_file(${packaging}/varda.1.in ${made}/varda.1 @ONLY)
 install(FILES ${packaging}/${VARDA_APPLICATION_ID}.desktop DESTINATION share/applications)
 install(FILES ${made}/${VARDA_APPLICATION_ID}.metainfo.xml DESTINATION share/metainfo)
-
-install(FILES ${packaging}/icons/varda.svg
-    DESTINATION share/icons/hicolor/scalable/apps RENAME ${VARDA_APPLICATION_ID}.svg)
-foreach(size IN ITEMS 16 24 32 48 64 128 256)
-    install(FILES ${packaging}/icons/varda-${size}.png
-        DESTINATION share/icons/hicolor/${size}x${size}/apps RENAME ${VARDA_APPLICATION_ID}.png)
-endforeach()
+install(DIRECTORY ${packaging}/icons/hicolor DESTINATION share/icons)
 
 # Debian wants both compressed as far as it goes, without name and time. Part of the program, so that it can be installed
 # once it is built.
