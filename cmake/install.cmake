@@ -33,23 +33,16 @@ configure_file(${packaging}/${VARDA_APPLICATION_ID}.metainfo.xml.in ${made}/${VA
 configure_file(${packaging}/varda.1.in ${made}/varda.1 @ONLY)
 install(FILES ${packaging}/${VARDA_APPLICATION_ID}.desktop DESTINATION share/applications)
 install(FILES ${made}/${VARDA_APPLICATION_ID}.metainfo.xml DESTINATION share/metainfo)
+install(DIRECTORY ${packaging}/icons/hicolor DESTINATION share/icons)
 
-install(FILES ${packaging}/icons/varda.svg
-    DESTINATION share/icons/hicolor/scalable/apps RENAME ${VARDA_APPLICATION_ID}.svg)
-foreach(size IN ITEMS 16 24 32 48 64 128 256)
-    install(FILES ${packaging}/icons/varda-${size}.png
-        DESTINATION share/icons/hicolor/${size}x${size}/apps RENAME ${VARDA_APPLICATION_ID}.png)
-endforeach()
-
-# Debian wants both compressed as far as it goes, without name and time. Part of the program, so that it can be installed
-# once it is built.
+# Debian wants both compressed as far as it goes, without name and time. Part of a full build, not of the program: that can be
+# built where bash or GNU's date is lacking.
 add_custom_command(OUTPUT ${made}/changelog.gz ${made}/varda.1.gz
     COMMAND ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md "${VARDA_MAINTAINER}" > ${made}/changelog
     COMMAND gzip -9nkf ${made}/changelog ${made}/varda.1
     DEPENDS ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${made}/varda.1
     COMMENT "Changelog and manual page"
     VERBATIM)
-add_custom_target(varda_documents DEPENDS ${made}/changelog.gz ${made}/varda.1.gz)
-add_dependencies(varda varda_documents)
+add_custom_target(varda_documents ALL DEPENDS ${made}/changelog.gz ${made}/varda.1.gz)
 install(FILES ${made}/changelog.gz DESTINATION share/doc/varda)
 install(FILES ${made}/varda.1.gz DESTINATION share/man/man1)

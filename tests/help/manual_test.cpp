@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QMap>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -77,17 +78,31 @@ TEST_F(ManualTest, EveryPictureOfAPageIsInTheFolderOfPictures) {
     const QStringList pictures = picturesOfPages();
     ASSERT_FALSE(pictures.isEmpty());
     for (const QString& picture : pictures) {
-        EXPECT_TRUE(picture.startsWith(QLatin1String("../images/"))) << picture.toStdString();
+        EXPECT_TRUE(picture.startsWith(QLatin1String("images/"))) << picture.toStdString();
         EXPECT_TRUE(QFile::exists(folder("/docs/help/") + picture)) << picture.toStdString();
     }
 }
 
 TEST_F(ManualTest, EveryPictureOfTheFolderIsShownSomewhere) {
-    const QString shown = readText(folder("/README.md")) + picturesOfPages().join(QLatin1Char(' '));
-    const QStringList pictures = QDir(folder("/docs/images")).entryList(QDir::Files);
+    const QStringList shown = picturesOfPages();
+    const QStringList pictures = QDir(folder("/docs/help/images")).entryList(QDir::Files);
     for (const QString& picture : pictures) {
         EXPECT_TRUE(shown.contains(QStringLiteral("images/") + picture)) << picture.toStdString();
     }
+}
+
+/// Only those are taken anew with the guided tour.
+TEST_F(ManualTest, EveryPictureOfTheReadmeIsOneOfTheManual) {
+    static const QRegularExpression shownPicture(QStringLiteral(R"re(!\[[^\]]*\]\(([^)]*)\))re"));
+    static const QLatin1String manual("docs/help/");
+    const QStringList files = readSection(project(), QStringLiteral("FILES"));
+    int pictures = 0;
+    for (auto match = shownPicture.globalMatch(readText(folder("/README.md"))); match.hasNext(); ++pictures) {
+        const QString picture = match.next().captured(1);
+        EXPECT_TRUE(picture.startsWith(manual) && files.contains(picture.mid(manual.size())))
+            << picture.toStdString();
+    }
+    EXPECT_GT(pictures, 0);
 }
 
 TEST_F(ManualTest, ContentsNameEveryPageOnceByItsTitle) {
@@ -111,11 +126,8 @@ TEST_F(ManualTest, EveryEntryOfTheIndexLeadsSomewhere) {
 
 TEST_F(ManualTest, ProjectNamesEveryPageAndPictureAndNothingElse) {
     QStringList needed = pages.keys();
+    needed += picturesOfPages();
     needed.append(QStringLiteral("style.css"));
-    const QStringList pictures = picturesOfPages();
-    for (const QString& picture : pictures) {
-        needed.append(picture.mid(3)); // pictures stand below the pages in the help file
-    }
     needed.removeDuplicates();
     needed.sort();
     QStringList files = readSection(project(), QStringLiteral("FILES"));

@@ -1,6 +1,3 @@
-// For systems with device nodes; node_claim_other.cpp is for the rest.
-#if defined(__unix__) || defined(__APPLE__)
-
 #include "platform/node_claim.h"
 
 #include "platform/comm_error.h"
@@ -136,5 +133,3 @@ std::size_t NodeClaim::waitingInDriver() const noexcept {
 }
 
 } // namespace varda
-
-#endif
