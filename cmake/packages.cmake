@@ -19,8 +19,7 @@ A controller is built in, so a first transaction needs no cable.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What is only looked for while the program runs: the window on a desktop that has no X11, letters where no desktop is
 # installed, what opens the manual, and a viewer for it.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core, xdg-utils")
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "kchmviewer | xchm")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, fonts-dejavu-core, xdg-utils, xchm | kchmviewer")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 # A .deb where there are .debs.

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QCompleter>
 #include <QEvent>
 #include <QLineEdit>
 #include <QListView>
@@ -48,19 +49,25 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts, const std:
     list->setEditText(start);
 }
 
-void keepTypedText(QComboBox* list) {
-    if (list->isEditable()) {
-        list->setInsertPolicy(QComboBox::NoInsert);
-        list->setCompleter(nullptr);
-        // Enter and leaving would look the text up in the list, and take an entry that differs in case only.
-        QObject::disconnect(list->lineEdit(), &QLineEdit::returnPressed, list, nullptr);
-        QObject::disconnect(list->lineEdit(), &QLineEdit::editingFinished, list, nullptr);
-    }
+void keepFromWheel(QComboBox* list) {
     list->setFocusPolicy(Qt::StrongFocus);
     list->installEventFilter(new WheelGuard(list));
     if (auto* const view = qobject_cast<QListView*>(list->view())) {
         view->setUniformItemSizes(true); // lists of 2048 numbers open at once
     }
+}
+
+void letTypeInto(QComboBox* list) {
+    static QCompleter nobody; // a text that has a completer gets none of the list's own
+    auto* const text = new QLineEdit(list);
+    text->setCompleter(&nobody);
+    list->setLineEdit(text);
+    text->setCompleter(nullptr);
+    list->setInsertPolicy(QComboBox::NoInsert);
+    // Enter and leaving would look the text up in the list, and take an entry that differs in case only.
+    QObject::disconnect(text, &QLineEdit::returnPressed, list, nullptr);
+    QObject::disconnect(text, &QLineEdit::editingFinished, list, nullptr);
+    keepFromWheel(list);
 }
 
 void keepPlaceWhenHidden(QWidget* field) {

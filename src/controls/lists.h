@@ -15,9 +15,13 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts);
 /// Fills a list and shows `startValue` in it.
 void fillList(QComboBox* list, const std::vector<std::string>& texts, const std::string& startValue);
 
-/// What is typed into a list stays as it is typed: no completion, no new entries, no choice by an accidental
-/// wheel turn.
-void keepTypedText(QComboBox* list);
+/// A list is not changed by an accidental wheel turn, and opens at once however long it is.
+void keepFromWheel(QComboBox* list);
+
+/// Lets a text be typed into a list, and does the same: what is typed stays as it is typed, with no
+/// completion and no new entries. The form leaves such a list closed, for an open one would come with a
+/// completer of its own, which is a tenth of the window's building time.
+void letTypeInto(QComboBox* list);
 
 /// Leaves the place of a hidden field empty; else the fields beside it would jump.
 void keepPlaceWhenHidden(QWidget* field);

@@ -20,7 +20,7 @@ RegisterFields::RegisterFields(QComboBox* kind, QComboBox* number, QComboBox* bi
     }
     for (QComboBox* const list : {kind, number, bit, count}) {
         if (list != nullptr) {
-            keepTypedText(list);
+            letTypeInto(list);
         }
     }
 }

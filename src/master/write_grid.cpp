@@ -34,7 +34,6 @@ WriteGrid::WriteGrid(QTableWidget* grid, std::function<void(int position)> edit)
     grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid_->setSelectionMode(QAbstractItemView::SingleSelection);
     grid_->setTabKeyNavigation(false);
-    setSizes();
     grid_->installEventFilter(this);
     connect(grid_, &QTableWidget::cellClicked, this,
             [this](int row, int column) { edit_(row * columns + column + 1); });
@@ -124,6 +123,9 @@ void WriteGrid::setHexadecimal(int position, bool hexadecimal) {
 }
 
 bool WriteGrid::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show && !std::exchange(isSized_, true)) {
+        setSizes(); // not before it is seen: measuring its font would hold up the start
+    }
     if (event->type() == QEvent::KeyPress && grid_->currentRow() >= 0) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) {

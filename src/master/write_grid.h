@@ -50,6 +50,7 @@ private:
 
     QTableWidget* grid_;
     std::function<void(int position)> edit_;
+    bool isSized_ = false;
 };
 
 } // namespace varda

@@ -150,15 +150,15 @@ void FrmVarda::Form_Load() {
 }
 
 void FrmVarda::fillSerialLists() {
+    for (QComboBox* const list :
+         {ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit, ui_->cbStopBit, ui_->cbParityBit}) {
+        letTypeInto(list);
+    }
     fillList(ui_->cbPort, portListTexts(), "COM1");
     fillList(ui_->cbBaudRate, {"38400", "19200", "9600", "4800", "2400"}, "9600");
     fillList(ui_->cbDataBit, {"8", "7", "6"}, "8");
     fillList(ui_->cbStopBit, {"1", "2"}, "1");
     fillList(ui_->cbParityBit, {"NONE", "EVEN", "ODD"}, "NONE");
-    for (QComboBox* const list :
-         {ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit, ui_->cbStopBit, ui_->cbParityBit}) {
-        keepTypedText(list);
-    }
     offerRealPorts(ui_->cbPort);
 }
 

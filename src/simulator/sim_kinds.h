@@ -23,7 +23,7 @@ struct SimKind {
     std::string (*makeAnswer)(const SimFields& fields);
 };
 
-constexpr std::array<SimKind, 4> simKinds = {{
+inline constexpr std::array<SimKind, 4> simKinds = {{
     {"Bit Read", "Bit Read ANS", Access::Bit, false, "BIT_READ", SimPoint::BitRead, MakeSimBitReadFormat,
      MakeSimBitReadAnsFormat},
     {"Word Read", "Word Read ANS", Access::Word, false, "WORD_READ", SimPoint::WordRead,

@@ -46,8 +46,12 @@ SimulationPage::SimulationPage(const PageContext& context, FileDialogs& files, Q
       lists_(new PacketLists(context, files, *ui_, this, [this](int row) { lstSimReceive_DblClick(row); })),
       responder_(context.link.state(), context.link.port(), context.form, lists_->table(),
                  [this](int pair) { lists_->selectPair(pair); }) {
-    for (QComboBox* const list : findChildren<QComboBox*>()) {
-        keepTypedText(list);
+    for (QComboBox* const list : {ui_->cbSimMode, ui_->cbSimModeS}) {
+        keepFromWheel(list);
+    }
+    for (QComboBox* const list :
+         {ui_->cbSimDA, ui_->cbSimSA, ui_->cbSimReg, ui_->cbSimAddress, ui_->cbSimBit, ui_->cbSimLength}) {
+        letTypeInto(list);
     }
     for (QWidget* const onlyForBits :
          {static_cast<QWidget*>(ui_->lblSimPoint), static_cast<QWidget*>(ui_->cbSimBit),
