@@ -7,8 +7,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QProxyStyle>
+#include <QStyleOption>
 #include <QTabBar>
 
 #include <algorithm>
@@ -18,12 +20,32 @@ namespace {
 
 class WholeFrames : public QProxyStyle {
 public:
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element == PE_Frame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
+            drawEdges(option->rect, option->palette.color(QPalette::Window).darker(outlineDarkness), painter);
+        } else {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        }
+    }
+
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         constexpr int wholeFrame = 2;
         if (metric == PM_DefaultFrameWidth && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
             return wholeFrame;
         }
         return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+private:
+    static constexpr int outlineDarkness = 140; ///< in percent, as the style's other outlines
+
+    /// Filled, an edge covers a pixel wherever it falls; as a line it may fall between two.
+    static void drawEdges(const QRect& frame, const QColor& colour, QPainter* painter) {
+        painter->fillRect(frame.x(), frame.y(), frame.width(), 1, colour);
+        painter->fillRect(frame.x(), frame.bottom(), frame.width(), 1, colour);
+        painter->fillRect(frame.x(), frame.y(), 1, frame.height(), colour);
+        painter->fillRect(frame.right(), frame.y(), 1, frame.height(), colour);
     }
 };
 
