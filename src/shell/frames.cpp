@@ -34,12 +34,20 @@ public:
         }
     }
 
+    /// The kind of event is asked first: while the frame is taken down, others still come by, and it is no
+    /// frame then.
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::ContextMenu && watched != frame_->verticalScrollBar()) {
-            showCopyMenu(frame_, static_cast<const QContextMenuEvent*>(event)->globalPos(), chosenText());
-            return true;
+        switch (event->type()) {
+        case QEvent::ContextMenu:
+            return showMenu(watched, *static_cast<const QContextMenuEvent*>(event));
+        case QEvent::Wheel:
+            return !frame_->isEnabled() && turn(*static_cast<const QWheelEvent*>(event));
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseMove:
+            return !frame_->isEnabled() && drag(watched, *static_cast<const QMouseEvent*>(event));
+        default:
+            return false;
         }
-        return !frame_->isEnabled() && scroll(watched, event);
     }
 
 private:
@@ -48,22 +56,31 @@ private:
         return selected.isEmpty() ? frame_->toPlainText() : selected;
     }
 
-    bool scroll(const QObject* watched, const QEvent* event) {
+    bool showMenu(const QObject* watched, const QContextMenuEvent& event) {
+        if (watched == frame_->verticalScrollBar()) {
+            return false;
+        }
+        showCopyMenu(frame_, event.globalPos(), chosenText());
+        return true;
+    }
+
+    bool turn(const QWheelEvent& wheel) {
         QScrollBar* const bar = frame_->verticalScrollBar();
-        if (event->type() == QEvent::Wheel) {
-            turned_ += static_cast<const QWheelEvent*>(event)->angleDelta().y();
-            const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
-            turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
-            bar->setValue(bar->value() - steps);
-            return true;
+        turned_ += wheel.angleDelta().y();
+        const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
+        turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+        bar->setValue(bar->value() - steps);
+        return true;
+    }
+
+    bool drag(const QObject* watched, const QMouseEvent& mouse) {
+        QScrollBar* const bar = frame_->verticalScrollBar();
+        if (watched != bar) {
+            return false;
         }
-        if (watched == bar &&
-            (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseMove)) {
-            const auto place = static_cast<const QMouseEvent*>(event)->position().toPoint();
-            bar->setValue(QStyle::sliderValueFromPosition(0, bar->maximum(), place.y(), bar->height() - 1));
-            return true;
-        }
-        return false;
+        const int place = mouse.position().toPoint().y();
+        bar->setValue(QStyle::sliderValueFromPosition(0, bar->maximum(), place, bar->height() - 1));
+        return true;
     }
 
     QPlainTextEdit* frame_;
