@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QSet>
 #include <QStandardPaths>
 
 namespace varda {
@@ -20,11 +21,20 @@ RuntimeError nothingStarted(const QString& file, const QString& reason) {
     return fileNotFound(file.toStdString() + ": " + reason.toStdString());
 }
 
-/// A process that outlives its object's owner: it is deleted when it ends, and let go with this program.
+/// The programs that run yet. Never taken down: they are let go at the end of this program, where deleting
+/// them would end them as well.
+QSet<QObject*>& running() {
+    static auto* const processes = new QSet<QObject*>;
+    return *processes;
+}
+
+/// Starts a process that is deleted when it ends.
 /// @param ended told whether it could be started, and ended well
 void start(const QString& program, const QString& argument, QObject* context,
            const std::function<void(bool started, bool endedWell)>& ended) {
     auto* const process = new QProcess;
+    running().insert(process);
+    QObject::connect(process, &QObject::destroyed, [process] { running().remove(process); });
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
