@@ -65,7 +65,7 @@ std::string spokenName(QWidget* control) {
         return interface != nullptr ? interface->text(QAccessible::Name).toStdString() : std::string();
     }
     for (const auto& [label, relation] : interface->relations(QAccessible::Label)) {
-        if (const std::string name = label->text(QAccessible::Name).toStdString(); !name.empty()) {
+        if (std::string name = label->text(QAccessible::Name).toStdString(); !name.empty()) {
             return name;
         }
     }
