@@ -6,7 +6,6 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -49,10 +48,7 @@ bool PeriodSteps::takeKey(const QKeyEvent& key) {
 }
 
 bool PeriodSteps::takeWheel(const QWheelEvent& wheel) {
-    turned_ += wheel.angleDelta().y();
-    const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
-    turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
-    if (steps != 0) {
+    if (const int steps = wheelSteps_.take(wheel); steps != 0) {
         change(steps, wheel.modifiers());
     }
     return true;
@@ -60,10 +56,10 @@ bool PeriodSteps::takeWheel(const QWheelEvent& wheel) {
 
 void PeriodSteps::change(int steps, Qt::KeyboardModifiers modifiers) {
     const int size = (modifiers & Qt::ControlModifier) != 0 ? stepWithControl : step;
-    const int typed = typedPeriod(field_->text());
-    const int lowest =
-        std::min(typed, range_.lowest); // a step down never raises what was typed below the range
-    const int highest = std::max(typed, range_.highest);
+    const qint64 typed =
+        typedPeriod(field_->text()); // a step beyond the largest number is none of the smallest
+    const qint64 lowest = std::min<qint64>(typed, range_.lowest); // a step down raises nothing
+    const qint64 highest = std::max<qint64>(typed, range_.highest);
     field_->setText(QString::number(std::clamp(typed + steps * size, lowest, highest)));
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "controls/wheel_steps.h"
+
 #include <QObject>
 
 class QKeyEvent;
 class QLineEdit;
-class QWheelEvent;
 
 namespace varda {
 
@@ -31,7 +32,7 @@ private:
 
     QLineEdit* field_;
     Range range_;
-    int turned_ = 0; ///< of the wheel since its last step, in eighths of a degree
+    WheelSteps wheelSteps_;
 };
 
 } // namespace varda

@@ -1,5 +1,7 @@
 #include "shell/frames.h"
 
+#include "controls/wheel_steps.h"
+
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -66,10 +68,7 @@ private:
 
     bool turn(const QWheelEvent& wheel) {
         QScrollBar* const bar = frame_->verticalScrollBar();
-        turned_ += wheel.angleDelta().y();
-        const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
-        turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
-        bar->setValue(bar->value() - steps);
+        bar->setValue(bar->value() - wheelSteps_.take(wheel));
         return true;
     }
 
@@ -84,7 +83,7 @@ private:
     }
 
     QPlainTextEdit* frame_;
-    int turned_ = 0; ///< of the wheel since its last step, in eighths of a degree
+    WheelSteps wheelSteps_;
 };
 
 /// Gives a list of frames its menu; pressing the right button chooses no line, for a run goes on from that

@@ -29,8 +29,8 @@ FrmAbout::FrmAbout(const QString& title, QWidget* parent)
 FrmAbout::~FrmAbout() = default;
 
 bool FrmAbout::eventFilter(QObject* watched, QEvent* event) {
-    constexpr int linkLength = 9; // "Home page"
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        const auto linkLength = static_cast<int>(ui_->homePageLink->accessibleName().size());
         ui_->homePageLink->setSelection(0, event->type() == QEvent::FocusIn ? linkLength : 0);
     } else if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<const QKeyEvent*>(event)->key();

@@ -2,7 +2,6 @@
 
 #include "support/ordinary_user.h"
 #include "support/profile_file_checks.h"
-#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -16,29 +15,23 @@ namespace varda {
 namespace {
 
 using test::expectUnreadable;
+using test::oldContent;
 using test::OrdinaryUser;
-using test::TemporaryFolder;
 using test::totalOf;
 using test::writeBytes;
 
 namespace fs = std::filesystem;
 
-const std::string content = "[Information]\r\nTotal=3\r\n";
-
-class ProfileFileLoadingPosix : public testing::Test {
-protected:
-    TemporaryFolder folder_;
-    std::string path_ = folder_.file("table.ini");
-};
+class ProfileFileLoadingPosix : public test::ProfileFileTest {};
 
 TEST_F(ProfileFileLoadingPosix, ReadsAFileWhoseNameIsNoText) {
     path_ = folder_.file("table-\xE4\xFF.ini"); // bytes are a name, whether they are UTF-8 or not
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     EXPECT_EQ(totalOf(ProfileFile::load(path_)), "3");
 }
 
 TEST_F(ProfileFileLoadingPosix, ReadsThroughASymbolicLink) {
-    writeBytes(folder_.file("target"), content);
+    writeBytes(folder_.file("target"), oldContent);
     fs::create_symlink("target", path_);
     EXPECT_EQ(totalOf(ProfileFile::load(path_)), "3");
 }
@@ -54,7 +47,7 @@ TEST_F(ProfileFileLoadingPosix, DevicesAreUnreadable) {
 }
 
 TEST_F(ProfileFileLoadingPosix, AFileWithoutTheRightToReadIsUnreadable) {
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     fs::permissions(path_, fs::perms(0200));
     const OrdinaryUser user;
     expectUnreadable(path_, 70, "permission denied");
@@ -62,7 +55,7 @@ TEST_F(ProfileFileLoadingPosix, AFileWithoutTheRightToReadIsUnreadable) {
 
 TEST_F(ProfileFileLoadingPosix, AFileInAFolderWithoutTheRightToEnterIsUnreadable) {
     fs::create_directory(folder_.file("closed"));
-    writeBytes(folder_.file("closed/table.ini"), content);
+    writeBytes(folder_.file("closed/table.ini"), oldContent);
     fs::permissions(folder_.file("closed"), fs::perms(0600));
     const OrdinaryUser user;
     expectUnreadable(folder_.file("closed/table.ini"), 70, "permission denied");
@@ -74,7 +67,7 @@ TEST_F(ProfileFileLoadingPosix, ALoopOfLinksIsUnreadable) {
 }
 
 TEST_F(ProfileFileLoadingPosix, AFileOfATerabyteIsRefusedWithoutReadingItWhole) {
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     fs::resize_file(path_, std::uintmax_t{1} << 40U);
     expectUnreadable(path_, 75, "is too large");
 }

@@ -2,7 +2,6 @@
 #include "platform/profile_file.h"
 
 #include "support/profile_file_checks.h"
-#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -15,22 +14,16 @@ namespace {
 
 using test::bytesOf;
 using test::expectUnreadable;
-using test::TemporaryFolder;
+using test::oldContent;
 using test::totalOf;
 using test::writeBytes;
 
 namespace fs = std::filesystem;
 
-const std::string content = "[Information]\r\nTotal=3\r\n";
-
-class ProfileFileLoading : public testing::Test {
-protected:
-    TemporaryFolder folder_;
-    std::string path_ = folder_.file("table.ini");
-};
+class ProfileFileLoading : public test::ProfileFileTest {};
 
 TEST_F(ProfileFileLoading, ReadsAFile) {
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     const ProfileFile file = ProfileFile::load(path_);
     EXPECT_EQ(totalOf(file), "3");
     EXPECT_FALSE(file.problem().has_value());
@@ -38,7 +31,7 @@ TEST_F(ProfileFileLoading, ReadsAFile) {
 
 TEST_F(ProfileFileLoading, ReadsAFileWhoseNameIsNotAscii) {
     path_ = folder_.file(test::notAscii);
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     EXPECT_EQ(folder_.names(), std::vector<std::string>{test::notAscii});
     EXPECT_EQ(totalOf(ProfileFile::load(path_)), "3");
 }
@@ -57,19 +50,19 @@ TEST_F(ProfileFileLoading, AFolderIsUnreadable) {
 }
 
 TEST_F(ProfileFileLoading, AFileWithAZeroByteIsNoText) {
-    writeBytes(path_, content + std::string(1, '\0'));
+    writeBytes(path_, oldContent + std::string(1, '\0'));
     expectUnreadable(path_, 75, "is no text file");
-    EXPECT_EQ(bytesOf(path_), content + std::string(1, '\0'));
+    EXPECT_EQ(bytesOf(path_), oldContent + std::string(1, '\0'));
 }
 
 TEST_F(ProfileFileLoading, AFileJustAboveTheLimitIsUnreadable) {
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     fs::resize_file(filePath(path_), ProfileFile::sizeLimit + 1);
     expectUnreadable(path_, 75, "is too large");
 }
 
 TEST_F(ProfileFileLoading, AFileOfJustTheLimitIsRead) {
-    std::string text = content + ";";
+    std::string text = oldContent + ";";
     text.resize(ProfileFile::sizeLimit, 'x');
     writeBytes(path_, text);
     EXPECT_EQ(totalOf(ProfileFile::load(path_)), "3");
@@ -78,7 +71,7 @@ TEST_F(ProfileFileLoading, AFileOfJustTheLimitIsRead) {
 TEST_F(ProfileFileLoading, AnEmptyPathIsUnreadable) { expectUnreadable("", 75, "could not be read"); }
 
 TEST_F(ProfileFileLoading, AZeroByteInAPathDoesNotLeadToTheFileNamedBeforeIt) {
-    writeBytes(path_, content);
+    writeBytes(path_, oldContent);
     const ProfileFile file = ProfileFile::load(path_ + std::string("\0.ini", 5));
     EXPECT_EQ(totalOf(file), "missing");
     ASSERT_TRUE(file.problem().has_value());

@@ -3,7 +3,6 @@
 
 #include "support/ordinary_user.h"
 #include "support/profile_file_checks.h"
-#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -19,20 +18,13 @@ namespace {
 
 using test::bytesOf;
 using test::expectRefused;
+using test::newContent;
+using test::newFile;
+using test::oldContent;
 using test::OrdinaryUser;
-using test::TemporaryFolder;
 using test::writeBytes;
 
 namespace fs = std::filesystem;
-
-const std::string oldContent = "[S]\r\nk=old\r\n";
-const std::string newContent = "[S]\r\nk=new\r\n";
-
-ProfileFile newFile() {
-    ProfileFile file;
-    file.setValue("S", "k", "new");
-    return file;
-}
 
 unsigned modeOf(const std::string& path) {
     struct stat status {};
@@ -40,11 +32,7 @@ unsigned modeOf(const std::string& path) {
     return status.st_mode & 07777U;
 }
 
-class ProfileFileSavingPosix : public testing::Test {
-protected:
-    TemporaryFolder folder_;
-    std::string path_ = folder_.file("table.ini");
-};
+class ProfileFileSavingPosix : public test::ProfileFileTest {};
 
 TEST_F(ProfileFileSavingPosix, CreatesAFileWithThePermissionsOfANewFile) {
     const mode_t oldMask = ::umask(027);

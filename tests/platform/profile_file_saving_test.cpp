@@ -3,7 +3,6 @@
 #include "platform/scope_exit.h"
 
 #include "support/profile_file_checks.h"
-#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -16,25 +15,14 @@ namespace {
 
 using test::bytesOf;
 using test::expectRefused;
-using test::TemporaryFolder;
+using test::newContent;
+using test::newFile;
+using test::oldContent;
 using test::writeBytes;
 
 namespace fs = std::filesystem;
 
-const std::string oldContent = "[S]\r\nk=old\r\n";
-const std::string newContent = "[S]\r\nk=new\r\n";
-
-ProfileFile newFile() {
-    ProfileFile file;
-    file.setValue("S", "k", "new");
-    return file;
-}
-
-class ProfileFileSaving : public testing::Test {
-protected:
-    TemporaryFolder folder_;
-    std::string path_ = folder_.file("table.ini");
-};
+class ProfileFileSaving : public test::ProfileFileTest {};
 
 TEST_F(ProfileFileSaving, ReplacesAFileByAnotherOneOfTheSameName) {
     writeBytes(path_, oldContent);

@@ -2,7 +2,6 @@
 #include "platform/profile_file.h"
 
 #include "support/profile_file_checks.h"
-#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -16,28 +15,18 @@ namespace {
 using test::bytesOf;
 using test::expectRefused;
 using test::expectUnreadable;
-using test::TemporaryFolder;
+using test::newFile;
+using test::oldContent;
 using test::writeBytes;
 
 namespace fs = std::filesystem;
 
-const std::string oldContent = "[Information]\r\nTotal=3\r\n";
-
-ProfileFile newFile() {
-    ProfileFile file;
-    file.setValue("Information", "Total", "4");
-    return file;
-}
-
-class ProfileFileWindows : public testing::Test {
+class ProfileFileWindows : public test::ProfileFileTest {
 protected:
     void expectUntouched() const {
         EXPECT_EQ(bytesOf(path_), oldContent);
         EXPECT_EQ(folder_.entries(), 1);
     }
-
-    TemporaryFolder folder_;
-    std::string path_ = folder_.file("table.ini");
 };
 
 TEST_F(ProfileFileWindows, BothSlashesSeparateFolders) {

@@ -132,5 +132,30 @@ TEST_F(FramesTest, FramesCanBeSelectedWithTheKeyboard) {
     EXPECT_EQ(clipboard(), "FF");
 }
 
+/// The window as a desktop scaled to 150 % draws it.
+QImage scaledGrab(QWidget& window) {
+    constexpr double scale = 1.5;
+    QImage picture((QSizeF(window.size()) * scale).toSize(), QImage::Format_RGB32);
+    picture.setDevicePixelRatio(scale);
+    window.render(&picture);
+    return picture;
+}
+
+TEST_F(FramesTest, UpperEdgeIsDrawnWhereverItFallsOnAScaledDesktop) {
+    driver.click("optMode_2");
+    auto* const frame = driver.find<QPlainTextEdit>("txtSendMRData");
+    for (const int height : {720, 721, 722, 723}) { // an edge falls on a pixel, or between two
+        driver.window().resize(1000, height);
+        const QPoint corner = frame->mapTo(&driver.window(), QPoint(0, 0));
+        const QImage picture = scaledGrab(driver.window());
+        const int column = (corner.x() + frame->width() / 2) * 3 / 2;
+        const QRgb inside = picture.pixel(column, (corner.y() + frame->height() / 2) * 3 / 2);
+        const int top = corner.y() * 3 / 2;
+        EXPECT_TRUE(qGray(picture.pixel(column, top)) < qGray(inside) - 20 ||
+                    qGray(picture.pixel(column, top + 1)) < qGray(inside) - 20)
+            << height;
+    }
+}
+
 } // namespace
 } // namespace varda::test

@@ -154,6 +154,15 @@ TEST_F(KeyboardTest, StepDownNeverRaisesAPeriod) {
     EXPECT_EQ(text("txtScnPeriod"), "13");
 }
 
+TEST_F(KeyboardTest, StepBeyondTheLargestNumberLeavesIt) {
+    paste("txtScnPeriod", "2147483647");
+    key("txtScnPeriod", Qt::Key_Up);
+    EXPECT_EQ(text("txtScnPeriod"), "2147483647");
+    paste("txtScnPeriod", "-2147483648");
+    key("txtScnPeriod", Qt::Key_Down);
+    EXPECT_EQ(text("txtScnPeriod"), "-2147483648");
+}
+
 TEST_F(KeyboardTest, StepsUnderstandWhatThePeriodUnderstands) {
     paste("txtScnPeriod", "&H64");
     key("txtScnPeriod", Qt::Key_Up);

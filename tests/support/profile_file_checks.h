@@ -1,12 +1,30 @@
 #pragma once
 
 #include "platform/profile_file.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace varda::test {
+
+inline const std::string oldContent = "[Information]\r\nTotal=3\r\n";
+inline const std::string newContent = "[Information]\r\nTotal=4\r\n";
+
+/// What is saved as newContent.
+inline ProfileFile newFile() {
+    ProfileFile file;
+    file.setValue("Information", "Total", "4");
+    return file;
+}
+
+/// A profile file in a folder of its own.
+class ProfileFileTest : public testing::Test {
+protected:
+    TemporaryFolder folder_;
+    std::string path_ = folder_.file("table.ini");
+};
 
 inline std::string totalOf(const ProfileFile& file) {
     return file.value("Information", "Total", "missing", 1024);
