@@ -60,7 +60,7 @@ void PeriodSteps::change(int steps, Qt::KeyboardModifiers modifiers) {
         typedPeriod(field_->text()); // a step beyond the largest number is none of the smallest
     const qint64 lowest = std::min<qint64>(typed, range_.lowest); // a step down raises nothing
     const qint64 highest = std::max<qint64>(typed, range_.highest);
-    field_->setText(QString::number(std::clamp(typed + steps * size, lowest, highest)));
+    field_->setText(QString::number(std::clamp(typed + qint64{steps} * size, lowest, highest)));
 }
 
 } // namespace varda
