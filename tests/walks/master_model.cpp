@@ -74,6 +74,14 @@ void MasterModel::setText(const std::string& control, const std::string& text) {
     }
 }
 
+void MasterModel::editText(const std::string& control, const std::string& text) {
+    const bool stays = texts_[control].empty() && text.empty();
+    texts_[control] = text;
+    if (!stays) {
+        handleChange(control);
+    }
+}
+
 void MasterModel::handleChange(const std::string& control) {
     if (isStation(control)) {
         stationChanged(control);
@@ -112,7 +120,7 @@ void MasterModel::typeOver(const std::string& control, const std::string& keys) 
             period_.key(key, marked);
         } else {
             marked = marked && text(control) == before;
-            setText(control, (marked ? std::string() : text(control)) + key);
+            editText(control, (marked ? std::string() : text(control)) + key);
         }
         marked = false;
         answerBoxes();
@@ -171,7 +179,7 @@ void MasterModel::apply(const Action& action) {
             if (control == names_.period) {
                 period_.put(action.text);
             } else {
-                setText(control, action.text);
+                editText(control, action.text);
             }
         } else if (verb == "back") {
             handleKey(control);
@@ -376,7 +384,7 @@ Action MasterModel::drawCommon(std::mt19937& engine, const std::vector<std::stri
     case 6: return {"visit", "", std::to_string((static_cast<unsigned>(names_.mode) + 1 + engine() % 3) % 4)};
     case 7: return {anyOf({"enter", "escape", "clear", "back"}), anyOf(lists), ""};
     case 8: return {anyOf({"type", "put"}), anyOf(lists), anyOf(numberTexts)};
-    case 9: return {anyOf({"type", "put"}), names_.period, anyOf({"50", "100", "250", "40000", "x", "1234"})};
+    case 9: return {"put", names_.period, anyOf({"50", "100", "250", "40000", "x", "1234"})};
     case 10: return {"answer", "", std::to_string(engine() % 3 == 0 ? 1 + engine() % 20 : static_cast<unsigned>(expected_ > 0 ? expected_ : 7))};
     case 11:
     case 12: return {"tick", "", ""};

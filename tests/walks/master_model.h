@@ -98,6 +98,8 @@ private:
     void handleChange(const std::string& control);
     void handleKey(const std::string& control);
     void handleClick(const std::string& control);
+    /// The user alters a text; it may come out as it was.
+    void editText(const std::string& control, const std::string& text);
     void typeOver(const std::string& control, const std::string& keys);
     void press(const std::string& control);
     void openOrClose();

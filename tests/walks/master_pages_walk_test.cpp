@@ -1,5 +1,6 @@
 #include "walks/read_page_model.h"
 #include "walks/walk.h"
+#include "walks/write_page_model.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +8,10 @@ namespace varda::walks {
 
 TEST(MasterPagesWalk, ReadPage) {
     walk({0, [](std::uint_fast32_t /*seed*/) { return std::make_unique<ReadPageModel>(); }});
+}
+
+TEST(MasterPagesWalk, WritePage) {
+    walk({1, [](std::uint_fast32_t seed) { return std::make_unique<WritePageModel>(seed); }});
 }
 
 } // namespace varda::walks

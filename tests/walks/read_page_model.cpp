@@ -8,8 +8,8 @@ ReadPageModel::ReadPageModel()
                    "txtReceiveRData", "txtRStatus", "txtRStatus", "txtRStatus", "cmdRDSend", "cmdRDSend", true,
                    "500"}) {
     setEnabled("cmdRDSend", false);
-    setItems("cbRegBit", bitEntries());
     optionChosen();
+    setItems("cbRegBit", bitEntries());
 }
 
 std::vector<Action> ReadPageModel::beginning() const {
@@ -17,7 +17,7 @@ std::vector<Action> ReadPageModel::beginning() const {
 }
 
 Action ReadPageModel::draw(std::mt19937& engine) const {
-    return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "255", "256", "257", "300", "-1", "x", "40000", "R", "W", "r"});
+    return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "255", "256", "257", "300", "-1", "x", "40000", "R", "W", "r", "16", "32767", "-40", "2000"});
 }
 
 void ReadPageModel::changed(const std::string& control) {
@@ -40,6 +40,7 @@ void ReadPageModel::optionChosen() {
     setItems("cbRLength", countEntries(bits() ? 256 : 128));
     setItems("cbRegister", kindEntries(bits()));
     setItems("cbRegAddress", {});
+    setItems("cbRegBit", {}); // TEMPORARY11
     for (const char* const list : {"cbRLength", "cbRegister", "cbRegAddress", "cbRegBit"}) {
         putText(list, "");
     }
@@ -48,8 +49,8 @@ void ReadPageModel::optionChosen() {
 }
 
 void ReadPageModel::modeEntered() {
-    setItems("cbRegBit", bitEntries());
     optionChosen();
+    setItems("cbRegBit", bitEntries());
     setEnabled("txtReadTimerValue", true); // its name begins as those of the page do
 }
 
@@ -71,7 +72,11 @@ void ReadPageModel::kindChanged() {
 
 void ReadPageModel::numberChanged() {
     putText("txtSendRData", "");
-    if (text("cbRegister").empty() || text("cbRegAddress").empty()) {
+    if (text("cbRegister").empty()) {
+        return;
+    }
+    if (text("cbRegAddress").empty()) {
+        display(); // about to be typed anew
         return;
     }
     const Number number = number16(text("cbRegAddress"));
@@ -79,8 +84,13 @@ void ReadPageModel::numberChanged() {
         error(number.error);
         return;
     }
+    const int word = baseOf(bits(), text("cbRegister")) + number.value;
+    if (word > 32767) {
+        error(6);
+        return;
+    }
     if (!bits()) {
-        setAddress(wordAddress(baseOf(false, text("cbRegister")) + number.value));
+        setAddress(wordAddress(word));
         complete();
     }
     display();
@@ -93,6 +103,7 @@ void ReadPageModel::bitChanged() {
         return;
     }
     if (text("cbRegBit").empty()) {
+        display(); // about to be typed anew
         return;
     }
     const Number number = number16(text("cbRegAddress"));
@@ -101,7 +112,12 @@ void ReadPageModel::bitChanged() {
         error(!number ? number.error : bit.error);
         return;
     }
-    setAddress(bitAddress(baseOf(true, text("cbRegister")) + number.value, bit.value));
+    const int word = baseOf(true, text("cbRegister")) + number.value;
+    if (word > 32767) {
+        error(6);
+        return;
+    }
+    setAddress(bitAddress(word, bit.value));
     complete();
     display();
 }

@@ -64,12 +64,20 @@ public:
             return false;
         }
         model_->apply(action);
-        window_.perform(action);
-        difference_ = compare();
+        difference_ = performed(action);
+        difference_ += compare();
         return true;
     }
 
 private:
+    std::string performed(const Action& action) {
+        try {
+            window_.perform(action);
+        } catch (const std::exception& error) {
+            return std::string("  ") + error.what() + '\n';
+        }
+        return {};
+    }
     std::string compare() {
         const auto sent = window_.takeSent();
         std::string difference = different("boxes", printed(model_->takeBoxes()), printed(window_.takeBoxes())) +
