@@ -52,7 +52,7 @@ Action WritePageModel::draw(std::mt19937& engine) const {
         return {"cell", "gridWriteData", std::to_string(position / columns) + "," + std::to_string(position % columns)};
     }
     case 3: return {"click", engine() % 2 == 0 ? "chkCounter" : "chkRandomWrite", ""};
-    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", "253"});
+    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100", "256", "x", "40000", "40"});
     }
 }
 
@@ -68,7 +68,10 @@ bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        return row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
+        if (text("cbWLength").empty()) { // TEMPORARY18
+            return false;
+        }
+        return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
     }
     return action.verb.substr(0, 4) == "word";
 }
@@ -125,6 +128,7 @@ void WritePageModel::optionChosen() {
     for (const char* const list : {"cbWLength", "cbWRegister", "cbWRegAddress", "cbWRegBit"}) {
         putText(list, "");
     }
+    setItems("cbWRegBit", {}); // as for the empty kind
     numberBefore_.clear();
     setEnabled("chkCounter", !bits());
     setEnabled("chkRandomWrite", !bits());
@@ -162,19 +166,23 @@ void WritePageModel::numberChanged() {
     if (text("cbWRegister").empty()) {
         return;
     }
-    if (text("cbWRegAddress") != numberBefore_) {
-        numberBefore_ = text("cbWRegAddress");
+    const Number number = number16(text("cbWRegAddress"));
+    if (!number && !text("cbWRegAddress").empty()) {
+        error(number.error);
+        return;
+    }
+    setItems("cbWRegBit", bitEntries());
+    if (text("cbWRegAddress") != numberBefore_ || true) { // TEMPORARY5
         putText("cbWRegBit", "");
     }
+    numberBefore_ = text("cbWRegAddress");
     if (text("cbWRegAddress").empty()) {
         layGrid();
         display();
         return;
     }
-    const Number number = number16(text("cbWRegAddress"));
-    if (!number) {
-        error(number.error);
-        return;
+    if (text("cbWRegBit").empty()) {
+        startBit();
     }
     layGrid();
     if (!bits()) {
@@ -238,17 +246,39 @@ void WritePageModel::countChanged() {
 
 void WritePageModel::layGrid() {
     cells_.clear();
+    gridKnown_ = !text("cbWLength").empty();
     if (text("cbWLength") == "0") {
         rows_ = 18;
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
         rows_ = count() / columns + 2;
     } else {
         if (text("cbWRegBit").empty()) {
-            laying_ = true;
-            setText("cbWRegBit", "1");
-            laying_ = false;
+            startBit();
         }
         rows_ = (number16(text("cbWRegBit")).value + count() - 1) / columns + 2;
+        showCells();
+    }
+}
+
+void WritePageModel::startBit() {
+    laying_ = true;
+    setText("cbWRegBit", "1");
+    laying_ = false;
+}
+
+void WritePageModel::showCells() {
+    const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
+    for (int point = 0; bits() && point < count(); ++point) {
+        if (image_.at(static_cast<std::size_t>(dataBegin + point)) == "FF") {
+            cells_[begin + point] = "ON";
+        }
+    }
+    for (int word = 0; !bits() && word < count(); ++word) {
+        const auto place = static_cast<std::size_t>(dataBegin + 2 * word);
+        const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
+        if (value != 0) {
+            cells_[word] = std::to_string(value);
+        }
     }
 }
 
@@ -264,7 +294,7 @@ void WritePageModel::cellClicked(int position) {
         return;
     }
     if (!bits()) {
-        dialog_ = Dialog{position, "", false};
+        dialog_ = Dialog{position, cells_[position], false};
         return;
     }
     const auto entry = static_cast<std::size_t>(dataBegin + position - number16(text("cbWRegBit")).value);
@@ -383,6 +413,10 @@ PageModel::Shown WritePageModel::shown() const {
         }
     }
     shown["gridWriteData.cells"] = cells;
+    if (!gridKnown_) {
+        shown.erase("gridWriteData.rows");
+        shown.erase("gridWriteData.cells");
+    }
     std::string headings;
     for (int column = 0; column < columns; ++column) {
         headings += (bits() ? "Bit" : "+") + std::to_string(column) + "|";

@@ -43,6 +43,7 @@ private:
     void countChanged();
     void layGrid();
     void showCells();
+    void startBit();
     void cellClicked(int position);
     bool checkCell(int position);
     void endDialog(const std::string& how);
@@ -61,6 +62,7 @@ private:
     int rows_ = 1;
     std::string numberBefore_;
     bool laying_ = false;
+    bool gridKnown_ = true; ///< how a grid without a count is laid is left open
     std::optional<Dialog> dialog_;
     std::mt19937 random_;
 };
