@@ -26,6 +26,12 @@ std::vector<Action> MixedPageModel::beginning() const {
 }
 
 void MixedPageModel::changed(const std::string& control) {
+    if (control == names().bit && (text(names().kind).empty() || text(names().number).empty())) {
+        putText(control, "");
+    }
+    if (control == names().count && !number16(text(control))) {
+        putText(control, "");
+    }
     if (control != names().kind) {
         return;
     }
@@ -237,6 +243,13 @@ MixedReadPageModel::MixedReadPageModel()
     setEnabled("cmdRDSend", false);
 }
 
+void MixedReadPageModel::modeEntered() {
+    MixedPageModel::modeEntered();
+    setEnabled("cmdMRAdd", true);
+    setEnabled("cmdMRDel", true);
+    setEnabled("cmdMRDSend", true);
+}
+
 Action MixedReadPageModel::draw(std::mt19937& engine) const {
     switch (engine() % 8) {
     case 0:
@@ -338,6 +351,8 @@ Action MixedWritePageModel::draw(std::mt19937& engine) const {
 void MixedWritePageModel::modeEntered() {
     MixedPageModel::modeEntered();
     setEnabled("cmdMWDSend", isOpen());
+    putText("chkHexDec", "HEX");
+    setTicked("chkHexDec", true);
 }
 
 void MixedWritePageModel::pressed(const std::string& control) {

@@ -85,6 +85,7 @@ public:
     Action draw(std::mt19937& engine) const override;
 
 protected:
+    void modeEntered() override;
     std::string newLine() override;
     bool countPoint(const Point& point, int& sum) override;
     bool buildPoint(const Point& point) override;

@@ -40,7 +40,6 @@ void ReadPageModel::optionChosen() {
     setItems("cbRLength", countEntries(bits() ? 256 : 128));
     setItems("cbRegister", kindEntries(bits()));
     setItems("cbRegAddress", {});
-    setItems("cbRegBit", {}); // TEMPORARY11
     for (const char* const list : {"cbRLength", "cbRegister", "cbRegAddress", "cbRegBit"}) {
         putText(list, "");
     }

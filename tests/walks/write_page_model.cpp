@@ -51,8 +51,12 @@ Action WritePageModel::draw(std::mt19937& engine) const {
         }
         return {"cell", "gridWriteData", std::to_string(position / columns) + "," + std::to_string(position % columns)};
     }
-    case 3: return {"click", engine() % 2 == 0 ? "chkCounter" : "chkRandomWrite", ""};
-    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100", "256", "x", "40000", "40"});
+    case 3:
+        if (engine() % 8 == 0) {
+            return {"put", engine() % 4 == 0 ? "cbWLength" : "cbWRegAddress", "40000"};
+        }
+        return {"click", engine() % 2 == 0 ? "chkCounter" : "chkRandomWrite", ""};
+    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100", "256", "x", "40"});
     }
 }
 
@@ -68,7 +72,7 @@ bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        if (text("cbWLength").empty()) { // TEMPORARY18
+        if (text("cbWLength").empty() || count() > 253) { // TEMPORARY18, F3
             return false;
         }
         return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
@@ -128,7 +132,6 @@ void WritePageModel::optionChosen() {
     for (const char* const list : {"cbWLength", "cbWRegister", "cbWRegAddress", "cbWRegBit"}) {
         putText(list, "");
     }
-    setItems("cbWRegBit", {}); // as for the empty kind
     numberBefore_.clear();
     setEnabled("chkCounter", !bits());
     setEnabled("chkRandomWrite", !bits());
@@ -202,13 +205,13 @@ void WritePageModel::bitChanged() {
         display();
         return;
     }
-    const Number number = number16(text("cbWRegAddress"));
-    const Number bit = number16(text("cbWRegBit"));
-    if (!number || !bit) {
-        error(!number ? number.error : bit.error);
-        return;
-    }
     if (bits()) {
+        const Number number = number16(text("cbWRegAddress"));
+        const Number bit = number16(text("cbWRegBit"));
+        if (!number || !bit) {
+            error(!number ? number.error : bit.error);
+            return;
+        }
         setAddress(bitAddress(baseOf(true, text("cbWRegister")) + number.value, bit.value));
     }
     if (!laying_) {
@@ -283,7 +286,12 @@ void WritePageModel::showCells() {
 }
 
 bool WritePageModel::checkCell(int position) {
-    const int begin = number16(text(bits() ? "cbWRegBit" : "cbWRegAddress")).value;
+    const Number first = number16(text(bits() ? "cbWRegBit" : "cbWRegAddress"));
+    if (!first) {
+        error(first.error);
+        return false;
+    }
+    const int begin = first.value;
     const bool valid = position >= begin && position < begin + count();
     status() = valid ? "" : "Invalid Range !!";
     return valid;
