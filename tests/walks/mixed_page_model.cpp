@@ -241,13 +241,14 @@ MixedReadPageModel::MixedReadPageModel()
                       "cmdMRDSend", true, "500"},
                      {"lstMRReadReg", "cmdMRAdd", "cmdMRDel", "25"}) {
     setEnabled("cmdRDSend", false);
+    setEnabled("cmdMRDSend", true);
 }
 
 void MixedReadPageModel::modeEntered() {
     MixedPageModel::modeEntered();
     setEnabled("cmdMRAdd", true);
     setEnabled("cmdMRDel", true);
-    setEnabled("cmdMRDSend", true);
+    setEnabled("cmdMRDSend", isEnabled("cmdMRDSend") || isOpen());
 }
 
 Action MixedReadPageModel::draw(std::mt19937& engine) const {

@@ -174,8 +174,8 @@ void WritePageModel::numberChanged() {
         error(number.error);
         return;
     }
-    setItems("cbWRegBit", bitEntries());
     if (text("cbWRegAddress") != numberBefore_ || true) { // TEMPORARY5
+        setItems("cbWRegBit", bitEntries());
         putText("cbWRegBit", "");
     }
     numberBefore_ = text("cbWRegAddress");
