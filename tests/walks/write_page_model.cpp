@@ -6,6 +6,7 @@ namespace {
 
 constexpr int columns = 16;
 constexpr int dataBegin = 6;
+constexpr bool checkIsShownAsWord = true; // F4
 constexpr int subscriptOutOfRange = 9;
 
 } // namespace
@@ -72,7 +73,7 @@ bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        if (text("cbWLength").empty() || count() > 253) { // TEMPORARY18, F3
+        if (count() > 253) { // TEMPORARY F3
             return false;
         }
         return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
@@ -174,7 +175,7 @@ void WritePageModel::numberChanged() {
         error(number.error);
         return;
     }
-    if (text("cbWRegAddress") != numberBefore_ || true) { // TEMPORARY5
+    if (text("cbWRegAddress") != numberBefore_) {
         setItems("cbWRegBit", bitEntries());
         putText("cbWRegBit", "");
     }
@@ -242,14 +243,15 @@ void WritePageModel::countChanged() {
         }
         image_.at(static_cast<std::size_t>(place)) = "00";
     }
+    counting_ = true;
     layGrid();
+    counting_ = false;
     complete();
     display();
 }
 
 void WritePageModel::layGrid() {
     cells_.clear();
-    gridKnown_ = !text("cbWLength").empty();
     if (text("cbWLength") == "0") {
         rows_ = 18;
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
@@ -259,6 +261,8 @@ void WritePageModel::layGrid() {
             startBit();
         }
         rows_ = (number16(text("cbWRegBit")).value + count() - 1) / columns + 2;
+    }
+    if (!counting_) {
         showCells();
     }
 }
@@ -271,12 +275,17 @@ void WritePageModel::startBit() {
 
 void WritePageModel::showCells() {
     const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
-    for (int point = 0; bits() && point < count(); ++point) {
+    for (int point = 0; bits() && !text("cbWRegBit").empty() && point < count(); ++point) {
         if (image_.at(static_cast<std::size_t>(dataBegin + point)) == "FF") {
             cells_[begin + point] = "ON";
         }
     }
-    for (int word = 0; !bits() && word < count(); ++word) {
+    const int first = number16(text("cbWRegAddress")).value;
+    for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
+        const bool valid = word >= first && word < first + count();
+        if (word == count() || (word > count() && !valid)) {
+            continue; // the check stands there
+        }
         const auto place = static_cast<std::size_t>(dataBegin + 2 * word);
         const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
         if (value != 0) {
@@ -421,6 +430,10 @@ PageModel::Shown WritePageModel::shown() const {
         }
     }
     shown["gridWriteData.cells"] = cells;
+    const int first = number16(text("cbWRegAddress")).value;
+    if (checkIsShownAsWord && !bits() && first > 0) {
+        shown.erase("gridWriteData.cells");
+    }
     if (!gridKnown_) {
         shown.erase("gridWriteData.rows");
         shown.erase("gridWriteData.cells");

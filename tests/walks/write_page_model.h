@@ -62,6 +62,7 @@ private:
     int rows_ = 1;
     std::string numberBefore_;
     bool laying_ = false;
+    bool counting_ = false; ///< a count lays the grid empty
     bool gridKnown_ = true; ///< how a grid without a count is laid is left open
     std::optional<Dialog> dialog_;
     std::mt19937 random_;
