@@ -117,7 +117,7 @@ void MasterModel::typeOver(const std::string& control, const std::string& keys) 
         const std::string before = text(control);
         handleKey(control);
         if (control == names_.period) {
-            period_.key(key, marked);
+            period_.key(key);
         } else {
             marked = marked && text(control) == before;
             editText(control, (marked ? std::string() : text(control)) + key);
@@ -173,7 +173,7 @@ void MasterModel::apply(const Action& action) {
             setText(control, action.text);
             handleClick(control);
         } else if (verb == "type") {
-            period_.interrupt();
+            period_.mark();
             typeOver(control, action.text);
         } else if (verb == "put" || verb == "clear") {
             if (control == names_.period) {
@@ -184,6 +184,7 @@ void MasterModel::apply(const Action& action) {
         } else if (verb == "back") {
             handleKey(control);
             if (control == names_.period) {
+                period_.toEnd();
                 period_.backspace();
             } else if (!text(control).empty()) {
                 setText(control, text(control).substr(0, text(control).size() - 1));
@@ -384,7 +385,7 @@ Action MasterModel::drawCommon(std::mt19937& engine, const std::vector<std::stri
     case 6: return {"visit", "", std::to_string((static_cast<unsigned>(names_.mode) + 1 + engine() % 3) % 4)};
     case 7: return {anyOf({"enter", "escape", "clear", "back"}), anyOf(lists), ""};
     case 8: return {anyOf({"type", "put"}), anyOf(lists), anyOf(numberTexts)};
-    case 9: return {"put", names_.period, anyOf({"50", "100", "250", "40000", "x", "1234"})};
+    case 9: return {anyOf({"type", "put"}), names_.period, anyOf({"50", "100", "250", "40000", "x", "1234"})};
     case 10: return {"answer", "", std::to_string(engine() % 3 == 0 ? 1 + engine() % 20 : static_cast<unsigned>(expected_ > 0 ? expected_ : 7))};
     case 11:
     case 12: return {"tick", "", ""};

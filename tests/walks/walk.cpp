@@ -182,7 +182,7 @@ Actions readActions(const char* path) {
 
 } // namespace
 
-void walk(const Page& page) {
+void walk(const Page& page, int share) {
     if (const char* const path = std::getenv("VARDA_WALK_REPLAY")) {
         report(page, readActions(path), path);
         return;
@@ -191,7 +191,7 @@ void walk(const Page& page) {
         walkOnce(page, static_cast<std::uint_fast32_t>(seed));
         return;
     }
-    const int walks = std::max(1, setting("VARDA_WALKS", 200) / kinds_of_walks);
+    const int walks = std::max(1, setting("VARDA_WALKS", 200) / (kinds_of_walks * share));
     const auto drawn = std::random_device()() % 1000000000;
     std::cout << "seeds 1 .. " << walks / 2 << " and " << drawn << " .. " << drawn + static_cast<unsigned>(walks - walks / 2) - 1 << '\n';
     int differences = 0;

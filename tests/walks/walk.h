@@ -18,6 +18,7 @@ struct Page {
 /// difference of each walk with a list of actions that shows it. VARDA_WALKS sets the number of walks of all
 /// pages together, VARDA_WALK_STEPS their length, VARDA_WALK_SEED the one walk to take, VARDA_WALK_REPLAY a
 /// file of actions to take instead.
-void walk(const Page& page);
+/// @param share the part of them that this page takes is divided by this
+void walk(const Page& page, int share = 1);
 
 } // namespace varda::walks

@@ -15,6 +15,9 @@
 #include <QRegularExpression>
 #include <QTableWidget>
 #include <QTest>
+#include <QWheelEvent>
+
+#include <map>
 
 namespace varda::walks {
 
@@ -32,6 +35,21 @@ std::string boxName(const QMessageBox& box) {
         return "error " + match.captured(1).toStdString();
     }
     return box.windowTitle().toStdString() + ": " + box.text().toStdString();
+}
+
+Qt::Key keyOf(const std::string& verb) {
+    static const std::map<std::string, Qt::Key> keys = {
+        {"enter", Qt::Key_Return}, {"escape", Qt::Key_Escape}, {"delete", Qt::Key_Delete}, {"left", Qt::Key_Left},
+        {"home", Qt::Key_Home},    {"end", Qt::Key_End},       {"up", Qt::Key_Up},         {"down", Qt::Key_Down},
+        {"mark", Qt::Key_A}};
+    return keys.at(verb);
+}
+
+void turnWheel(QWidget* control, int notches) {
+    const QPointF place(control->rect().center());
+    QWheelEvent event(place, control->mapToGlobal(place), QPoint(), QPoint(0, 120 * notches), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(control, &event);
 }
 
 } // namespace
@@ -54,8 +72,8 @@ void WalkWindow::focus(QWidget* control) {
     }
 }
 
-void WalkWindow::press(QWidget* control, int key) {
-    QTest::keyClick(control, static_cast<Qt::Key>(key));
+void WalkWindow::press(QWidget* control, int key, bool withControl) {
+    QTest::keyClick(control, static_cast<Qt::Key>(key), withControl ? Qt::ControlModifier : Qt::NoModifier);
     answerBoxes();
 }
 
@@ -199,6 +217,9 @@ void WalkWindow::perform(const Action& action) {
         clickCell(action.text);
     } else if (verb == "line") {
         selectLine(action.control, action.text);
+    } else if (verb == "wheel") {
+        focus(find(action.control));
+        turnWheel(find(action.control), std::stoi(action.text));
     } else if (verb == "word" || verb == "wordhex" || verb == "wordend") {
         useDialog(action);
     } else {
@@ -210,10 +231,17 @@ void WalkWindow::perform(const Action& action) {
             type(control, action.text);
         } else if (verb == "put") {
             put(control, action.text);
+        } else if (verb == "backspace") {
+            press(control, Qt::Key_Backspace);
         } else if (verb == "clear" || verb == "back") {
             erase(control, verb == "clear");
+        } else if (verb == "key") {
+            QTest::keyClick(control, action.text[0]);
+        } else if (verb == "leave") {
+            focus(find(action.text));
+            focus(control);
         } else {
-            press(control, verb == "enter" ? Qt::Key_Return : Qt::Key_Escape);
+            press(control, keyOf(verb), action.text == "Ctrl" || verb == "mark");
         }
     }
     answerBoxes();
@@ -228,6 +256,9 @@ std::string WalkWindow::property(QWidget* control, const std::string& kind) cons
     }
     if (kind == "ticked") {
         return yesNo(qobject_cast<QAbstractButton*>(control)->isChecked());
+    }
+    if (kind == "caret") {
+        return std::to_string(qobject_cast<QLineEdit*>(control)->cursorPosition());
     }
     std::string lines;
     if (auto* const list = qobject_cast<QListWidget*>(control)) {

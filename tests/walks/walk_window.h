@@ -43,7 +43,7 @@ private:
     void erase(QWidget* control, bool all);
     void choose(const std::string& list, const std::string& entry);
     void click(const std::string& name);
-    void press(QWidget* control, int key);
+    void press(QWidget* control, int key, bool withControl = false);
     void visit(int mode);
     void clickCell(const std::string& place);
     void useDialog(const Action& action);

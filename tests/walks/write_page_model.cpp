@@ -6,7 +6,6 @@ namespace {
 
 constexpr int columns = 16;
 constexpr int dataBegin = 6;
-constexpr bool checkIsShownAsWord = true; // F4
 constexpr int subscriptOutOfRange = 9;
 
 } // namespace
@@ -430,10 +429,6 @@ PageModel::Shown WritePageModel::shown() const {
         }
     }
     shown["gridWriteData.cells"] = cells;
-    const int first = number16(text("cbWRegAddress")).value;
-    if (checkIsShownAsWord && !bits() && first > 0) {
-        shown.erase("gridWriteData.cells");
-    }
     if (!gridKnown_) {
         shown.erase("gridWriteData.rows");
         shown.erase("gridWriteData.cells");
