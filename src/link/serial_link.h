@@ -88,7 +88,6 @@ public:
 
 private:
     void wait(std::chrono::milliseconds wait, std::function<void()> rest);
-    void forgetWait();
     void receiveLater();
     void receiveBurst();
     void receiveAnswer();
@@ -110,9 +109,9 @@ private:
     Form& form_;
     Roles roles_;
     LinkState state_;
-    bool waiting_ = false;  ///< a continuation of the receive handler is under way
-    int waitsOf_ = 0;       ///< a wait that began under another number does nothing more
-    bool isMerged_ = false; ///< a receive event came during the wait
+    Wait wait_;               ///< for the rest of the receive handler
+    bool isSettling_ = false; ///< it waits for a request to the simulator to end
+    bool isMerged_ = false;   ///< a receive event came during the wait
 };
 
 } // namespace varda
