@@ -70,13 +70,14 @@ void ScenarioPanel::showNumber() {
 void ScenarioPanel::cmdAddScenario_Click() {
     const Route* const route = findRoute(surroundings_.shownCommMode());
     const std::string frame = route != nullptr ? context_.form.text(route->request) : std::string();
-    if (frame.empty()) {
-        return;
+    if (!frame.empty()) {
+        ui_->lstSchedule->addItem(QString::fromStdString(frame));
     }
-    ui_->lstSchedule->addItem(QString::fromStdString(frame));
-    ui_->cmdDelScenario->setEnabled(true);
+    ui_->cmdDelScenario->setEnabled(true); // kept: also where nothing was added
     showNumber();
-    ui_->cmdRunScenario->setEnabled(true);
+    if (ui_->lstSchedule->count() > 0) {
+        ui_->cmdRunScenario->setEnabled(true);
+    }
 }
 
 void ScenarioPanel::cmdDelScenario_Click() {
@@ -159,7 +160,10 @@ void ScenarioPanel::startRun() {
     }
     SetMasterControls(false);
     ui_->lstSchedule->setCurrentRow(0);
-    context_.link.state().CommMode = comm_mode::scenario;
+    LinkState& link = context_.link.state();
+    link.CommMode = comm_mode::scenario;
+    link.WaitTicks = 0; // a silence from before the run would end it
+    link.WaitingAnswer = false;
     surroundings_.tmrScenario.setInterval(typedPeriod());
     surroundings_.tmrScenario.start();
 }

@@ -65,6 +65,22 @@ TEST_F(ScenarioPanelTest, AddTakesTheRequestOfTheShownPage) {
     EXPECT_EQ(schedule()->count(), 2); // nothing has been built on that page yet
 }
 
+TEST_F(ScenarioPanelTest, NumberOfLinesStartsWithZero) { EXPECT_EQ(text("txtNumberOfScenario"), "0"); }
+
+TEST_F(ScenarioPanelTest, AddOfAnEmptyRequestStillSetsDelTheCountAndRun) {
+    driver.click("optMode_2"); // nothing has been built on that page yet
+    driver.find("cmdDelScenario")->setEnabled(false);
+    paste("txtNumberOfScenario", "9");
+    driver.click("cmdAddScenario");
+    EXPECT_TRUE(driver.isEnabled("cmdDelScenario"));
+    EXPECT_EQ(text("txtNumberOfScenario"), "0");
+    EXPECT_FALSE(driver.isEnabled("cmdRunScenario"));
+    schedule()->addItem(QString::fromLatin1(bitRead));
+    driver.click("cmdAddScenario");
+    EXPECT_EQ(text("txtNumberOfScenario"), "1");
+    EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
+}
+
 TEST_F(ScenarioPanelTest, RepeatedDeletesEmptyTheList) {
     addLines({bitRead, wordRead});
     schedule()->setCurrentRow(0);
@@ -158,6 +174,17 @@ TEST_F(ScenarioPanelTest, SilenceStopsTheRunAndIsToldOnTheWritePage) {
     EXPECT_TRUE(showsSoon("txtWStatus", "No Answer From PLC"));
     EXPECT_EQ(driver.link().CommMode, 0x21);
     EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
+}
+
+TEST_F(ScenarioPanelTest, RunStartsFromNoSilenceAndNothingAwaited) {
+    addLines({bitRead});
+    paste("txtScnPeriod", "0"); // sends nothing
+    openLine();
+    driver.link().WaitTicks = 13; // of a request that nobody answered
+    driver.link().WaitingAnswer = true;
+    driver.click("cmdRunScenario");
+    EXPECT_EQ(driver.link().WaitTicks, 0);
+    EXPECT_FALSE(driver.link().WaitingAnswer);
 }
 
 TEST_F(ScenarioPanelTest, PeriodThatIsNoNumberIsReportedWithEverythingSwitchedBack) {
