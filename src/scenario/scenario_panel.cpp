@@ -3,6 +3,7 @@
 #include "controls/events.h"
 #include "controls/file_dialogs.h"
 #include "controls/period_steps.h"
+#include "controls/profile_files.h"
 #include "link/form.h"
 #include "link/period.h"
 #include "link/routes.h"
@@ -100,18 +101,15 @@ void ScenarioPanel::cmdSaveScenario_Click() {
 }
 
 void ScenarioPanel::saveTo(const QString& path) {
+    context_.form.setText("txtSimStatus", "");
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
     storeScenario(context_.form.lines("lstSchedule"), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
-    try {
-        file.save(name);
-    } catch (const RuntimeError& error) {
-        context_.form.showMessage(error.what(), "Error");
-        return;
-    }
-    context_.form.setText("txtSimStatus",
-                          "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+    saveOrTell(file, name, context_, [this] {
+        context_.form.setText("txtSimStatus",
+                              "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+    });
 }
 
 void ScenarioPanel::cmdLoadScenario_Click() {
@@ -121,10 +119,15 @@ void ScenarioPanel::cmdLoadScenario_Click() {
 }
 
 void ScenarioPanel::loadFrom(const QString& path) {
+    context_.form.setText("txtSimStatus", "");
     ui_->lstSchedule->clear();
-    const auto scenario = loadScenario(ProfileFile::load(fileName(path)));
+    const ProfileFile file = ProfileFile::load(fileName(path));
+    if (tellWhyUnreadable(file, context_)) {
+        return;
+    }
+    const auto scenario = loadScenario(file);
     if (!scenario) {
-        context_.form.showMessage("Scenario Data is incorrect or corrupted. Please Check Data.", "Confirm");
+        context_.form.showMessage(scenarioFileCorrupted, "Confirm");
         return;
     }
     for (const std::string& line : scenario->lines) {

@@ -1,3 +1,4 @@
+#include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
 
@@ -352,6 +353,50 @@ TEST_F(ScenarioPanelTest, DamagedFilesAreToldWithAnEmptyList) {
         EXPECT_EQ(driver.boxTitle(), "Confirm");
         driver.closeBox();
     }
+}
+
+TEST_F(ScenarioPanelTest, FileThatCannotBeReadIsToldWithTheReason) {
+    const std::string path = write("locked.scn", "[Information]\nTotal=1\n[Scenario]\nScenario0=01\n");
+    QFile::setPermissions(QString::fromStdString(path), QFile::WriteOwner);
+    driver.click("cmdLoadScenario");
+    const OrdinaryUser user;
+    chooseFile(path);
+    EXPECT_EQ(driver.boxText(), '"' + path + "\" could not be read: permission denied.");
+    EXPECT_EQ(driver.boxTitle(), "Error");
+}
+
+TEST_F(ScenarioPanelTest, StatusIsEmptiedWhenALoadOrASaveBegins) {
+    addLines({bitRead});
+    paste("txtSimStatus", "Saved completely !!!");
+    driver.click("cmdSaveScenario");
+    EXPECT_EQ(text("txtSimStatus"), "Saved completely !!!"); // nothing was chosen yet
+    chooseFileToReplace(write("picture.scn", std::string(100, '\0')));
+    EXPECT_EQ(driver.boxTitle(), "Error");
+    EXPECT_EQ(text("txtSimStatus"), "");
+    driver.closeBox();
+    paste("txtSimStatus", "Saved completely !!!");
+    load(write("empty.scn", ""));
+    EXPECT_EQ(text("txtSimStatus"), "");
+}
+
+TEST_F(ScenarioPanelTest, FileInUtf16IsLoadedAndSavedInTheSameForm) {
+    const auto inUtf16 = [](const std::string& text) {
+        std::string bytes = "\xFF\xFE";
+        for (const char character : text) {
+            bytes += {character, '\0'};
+        }
+        return bytes;
+    };
+    const std::string path =
+        write("wide.scn", inUtf16("[Information]\r\nTotal=1\r\n[Scenario]\r\nScenario0=01 02\r\n"));
+    load(path);
+    ASSERT_EQ(schedule()->count(), 1);
+    EXPECT_EQ(schedule()->item(0)->text(), QStringLiteral("01 02"));
+    addLines({"03 04"});
+    driver.click("cmdSaveScenario");
+    chooseFileToReplace(path);
+    EXPECT_EQ(bytesOf(path), inUtf16("[Information]\r\nTotal=2\r\n[Scenario]\r\nScenario0=01 02\r\n"
+                                     "Scenario1=03 04\r\n"));
 }
 
 } // namespace
