@@ -14,6 +14,7 @@
 #include "platform/profile_file.h"
 #include "platform/runtime_error.h"
 #include "platform/scope_exit.h"
+#include "scenario/frame_line_delegate.h"
 #include "scenario/scenario_file.h"
 #include "scenario/scenario_frame.h"
 #include "ui_scenario_panel.h"
@@ -36,6 +37,7 @@ ScenarioPanel::ScenarioPanel(const PageContext& context, Surroundings surroundin
       surroundings_(std::move(surroundings)),
       ui_(std::make_unique<Ui::ScenarioPanel>()) {
     ui_->setupUi(this);
+    new FrameLineDelegate(ui_->lstSchedule);
     bind();
 }
 
@@ -130,9 +132,12 @@ void ScenarioPanel::loadFrom(const QString& path) {
         context_.form.showMessage(scenarioFileCorrupted, "Confirm");
         return;
     }
+    QStringList lines;
+    lines.reserve(static_cast<qsizetype>(scenario->lines.size()));
     for (const std::string& line : scenario->lines) {
-        ui_->lstSchedule->addItem(QString::fromStdString(line));
+        lines.append(QString::fromStdString(line));
     }
+    ui_->lstSchedule->addItems(lines);
     if (scenario->isComplete) {
         ui_->cmdRunScenario->setEnabled(true);
         showNumber();
