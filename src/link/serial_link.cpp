@@ -105,6 +105,10 @@ void SerialLink::enterMode(std::int16_t commMode) {
         wait_.cancel();
         state_.InReceive = false;
     }
+    if (commMode == comm_mode::scenario) { // a silence from before the run would end it
+        state_.WaitTicks = 0;
+        state_.WaitingAnswer = false;
+    }
     state_.CommMode = commMode;
 }
 

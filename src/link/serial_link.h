@@ -48,7 +48,8 @@ public:
     void setRoles(Roles roles) { roles_ = std::move(roles); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
-    /// settling is not answered, and the link is free for the next mode.
+    /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence and
+    /// nothing awaited.
     /// @param commMode a request code of command:: or one of comm_mode::
     void enterMode(std::int16_t commMode);
 
