@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/hand_timer.h"
 #include "support/manual_clock.h"
 #include "support/memory_line.h"
 #include "walks/page_model.h"
@@ -49,7 +50,7 @@ private:
     void useDialog(const Action& action);
     void selectLine(const std::string& list, const std::string& line);
     void answer(int count);
-    void tick();
+    std::unique_ptr<PeriodTimer> makeTimer(std::function<void()> tick);
     void answerBoxes();
     std::string property(QWidget* control, const std::string& kind) const;
 
@@ -58,6 +59,7 @@ private:
     test::MemoryWire wire_;
     std::mt19937 generator_;
     QTemporaryDir folder_;
+    test::HandTimer* communicationTimer_ = nullptr;
     FrmVarda window_;
     std::vector<std::string> boxes_;
 };
