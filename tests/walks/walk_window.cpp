@@ -65,6 +65,14 @@ WalkWindow::WalkWindow(int mode, std::uint_fast32_t seed)
     }
 }
 
+QWidget* WalkWindow::findAny(const std::string& name) {
+    QPointer<QWidget>& control = controls_[name];
+    if (control.isNull()) {
+        control = window_.findChild<QWidget*>(wide(name));
+    }
+    return control;
+}
+
 void WalkWindow::focus(QWidget* control) {
     if (!control->hasFocus()) {
         control->setFocus(Qt::MouseFocusReason);

@@ -7,8 +7,11 @@
 
 #include "shell/frmVarda.h"
 
+#include <QPointer>
 #include <QTemporaryDir>
+#include <QWidget>
 
+#include <map>
 #include <random>
 #include <stdexcept>
 
@@ -32,12 +35,14 @@ public:
 private:
     template <typename Control = QWidget>
     Control* find(const std::string& name) {
-        auto* const control = window_.findChild<Control*>(QString::fromStdString(name));
+        auto* const control = qobject_cast<Control*>(findAny(name));
         if (control == nullptr) {
             throw std::runtime_error("no such control: " + name);
         }
         return control;
     }
+    /// Looks a control up once: a walk asks for the same ones again and again.
+    QWidget* findAny(const std::string& name);
     void focus(QWidget* control);
     void type(QWidget* control, const std::string& keys);
     void put(QWidget* control, const std::string& text);
@@ -61,6 +66,7 @@ private:
     QTemporaryDir folder_;
     test::HandTimer* communicationTimer_ = nullptr;
     FrmVarda window_;
+    std::map<std::string, QPointer<QWidget>> controls_;
     std::vector<std::string> boxes_;
 };
 
