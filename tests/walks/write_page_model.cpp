@@ -11,9 +11,27 @@ constexpr int subscriptOutOfRange = 9;
 } // namespace
 
 WritePageModel::WritePageModel(std::uint_fast32_t seed)
-    : MasterModel({1, "cbWRegister", "cbWRegAddress", "cbWRegBit", "cbWLength", "txtWDDA", "txtWDSA", "optWrite_0",
-                   "optWrite_1", "lblWBitPoint", "cmdWDSend", "chkWTimer", "txtWriteTimerValue", "txtSendWData",
-                   "txtReceiveWData", "txtWStatus", "txtWStatus", "txtWStatus", "cmdWDSend", "cmdWDSend", false,
+    : MasterModel({1,
+                   "cbWRegister",
+                   "cbWRegAddress",
+                   "cbWRegBit",
+                   "cbWLength",
+                   "txtWDDA",
+                   "txtWDSA",
+                   "optWrite_0",
+                   "optWrite_1",
+                   "lblWBitPoint",
+                   "cmdWDSend",
+                   "chkWTimer",
+                   "txtWriteTimerValue",
+                   "txtSendWData",
+                   "txtReceiveWData",
+                   "txtWStatus",
+                   "txtWStatus",
+                   "txtWStatus",
+                   "cmdWDSend",
+                   "cmdWDSend",
+                   false,
                    "500"}),
       random_(seed) {
     setEnabled("cmdWDSend", false);
@@ -31,13 +49,18 @@ int WritePageModel::count() const { return number16(text("cbWLength")).value; }
 
 Action WritePageModel::draw(std::mt19937& engine) const {
     if (dialog_) {
-        static const std::vector<std::string> words = {"0", "1", "4660", "65535", "65536", "FFFF", "12AB", "fg3", "10000", "7", "99999999999"};
+        static const std::vector<std::string> words = {"0",    "1",   "4660",  "65535", "65536",      "FFFF",
+                                                       "12AB", "fg3", "10000", "7",     "99999999999"};
         switch (engine() % 5) {
         case 0:
-        case 1: return {"word", "", words[engine() % words.size()]};
-        case 2: return {"wordhex", "", ""};
-        case 3: return {"wordend", "", engine() % 2 == 0 ? "Enter" : "OK"};
-        default: return {"wordend", "", engine() % 3 == 0 ? "Escape" : "Enter"};
+        case 1:
+            return {"word", "", words[engine() % words.size()]};
+        case 2:
+            return {"wordhex", "", ""};
+        case 3:
+            return {"wordend", "", engine() % 2 == 0 ? "Enter" : "OK"};
+        default:
+            return {"wordend", "", engine() % 3 == 0 ? "Escape" : "Enter"};
         }
     }
     switch (engine() % 8) {
@@ -49,14 +72,17 @@ Action WritePageModel::draw(std::mt19937& engine) const {
         if (engine() % 4 == 0) {
             position = static_cast<int>(engine() % static_cast<unsigned>(columns * (rows_ - 1) + 1));
         }
-        return {"cell", "gridWriteData", std::to_string(position / columns) + "," + std::to_string(position % columns)};
+        return {"cell", "gridWriteData",
+                std::to_string(position / columns) + "," + std::to_string(position % columns)};
     }
     case 3:
         if (engine() % 8 == 0) {
             return {"put", engine() % 4 == 0 ? "cbWLength" : "cbWRegAddress", "40000"};
         }
         return {"click", engine() % 2 == 0 ? "chkCounter" : "chkRandomWrite", ""};
-    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100", "256", "x", "40"});
+    default:
+        return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100",
+                                   "256", "x", "40"});
     }
 }
 
@@ -70,9 +96,12 @@ bool WritePageModel::isPossible(const Action& action) const {
 
 bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
+        if (isOverlong()) {
+            return false;
+        }
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
+        return row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
     }
     return action.verb.substr(0, 4) == "word";
 }
@@ -247,8 +276,7 @@ void WritePageModel::countChanged() {
 }
 
 void WritePageModel::layGrid() {
-    cells_.clear();
-    hexadecimalCells_.clear();
+    const auto before = std::exchange(cells_, {});
     if (text("cbWLength") == "0") {
         rows_ = 18;
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
@@ -259,8 +287,10 @@ void WritePageModel::layGrid() {
         }
         rows_ = (number16(text("cbWRegBit")).value + count() - 1) / columns + 2;
     }
-    if (!counting_) {
-        showCells();
+    if (counting_) {
+        hexadecimalCells_.clear();
+    } else {
+        showCells(before);
     }
 }
 
@@ -270,28 +300,32 @@ void WritePageModel::startBit() {
     laying_ = false;
 }
 
-void WritePageModel::showCells() {
+void WritePageModel::showCells(const std::map<int, std::string>& before) {
     const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
     for (int point = 0; bits() && !text("cbWRegBit").empty() && point < count(); ++point) {
         if (image_.at(static_cast<std::size_t>(dataBegin + point)) == "FF") {
             cells_[begin + point] = "ON";
         }
     }
-    const int first = number16(text("cbWRegAddress")).value;
-    for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
-        const bool valid = word >= first && word < first + count();
-        if (word == count() || (word > count() && !valid)) {
-            continue; // the check stands there
-        }
+    for (int word = 0; !bits() && word < count(); ++word) {
         const auto place = static_cast<std::size_t>(dataBegin + 2 * word);
         const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
-        if (value != 0) {
+        const auto shown = before.find(word);
+        const bool typed = shown != before.end() && !shown->second.empty();
+        const bool hexadecimal = hexadecimalCells_.count(word) != 0;
+        if (typed && (hexadecimal ? hexNumber(shown->second) : number32(shown->second)).value == value) {
+            cells_[word] = shown->second; // as it was typed
+        } else if (value != 0) {
             cells_[word] = std::to_string(value);
+            hexadecimalCells_.erase(word);
         }
     }
 }
 
 bool WritePageModel::checkCell(int position) {
+    if (text("cbWLength").empty()) {
+        status() = "Fill Register, Address, Length"; // the check goes on
+    }
     const Number first = number16(text(bits() ? "cbWRegBit" : "cbWRegAddress"));
     if (!first) {
         error(first.error);
@@ -427,13 +461,13 @@ PageModel::Shown WritePageModel::shown() const {
     std::string cells;
     for (const auto& [position, text] : cells_) {
         if (!text.empty()) {
-            cells += std::to_string(position / columns) + "," + std::to_string(position % columns) + "=" + text + "|";
+            cells += std::to_string(position / columns) + "," + std::to_string(position % columns) + "=" +
+                     text + "|";
         }
     }
     shown["gridWriteData.cells"] = cells;
-    if (!gridKnown_) {
-        shown.erase("gridWriteData.rows");
-        shown.erase("gridWriteData.cells");
+    if (isOverlong()) {
+        shown.erase("gridWriteData.cells"); // what a count that is not offered leaves in the grid is open
     }
     std::string headings;
     for (int column = 0; column < columns; ++column) {
