@@ -168,10 +168,7 @@ void ScenarioPanel::startRun() {
     }
     SetMasterControls(false);
     ui_->lstSchedule->setCurrentRow(0);
-    LinkState& link = context_.link.state();
-    link.CommMode = comm_mode::scenario;
-    link.WaitTicks = 0; // a silence from before the run would end it
-    link.WaitingAnswer = false;
+    context_.link.enterMode(comm_mode::scenario);
     surroundings_.tmrScenario.setInterval(typedPeriod());
     surroundings_.tmrScenario.start();
 }
@@ -192,7 +189,7 @@ void ScenarioPanel::stopRun() {
     const bool isMasterShown = findRoute(surroundings_.shownCommMode()) != nullptr;
     context_.form.EnableScenarioControls(isMasterShown); // off on the simulation and monitoring pages
     if (context_.link.state().CommMode == comm_mode::scenario) {
-        context_.link.state().CommMode = surroundings_.shownCommMode();
+        context_.link.enterMode(surroundings_.shownCommMode());
     }
 }
 
