@@ -44,10 +44,11 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
       programFolder_(surroundings.programFolder),
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
-      tmrComm_([this] { events_.guard([this] { link_.tmrComm_Timer(); }); }),
-      tmrScenario_([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); }),
+      tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
+      tmrScenario_(
+          surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
       link_(commPLC_, surroundings.clock, form_),
-      linkPort_(commTest_, link_, tmrComm_, form_),
+      linkPort_(commTest_, link_, *tmrComm_, form_),
       files_(this, surroundings.programFolder) {
     makePages(surroundings);
     addPages();
@@ -60,7 +61,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 FrmVarda::~FrmVarda() = default;
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
-    const PageContext context = {form_, events_, link_, images_, tmrComm_};
+    const PageContext context = {form_, events_, link_, images_, *tmrComm_};
     readPage_ = new ReadPage(context, this);
     writePage_ = new WritePage(context, surroundings.random, this);
     mixedReadPage_ = new MixedReadPage(context, this);
@@ -68,7 +69,7 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     simulationPage_ = new SimulationPage(context, files_, this);
     monitorPage_ = new MonitorPage(context, {files_, surroundings.clock, surroundings.now}, this);
     scenarioPanel_ =
-        new ScenarioPanel(context, {tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
+        new ScenarioPanel(context, {*tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
     link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
                     .answerRequest = [this] { return simulationPage_->answerRequest(); }});
     linkPort_.setStopRuns([this] { stopRuns(); });
@@ -140,8 +141,8 @@ void FrmVarda::sendShownRequest() {
 
 void FrmVarda::Form_Load() {
     fillSerialLists();
-    tmrComm_.setInterval(startPeriod);
-    tmrScenario_.setInterval(startPeriod);
+    tmrComm_->setInterval(startPeriod);
+    tmrScenario_->setInterval(startPeriod);
     form_.setEnabled("cmdRDSend", false);
     form_.setEnabled("cmdSimStart", false);
     link_.showCounters();
@@ -215,7 +216,7 @@ void FrmVarda::closePort() {
     if (commPLC_.isOpen()) {
         commPLC_.close();
     }
-    tmrComm_.stop();
+    tmrComm_->stop();
 }
 
 void FrmVarda::cmdHelp_Click() {

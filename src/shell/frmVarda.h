@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class QLayout;
@@ -47,6 +48,9 @@ public:
         std::function<double()> random;                  ///< draws a number of at least 0 and below 1
         QString programFolder;                           ///< the program's own folder, where dialogs start
         std::function<QTime()> now = QTime::currentTime; ///< time of day for the monitor's stamps
+        /// Makes a stopped period timer that runs `tick` at each of its ticks.
+        std::function<std::unique_ptr<PeriodTimer>(std::function<void()> tick)> makeTimer =
+            [](std::function<void()> tick) { return std::make_unique<QtPeriodTimer>(std::move(tick)); };
     };
 
     explicit FrmVarda(const Surroundings& surroundings, QWidget* parent = nullptr);
@@ -96,8 +100,8 @@ private:
 
     MSComm commPLC_;
     MSComm commTest_;
-    QtPeriodTimer tmrComm_;
-    QtPeriodTimer tmrScenario_;
+    std::unique_ptr<PeriodTimer> tmrComm_;
+    std::unique_ptr<PeriodTimer> tmrScenario_;
     FrameImages images_;
     SerialLink link_;
     LinkPort linkPort_;
