@@ -30,6 +30,9 @@ public:
 
     std::size_t pending() const { return waits_.size(); }
 
+    /// How much time has passed since the clock was made.
+    std::chrono::milliseconds now() const { return now_; }
+
 private:
     std::chrono::milliseconds now_{0};
     std::multimap<std::chrono::milliseconds, std::function<void()>> waits_; ///< by due time
