@@ -286,10 +286,6 @@ Action LinkModel::draw(Draw& draw) const {
     case 3:
         return {"advance", "", std::to_string(draw.once(12) ? 1000 * draw.below(10) : draw.oneOf(pauses))};
     case 4:
-        if (draw.once(3)) {
-            return {"deliver", "", ""};
-        }
-        [[fallthrough]];
     case 5:
     case 6: {
         const int wrong = draw.once(4) ? draw.below(5) : 0;
@@ -297,8 +293,8 @@ Action LinkModel::draw(Draw& draw) const {
         if (draw.once(3)) {
             count = draw.below(count + 1);
         }
-        Octets octets;
-        for (int index = 0; index < count; ++index) {
+        Octets octets = {0x2A};
+        for (int index = 1; index < count; ++index) {
             octets.push_back(static_cast<std::uint8_t>(draw.below(256)));
         }
         return {"deliver", "", hexText(octets, "")};

@@ -57,6 +57,7 @@ void MasterModel::fill(const Page& page, const std::string& how) {
     chooseAccess(page, access == "word");
     words >> filling.number >> filling.count;
     filling.complete = true;
+    filling.address = addressOf(filling.word, filling.number);
     if (isMixed(page)) {
         addMixedLine(page, filling);
         return;
@@ -65,7 +66,7 @@ void MasterModel::fill(const Page& page, const std::string& how) {
 }
 
 void MasterModel::addMixedLine(const Page& page, Filling& filling) const {
-    const int address = addressOf(filling.word, filling.number);
+    const int address = filling.address;
     const bool read = page.name == "mixed read";
     const int items = read ? filling.count : 1;
     for (int item = 0; item < items; ++item) {
@@ -85,7 +86,7 @@ void MasterModel::addMixedLine(const Page& page, Filling& filling) const {
 
 Octets MasterModel::singleRequest(const Page& page) const {
     const Filling& filling = fillings_.at(page.name);
-    const int address = addressOf(filling.word, filling.number);
+    const int address = filling.address;
     const int code = filling.word ? page.wordMode : page.bitMode;
     if (page.name == "read") {
         return finished({0xFF, 0xFF, low(code), 3, low(address), high(address), low(filling.count)});
@@ -150,7 +151,7 @@ void MasterModel::send(const Page& page) {
 
 void MasterModel::changePeriod(const std::string& field, const std::string& text) {
     Desk& desk = world_.desk;
-    if (!desk.isEnabled(field) || desk.text(field) == text) {
+    if (!world_.isUsable(field) || desk.text(field) == text) {
         return;
     }
     int period = 500;
@@ -171,9 +172,13 @@ void MasterModel::enterMode(int index) {
     filling.word = false;
     filling.complete = false;
     desk.tick(page.again, false);
-    desk.forget(page.request + ".text");
-    if (page.name == "write" || page.name == "mixed write") {
-        desk.enable(page.send, desk.text("cmdPortOpen") == "Close Port");
+    if (page.name == "read") {
+        desk.show(page.request, hexText(singleRequest(page), " "));
+    } else if (page.name == "write") {
+        desk.show(page.request, hexText(finished({0xFF, 0xFF, 0x22, 3, 0, 0, 0}), " "));
+    }
+    if (world_.link.isOpen || page.name == "write" || page.name == "mixed write") {
+        desk.enable(page.send, world_.link.isOpen);
     }
 }
 

@@ -29,6 +29,7 @@ private:
         bool word = false;
         bool complete = false;
         int number = 0;
+        int address = 0; ///< it stays in the request when the page is entered anew
         int count = 0;
         Octets lines;      ///< a mixed page's body
         int answer = 0;    ///< octets of data that a mixed read asks for
@@ -43,7 +44,6 @@ private:
 
     World& world_;
     std::map<std::string, Filling> fillings_;
-    Octets readImage_ = {0xFF, 0xFF, 0x21, 3, 0, 0, 0};
 };
 
 } // namespace varda::window_model

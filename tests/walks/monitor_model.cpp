@@ -7,6 +7,14 @@ constexpr int monitoring = 0x81;
 constexpr int idle = 0x80;
 constexpr std::size_t mostLines = 2000;
 
+/// The character of that code, as UTF-8.
+std::string letter(std::uint8_t code) {
+    if (code < 0x80) {
+        return {static_cast<char>(code)};
+    }
+    return {static_cast<char>(0xC0 | (code >> 6)), static_cast<char>(0x80 | (code & 0x3F))};
+}
+
 } // namespace
 
 MonitorModel::MonitorModel(World& world) : world_(world) {
@@ -91,8 +99,7 @@ void MonitorModel::list(const Octets& burst) {
     desk.show("txtLine", std::to_string(lines.size()));
     std::string text = desk.isTicked("chkTimeStamp") ? "9:5:7 - " : "";
     for (const std::uint8_t octet : burst) {
-        text +=
-            desk.isTicked("chkASCIIDisplay") ? std::string(1, static_cast<char>(octet)) : padHex(octet, 2);
+        text += desk.isTicked("chkASCIIDisplay") ? letter(octet) : padHex(octet, 2);
         text += ' ';
     }
     lines.push_back(text);

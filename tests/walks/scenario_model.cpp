@@ -121,7 +121,7 @@ void ScenarioModel::run() {
     }
     if (!desk.lines(list_).empty() &&
         desk.text("txtScnPeriod").find_first_not_of("0123456789") != std::string::npos) {
-        world_.showBox({"Run-time error", "13", {}, {}});
+        world_.showRuntimeError("13", "Type mismatch");
         return;
     }
     desk.enable("cmdRunScenario", false);

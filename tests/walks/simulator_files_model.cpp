@@ -23,7 +23,7 @@ void SimulatorModel::save(const std::string& file) {
     for (std::size_t row = 0; row < requests.size(); ++row) {
         profile.write("Receive", std::to_string(row), requests[row]);
         if (row >= answers.size()) {
-            world_.showBox({"Run-time error", "381", {}, {}});
+            world_.showRuntimeError("381", "Invalid property array index");
             return;
         }
         profile.write("Send", std::to_string(row), answers[row]);
@@ -45,7 +45,7 @@ void SimulatorModel::load(const std::string& file) {
         desk.select(list, -1);
     }
     if (total.find_first_not_of("0123456789-") != std::string::npos) {
-        world_.showBox({"Run-time error", "13", {}, {}});
+        world_.showRuntimeError("13", "Type mismatch");
         return;
     }
     if (std::stoi(total) < 1) {

@@ -69,7 +69,10 @@ void SimulatorModel::finishEntering() {
     switchStartButton();
 }
 
-void SimulatorModel::switchStartButton() { world_.desk.enable("cmdSimStart", world_.link.isOpen); }
+/// It needs an open port, and something to answer with.
+void SimulatorModel::switchStartButton() {
+    world_.desk.enable("cmdSimStart", world_.link.isOpen && !world_.desk.lines("lstSimReceive").empty());
+}
 
 void SimulatorModel::askBefore(const std::string& newKind, const std::function<void()>& then) {
     if (world_.desk.lines("lstSimMixed").empty()) {
@@ -118,6 +121,8 @@ void SimulatorModel::changeKind(const std::string& kind) {
     answerKind_ = kind + " ANS";
     desk.show("cbSimModeS", answerKind_);
     desk.enable("txtSimSendData", isRead());
+    desk.enable("cmdSimAddListBox", !isRead());
+    desk.enable("cmdSimDelListBox", false);
     showFieldsOf(kind);
     offerFieldsOf(kind);
     if (!isRead()) {
@@ -231,7 +236,7 @@ void SimulatorModel::chooseLength() {
 void SimulatorModel::choose(const std::string& list, int index) {
     Desk& desk = world_.desk;
     const Lines& entries = desk.lines(list);
-    if (!desk.isEnabled(list) || index >= static_cast<int>(entries.size())) {
+    if (!world_.isUsable(list) || index >= static_cast<int>(entries.size())) {
         return;
     }
     const std::string entry = entries[static_cast<std::size_t>(index)];
@@ -263,7 +268,7 @@ void SimulatorModel::typeData(const std::string& text) { world_.desk.show("txtSi
 
 void SimulatorModel::typeSendData(const std::string& text) {
     Desk& desk = world_.desk;
-    if (!desk.isEnabled("txtSimSendData")) {
+    if (!world_.isUsable("txtSimSendData")) {
         return;
     }
     const std::string passes = answerKind_ == "Bit Read ANS" ? "0F" : "0123456789ABCDEF";
@@ -311,7 +316,7 @@ void SimulatorModel::makeAnswer() {
             return;
         }
         if (desk.text("cbSimLength").empty()) {
-            world_.showBox({"Run-time error", "13", {}, {}});
+            world_.showRuntimeError("13", "Type mismatch");
             return;
         }
         const std::string body = stations() + (bit ? "A1" : "A3") +
@@ -376,9 +381,10 @@ void SimulatorModel::selectPair(int row) {
 }
 
 void SimulatorModel::clickLine(const std::string& list, int row) {
-    if (row < static_cast<int>(world_.desk.lines(list).size()) && world_.desk.isEnabled(list)) {
+    if (row < static_cast<int>(world_.desk.lines(list).size()) && world_.isUsable(list)) {
         if (list == "lstSimMixed") {
             world_.desk.select(list, row);
+            world_.desk.enable("cmdSimDelListBox", true);
         } else {
             selectPair(row);
         }

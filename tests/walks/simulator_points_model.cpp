@@ -62,7 +62,7 @@ void SimulatorModel::addPoint() {
     const auto value = pointValue();
     if (!value || desk.text("cbSimReg").empty() || desk.text("cbSimAddress").empty() ||
         (isBit() && desk.text("cbSimBit").empty())) {
-        world_.showBox({"Run-time error", "13", {}, {}});
+        world_.showRuntimeError("13", "Type mismatch");
         return;
     }
     const std::string place = desk.text("cbSimReg") + desk.text("cbSimAddress");
@@ -126,6 +126,7 @@ void SimulatorModel::delPoint() {
     }
     points.erase(points.begin() + row);
     desk.select("lstSimMixed", -1);
+    desk.enable("cmdSimDelListBox", false);
     Place at = here();
     if (isBit() && at.bit > 0) {
         desk.show("cbSimBit", std::to_string(at.bit - 1));

@@ -17,6 +17,13 @@ int fromEnvironment(const char* name, int otherwise) {
     return text == nullptr ? otherwise : std::atoi(text);
 }
 
+/// Whether VARDA_WALK_LEAVE_OUT names the key, between commas: for walking on behind a difference that is
+/// known.
+bool isLeftOut(const std::string& key) {
+    const char* const names = std::getenv("VARDA_WALK_LEAVE_OUT");
+    return names != nullptr && ("," + std::string(names) + ",").find("," + key + ",") != std::string::npos;
+}
+
 /// The window and the model side by side.
 class Pair {
 public:
@@ -40,7 +47,7 @@ private:
         std::ostringstream differences;
         for (const auto& [key, expected] : world_.expected()) {
             const std::string actual = hands_.see(key);
-            if (actual != expected) {
+            if (actual != expected && !isLeftOut(key)) {
                 differences << key << "\n  expected: " << expected << "\n  actual:   " << actual << "\n";
             }
         }

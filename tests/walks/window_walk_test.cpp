@@ -16,7 +16,7 @@ std::optional<Action> beforeABox(const World& world, Draw& draw) {
 
 /// Time and traffic, which no box stops.
 Action outside(Draw& draw) {
-    return draw.once(3) ? Action{"deliver", "", draw.once(2) ? "0102" : ""}
+    return draw.once(3) ? Action{"deliver", "", "0102"}
                         : Action{"advance", "", draw.oneOf<std::string>({"1", "100", "150", "500"})};
 }
 

@@ -1,5 +1,6 @@
 #include "walks/world.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace varda::window_model {
@@ -15,6 +16,24 @@ void World::showBox(const Box& box) {
     boxes.push_back(box);
 }
 
+void World::showRuntimeError(const std::string& number, const std::string& text) {
+    showBox({"VR-Series PLC Test & Simulator", "Run-time error '" + number + "':\n\n" + text, {}, {}});
+}
+
+bool World::isUsable(const std::string& control) const {
+    static const Lines besideTheTabs = {
+        "cbPort",          "cbBaudRate",         "cbDataBit",      "cbStopBit",       "cbParityBit",
+        "cmdCommTest",     "cmdPortOpen",        "txtTotalData",   "txtCurrentData",  "txtWatchDog",
+        "cmdAddScenario",  "cmdDelScenario",     "cmdRunScenario", "cmdStopScenario", "cmdLoadScenario",
+        "cmdSaveScenario", "txtScnPeriod",       "lstSchedule",    "txtScnSend",      "txtScnReceive",
+        "tabMode",         "txtNumberOfScenario"};
+    const bool onATab = std::find(besideTheTabs.begin(), besideTheTabs.end(), control) == besideTheTabs.end();
+    const std::string frame = control.rfind("optRead_", 0) == 0    ? "Frame2_0"
+                              : control.rfind("optWrite_", 0) == 0 ? "Frame2_1"
+                                                                   : control;
+    return desk.isEnabled(control) && desk.isEnabled(frame) && (!onATab || desk.isEnabled("tabMode"));
+}
+
 void World::answer(const std::string& caption) {
     if (boxes.empty()) {
         return;
@@ -28,7 +47,7 @@ void World::answer(const std::string& caption) {
 }
 
 void World::press(const std::string& button) {
-    if (!desk.isEnabled(button)) {
+    if (!isUsable(button)) {
         return;
     }
     if (button == "cmdCommTest") {
@@ -51,7 +70,7 @@ void World::press(const std::string& button) {
 }
 
 void World::toggle(const std::string& box) {
-    if (!desk.isEnabled(box)) {
+    if (!isUsable(box)) {
         return;
     }
     if (box == "chkMonLog") {
@@ -92,11 +111,11 @@ void World::applyToField(const Action& action) {
     if (verb == "choose") {
         if (target.rfind("cbSim", 0) == 0) {
             simulator.choose(target, std::stoi(value));
-        } else if (desk.isEnabled(target)) {
+        } else if (isUsable(target)) {
             desk.show(target, link.entry(target, std::stoi(value)));
         }
     } else if (verb == "option") {
-        if (desk.isEnabled(target)) {
+        if (isUsable(target)) {
             simulator.setOnOff(target.back() - '0');
         }
     } else if (verb == "type" || verb == "paste") {
@@ -110,7 +129,7 @@ void World::applyToField(const Action& action) {
     } else if (verb == "double") {
         simulator.reload(std::stoi(value));
     } else if (verb == "log") {
-        if (desk.isEnabled("cmdMonLogFile")) {
+        if (isUsable("cmdMonLogFile")) {
             monitor.chooseLog(value);
         }
     } else {
@@ -126,7 +145,7 @@ void World::write(const std::string& field, const std::string& text) {
     } else if (field == "txtSimData") {
         simulator.typeData(text);
     } else if (field.rfind("cb", 0) == 0) {
-        if (desk.isEnabled(field)) {
+        if (isUsable(field)) {
             desk.show(field, text);
         }
     } else {
@@ -145,25 +164,20 @@ void World::applyToFile(const Action& action) {
         profiles[target].write("Information", "Total", total);
         profiles[target].write("Receive", "0", pair);
         profiles[target].write("Send", "0", pair);
-    } else if (target == "simulator" &&
-               desk.isEnabled(verb == "save" ? "cmdSaveSimPacket" : "cmdLoadSimPacket")) {
+    } else if (target == "simulator" && isUsable(verb == "save" ? "cmdSaveSimPacket" : "cmdLoadSimPacket")) {
         verb == "save" ? simulator.save(value) : simulator.load(value);
-    } else if (target == "scenario" &&
-               desk.isEnabled(verb == "save" ? "cmdSaveScenario" : "cmdLoadScenario")) {
+    } else if (target == "scenario" && isUsable(verb == "save" ? "cmdSaveScenario" : "cmdLoadScenario")) {
         verb == "save" ? scenario.save(value) : scenario.load(value);
     }
 }
 
 Observation World::expected() const {
+    static const std::string ending = ".enabled";
     Observation seen = desk.expected();
-    const auto frame = [&seen](const std::string& name, const std::string& around) {
-        if (seen[around + ".enabled"] == "0") {
-            seen[name + ".enabled"] = "0";
+    for (auto& [key, value] : seen) {
+        if (key.ends_with(ending)) {
+            value = isUsable(key.substr(0, key.size() - ending.size())) ? "1" : "0";
         }
-    };
-    for (const char* const index : {"_0", "_1"}) {
-        frame(std::string("optRead") + index, "Frame2_0");
-        frame(std::string("optWrite") + index, "Frame2_1");
     }
     seen["box"] = boxes.empty() ? "" : boxes.front().title + ": " + boxes.front().text;
     seen["written"] = written;

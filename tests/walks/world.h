@@ -26,6 +26,9 @@ public:
 
     /// Shows a box behind those that wait; the same is not queued twice.
     void showBox(const Box& box);
+    void showRuntimeError(const std::string& number, const std::string& text);
+    /// Whether a user reaches it: neither it nor what stands around it is disabled.
+    bool isUsable(const std::string& control) const;
     bool asks() const { return !boxes.empty(); }
 
     Desk desk;
