@@ -30,12 +30,13 @@ std::int16_t raised(std::int16_t count, std::size_t by) {
     return static_cast<std::int16_t>(std::min(static_cast<std::size_t>(count) + by, largest));
 }
 
-/// The receive path skips a failing statement and goes on with the next one.
+/// The receive path skips a failing statement and goes on with the next one. An error of any other class is
+/// a defect, which whoever called the link reports.
 template <typename Statement>
 void skippingFailure(Statement&& statement) {
     try {
         std::forward<Statement>(statement)();
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): skipping is the rule
+    } catch (const RuntimeError&) { // NOLINT(bugprone-empty-catch): skipping is the rule
     }
 }
 
@@ -96,8 +97,18 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
     }
 }
 
-void SerialLink::connectionOpened() {
-    ++connection_;
+void SerialLink::enterMode(std::int16_t commMode) {
+    if (state_.CommMode == comm_mode::simulation && commMode != comm_mode::simulation) {
+        forgetWait();
+        state_.InReceive = false;
+    }
+    state_.CommMode = commMode;
+}
+
+void SerialLink::connectionOpened() { forgetWait(); }
+
+void SerialLink::forgetWait() {
+    ++waitsOf_;
     waiting_ = false;
 }
 
@@ -134,8 +145,8 @@ void SerialLink::receiveLater() {
 void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest) {
     waiting_ = true;
     isMerged_ = false;
-    clock_.after(wait, [this, connection = connection_, rest = std::move(rest)] {
-        if (connection != connection_) {
+    clock_.after(wait, [this, waitsOf = waitsOf_, rest = std::move(rest)] {
+        if (waitsOf != waitsOf_) {
             return;
         }
         waiting_ = false;

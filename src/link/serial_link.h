@@ -47,6 +47,11 @@ public:
     Port& port() { return commPLC_; }
     void setRoles(Roles roles) { roles_ = std::move(roles); }
 
+    /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
+    /// settling is not answered, and the link is free for the next mode.
+    /// @param commMode a request code of command:: or one of comm_mode::
+    void enterMode(std::int16_t commMode);
+
     /// The port was opened: a wait that began before belongs to the closed connection and does nothing more.
     void connectionOpened();
 
@@ -83,6 +88,7 @@ public:
 
 private:
     void wait(std::chrono::milliseconds wait, std::function<void()> rest);
+    void forgetWait();
     void receiveLater();
     void receiveBurst();
     void receiveAnswer();
@@ -105,7 +111,7 @@ private:
     Roles roles_;
     LinkState state_;
     bool waiting_ = false;  ///< a continuation of the receive handler is under way
-    int connection_ = 0;    ///< number of the connection, counted at each opening
+    int waitsOf_ = 0;       ///< a wait that began under another number does nothing more
     bool isMerged_ = false; ///< a receive event came during the wait
 };
 

@@ -2,6 +2,7 @@
 
 #include "controls/events.h"
 #include "controls/period_steps.h"
+#include "controls/period_typing.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/period.h"
@@ -32,6 +33,7 @@ void MasterPage::adopt(const Controls& controls) {
     events.field(controls.source, source, {.keyPress = {}, .lostFocus = source});
     events.textChange(controls.period,
                       [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
+    new PeriodTyping(controls.period);
     new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
     events.click(controls.send, [this] { sendRequest(); });
 }

@@ -159,7 +159,7 @@ void ScenarioPanel::startRun() {
     }
     SetMasterControls(false);
     ui_->lstSchedule->setCurrentRow(0);
-    context_.link.state().CommMode = comm_mode::scenario;
+    context_.link.enterMode(comm_mode::scenario);
     surroundings_.tmrScenario.setInterval(typedPeriod());
     surroundings_.tmrScenario.start();
 }
@@ -180,7 +180,7 @@ void ScenarioPanel::stopRun() {
     const bool isMasterShown = findRoute(surroundings_.shownCommMode()) != nullptr;
     context_.form.EnableScenarioControls(isMasterShown); // off on the simulation and monitoring pages
     if (context_.link.state().CommMode == comm_mode::scenario) {
-        context_.link.state().CommMode = surroundings_.shownCommMode();
+        context_.link.enterMode(surroundings_.shownCommMode());
     }
 }
 

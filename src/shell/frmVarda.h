@@ -2,6 +2,7 @@
 
 #include "controls/events.h"
 #include "controls/file_dialogs.h"
+#include "controls/guarded_clock.h"
 #include "controls/message_boxes.h"
 #include "link/frame_image.h"
 #include "link/link_port.h"
@@ -97,6 +98,7 @@ private:
     MessageBoxes boxes_{this};
     Events events_{boxes_};
     WindowForm form_{events_, boxes_};
+    GuardedClock clock_;
 
     MSComm commPLC_;
     MSComm commTest_;

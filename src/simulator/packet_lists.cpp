@@ -71,7 +71,7 @@ void PacketLists::bind(std::function<void(int row)> reload) {
         QListView* const other = list == ui_.lstSimReceive ? ui_.lstSimSend : ui_.lstSimReceive;
         connect(list, &QListView::clicked, this, [this, list, other] { pairChosen(list, other); });
         connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this, list, other] {
-            if (list->hasFocus()) { // chosen with the keyboard
+            if (selectedRow(list) >= 0) { // chosen with the keyboard, or by the program
                 pairChosen(list, other);
             }
         });
@@ -95,6 +95,9 @@ void PacketLists::switchStartButton() {
 void PacketLists::selectPair(int pair) {
     ui_.lstSimReceive->setCurrentIndex(requests_.index(pair));
     ui_.lstSimSend->setCurrentIndex(answers_.index(pair));
+    if (pair >= 0) {
+        switchEditButtons(); // selecting is a click, also of the pair that is selected already
+    }
 }
 
 void PacketLists::pairChosen(QListView* from, QListView* to) {

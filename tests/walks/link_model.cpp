@@ -140,6 +140,7 @@ void LinkModel::received() {
 
 void LinkModel::wait(int milliseconds, const std::function<void()>& then) {
     waits_ = true;
+    settles_ = milliseconds != 100;
     world_.agenda.after(milliseconds, [this, then, run = waitRun_] {
         if (run == waitRun_) {
             waits_ = false;
@@ -271,7 +272,9 @@ void LinkModel::sendRequest(const Octets& octets, int expected) {
 
 void LinkModel::enterMode(int mode) {
     if (commMode == simulation && mode != simulation) {
-        endWaits();
+        if (settles_) {
+            endWaits();
+        }
         inReceive_ = false;
     }
     commMode = mode;

@@ -54,6 +54,7 @@ private:
     World& world_;
     bool inReceive_ = false;
     bool waits_ = false;
+    bool settles_ = false; ///< what waits is a request to the simulation
     int waitRun_ = 0;
 };
 
