@@ -70,9 +70,14 @@ void MasterModel::addMixedLine(const Page& page, Filling& filling) const {
     const bool read = page.name == "mixed read";
     const int items = read ? filling.count : 1;
     for (int item = 0; item < items; ++item) {
-        const int word = filling.word ? address + item : address;
-        filling.lines.push_back(low(word));
-        filling.lines.push_back(static_cast<std::uint8_t>(high(word) | (filling.word ? 0x40 : 0)));
+        // A bit beyond the word's last makes the text longer; what is taken from it stays in its place.
+        const std::string text =
+            filling.word
+                ? padHex(address + item, 4)
+                : padHex(address / 16, 3) + padHex(address % 16 + item, 1 + (address % 16 + item) / 16);
+        const int highOctet = std::stoi(text.substr(0, 2), nullptr, 16);
+        filling.lines.push_back(low(std::stoi(text.substr(2, 2), nullptr, 16)));
+        filling.lines.push_back(low(highOctet | (filling.word ? 0x40 : 0)));
     }
     filling.answer += filling.word ? 2 * filling.count : filling.count;
     if (!read) {
@@ -151,7 +156,7 @@ void MasterModel::send(const Page& page) {
 
 void MasterModel::changePeriod(const std::string& field, const std::string& text) {
     Desk& desk = world_.desk;
-    if (!world_.isUsable(field) || desk.text(field) == text) {
+    if (!world_.isUsable(field)) {
         return;
     }
     int period = 500;

@@ -21,6 +21,9 @@ MonitorModel::MonitorModel(World& world) : world_(world) {
     Desk& desk = world_.desk;
     desk.changeLines("lstMonitor");
     desk.show("txtMonLogFile", "");
+    desk.enable("cmdMonStart", true);
+    desk.enable("cmdMonStop", true);
+    desk.enable("cmdClear", true);
     for (const char* const box : {"chkTimeStamp", "chkASCIIDisplay", "chkMonLog"}) {
         desk.tick(box, false);
     }

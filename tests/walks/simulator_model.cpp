@@ -110,6 +110,7 @@ void SimulatorModel::changeKind(const std::string& kind) {
     kind_ = kind;
     desk.show("cbSimMode", kind);
     desk.changeLines("lstSimMixed").clear();
+    desk.select("lstSimMixed", -1);
     desk.enable("cmdSimInputOK", false);
     for (const char* const field : {"txtSimReceive", "txtSimSend", "txtSimSendData"}) {
         desk.show(field, "");

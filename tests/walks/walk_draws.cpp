@@ -1,6 +1,15 @@
 #include "walks/world.h"
 
 namespace varda::window_model {
+namespace {
+
+/// A dialog that opens a file does not take one that is not there.
+Action saveOrLoad(const World& world, Draw& draw, const std::string& what, const std::string& file) {
+    const bool loads = draw.once(2) && world.profiles.count(file) != 0;
+    return {loads ? "load" : "save", what, file};
+}
+
+} // namespace
 
 Action ScenarioModel::draw(Draw& draw) const {
     const auto lines = static_cast<int>(world_.desk.lines(list_).size());
@@ -16,8 +25,7 @@ Action ScenarioModel::draw(Draw& draw) const {
     case 4:
         return {"paste", "txtScnPeriod", draw.oneOf<std::string>({"100", "200", "500", "50", "700"})};
     case 5:
-        return {draw.once(2) ? "save" : "load", "scenario",
-                "Data/walk" + std::to_string(draw.below(3)) + ".scn"};
+        return saveOrLoad(world_, draw, "scenario", "Data/walk" + std::to_string(draw.below(3)) + ".scn");
     case 6:
     case 7:
     case 8:
@@ -80,9 +88,12 @@ Action SimulatorModel::drawField(Draw& draw) const {
     case 7:
         return {"press", "cmdSimInputOK", ""};
     case 8:
-        return kind_ == "Word Write" ? Action{draw.once(3) ? "toggle" : "paste",
-                                              draw.once(3) ? "chkSimHexDec" : "txtSimData", ""}
-                                     : Action{"option", "optSimOnOff_1", ""};
+        if (kind_ == "Bit Write") {
+            return {"option", "optSimOnOff_1", ""};
+        }
+        return draw.once(3)
+                   ? Action{"toggle", "chkSimHexDec", ""}
+                   : Action{"paste", "txtSimData", draw.oneOf<std::string>({"12", "1A2B", "65535", "7", ""})};
     case 9:
         return desk.lines("lstSimMixed").empty()
                    ? Action{"press", "cmdSimAddListBox", ""}
@@ -145,7 +156,7 @@ Action SimulatorModel::drawFile(Draw& draw) const {
         const std::string pair = "FFFF2103000001" + hexText(check(octetsOf("FFFF2103000001")), "");
         return {"write", file, draw.oneOf<std::string>({"", "0", "-1", "x", "1 " + pair, "2 " + pair})};
     }
-    return {draw.once(2) ? "save" : "load", "simulator", file};
+    return saveOrLoad(world_, draw, "simulator", file);
 }
 
 } // namespace varda::window_model
