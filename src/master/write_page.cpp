@@ -145,10 +145,11 @@ void WritePage::layGrid() {
 }
 
 int WritePage::rowsOf(std::optional<int> bit) const {
-    const int typed = count();
-    if (ui_->cbWLength->currentText() == QLatin1String("0")) {
+    const QString text = ui_->cbWLength->currentText();
+    if (text == QLatin1String("0")) {
         return countOfAllRows;
     }
+    const int typed = text.isEmpty() ? 0 : count(); // an emptied count has no points
     if (!isWriteCount(access(), typed)) {
         return grid_->cells() / WriteGrid::columns;
     }
