@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
@@ -17,18 +18,6 @@
 #include <filesystem>
 
 namespace varda::test {
-namespace {
-
-std::string entriesOf(const QAbstractItemModel& model, int column) {
-    std::string all;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        all += model.index(row, column).data().toString().toStdString() + "\n";
-    }
-    return all;
-}
-
-} // namespace
-
 DrivenWindow::DrivenWindow()
     : window_({clock_, [this](const std::string&) { return farEnd_.makeLine(); }, [] { return 0.5; },
                QString::fromStdString(folder_.path()), [] { return QTime(9, 5, 7); },
@@ -51,6 +40,9 @@ void DrivenWindow::advance(int milliseconds) {
 
 void DrivenWindow::click(const std::string& button) {
     auto* const control = find<QAbstractButton>(button);
+    if (!control->isVisible()) {
+        return;
+    }
     if (control->isEnabled() && (control->focusPolicy() & Qt::ClickFocus) != 0) {
         control->setFocus(Qt::MouseFocusReason); // as a desktop does at the press
     }
@@ -64,7 +56,7 @@ void DrivenWindow::clickTab(int index) {
 
 void DrivenWindow::choose(const std::string& list, int index) {
     auto* const box = find<QComboBox>(list);
-    if (!box->isEnabled()) {
+    if (!box->isEnabled() || !box->isVisible()) {
         return;
     }
     box->setFocus(Qt::MouseFocusReason);
@@ -79,7 +71,7 @@ void DrivenWindow::choose(const std::string& list, int index) {
 
 void DrivenWindow::type(const std::string& field, const std::string& text) {
     QWidget* const control = find(field);
-    if (!control->isEnabled()) {
+    if (!control->isEnabled() || !control->isVisible()) {
         return;
     }
     control->setFocus();
@@ -92,7 +84,7 @@ void DrivenWindow::type(const std::string& field, const std::string& text) {
 
 void DrivenWindow::paste(const std::string& field, const std::string& text) {
     auto* const control = find<QLineEdit>(field);
-    if (!control->isEnabled()) {
+    if (!control->isEnabled() || !control->isVisible()) {
         return;
     }
     control->setFocus();
@@ -103,7 +95,7 @@ void DrivenWindow::paste(const std::string& field, const std::string& text) {
 void DrivenWindow::clickLine(const std::string& list, int row) {
     auto* const view = find<QAbstractItemView>(list);
     const QModelIndex line = view->model()->index(row, 0);
-    if (!view->isEnabled() || !line.isValid()) {
+    if (!view->isEnabled() || !view->isVisible() || !line.isValid()) {
         return;
     }
     view->scrollTo(line);
@@ -114,7 +106,7 @@ void DrivenWindow::doubleClickLine(const std::string& list, int row) {
     clickLine(list, row);
     auto* const view = find<QAbstractItemView>(list);
     const QModelIndex line = view->model()->index(row, 0);
-    if (view->isEnabled() && line.isValid()) {
+    if (view->isEnabled() && view->isVisible() && line.isValid()) {
         QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(line).center());
     }
 }
@@ -126,12 +118,17 @@ void DrivenWindow::chooseFile(const std::string& name) {
     }
     dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
         ->setText(QString::fromStdString(folder_.file(name)));
-    QTimer::singleShot(0, dialog, [dialog] { // runs inside accept() where that asks whether to overwrite
+    QTimer::singleShot(0, dialog, [dialog] { // runs inside accept() where that has a question, or a refusal
         if (auto* const asks = dialog->findChild<QMessageBox*>()) {
-            asks->button(QMessageBox::Yes)->click();
+            QAbstractButton* const yes = asks->button(QMessageBox::Yes);
+            (yes != nullptr ? yes : asks->button(QMessageBox::Ok))->click();
         }
     });
+    const QPointer<QFileDialog> refused(dialog);
     QMetaObject::invokeMethod(dialog, "accept");
+    if (refused != nullptr && refused->isVisible()) {
+        refused->reject();
+    }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
@@ -169,12 +166,18 @@ std::string DrivenWindow::text(const std::string& name) {
     return shown.toString().toStdString();
 }
 
-std::string DrivenWindow::entries(const std::string& name) {
-    QWidget* const control = find(name);
-    if (const auto* const list = qobject_cast<QComboBox*>(control)) {
-        return entriesOf(*list->model(), list->modelColumn());
+int DrivenWindow::entryCount(const std::string& name) {
+    if (const auto* const list = qobject_cast<QComboBox*>(find(name))) {
+        return list->count();
     }
-    return entriesOf(*find<QAbstractItemView>(name)->model(), 0);
+    return find<QAbstractItemView>(name)->model()->rowCount();
+}
+
+std::string DrivenWindow::entry(const std::string& name, int row) {
+    if (const auto* const list = qobject_cast<QComboBox*>(find(name))) {
+        return list->itemText(row).toStdString();
+    }
+    return find<QAbstractItemView>(name)->model()->index(row, 0).data().toString().toStdString();
 }
 
 int DrivenWindow::selectedLine(const std::string& name) {

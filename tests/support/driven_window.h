@@ -7,6 +7,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -32,14 +33,20 @@ public:
     /// The control of that name. @throws std::runtime_error where there is none of that class
     template <typename Control = QWidget>
     Control* find(const std::string& name) {
-        auto* const control = window_.findChild<Control*>(QString::fromStdString(name));
+        QWidget*& known = controls_[name];
+        if (known == nullptr) {
+            known = window_.findChild<QWidget*>(QString::fromStdString(name));
+        }
+        auto* const control = qobject_cast<Control*>(known);
         if (control == nullptr) {
             throw std::runtime_error("no such control: " + name);
         }
         return control;
     }
 
-    /// Presses a button, box or option as a user does: one that is disabled stays as it is.
+    // The hands of a user: what is disabled or out of sight stays as it is.
+
+    /// Presses a button, box or option.
     void click(const std::string& button);
     /// Clicks the tab of that index.
     void clickTab(int index);
@@ -52,7 +59,7 @@ public:
     /// Clicks a line of a list.
     void clickLine(const std::string& list, int row);
     void doubleClickLine(const std::string& list, int row);
-    /// Answers the file dialog on the screen with a file of the folder.
+    /// Answers the file dialog on the screen with a file of the folder, and gives up where it refuses that.
     void chooseFile(const std::string& name);
 
     /// The message box on the screen, or nullptr.
@@ -62,8 +69,9 @@ public:
 
     /// Text, caption or list text.
     std::string text(const std::string& name);
-    /// The entries of a list or drop-down list, one a line.
-    std::string entries(const std::string& name);
+    /// The entries of a list or drop-down list.
+    int entryCount(const std::string& name);
+    std::string entry(const std::string& name, int row);
     /// The selected line of a list, -1 where none is.
     int selectedLine(const std::string& name);
 
@@ -74,6 +82,7 @@ private:
     ManualClock clock_;
     FarEnd farEnd_{clock_};
     FrmVarda window_;
+    std::unordered_map<std::string, QWidget*> controls_; ///< found once; the window's own live as long as it
 };
 
 } // namespace varda::test

@@ -8,14 +8,14 @@ Action Action::parse(const std::string& line) {
     return {line.substr(0, first), line.substr(first + 1, second - first - 1), line.substr(second + 1)};
 }
 
-std::string inShort(const Lines& entries) {
-    constexpr std::size_t few = 24;
-    if (entries.size() > few) {
-        return std::to_string(entries.size()) + ": " + entries.front() + " .. " + entries.back();
+std::string inShort(int count, const std::function<std::string(int)>& entry) {
+    constexpr int few = 24;
+    if (count > few) {
+        return std::to_string(count) + ": " + entry(0) + " .. " + entry(count - 1);
     }
     std::string all;
-    for (const std::string& entry : entries) {
-        all += "[" + entry + "]";
+    for (int row = 0; row < count; ++row) {
+        all += "[" + entry(row) + "]";
     }
     return all;
 }
@@ -39,7 +39,9 @@ std::string Desk::value(const std::string& key) const {
 Observation Desk::expected() const {
     Observation all = seen_;
     for (const auto& [name, entries] : lists_) {
-        all[name + ".entries"] = inShort(entries);
+        all[name + ".entries"] = inShort(static_cast<int>(entries.size()), [&entries = entries](int row) {
+            return entries[static_cast<std::size_t>(row)];
+        });
     }
     return all;
 }

@@ -45,7 +45,7 @@ private:
 };
 
 /// A list's entries in short: long ones by their number, the first and the last.
-std::string inShort(const Lines& entries);
+std::string inShort(int count, const std::function<std::string(int)>& entry);
 
 /// The controls as the model has them. What was never set is not known, and is not compared.
 class Desk {

@@ -1,5 +1,7 @@
 #include "walks/world.h"
 
+#include <algorithm>
+
 namespace varda::window_model {
 namespace {
 
@@ -53,7 +55,7 @@ void ScenarioModel::del() {
     Lines& lines = desk.changeLines(list_);
     if (const int row = desk.selected(list_); row >= 0) {
         lines.erase(lines.begin() + row);
-        desk.select(list_, -1);
+        desk.select(list_, std::min(row, static_cast<int>(lines.size()) - 1)); // its neighbour, as lists do
     }
     if (lines.empty()) {
         desk.enable("cmdDelScenario", false);

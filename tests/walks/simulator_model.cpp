@@ -289,12 +289,11 @@ void SimulatorModel::typeSendData(const std::string& text) {
 bool SimulatorModel::dataIsRight(bool word) {
     const std::string data = world_.desk.text("txtSimSendData");
     const std::size_t digits = word ? 4 : 2;
-    if (data.size() % digits != 0) {
+    bool right = data.size() % digits == 0;
+    if (!right) {
         world_.showBox({"Error", "Data Length is different !!", {}, {}});
-        return false;
     }
-    bool right = true;
-    for (std::size_t at = 0; at < data.size(); at += digits) {
+    for (std::size_t at = 0; right && at < data.size(); at += digits) {
         const std::string group = data.substr(at, digits);
         right = right && (word ? group.find_first_not_of("0123456789ABCDEF") == std::string::npos
                                : group == "00" || group == "FF");

@@ -30,15 +30,6 @@ Bytes bytesOf(const std::string& text) {
     return bytes;
 }
 
-Lines linesOf(const std::string& text) {
-    Lines lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
 } // namespace
 
 void WindowHands::press(const std::string& button) { window_.click(button); }
@@ -89,7 +80,7 @@ void WindowHands::takeWritten() {
 }
 
 void WindowHands::answerDialog(const std::string& button, const std::string& file) {
-    if (window_.find(button)->isEnabled()) {
+    if (window_.find(button)->isEnabled() && window_.find(button)->isVisible()) {
         press(button);
         window_.chooseFile(file);
     }
@@ -127,6 +118,10 @@ void WindowHands::fill(const std::string& page, const std::string& how) {
                                                        {"mixed read", {"optMRead_", "cbM", "cmdMRAdd"}},
                                                        {"mixed write", {"optMWrite_", "cbMW", "cmdMWAdd"}}};
     const Lines& of = names.at(page);
+    const QWidget* const option = window_.find(of[0] + "0");
+    if (!option->isEnabled() || !option->isVisible()) {
+        return;
+    }
     press(of[0] + (word ? "1" : "0"));
     fillSingle(of[1], number, count, word);
     if (page == "mixed write" && word) {
@@ -192,7 +187,8 @@ std::string WindowHands::seeControl(const std::string& name, const std::string& 
         return window_.find<QAbstractButton>(name)->isChecked() ? "1" : "0";
     }
     return what == "selected" ? std::to_string(window_.selectedLine(name))
-                              : inShort(linesOf(window_.entries(name)));
+                              : inShort(window_.entryCount(name),
+                                        [this, &name](int row) { return window_.entry(name, row); });
 }
 
 } // namespace varda::window_model

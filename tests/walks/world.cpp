@@ -20,18 +20,47 @@ void World::showRuntimeError(const std::string& number, const std::string& text)
     showBox({"VR-Series PLC Test & Simulator", "Run-time error '" + number + "':\n\n" + text, {}, {}});
 }
 
-bool World::isUsable(const std::string& control) const {
-    static const Lines besideTheTabs = {
-        "cbPort",          "cbBaudRate",         "cbDataBit",      "cbStopBit",       "cbParityBit",
-        "cmdCommTest",     "cmdPortOpen",        "txtTotalData",   "txtCurrentData",  "txtWatchDog",
-        "cmdAddScenario",  "cmdDelScenario",     "cmdRunScenario", "cmdStopScenario", "cmdLoadScenario",
-        "cmdSaveScenario", "txtScnPeriod",       "lstSchedule",    "txtScnSend",      "txtScnReceive",
-        "tabMode",         "txtNumberOfScenario"};
-    const bool onATab = std::find(besideTheTabs.begin(), besideTheTabs.end(), control) == besideTheTabs.end();
+namespace {
+
+constexpr int besideTheTabs = -1;
+
+/// The index of the tab on which a control stands.
+int tabOf(const std::string& control) {
+    static const Lines beside = {"cbPort",         "cbBaudRate",         "cbDataBit",       "cbStopBit",
+                                 "cbParityBit",    "cmdCommTest",        "cmdPortOpen",     "txtTotalData",
+                                 "txtCurrentData", "txtWatchDog",        "cmdAddScenario",  "cmdDelScenario",
+                                 "cmdRunScenario", "cmdStopScenario",    "cmdLoadScenario", "cmdSaveScenario",
+                                 "txtScnPeriod",   "lstSchedule",        "txtScnSend",      "txtScnReceive",
+                                 "tabMode",        "txtNumberOfScenario"};
+    static const Lines monitor = {"cmdMonStart", "cmdMonStop",    "cmdClear",     "cmdMonLogFile",
+                                  "chkMonLog",   "txtMonLogFile", "chkTimeStamp", "chkASCIIDisplay"};
+    const auto stands = [&control](const Lines& names) {
+        return std::find(names.begin(), names.end(), control) != names.end();
+    };
+    for (std::size_t index = 0; index < pages().size(); ++index) {
+        const Page& page = pages()[index];
+        if (control == page.name || stands({page.send, page.again, page.period})) {
+            return static_cast<int>(index);
+        }
+    }
+    constexpr int simulationTab = 4;
+    constexpr int monitorTab = 5;
+    return stands(beside) ? besideTheTabs : stands(monitor) ? monitorTab : simulationTab;
+}
+
+} // namespace
+
+bool World::isEnabled(const std::string& control) const {
     const std::string frame = control.rfind("optRead_", 0) == 0    ? "Frame2_0"
                               : control.rfind("optWrite_", 0) == 0 ? "Frame2_1"
                                                                    : control;
-    return desk.isEnabled(control) && desk.isEnabled(frame) && (!onATab || desk.isEnabled("tabMode"));
+    return desk.isEnabled(control) && desk.isEnabled(frame) &&
+           (tabOf(control) == besideTheTabs || desk.isEnabled("tabMode"));
+}
+
+bool World::isUsable(const std::string& control) const {
+    const int tab = tabOf(control);
+    return isEnabled(control) && desk.isVisible(control) && (tab == besideTheTabs || tab == modes.shown());
 }
 
 void World::answer(const std::string& caption) {
@@ -97,7 +126,7 @@ void World::apply(const Action& action) {
         modes.click(std::stoi(value), verb == "tab");
     } else if (verb == "fill") {
         for (const Page& page : pages()) {
-            if (page.name == target) {
+            if (page.name == target && isUsable(target)) {
                 master.fill(page, value);
             }
         }
@@ -127,7 +156,9 @@ void World::applyToField(const Action& action) {
             simulator.clickLine(target, std::stoi(value));
         }
     } else if (verb == "double") {
-        simulator.reload(std::stoi(value));
+        if (isUsable(target)) {
+            simulator.reload(std::stoi(value));
+        }
     } else if (verb == "log") {
         if (isUsable("cmdMonLogFile")) {
             monitor.chooseLog(value);
@@ -138,6 +169,9 @@ void World::applyToField(const Action& action) {
 }
 
 void World::write(const std::string& field, const std::string& text) {
+    if (!isUsable(field)) {
+        return;
+    }
     if (field == "txtScnPeriod") {
         scenario.setPeriod(text);
     } else if (field == "txtSimSendData") {
@@ -145,9 +179,7 @@ void World::write(const std::string& field, const std::string& text) {
     } else if (field == "txtSimData") {
         simulator.typeData(text);
     } else if (field.rfind("cb", 0) == 0) {
-        if (isUsable(field)) {
-            desk.show(field, text);
-        }
+        desk.show(field, text);
     } else {
         master.changePeriod(field, text);
     }
@@ -165,9 +197,17 @@ void World::applyToFile(const Action& action) {
         profiles[target].write("Receive", "0", pair);
         profiles[target].write("Send", "0", pair);
     } else if (target == "simulator" && isUsable(verb == "save" ? "cmdSaveSimPacket" : "cmdLoadSimPacket")) {
-        verb == "save" ? simulator.save(value) : simulator.load(value);
+        if (verb == "save") {
+            simulator.save(value);
+        } else if (profiles.count(value) != 0) {
+            simulator.load(value);
+        }
     } else if (target == "scenario" && isUsable(verb == "save" ? "cmdSaveScenario" : "cmdLoadScenario")) {
-        verb == "save" ? scenario.save(value) : scenario.load(value);
+        if (verb == "save") {
+            scenario.save(value);
+        } else if (profiles.count(value) != 0) {
+            scenario.load(value);
+        }
     }
 }
 
@@ -176,7 +216,7 @@ Observation World::expected() const {
     Observation seen = desk.expected();
     for (auto& [key, value] : seen) {
         if (key.ends_with(ending)) {
-            value = isUsable(key.substr(0, key.size() - ending.size())) ? "1" : "0";
+            value = isEnabled(key.substr(0, key.size() - ending.size())) ? "1" : "0";
         }
     }
     seen["box"] = boxes.empty() ? "" : boxes.front().title + ": " + boxes.front().text;

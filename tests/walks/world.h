@@ -27,7 +27,10 @@ public:
     /// Shows a box behind those that wait; the same is not queued twice.
     void showBox(const Box& box);
     void showRuntimeError(const std::string& number, const std::string& text);
-    /// Whether a user reaches it: neither it nor what stands around it is disabled.
+    /// Neither it nor what stands around it is disabled.
+    bool isEnabled(const std::string& control) const;
+    /// Whether a user reaches it: it is enabled and on the screen. A master page's name stands for its
+    /// fields.
     bool isUsable(const std::string& control) const;
     bool asks() const { return !boxes.empty(); }
 
