@@ -398,8 +398,9 @@ void SimulatorModel::deletePair() {
         for (const char* const list : {"lstSimReceive", "lstSimSend"}) {
             Lines& lines = desk.changeLines(list);
             lines.erase(lines.begin() + row);
-            desk.select(list, -1);
         }
+        // The neighbour is selected then, as lists do.
+        selectPair(std::min(row, static_cast<int>(desk.lines("lstSimReceive").size()) - 1));
     }
     const bool remain = !desk.lines("lstSimReceive").empty();
     desk.enable("cmdSaveSimPacket", remain);

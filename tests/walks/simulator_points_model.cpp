@@ -5,6 +5,9 @@ namespace {
 
 constexpr int bitsOfWord = 16;
 
+/// The program reloads a pair over points that were collected without its question.
+constexpr bool reloadingAsksNothing = true;
+
 /// The register tables of the simulator's stepping.
 struct Step {
     std::string kind;
@@ -183,10 +186,17 @@ void SimulatorModel::reload(int row) {
         world_.showBox({"Confirm", "Not Support in this version !!", {}, {}});
         return;
     }
-    askBefore(code->second, [this, request, answer, kind = code->second] {
+    const auto reloadPair = [this, request, answer, kind = code->second] {
+        const bool goesOn = kind == kind_ && world_.desk.isEnabled("cmdSimInputOK");
         changeKind(kind);
+        world_.desk.enable("cmdSimInputOK", goesOn); // the kind that stands there already is no change
         fillReloaded(request, answer);
-    });
+    };
+    if (reloadingAsksNothing) {
+        reloadPair();
+    } else {
+        askBefore(code->second, reloadPair);
+    }
 }
 
 void SimulatorModel::fillReloaded(const std::string& request, const std::string& answer) {
