@@ -14,10 +14,10 @@ public:
     /// @param clock @param events both must outlive the waits
     GuardedClock(Clock& clock, Events& events) : clock_(clock), events_(events) {}
 
-    void after(std::chrono::milliseconds wait, std::function<void()> continuation) override {
-        clock_.after(wait, [&events = events_, continuation = std::move(continuation)] {
-            events.guard(continuation);
-        });
+    Time now() const override { return clock_.now(); }
+
+    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
+        clock_.schedule(wait, [&events = events_, due = std::move(due)] { events.guard(due); });
     }
 
 private:

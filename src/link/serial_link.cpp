@@ -98,26 +98,28 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
 }
 
 void SerialLink::enterMode(std::int16_t commMode) {
-    if (state_.CommMode == comm_mode::simulation && commMode != comm_mode::simulation) {
-        forgetWait();
+    const bool leavesSimulation =
+        state_.CommMode == comm_mode::simulation && commMode != comm_mode::simulation;
+    const bool receivesForAnother = wait_.isPending() && !isSettling_; // began before the simulation
+    if (leavesSimulation && !receivesForAnother) {
+        wait_.cancel();
         state_.InReceive = false;
+    }
+    if (commMode == comm_mode::scenario) { // a silence from before the run would end it
+        state_.WaitTicks = 0;
+        state_.WaitingAnswer = false;
     }
     state_.CommMode = commMode;
 }
 
-void SerialLink::connectionOpened() { forgetWait(); }
-
-void SerialLink::forgetWait() {
-    ++waitsOf_;
-    waiting_ = false;
-}
+void SerialLink::connectionOpened() { wait_.cancel(); }
 
 void SerialLink::commPLC_OnComm(CommEvent event) {
     if (event != CommEvent::Received) {
         state_.InReceive = false;
         return;
     }
-    if (waiting_) {
+    if (wait_.isPending()) {
         isMerged_ = true; // the running wait takes these bytes along
         return;
     }
@@ -143,15 +145,11 @@ void SerialLink::receiveLater() {
 }
 
 void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest) {
-    waiting_ = true;
     isMerged_ = false;
-    clock_.after(wait, [this, waitsOf = waitsOf_, rest = std::move(rest)] {
-        if (waitsOf != waitsOf_) {
-            return;
-        }
-        waiting_ = false;
+    isSettling_ = false;
+    wait_ = clock_.after(wait, [this, rest = std::move(rest)] {
         rest();
-        if (!waiting_ && isMerged_ && commPLC_.inBufferCount() > 0) {
+        if (!wait_.isPending() && isMerged_ && commPLC_.inBufferCount() > 0) {
             commPLC_OnComm(CommEvent::Received);
         }
     });
@@ -190,6 +188,7 @@ void SerialLink::settleRequest(std::size_t noted) {
             receiveRequest();
         }
     });
+    isSettling_ = true;
 }
 
 void SerialLink::receiveRequest() {

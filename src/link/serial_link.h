@@ -48,7 +48,8 @@ public:
     void setRoles(Roles roles) { roles_ = std::move(roles); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
-    /// settling is not answered, and the link is free for the next mode.
+    /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence and
+    /// nothing awaited.
     /// @param commMode a request code of command:: or one of comm_mode::
     void enterMode(std::int16_t commMode);
 
@@ -88,7 +89,6 @@ public:
 
 private:
     void wait(std::chrono::milliseconds wait, std::function<void()> rest);
-    void forgetWait();
     void receiveLater();
     void receiveBurst();
     void receiveAnswer();
@@ -110,9 +110,9 @@ private:
     Form& form_;
     Roles roles_;
     LinkState state_;
-    bool waiting_ = false;  ///< a continuation of the receive handler is under way
-    int waitsOf_ = 0;       ///< a wait that began under another number does nothing more
-    bool isMerged_ = false; ///< a receive event came during the wait
+    Wait wait_;               ///< for the rest of the receive handler
+    bool isSettling_ = false; ///< it waits for a request to the simulator to end
+    bool isMerged_ = false;   ///< a receive event came during the wait
 };
 
 } // namespace varda

@@ -179,15 +179,11 @@ void WritePage::showBits() {
     }
 }
 
+/// The cells behind the frame's words keep what was typed: the image holds the check there.
 void WritePage::showWords() {
     const int framed = framedWriteCount(context().images, Access::Word);
-    const int before = register_.readableNumber().value_or(0);
-    for (int position = 1; position <= grid_->cells(); ++position) {
-        const bool isSent = position <= framed;
-        const bool isEditable = position > before && position <= before + framed;
-        grid_->showWord(position, isSent || isEditable
-                                      ? writeWord(context().images, static_cast<std::size_t>(position - 1))
-                                      : 0);
+    for (int position = 1; position <= framed; ++position) {
+        grid_->showWord(position, writeWord(context().images, static_cast<std::size_t>(position - 1)));
     }
 }
 

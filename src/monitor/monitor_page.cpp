@@ -56,7 +56,7 @@ void MonitorPage::bind() {
 }
 
 void MonitorPage::cmdMonStart_Click() {
-    if (isRunning_ || !context_.link.isFreeForRun()) {
+    if (!context_.link.isFreeForRun()) {
         return;
     }
     if (ui_->txtMonLogFile->text().isEmpty()) {

@@ -2,8 +2,10 @@
 
 #include "controls/events.h"
 #include "controls/file_dialogs.h"
+#include "controls/profile_files.h"
 #include "link/form.h"
 #include "platform/file_name.h"
+#include "platform/profile_file.h"
 #include "platform/runtime_error.h"
 #include "simulator/packet_file.h"
 #include "ui_simulation_page.h"
@@ -143,15 +145,17 @@ void PacketLists::cmdSaveSimPacket_Click() {
 }
 
 void PacketLists::saveTo(const QString& path) {
-    try {
-        savePackets(table_, fileName(path));
-    } catch (const RuntimeError& error) {
-        if (error.number() == run_time_error::subscriptOutOfRange) {
-            selectPair(answers_.rowCount()); // the request whose answer is missing
-            throw;
-        }
-        context_.form.showMessage(error.what(), "Error");
-        return;
+    context_.form.setText("txtSimStatus", "");
+    const std::string name = fileName(path);
+    ProfileFile file = ProfileFile::load(name);
+    const bool complete = storePackets(table_, file);
+    saveOrTell(file, name, context_, [this, complete] { saved(complete); });
+}
+
+void PacketLists::saved(bool complete) {
+    if (!complete) {
+        selectPair(answers_.rowCount()); // the request whose answer is missing
+        throw subscriptOutOfRange();
     }
     selectPair(requests_.rowCount() - 1); // each pair is visited in turn, the last stays selected
     context_.form.setText("txtSimStatus", "Saved completely !!!");
@@ -164,7 +168,13 @@ void PacketLists::cmdLoadSimPacket_Click() {
 }
 
 void PacketLists::loadFrom(const QString& path) {
-    switch (loadPackets(table_, fileName(path))) {
+    context_.form.setText("txtSimStatus", "");
+    const ProfileFile file = ProfileFile::load(fileName(path));
+    if (tellWhyUnreadable(file, context_)) {
+        return;
+    }
+    switch (loadPackets(table_, file)) {
+    case PacketLoad::NoText:
     case PacketLoad::Corrupted:
         context_.form.showMessage(packetFileCorrupted, "Confirm");
         break;

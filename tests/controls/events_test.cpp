@@ -65,7 +65,8 @@ TEST_F(EventsTest, RuntimeErrorIsReportedEachTime) {
 TEST_F(EventsTest, WhatIsThrownBehindAWaitIsReportedToo) {
     ManualClock clock;
     GuardedClock guarded(clock, events);
-    guarded.after(std::chrono::milliseconds(100), [] { throw std::logic_error("behind a wait"); });
+    const Wait wait =
+        guarded.after(std::chrono::milliseconds(100), [] { throw std::logic_error("behind a wait"); });
     clock.advance(100);
     EXPECT_NE(boxText().find("behind a wait"), std::string::npos);
 }

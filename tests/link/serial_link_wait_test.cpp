@@ -327,6 +327,17 @@ TEST_F(RolesTest, LeavingTheSimulationFreesTheTimerThatAnUnknownRequestHeld) {
     EXPECT_FALSE(state.InReceive);
 }
 
+TEST_F(RolesTest, ReceptionThatBeganBeforeTheSimulationOutlivesIt) {
+    link.enterMode(0x21);
+    port.receive(burst(4));
+    clock.advance(50);
+    link.enterMode(comm_mode::simulation);
+    link.enterMode(0x21);
+    EXPECT_TRUE(state.InReceive);
+    clock.advance(50);
+    EXPECT_EQ(form.text("txtCurrentData"), "4");
+}
+
 TEST_F(RolesTest, ChangeBetweenOtherModesLeavesAReceptionAlone) {
     link.enterMode(0x21);
     port.receive(burst(9));

@@ -143,6 +143,13 @@ TEST_F(WritePageTextsTest, GridLaidAnewAfterARandomSendShowsTheImagesWords) {
     }
 }
 
+TEST_F(WritePageTextsTest, GridLaidAnewShowsNoCheckAsAWord) {
+    chooseWords("M", "0045", "88");
+    driver.choose("cbWRegAddress", "0046");
+    EXPECT_EQ(cell(6, 8), "");
+    EXPECT_EQ(cell(6, 9), "");
+}
+
 TEST_F(WritePageTextsTest, GridLaidAnewKeepsWhatWasTyped) {
     chooseWords("W", "0000", "3");
     enterWord(1, 1, "1A", true);

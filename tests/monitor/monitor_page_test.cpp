@@ -227,7 +227,14 @@ TEST_F(MonitorPageTest, EndClosesTheLog) {
     EXPECT_TRUE(runUntil([this] { return !logIsOpen(); }));
 }
 
-TEST_F(MonitorPageTest, SecondStartDoesNothing) {
+TEST_F(MonitorPageTest, StartDuringARunStillAsksForAnOpenPort) {
+    startMonitoring();
+    driver.click("cmdPortOpen");
+    driver.click("cmdMonStart");
+    EXPECT_EQ(driver.boxText(), "Please Port Open !!");
+}
+
+TEST_F(MonitorPageTest, SecondStartGoesOn) {
     startMonitoring();
     driver.click("cmdMonStart");
     EXPECT_EQ(driver.box(), nullptr);

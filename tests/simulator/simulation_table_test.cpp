@@ -1,4 +1,7 @@
 #include "simulator/simulation_page_fixture.h"
+#include "support/ordinary_user.h"
+
+#include <QFile>
 
 namespace varda::test {
 namespace {
@@ -116,6 +119,42 @@ TEST_F(SimulationPageTest, FileWithoutATotalLeavesTheTable) {
     load(write("other.ini", "[Something]\nelse=1\n"));
     EXPECT_EQ(requests()->rowCount(), 1);
     EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(SimulationPageTest, FileThatIsNoTextIsToldAndLeavesTheTable) {
+    addBitRead("0002", "2");
+    for (const std::string& noText : {std::string(100, '\0'), std::string("PK\3\4")}) {
+        load(write("picture.ini", noText));
+        EXPECT_EQ(requests()->rowCount(), 1);
+        EXPECT_EQ(driver.boxText(), "Data is incorrect or corrupted. Please Check Data.");
+        EXPECT_EQ(driver.boxTitle(), "Confirm");
+        driver.closeBox();
+    }
+}
+
+TEST_F(SimulationPageTest, FileThatCannotBeReadIsToldWithTheReason) {
+    const std::string path = write("locked.ini", "[Information]\nTotal=0\n");
+    QFile::setPermissions(QString::fromStdString(path), QFile::WriteOwner);
+    driver.click("cmdLoadSimPacket");
+    const OrdinaryUser user;
+    chooseFile(path);
+    EXPECT_EQ(driver.boxText(), '"' + path + "\" could not be read: permission denied.");
+    EXPECT_EQ(driver.boxTitle(), "Error");
+}
+
+TEST_F(SimulationPageTest, StatusIsEmptiedWhenALoadOrASaveBegins) {
+    addBitRead("0002", "2");
+    paste("txtSimStatus", "Saved completely !!!");
+    load(write("empty.ini", "[Information]\nTotal=0\n"));
+    EXPECT_EQ(text("txtSimStatus"), "");
+    driver.closeBox();
+    addBitRead("0002", "2");
+    paste("txtSimStatus", "Saved completely !!!");
+    driver.click("cmdSaveSimPacket");
+    EXPECT_EQ(text("txtSimStatus"), "Saved completely !!!"); // nothing was chosen yet
+    chooseFileToReplace(write("picture.ini", std::string(100, '\0')));
+    EXPECT_EQ(driver.boxTitle(), "Error");
+    EXPECT_EQ(text("txtSimStatus"), "");
 }
 
 TEST_F(SimulationPageTest, TotalOfZeroEmptiesTheTableAndSaysSo) {
