@@ -33,9 +33,6 @@ public:
     /// What is scheduled, cancelled waits included.
     std::size_t pending() const { return waits_.size(); }
 
-    /// How much time has passed since the clock was made.
-    std::chrono::milliseconds now() const { return now_; }
-
 private:
     Time now_;
     std::multimap<Time, std::function<void()>> waits_; ///< by due time

@@ -8,7 +8,7 @@ constexpr int idle = 0x80;
 constexpr std::size_t mostLines = 2000;
 
 /// In the program Start asks nothing and begins nothing while a run is under way.
-constexpr bool startIsDeafDuringARun = true;
+constexpr bool startIsDeafDuringARun = false;
 
 /// The character of that code, as UTF-8.
 std::string letter(std::uint8_t code) {
