@@ -1,8 +1,8 @@
 #pragma once
 
 #include "shell/frmVarda.h"
+#include "support/far_end.h"
 #include "support/manual_clock.h"
-#include "support/memory_line.h"
 #include "support/temporary_folder.h"
 
 #include <stdexcept>
@@ -28,7 +28,6 @@ public:
 
     /// Lets time pass, a millisecond at a time.
     void advance(int milliseconds);
-    std::chrono::milliseconds now() const { return clock_.now(); }
 
     /// The control of that name. @throws std::runtime_error where there is none of that class
     template <typename Control = QWidget>

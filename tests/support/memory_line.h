@@ -1,97 +1,67 @@
 #pragma once
 
 #include "platform/line.h"
-#include "support/manual_clock.h"
 
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
 namespace varda::test {
 
-class MemoryLine;
-
-/// The far end of the lines in memory of one window, which must outlive them: what was written and when, and
-/// what comes in.
-class FarEnd {
+/// Both ends of lines in memory: what every line made here was handed, and what comes in from the far end.
+class MemoryWire {
 public:
-    /// One write to the line.
-    struct Write {
-        std::chrono::milliseconds time;
-        Bytes bytes;
-    };
-
-    explicit FarEnd(const ManualClock& clock) : clock_(clock) {}
-
-    /// A closed line that ends here.
+    /// A closed line on this wire, which must outlive it.
     std::unique_ptr<Line> makeLine();
 
-    bool isOpen() const { return open_ != nullptr; }
-    /// How the open line was set, as the port's settings text has it; empty while none is open.
-    std::string settings() const { return isOpen() ? settings_ : std::string(); }
-    /// Bytes come in, and their event; does nothing while no line is open.
-    void deliver(const Bytes& bytes);
-    /// The line goes away: closed first, told afterwards.
-    void hangUp(const std::string& reason);
-    /// What was written since the last call.
-    std::vector<Write> takeWritten() { return std::exchange(written_, {}); }
+    /// What was written since the last call, one entry per write.
+    std::vector<Bytes> takeWritten() { return std::exchange(written_, {}); }
+    /// Bytes come in as one burst, and one receive event tells so. Nothing happens where no line is open.
+    void receive(const Bytes& bytes);
 
 private:
-    friend class MemoryLine;
+    class MemoryLine;
 
-    const ManualClock& clock_;
     MemoryLine* open_ = nullptr;
-    std::string settings_;
-    std::vector<Write> written_;
+    std::vector<Bytes> written_;
 };
 
-/// A line without a device, made by the far end.
-class MemoryLine : public Line {
+class MemoryWire::MemoryLine : public Line {
 public:
-    explicit MemoryLine(FarEnd& farEnd) : farEnd_(farEnd) {}
+    explicit MemoryLine(MemoryWire& wire) : wire_(wire) {}
     MemoryLine(const MemoryLine&) = delete;
     MemoryLine& operator=(const MemoryLine&) = delete;
-    MemoryLine(MemoryLine&&) = delete;
-    MemoryLine& operator=(MemoryLine&&) = delete;
-    ~MemoryLine() override { close(); }
+    ~MemoryLine() override { leave(); }
 
-    void open(const LineSettings& settings) override {
-        farEnd_.open_ = this;
-        farEnd_.settings_ = std::to_string(settings.baudRate) + "," + settings.parity + "," +
-                            std::to_string(settings.dataBits) + "," + std::to_string(settings.stopBits);
-    }
-    void close() noexcept override {
-        input_.clear();
-        if (farEnd_.open_ == this) {
-            farEnd_.open_ = nullptr;
-        }
-    }
+    void open(const LineSettings& /*settings*/) override { wire_.open_ = this; }
+    void close() noexcept override { leave(); }
     std::size_t inBufferCount() const noexcept override { return input_.size(); }
     Bytes read() override { return std::exchange(input_, {}); }
     void discard() noexcept override { input_.clear(); }
-    void write(const Bytes& bytes) override { farEnd_.written_.push_back({farEnd_.clock_.now(), bytes}); }
+    void write(const Bytes& bytes) override { wire_.written_.push_back(bytes); }
+
+    void receive(const Bytes& bytes) {
+        input_.insert(input_.end(), bytes.begin(), bytes.end());
+        raise(CommEvent::Received);
+    }
 
 private:
-    friend class FarEnd;
+    void leave() noexcept {
+        input_.clear();
+        if (wire_.open_ == this) {
+            wire_.open_ = nullptr;
+        }
+    }
 
-    FarEnd& farEnd_;
+    MemoryWire& wire_;
     Bytes input_;
 };
 
-inline std::unique_ptr<Line> FarEnd::makeLine() { return std::make_unique<MemoryLine>(*this); }
+inline std::unique_ptr<Line> MemoryWire::makeLine() { return std::make_unique<MemoryLine>(*this); }
 
-inline void FarEnd::deliver(const Bytes& bytes) {
+inline void MemoryWire::receive(const Bytes& bytes) {
     if (open_ != nullptr) {
-        open_->input_.insert(open_->input_.end(), bytes.begin(), bytes.end());
-        open_->raise(CommEvent::Received);
-    }
-}
-
-inline void FarEnd::hangUp(const std::string& reason) {
-    if (MemoryLine* const line = open_) {
-        line->close();
-        line->raise(CommEvent::HungUp, reason);
+        open_->receive(bytes);
     }
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "walks/link_model.h"
-#include "walks/master_model.h"
 #include "walks/modes_model.h"
 #include "walks/monitor_model.h"
+#include "walks/pages_model.h"
 #include "walks/profile_model.h"
 #include "walks/scenario_model.h"
 #include "walks/simulator_model.h"
@@ -41,7 +41,7 @@ public:
     std::map<std::string, Profile> profiles; ///< the files that were saved or written by hand
 
     LinkModel link{*this};
-    MasterModel master{*this};
+    PagesModel master{*this};
     SimulatorModel simulator{*this};
     ScenarioModel scenario{*this};
     MonitorModel monitor{*this};
