@@ -7,7 +7,7 @@ namespace varda::walks {
 
 namespace {
 
-QtPeriodTimer& part(FrmVarda& owner, const QtPeriodTimer* kind);
+std::unique_ptr<PeriodTimer>& part(FrmVarda& owner, const std::unique_ptr<PeriodTimer>* kind);
 QTimer& part(QtPeriodTimer& owner, const QTimer* kind);
 
 // An explicit instantiation may name what is private elsewhere. The timer is the one thing of time that the
@@ -17,16 +17,17 @@ struct Opened {
     friend Part& part(Owner& owner, const Part* /*kind*/) { return owner.*Member; }
 };
 
-
-template struct Opened<&FrmVarda::tmrComm_, FrmVarda, QtPeriodTimer>;
+template struct Opened<&FrmVarda::tmrComm_, FrmVarda, std::unique_ptr<PeriodTimer>>;
 template struct Opened<&QtPeriodTimer::timer_, QtPeriodTimer, QTimer>;
 
 } // namespace
 
-PeriodTimer& communicationPeriod(FrmVarda& window) { return part(window, static_cast<QtPeriodTimer*>(nullptr)); }
+PeriodTimer& communicationPeriod(FrmVarda& window) {
+    return *part(window, static_cast<std::unique_ptr<PeriodTimer>*>(nullptr));
+}
 
 QTimer& communicationTimer(FrmVarda& window) {
-    return part(part(window, static_cast<QtPeriodTimer*>(nullptr)), static_cast<QTimer*>(nullptr));
+    return part(static_cast<QtPeriodTimer&>(communicationPeriod(window)), static_cast<QTimer*>(nullptr));
 }
 
 } // namespace varda::walks
