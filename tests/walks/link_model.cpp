@@ -8,9 +8,6 @@ constexpr int simulation = 0xFF;
 constexpr int scenarioRuns = 0xC0;
 constexpr int patience = 12;
 
-/// The program ends with the simulation also a reception that began before it.
-constexpr bool leavingSimulationEndsEveryWait = true;
-
 const Lines& settingLists() {
     static const Lines lists = {"cbPort", "cbBaudRate", "cbDataBit", "cbStopBit", "cbParityBit"};
     return lists;
@@ -275,7 +272,7 @@ void LinkModel::sendRequest(const Octets& octets, int expected) {
 
 void LinkModel::enterMode(int mode) {
     if (commMode == simulation && mode != simulation) {
-        if (settles_ || leavingSimulationEndsEveryWait) {
+        if (settles_) {
             endWaits();
         }
         inReceive_ = false;

@@ -7,9 +7,6 @@ constexpr int monitoring = 0x81;
 constexpr int idle = 0x80;
 constexpr std::size_t mostLines = 2000;
 
-/// In the program Start asks nothing and begins nothing while a run is under way.
-constexpr bool startIsDeafDuringARun = false;
-
 /// The character of that code, as UTF-8.
 std::string letter(std::uint8_t code) {
     if (code < 0x80) {
@@ -44,9 +41,6 @@ void MonitorModel::press(const std::string& button) {
 
 void MonitorModel::start() {
     Desk& desk = world_.desk;
-    if (startIsDeafDuringARun && world_.link.commMode == monitoring) {
-        return;
-    }
     if (!world_.link.isOpen) {
         world_.showBox({"Warning", "Please Port Open !!", {}, {}});
         return;

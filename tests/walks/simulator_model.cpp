@@ -44,7 +44,6 @@ bool SimulatorModel::isBit() const { return kind_.rfind("Bit", 0) == 0; }
 bool SimulatorModel::isRead() const { return kind_ == "Bit Read" || kind_ == "Word Read"; }
 
 void SimulatorModel::enterMode() {
-    world_.desk.enable("cmdSimInputOK", false);
     askBefore("Bit Read", [this] { finishEntering(); });
 }
 
