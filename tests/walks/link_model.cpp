@@ -275,7 +275,7 @@ void LinkModel::enterMode(int mode) {
         if (settles_) {
             endWaits();
         }
-        inReceive_ = false;
+        inReceive_ = waits_; // what began before the simulation goes on
     }
     commMode = mode;
 }

@@ -100,14 +100,16 @@ void MonitorModel::list(const Octets& burst) {
         lines.clear();
     }
     desk.show("txtLine", std::to_string(lines.size()));
-    std::string text = desk.isTicked("chkTimeStamp") ? "9:5:7 - " : "";
+    std::string shown = desk.isTicked("chkTimeStamp") ? "9:5:7 - " : "";
+    std::string logged = shown; // a byte a character
     for (const std::uint8_t octet : burst) {
-        text += desk.isTicked("chkASCIIDisplay") ? letter(octet) : padHex(octet, 2);
-        text += ' ';
+        const bool asCharacter = desk.isTicked("chkASCIIDisplay");
+        shown += (asCharacter ? letter(octet) : padHex(octet, 2)) + " ";
+        logged += (asCharacter ? std::string(1, static_cast<char>(octet)) : padHex(octet, 2)) + " ";
     }
-    lines.push_back(text);
+    lines.push_back(shown);
     if (!logFile_.empty()) {
-        desk.set("log." + logFile_, desk.expected()["log." + logFile_] + text + "\n");
+        desk.set("log." + logFile_, desk.expected()["log." + logFile_] + logged + "\n");
     }
 }
 

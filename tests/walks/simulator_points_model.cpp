@@ -1,5 +1,7 @@
 #include "walks/world.h"
 
+#include <algorithm>
+
 namespace varda::window_model {
 namespace {
 
@@ -128,8 +130,9 @@ void SimulatorModel::delPoint() {
         return;
     }
     points.erase(points.begin() + row);
-    desk.select("lstSimMixed", -1);
-    desk.enable("cmdSimDelListBox", false);
+    desk.select("lstSimMixed",
+                std::min(row, static_cast<int>(points.size()) - 1)); // its neighbour, as lists do
+    desk.enable("cmdSimDelListBox", !points.empty());
     Place at = here();
     if (isBit() && at.bit > 0) {
         desk.show("cbSimBit", std::to_string(at.bit - 1));
@@ -187,7 +190,7 @@ void SimulatorModel::reload(int row) {
         return;
     }
     const auto reloadPair = [this, request, answer, kind = code->second] {
-        const bool goesOn = kind == kind_ && world_.desk.isEnabled("cmdSimInputOK");
+        const bool goesOn = (reloadingAsksNothing || kind == kind_) && world_.desk.isEnabled("cmdSimInputOK");
         changeKind(kind);
         world_.desk.enable("cmdSimInputOK", goesOn); // the kind that stands there already is no change
         fillReloaded(request, answer);
