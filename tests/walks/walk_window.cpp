@@ -37,9 +37,9 @@ std::string boxName(const QMessageBox& box) {
 
 Qt::Key keyOf(const std::string& verb) {
     static const std::map<std::string, Qt::Key> keys = {
-        {"enter", Qt::Key_Return}, {"escape", Qt::Key_Escape}, {"delete", Qt::Key_Delete}, {"left", Qt::Key_Left},
-        {"home", Qt::Key_Home},    {"end", Qt::Key_End},       {"up", Qt::Key_Up},         {"down", Qt::Key_Down},
-        {"mark", Qt::Key_A}};
+        {"enter", Qt::Key_Return}, {"escape", Qt::Key_Escape}, {"delete", Qt::Key_Delete},
+        {"left", Qt::Key_Left},    {"home", Qt::Key_Home},     {"end", Qt::Key_End},
+        {"up", Qt::Key_Up},        {"down", Qt::Key_Down},     {"mark", Qt::Key_A}};
     return keys.at(verb);
 }
 
@@ -53,7 +53,8 @@ void turnWheel(QWidget* control, int notches) {
 } // namespace
 
 WalkWindow::WalkWindow(int mode, std::uint_fast32_t seed)
-    : mode_(mode), generator_(seed),
+    : mode_(mode),
+      generator_(seed),
       window_({clock_, [this](const std::string& /*name*/) { return wire_.makeLine(); },
                [this] { return static_cast<double>(generator_()) / 4294967296.0; }, folder_.path(),
                QTime::currentTime, [this](std::function<void()> tick) { return makeTimer(std::move(tick)); }}) {
@@ -201,7 +202,8 @@ void WalkWindow::answerBoxes() {
         for (auto* const box : window_.findChildren<QMessageBox*>()) {
             if (box->isVisible()) {
                 boxes_.push_back(boxName(*box));
-                box->button(QMessageBox::Ok) != nullptr ? box->button(QMessageBox::Ok)->click() : box->reject();
+                box->button(QMessageBox::Ok) != nullptr ? box->button(QMessageBox::Ok)->click()
+                                                        : box->reject();
                 QCoreApplication::sendPostedEvents();
                 QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
                 QApplication::setActiveWindow(&window_);
@@ -272,7 +274,8 @@ std::string WalkWindow::property(QWidget* control, const std::string& kind) cons
     std::string lines;
     if (auto* const list = qobject_cast<QListWidget*>(control)) {
         if (kind == "selected") {
-            return list->selectedItems().isEmpty() ? "-1" : std::to_string(list->row(list->selectedItems().first()));
+            return list->selectedItems().isEmpty() ? "-1"
+                                                   : std::to_string(list->row(list->selectedItems().first()));
         }
         for (int row = 0; row < list->count(); ++row) {
             lines += list->item(row)->text().toStdString() + '|';
@@ -296,7 +299,8 @@ std::string WalkWindow::property(QWidget* control, const std::string& kind) cons
             for (int column = 0; column < grid->columnCount(); ++column) {
                 const auto* const cell = grid->item(row, column);
                 if (cell != nullptr && !cell->text().isEmpty()) {
-                    lines += std::to_string(row) + ',' + std::to_string(column) + '=' + cell->text().toStdString() + '|';
+                    lines += std::to_string(row) + ',' + std::to_string(column) + '=' +
+                             cell->text().toStdString() + '|';
                 }
             }
         }

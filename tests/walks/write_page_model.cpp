@@ -11,9 +11,27 @@ constexpr int subscriptOutOfRange = 9;
 } // namespace
 
 WritePageModel::WritePageModel(std::uint_fast32_t seed)
-    : MasterModel({1, "cbWRegister", "cbWRegAddress", "cbWRegBit", "cbWLength", "txtWDDA", "txtWDSA", "optWrite_0",
-                   "optWrite_1", "lblWBitPoint", "cmdWDSend", "chkWTimer", "txtWriteTimerValue", "txtSendWData",
-                   "txtReceiveWData", "txtWStatus", "txtWStatus", "txtWStatus", "cmdWDSend", "cmdWDSend", false,
+    : MasterModel({1,
+                   "cbWRegister",
+                   "cbWRegAddress",
+                   "cbWRegBit",
+                   "cbWLength",
+                   "txtWDDA",
+                   "txtWDSA",
+                   "optWrite_0",
+                   "optWrite_1",
+                   "lblWBitPoint",
+                   "cmdWDSend",
+                   "chkWTimer",
+                   "txtWriteTimerValue",
+                   "txtSendWData",
+                   "txtReceiveWData",
+                   "txtWStatus",
+                   "txtWStatus",
+                   "txtWStatus",
+                   "cmdWDSend",
+                   "cmdWDSend",
+                   false,
                    "500"}),
       random_(seed) {
     setEnabled("cmdWDSend", false);
@@ -31,13 +49,18 @@ int WritePageModel::count() const { return number16(text("cbWLength")).value; }
 
 Action WritePageModel::draw(std::mt19937& engine) const {
     if (dialog_) {
-        static const std::vector<std::string> words = {"0", "1", "4660", "65535", "65536", "FFFF", "12AB", "fg3", "10000", "7", "99999999999"};
+        static const std::vector<std::string> words = {"0",    "1",   "4660",  "65535", "65536",      "FFFF",
+                                                       "12AB", "fg3", "10000", "7",     "99999999999"};
         switch (engine() % 5) {
         case 0:
-        case 1: return {"word", "", words[engine() % words.size()]};
-        case 2: return {"wordhex", "", ""};
-        case 3: return {"wordend", "", engine() % 2 == 0 ? "Enter" : "OK"};
-        default: return {"wordend", "", engine() % 3 == 0 ? "Escape" : "Enter"};
+        case 1:
+            return {"word", "", words[engine() % words.size()]};
+        case 2:
+            return {"wordhex", "", ""};
+        case 3:
+            return {"wordend", "", engine() % 2 == 0 ? "Enter" : "OK"};
+        default:
+            return {"wordend", "", engine() % 3 == 0 ? "Escape" : "Enter"};
         }
     }
     switch (engine() % 8) {
@@ -49,14 +72,17 @@ Action WritePageModel::draw(std::mt19937& engine) const {
         if (engine() % 4 == 0) {
             position = static_cast<int>(engine() % static_cast<unsigned>(columns * (rows_ - 1) + 1));
         }
-        return {"cell", "gridWriteData", std::to_string(position / columns) + "," + std::to_string(position % columns)};
+        return {"cell", "gridWriteData",
+                std::to_string(position / columns) + "," + std::to_string(position % columns)};
     }
     case 3:
         if (engine() % 8 == 0) {
             return {"put", engine() % 4 == 0 ? "cbWLength" : "cbWRegAddress", "40000"};
         }
         return {"click", engine() % 2 == 0 ? "chkCounter" : "chkRandomWrite", ""};
-    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100", "256", "x", "40"});
+    default:
+        return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100",
+                                   "256", "x", "40"});
     }
 }
 
@@ -427,7 +453,8 @@ PageModel::Shown WritePageModel::shown() const {
     std::string cells;
     for (const auto& [position, text] : cells_) {
         if (!text.empty()) {
-            cells += std::to_string(position / columns) + "," + std::to_string(position % columns) + "=" + text + "|";
+            cells += std::to_string(position / columns) + "," + std::to_string(position % columns) + "=" +
+                     text + "|";
         }
     }
     shown["gridWriteData.cells"] = cells;
