@@ -149,7 +149,7 @@ bool MasterModel::isPossible(const Action& action) const {
         const auto& offered = items_.at(action.control);
         return std::find(offered.begin(), offered.end(), action.text) != offered.end();
     }
-    return verb == "click" || texts_.count(action.control) != 0 || action.control == names_.period;
+    return verb == "click" || verb == "clicks" || texts_.count(action.control) != 0 || action.control == names_.period;
 }
 
 void MasterModel::apply(const Action& action) {
@@ -165,6 +165,11 @@ void MasterModel::apply(const Action& action) {
         applyOwn(action);
     } else if (verb == "click") {
         press(control);
+    } else if (verb == "clicks") {
+        for (int left = std::stoi(action.text); left > 0; --left) {
+            press(control);
+            answerBoxes();
+        }
     } else {
         moveFocus(control);
         if (control == names_.period && verb != "type") {

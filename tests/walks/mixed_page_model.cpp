@@ -281,7 +281,7 @@ Action MixedReadPageModel::draw(std::mt19937& engine) const {
     case 4:
         return {"line", "lstMRReadReg", std::to_string(lines() == 0 ? 0 : engine() % lines())};
     case 5:
-        return {"put", "cbMRLength", std::to_string(engine() % 12)};
+        return {"put", "cbMRLength", std::to_string(engine() % 4 == 0 ? engine() % 260 : engine() % 12)};
     default:
         return drawCommon(
             engine, {"0", "1", "7", "12", "0003", "15", "16", "126", "253", "-1", "x", "100", "R", "r", "K"});
@@ -388,6 +388,9 @@ Action MixedWritePageModel::draw(std::mt19937& engine) const {
     case 4:
         return {"line", "lstMWWriteReg", std::to_string(lines() == 0 ? 0 : engine() % lines())};
     case 5:
+        if (engine() % 16 == 0) {
+            return {"clicks", "cmdMWAdd", std::to_string(60 + engine() % 80)};
+        }
         return {"click", engine() % 2 == 0 ? "optMWBData_0" : "optMWBData_1", ""};
     case 6:
         return {"click", "chkHexDec", ""};
