@@ -7,6 +7,7 @@ namespace varda::walks {
 namespace {
 
 constexpr int silentTicks = 12;
+constexpr bool errorsEndRepeating = true; // no rule says so: what the program does
 
 std::string joined(const std::vector<std::string>& items) {
     std::string line;
@@ -322,8 +323,12 @@ void MasterModel::tick() {
     const auto fields = repeatFields();
     const bool filled =
         std::none_of(fields.begin(), fields.end(), [this](const auto& name) { return text(name).empty(); });
+    takeErred();
     if (isTicked(names_.continuous) && filled && (names_.repeatsWhileWaiting || !waiting_)) {
         sendRequest();
+        if (errorsEndRepeating && takeErred()) {
+            setTicked(names_.continuous, false);
+        }
     }
 }
 

@@ -199,6 +199,7 @@ void MixedPageModel::display() {
 }
 
 void MixedPageModel::stationChanged(const std::string& /*control*/) {
+    putText(names().request, "");
     if (makeHeader()) {
         display();
     }

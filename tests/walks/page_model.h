@@ -54,7 +54,12 @@ protected:
             queued_.push_back(text);
         }
     }
-    void error(int number) { box("error " + std::to_string(number)); }
+    void error(int number) {
+        box("error " + std::to_string(number));
+        erred_ = true;
+    }
+    /// Whether an error was reported since the last call.
+    bool takeErred() { return std::exchange(erred_, false); }
     /// The user answers what is on the screen.
     void answerBoxes() {
         boxes_.insert(boxes_.end(), queued_.begin(), queued_.end());
@@ -62,6 +67,7 @@ protected:
     }
 
 private:
+    bool erred_ = false;
     std::vector<Octets> sent_;
     std::vector<std::string> queued_;
     std::vector<std::string> boxes_;

@@ -8,6 +8,7 @@ namespace {
 
 constexpr int columns = 16;
 constexpr int dataBegin = 6;
+constexpr bool zeroCountStartsBit = true; // against the rule of rows: what the program does
 
 } // namespace
 
@@ -15,6 +16,10 @@ void WritePageModel::layGrid() {
     const auto before = std::exchange(cells_, {});
     if (text("cbWLength") == "0") {
         rows_ = 18;
+        const bool chosen = !text("cbWRegister").empty() && !text("cbWRegAddress").empty();
+        if (zeroCountStartsBit && chosen && text("cbWRegBit").empty()) {
+            startBit();
+        }
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
         rows_ = count() / columns + 2;
     } else {
@@ -43,7 +48,7 @@ void WritePageModel::showCells(const std::map<int, std::string>& before) {
             cells_[begin + point] = "ON";
         }
     }
-    for (int word = 0; !bits() && word < count(); ++word) {
+    for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
         const auto place = static_cast<std::size_t>(dataBegin + 2 * word);
         const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
         const auto shown = before.find(word);
@@ -51,7 +56,7 @@ void WritePageModel::showCells(const std::map<int, std::string>& before) {
         const bool hexadecimal = hexadecimalCells_.count(word) != 0;
         if (typed && (hexadecimal ? hexNumber(shown->second) : number32(shown->second)).value == value) {
             cells_[word] = shown->second; // as it was typed
-        } else if (value != 0) {
+        } else if (value != 0 && word < count()) {
             cells_[word] = std::to_string(value);
             hexadecimalCells_.erase(word);
         }
