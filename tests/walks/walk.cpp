@@ -187,7 +187,10 @@ Actions readActions(const char* path) {
 
 void walk(const Page& page, int share) {
     if (const char* const path = std::getenv("VARDA_WALK_REPLAY")) {
-        report(page, readActions(path), path);
+        Actions actions = readActions(path);
+        if (!taken(page, actions).empty()) {
+            report(page, actions, path);
+        }
         return;
     }
     if (const int seed = setting("VARDA_WALK_SEED", 0); seed != 0) {
