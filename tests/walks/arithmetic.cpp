@@ -11,7 +11,8 @@ constexpr int noNumber = 13;
 constexpr int overflow = 6;
 
 bool isDigits(std::string_view text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
 int digitValue(char digit) {
@@ -86,7 +87,9 @@ std::string hex(int value) {
     return digits;
 }
 
-std::string hex(int value, std::size_t width) { return lastCharacters(std::string(width, '0') + hex(value), width); }
+std::string hex(int value, std::size_t width) {
+    return lastCharacters(std::string(width, '0') + hex(value), width);
+}
 
 std::string lastCharacters(const std::string& text, std::size_t count) {
     return text.size() <= count ? text : text.substr(text.size() - count);
@@ -112,11 +115,11 @@ bool hasRightCrc(const Octets& frame, std::size_t length) {
 }
 
 const std::vector<Kind>& kinds() {
-    static const std::vector<Kind> all = {
-        {"R", true, 0, 127, 4},     {"L", true, 128, 63, 4},      {"M", true, 192, 127, 4},
-        {"K", true, 320, 127, 4},   {"F", true, 448, 15, 4},      {"TC", true, 464, 255, 3},
-        {"W", false, 512, 2047, 4}, {"SV", false, 2560, 255, 3}, {"PV", false, 2816, 255, 3},
-        {"SR", false, 3072, 511, 3}};
+    static const std::vector<Kind> all = {{"R", true, 0, 127, 4},      {"L", true, 128, 63, 4},
+                                          {"M", true, 192, 127, 4},    {"K", true, 320, 127, 4},
+                                          {"F", true, 448, 15, 4},     {"TC", true, 464, 255, 3},
+                                          {"W", false, 512, 2047, 4},  {"SV", false, 2560, 255, 3},
+                                          {"PV", false, 2816, 255, 3}, {"SR", false, 3072, 511, 3}};
     return all;
 }
 

@@ -185,7 +185,8 @@ bool MixedPageModel::makeHeader() {
 Octets MixedPageModel::octets(int count) const {
     Octets octets;
     for (int place = 0; place < count; ++place) {
-        octets.push_back(static_cast<std::uint8_t>(hexNumber(image_.at(static_cast<std::size_t>(place))).value));
+        octets.push_back(
+            static_cast<std::uint8_t>(hexNumber(image_.at(static_cast<std::size_t>(place))).value));
     }
     return octets;
 }
@@ -235,10 +236,28 @@ PageModel::Shown MixedPageModel::shown() const {
 }
 
 MixedReadPageModel::MixedReadPageModel()
-    : MixedPageModel({2, "cbMRegister", "cbMRegAddress", "cbMRegBit", "cbMRLength", "txtMRDDA", "txtMRDSA",
-                      "optMRead_0", "optMRead_1", "lblMRBitPoint", "cmdMRDSend", "chkMRTimer", "txtMReadTimerValue",
-                      "txtSendMRData", "txtReceiveMRData", "txtMRStatus", "txtWStatus", "txtMRStatus", "cmdRDSend",
-                      "cmdMRDSend", true, "500"},
+    : MixedPageModel({2,
+                      "cbMRegister",
+                      "cbMRegAddress",
+                      "cbMRegBit",
+                      "cbMRLength",
+                      "txtMRDDA",
+                      "txtMRDSA",
+                      "optMRead_0",
+                      "optMRead_1",
+                      "lblMRBitPoint",
+                      "cmdMRDSend",
+                      "chkMRTimer",
+                      "txtMReadTimerValue",
+                      "txtSendMRData",
+                      "txtReceiveMRData",
+                      "txtMRStatus",
+                      "txtWStatus",
+                      "txtMRStatus",
+                      "cmdRDSend",
+                      "cmdMRDSend",
+                      true,
+                      "500"},
                      {"lstMRReadReg", "cmdMRAdd", "cmdMRDel", "25"}) {
     setEnabled("cmdRDSend", false);
     setEnabled("cmdMRDSend", true);
@@ -255,12 +274,17 @@ Action MixedReadPageModel::draw(std::mt19937& engine) const {
     switch (engine() % 8) {
     case 0:
     case 1:
-    case 2: return {"click", "cmdMRAdd", ""};
-    case 3: return {"click", "cmdMRDel", ""};
-    case 4: return {"line", "lstMRReadReg", std::to_string(lines() == 0 ? 0 : engine() % lines())};
-    case 5: return {"put", "cbMRLength", std::to_string(engine() % 12)};
+    case 2:
+        return {"click", "cmdMRAdd", ""};
+    case 3:
+        return {"click", "cmdMRDel", ""};
+    case 4:
+        return {"line", "lstMRReadReg", std::to_string(lines() == 0 ? 0 : engine() % lines())};
+    case 5:
+        return {"put", "cbMRLength", std::to_string(engine() % 12)};
     default:
-        return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", "253", "-1", "x", "100", "R", "r", "K"});
+        return drawCommon(
+            engine, {"0", "1", "7", "12", "0003", "15", "16", "126", "253", "-1", "x", "100", "R", "r", "K"});
     }
 }
 
@@ -303,7 +327,8 @@ bool MixedReadPageModel::buildPoint(const Point& point) {
         return false;
     }
     for (int place = 0; place < count.value; ++place) {
-        const std::string digits = point.isBit ? bitAddress(word, bit.value + place) : wordAddress(word + place);
+        const std::string digits =
+            point.isBit ? bitAddress(word, bit.value + place) : wordAddress(word + place);
         const int high = hexNumber(digits.substr(0, 2)).value;
         put(length() + 4, digits.substr(2, 2));
         put(length() + 5, hex(point.isBit ? high : high | wordMark, 2));
@@ -315,10 +340,28 @@ bool MixedReadPageModel::buildPoint(const Point& point) {
 }
 
 MixedWritePageModel::MixedWritePageModel()
-    : MixedPageModel({3, "cbMWRegister", "cbMWRegAddress", "cbMWRegBit", "", "txtMWDDA", "txtMWDSA", "optMWrite_0",
-                      "optMWrite_1", "lblMWBitPoint", "cmdMWDSend", "chkMWTimer", "txtMWriteTimerValue",
-                      "txtSendMWData", "txtReceiveMWData", "txtMWStatus", "txtWStatus", "txtWStatus", "cmdMWDSend",
-                      "cmdMWDSend", false, "100"},
+    : MixedPageModel({3,
+                      "cbMWRegister",
+                      "cbMWRegAddress",
+                      "cbMWRegBit",
+                      "",
+                      "txtMWDDA",
+                      "txtMWDSA",
+                      "optMWrite_0",
+                      "optMWrite_1",
+                      "lblMWBitPoint",
+                      "cmdMWDSend",
+                      "chkMWTimer",
+                      "txtMWriteTimerValue",
+                      "txtSendMWData",
+                      "txtReceiveMWData",
+                      "txtMWStatus",
+                      "txtWStatus",
+                      "txtWStatus",
+                      "cmdMWDSend",
+                      "cmdMWDSend",
+                      false,
+                      "100"},
                      {"lstMWWriteReg", "cmdMWAdd", "cmdMWDel", "26"}) {
     setEnabled("cmdMWDSend", false);
     setEnabled("txtMWData", true);
@@ -333,19 +376,28 @@ MixedWritePageModel::MixedWritePageModel()
 }
 
 Action MixedWritePageModel::draw(std::mt19937& engine) const {
-    static const std::vector<std::string> values = {"0", "65535", "65536", "6553", "1A2B", "1a2b", "g", "FFFFF", "12x4", "99999999999", "ABCDE"};
+    static const std::vector<std::string> values = {"0", "65535", "65536", "6553",        "1A2B", "1a2b",
+                                                    "g", "FFFFF", "12x4",  "99999999999", "ABCDE"};
     switch (engine() % 10) {
     case 0:
     case 1:
-    case 2: return {"click", "cmdMWAdd", ""};
-    case 3: return {"click", "cmdMWDel", ""};
-    case 4: return {"line", "lstMWWriteReg", std::to_string(lines() == 0 ? 0 : engine() % lines())};
-    case 5: return {"click", engine() % 2 == 0 ? "optMWBData_0" : "optMWBData_1", ""};
-    case 6: return {"click", "chkHexDec", ""};
-    case 7: return {engine() % 2 == 0 ? "put" : "type", "txtMWData", values[engine() % values.size()]};
-    case 8: return {engine() % 4 == 0 ? "back" : "click", engine() % 2 == 0 ? "txtMWData" : "cmdMWAdd", ""};
+    case 2:
+        return {"click", "cmdMWAdd", ""};
+    case 3:
+        return {"click", "cmdMWDel", ""};
+    case 4:
+        return {"line", "lstMWWriteReg", std::to_string(lines() == 0 ? 0 : engine() % lines())};
+    case 5:
+        return {"click", engine() % 2 == 0 ? "optMWBData_0" : "optMWBData_1", ""};
+    case 6:
+        return {"click", "chkHexDec", ""};
+    case 7:
+        return {engine() % 2 == 0 ? "put" : "type", "txtMWData", values[engine() % values.size()]};
+    case 8:
+        return {engine() % 4 == 0 ? "back" : "click", engine() % 2 == 0 ? "txtMWData" : "cmdMWAdd", ""};
     default:
-        return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", "253", "-1", "x", "100", "R", "r", "K"});
+        return drawCommon(
+            engine, {"0", "1", "7", "12", "0003", "15", "16", "126", "253", "-1", "x", "100", "R", "r", "K"});
     }
 }
 
@@ -386,7 +438,8 @@ void MixedWritePageModel::dataChanged() {
     const bool hexadecimal = isTicked("chkHexDec");
     std::string data = text("txtMWData");
     if (hexadecimal) {
-        std::transform(data.begin(), data.end(), data.begin(), [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+        std::transform(data.begin(), data.end(), data.begin(),
+                       [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
         putText("txtMWData", data);
     }
     const Number value = hexadecimal ? hexNumber(data) : number32(data);
@@ -422,7 +475,9 @@ std::string MixedWritePageModel::newLine() {
 
 bool MixedWritePageModel::countPoint(const Point& point, int& sum) { return addTo(sum, point.isBit ? 1 : 2); }
 
-bool MixedWritePageModel::pointLength(const Point& point, int& sum) { return addTo(sum, point.isBit ? 3 : 4); }
+bool MixedWritePageModel::pointLength(const Point& point, int& sum) {
+    return addTo(sum, point.isBit ? 3 : 4);
+}
 
 bool MixedWritePageModel::buildPoint(const Point& point) {
     const Number bit = point.isBit ? number16(point.bit) : Number{};

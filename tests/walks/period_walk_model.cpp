@@ -10,18 +10,30 @@ PeriodWalkModel::PeriodWalkModel(std::string field, std::string neighbour, const
 Action PeriodWalkModel::draw(std::mt19937& engine) const {
     static const std::vector<std::string> pasted = {"50", "100", "250", "40000", "x", "1234", "99", "-1"};
     switch (engine() % 20) {
-    case 0: return {"mark", field_, ""};
-    case 1: return {"put", field_, pasted[engine() % pasted.size()]};
-    case 2: return {"backspace", field_, ""};
-    case 3: return {"delete", field_, ""};
-    case 4: return {"left", field_, ""};
-    case 5: return {"end", field_, ""};
-    case 6: return {"leave", field_, neighbour_};
-    case 7: return {"key", field_, std::string(1, "abx-"[engine() % 4])};
-    case 8: return {engine() % 2 == 0 ? "up" : "down", field_, engine() % 2 == 0 ? "Ctrl" : ""};
-    case 9: return {"wheel", field_, engine() % 2 == 0 ? "1" : "-1"};
-    case 10: return {engine() % 2 == 0 ? "enter" : "home", field_, ""};
-    default: return {"key", field_, std::string(1, "0123456789"[engine() % (engine() % 2 == 0 ? 10 : 3)])};
+    case 0:
+        return {"mark", field_, ""};
+    case 1:
+        return {"put", field_, pasted[engine() % pasted.size()]};
+    case 2:
+        return {"backspace", field_, ""};
+    case 3:
+        return {"delete", field_, ""};
+    case 4:
+        return {"left", field_, ""};
+    case 5:
+        return {"end", field_, ""};
+    case 6:
+        return {"leave", field_, neighbour_};
+    case 7:
+        return {"key", field_, std::string(1, "abx-"[engine() % 4])};
+    case 8:
+        return {engine() % 2 == 0 ? "up" : "down", field_, engine() % 2 == 0 ? "Ctrl" : ""};
+    case 9:
+        return {"wheel", field_, engine() % 2 == 0 ? "1" : "-1"};
+    case 10:
+        return {engine() % 2 == 0 ? "enter" : "home", field_, ""};
+    default:
+        return {"key", field_, std::string(1, "0123456789"[engine() % (engine() % 2 == 0 ? 10 : 3)])};
     }
 }
 
@@ -51,11 +63,13 @@ void PeriodWalkModel::apply(const Action& action) {
     } else if (verb == "wheel") {
         period_.step(10 * std::stoi(action.text));
     } else if (verb == "leave") {
-        period_.move(period_.isMarked() ? period_.text().size() : period_.caret()); // a field that is left unmarks
+        period_.move(period_.isMarked() ? period_.text().size()
+                                        : period_.caret()); // a field that is left unmarks
     } else {
         period_.interrupt(); // another key
     }
-    altered_ = altered_ || (verb != "mark" && verb != "left" && verb != "home" && verb != "end" && verb != "leave" && verb != "enter" && before != period_.text());
+    altered_ = altered_ || (verb != "mark" && verb != "left" && verb != "home" && verb != "end" &&
+                            verb != "leave" && verb != "enter" && before != period_.text());
 }
 
 PageModel::Shown PeriodWalkModel::shown() const {

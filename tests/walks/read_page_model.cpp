@@ -3,9 +3,27 @@
 namespace varda::walks {
 
 ReadPageModel::ReadPageModel()
-    : MasterModel({0, "cbRegister", "cbRegAddress", "cbRegBit", "cbRLength", "txtRDDA", "txtRDSA", "optRead_0",
-                   "optRead_1", "lblBitPoint", "cmdRDSend", "chkRTimer", "txtReadTimerValue", "txtSendRData",
-                   "txtReceiveRData", "txtRStatus", "txtRStatus", "txtRStatus", "cmdRDSend", "cmdRDSend", true,
+    : MasterModel({0,
+                   "cbRegister",
+                   "cbRegAddress",
+                   "cbRegBit",
+                   "cbRLength",
+                   "txtRDDA",
+                   "txtRDSA",
+                   "optRead_0",
+                   "optRead_1",
+                   "lblBitPoint",
+                   "cmdRDSend",
+                   "chkRTimer",
+                   "txtReadTimerValue",
+                   "txtSendRData",
+                   "txtReceiveRData",
+                   "txtRStatus",
+                   "txtRStatus",
+                   "txtRStatus",
+                   "cmdRDSend",
+                   "cmdRDSend",
+                   true,
                    "500"}) {
     setEnabled("cmdRDSend", false);
     optionChosen();
@@ -17,7 +35,8 @@ std::vector<Action> ReadPageModel::beginning() const {
 }
 
 Action ReadPageModel::draw(std::mt19937& engine) const {
-    return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "255", "256", "257", "300", "-1", "x", "40000", "R", "W", "r", "16", "32767", "-40", "2000"});
+    return drawCommon(engine, {"0",  "1", "7",     "12", "0003", "15", "255", "256",   "257", "300",
+                               "-1", "x", "40000", "R",  "W",    "r",  "16",  "32767", "-40", "2000"});
 }
 
 void ReadPageModel::changed(const std::string& control) {

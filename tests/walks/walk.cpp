@@ -45,7 +45,9 @@ std::string printed(const std::vector<Octets>& frames) {
 }
 
 std::string different(const std::string& name, const std::string& expected, const std::string& actual) {
-    return expected == actual ? "" : "  " + name + "\n    expected: " + expected + "\n    actual:   " + actual + '\n';
+    return expected == actual
+               ? ""
+               : "  " + name + "\n    expected: " + expected + "\n    actual:   " + actual + '\n';
 }
 
 /// A window and its model, side by side.
@@ -80,8 +82,9 @@ private:
     }
     std::string compare() {
         const auto sent = window_.takeSent();
-        std::string difference = different("boxes", printed(model_->takeBoxes()), printed(window_.takeBoxes())) +
-                                 different("sent", printed(model_->takeSent()), printed(sent));
+        std::string difference =
+            different("boxes", printed(model_->takeBoxes()), printed(window_.takeBoxes())) +
+            different("sent", printed(model_->takeSent()), printed(sent));
         for (const auto& [name, expected] : model_->shown()) {
             difference += different(name, expected, window_.shown(name));
         }
@@ -193,7 +196,8 @@ void walk(const Page& page, int share) {
     }
     const int walks = std::max(1, setting("VARDA_WALKS", 200) / (kinds_of_walks * share));
     const auto drawn = std::random_device()() % 1000000000;
-    std::cout << "seeds 1 .. " << walks / 2 << " and " << drawn << " .. " << drawn + static_cast<unsigned>(walks - walks / 2) - 1 << '\n';
+    std::cout << "seeds 1 .. " << walks / 2 << " and " << drawn << " .. "
+              << drawn + static_cast<unsigned>(walks - walks / 2) - 1 << '\n';
     int differences = 0;
     for (int round = 0; round < walks && differences < setting("VARDA_WALK_DIFFERENCES", 3); ++round) {
         const auto seed = round < walks / 2 ? static_cast<std::uint_fast32_t>(round + 1)

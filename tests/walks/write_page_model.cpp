@@ -11,9 +11,27 @@ constexpr int subscriptOutOfRange = 9;
 } // namespace
 
 WritePageModel::WritePageModel(std::uint_fast32_t seed)
-    : MasterModel({1, "cbWRegister", "cbWRegAddress", "cbWRegBit", "cbWLength", "txtWDDA", "txtWDSA", "optWrite_0",
-                   "optWrite_1", "lblWBitPoint", "cmdWDSend", "chkWTimer", "txtWriteTimerValue", "txtSendWData",
-                   "txtReceiveWData", "txtWStatus", "txtWStatus", "txtWStatus", "cmdWDSend", "cmdWDSend", false,
+    : MasterModel({1,
+                   "cbWRegister",
+                   "cbWRegAddress",
+                   "cbWRegBit",
+                   "cbWLength",
+                   "txtWDDA",
+                   "txtWDSA",
+                   "optWrite_0",
+                   "optWrite_1",
+                   "lblWBitPoint",
+                   "cmdWDSend",
+                   "chkWTimer",
+                   "txtWriteTimerValue",
+                   "txtSendWData",
+                   "txtReceiveWData",
+                   "txtWStatus",
+                   "txtWStatus",
+                   "txtWStatus",
+                   "cmdWDSend",
+                   "cmdWDSend",
+                   false,
                    "500"}),
       random_(seed) {
     setEnabled("cmdWDSend", false);
@@ -31,13 +49,18 @@ int WritePageModel::count() const { return number16(text("cbWLength")).value; }
 
 Action WritePageModel::draw(std::mt19937& engine) const {
     if (dialog_) {
-        static const std::vector<std::string> words = {"0", "1", "4660", "65535", "65536", "FFFF", "12AB", "fg3", "10000", "7", "99999999999"};
+        static const std::vector<std::string> words = {"0",    "1",   "4660",  "65535", "65536",      "FFFF",
+                                                       "12AB", "fg3", "10000", "7",     "99999999999"};
         switch (engine() % 5) {
         case 0:
-        case 1: return {"word", "", words[engine() % words.size()]};
-        case 2: return {"wordhex", "", ""};
-        case 3: return {"wordend", "", engine() % 2 == 0 ? "Enter" : "OK"};
-        default: return {"wordend", "", engine() % 3 == 0 ? "Escape" : "Enter"};
+        case 1:
+            return {"word", "", words[engine() % words.size()]};
+        case 2:
+            return {"wordhex", "", ""};
+        case 3:
+            return {"wordend", "", engine() % 2 == 0 ? "Enter" : "OK"};
+        default:
+            return {"wordend", "", engine() % 3 == 0 ? "Escape" : "Enter"};
         }
     }
     switch (engine() % 8) {
@@ -49,14 +72,17 @@ Action WritePageModel::draw(std::mt19937& engine) const {
         if (engine() % 4 == 0) {
             position = static_cast<int>(engine() % static_cast<unsigned>(columns * (rows_ - 1) + 1));
         }
-        return {"cell", "gridWriteData", std::to_string(position / columns) + "," + std::to_string(position % columns)};
+        return {"cell", "gridWriteData",
+                std::to_string(position / columns) + "," + std::to_string(position % columns)};
     }
     case 3:
         if (engine() % 8 == 0) {
             return {"put", engine() % 4 == 0 ? "cbWLength" : "cbWRegAddress", "40000"};
         }
         return {"click", engine() % 2 == 0 ? "chkCounter" : "chkRandomWrite", ""};
-    default: return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100", "256", "x", "40"});
+    default:
+        return drawCommon(engine, {"0", "1", "7", "12", "0003", "15", "16", "126", bits() ? "253" : "100",
+                                   "256", "x", "40"});
     }
 }
 
@@ -72,9 +98,6 @@ bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        if (count() > 253) { // TEMPORARY F3
-            return false;
-        }
         return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
     }
     return action.verb.substr(0, 4) == "word";
@@ -251,6 +274,7 @@ void WritePageModel::countChanged() {
 
 void WritePageModel::layGrid() {
     cells_.clear();
+    hexadecimalCells_.clear();
     if (text("cbWLength") == "0") {
         rows_ = 18;
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
@@ -310,7 +334,7 @@ void WritePageModel::cellClicked(int position) {
         return;
     }
     if (!bits()) {
-        dialog_ = Dialog{position, cells_[position], false};
+        dialog_ = Dialog{position, cells_[position], hexadecimalCells_.count(position) != 0};
         return;
     }
     const auto entry = static_cast<std::size_t>(dataBegin + position - number16(text("cbWRegBit")).value);
@@ -347,6 +371,10 @@ void WritePageModel::endDialog(const std::string& how) {
     image_.at(entry) = digits.substr(2, 2);
     image_.at(entry + 1) = digits.substr(0, 2);
     cells_[dialog.position] = dialog.text;
+    hexadecimalCells_.erase(dialog.position);
+    if (dialog.hexadecimal) {
+        hexadecimalCells_.insert(dialog.position);
+    }
     complete();
     display();
     dialog_.reset();
@@ -425,7 +453,8 @@ PageModel::Shown WritePageModel::shown() const {
     std::string cells;
     for (const auto& [position, text] : cells_) {
         if (!text.empty()) {
-            cells += std::to_string(position / columns) + "," + std::to_string(position % columns) + "=" + text + "|";
+            cells += std::to_string(position / columns) + "," + std::to_string(position % columns) + "=" +
+                     text + "|";
         }
     }
     shown["gridWriteData.cells"] = cells;
@@ -439,6 +468,10 @@ PageModel::Shown WritePageModel::shown() const {
     }
     shown["gridWriteData.headings"] = headings;
     shown["frmWriteWord"] = dialog_ ? "yes" : "no";
+    if (dialog_) {
+        shown["txtWordWrite"] = dialog_->text;
+        shown["chkWWHex.ticked"] = dialog_->hexadecimal ? "yes" : "no";
+    }
     return shown;
 }
 
