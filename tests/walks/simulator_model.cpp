@@ -225,6 +225,10 @@ void SimulatorModel::chooseLength() {
     Desk& desk = world_.desk;
     desk.enable("cmdSimAddListBox", false);
     desk.enable("cmdSimDelListBox", false);
+    if (!isRead()) {
+        desk.enable("lstSimMixed", false); // neither bit nor word is chosen for a mixed kind
+        return;
+    }
     rebuildRead();
     std::string data;
     for (int item = 0; item < std::stoi(desk.text("cbSimLength")); ++item) {

@@ -60,6 +60,9 @@ std::optional<std::string> SimulatorModel::pointValue() const {
 
 void SimulatorModel::addPoint() {
     Desk& desk = world_.desk;
+    if (kind_ != "Bit Write" && kind_ != "Word Write") {
+        return;
+    }
     if (kind_ == "Bit Write" && !desk.isTicked("optSimOnOff_0") && !desk.isTicked("optSimOnOff_1")) {
         world_.showBox({"Confirm", "Please check Data (ON/OFF) !!", {}, {}});
         return;
