@@ -16,7 +16,8 @@ class ProfileFile;
 /// @return whether there was one
 bool tellWhyUnreadable(const ProfileFile& file, const PageContext& context);
 
-/// Saves a file and runs `saved` when it is on the disk; a failure is told in a box.
+/// Saves a file and runs `saved` when it is on the disk; a failure is told in a box. Where it can only be
+/// written in place, a box asks first; No leaves everything as it was.
 void saveOrTell(const ProfileFile& file, const std::string& path, const PageContext& context,
                 const std::function<void()>& saved);
 

@@ -33,8 +33,8 @@ void MasterPage::adopt(const Controls& controls) {
     events.field(controls.source, source, {.keyPress = {}, .lostFocus = source});
     events.textChange(controls.period,
                       [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
-    new PeriodTyping(controls.period);
     new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
+    new PeriodTyping(controls.period); // installed last, it sees first what the steps take for themselves
     events.click(controls.send, [this] { sendRequest(); });
 }
 

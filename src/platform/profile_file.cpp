@@ -273,15 +273,19 @@ std::string ProfileFile::text() const {
     return encodedText(std::move(result), form_);
 }
 
-void ProfileFile::save(const std::string& path) const {
+void ProfileFile::save(const std::string& path) const { replaceFile(path, savedText(path)); }
+
+void ProfileFile::saveInPlace(const std::string& path) const { overwriteFile(path, savedText(path)); }
+
+std::string ProfileFile::savedText(const std::string& path) const {
     if (problem_) {
         throw RuntimeError(*problem_);
     }
-    const std::string content = text();
+    std::string content = text();
     if (content.size() > sizeLimit) {
         throw fileError(path, "would be larger than 64 MiB and could not be loaded again");
     }
-    replaceFile(path, content);
+    return content;
 }
 
 ProfileFile::Span ProfileFile::store(std::string_view text) {

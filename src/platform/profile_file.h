@@ -64,8 +64,12 @@ public:
     /// Replaces the file of that name in one step: after a failure or a loss of power it is whole, old or
     /// new. @throws RuntimeError with a description that names the file and the reason: 61 disk full, 70
     /// permission denied, 75 path/file access error, 76 path not found (see replaceFile); the problem() where
-    /// the file could not be read, since its lines would be lost
+    /// the file could not be read, since its lines would be lost; OnlyInPlace where saveInPlace would help
     void save(const std::string& path) const;
+
+    /// Writes into the existing file of that name, which a failure in the middle leaves damaged. @throws
+    /// RuntimeError as save does
+    void saveInPlace(const std::string& path) const;
 
     /// Why the file is empty although there is something under its name.
     const std::optional<RuntimeError>& problem() const { return problem_; }
@@ -107,6 +111,7 @@ private:
     Section& addSection(Section section);
     Section& findOrAddSection(std::string_view name);
 
+    std::string savedText(const std::string& path) const;
     std::string asWritten(std::string_view text) const;
     void requireWritable(std::string_view name) const;
 

@@ -1,6 +1,7 @@
 #include "support/window_test.h"
 
 #include <QApplication>
+#include <QWheelEvent>
 
 namespace varda::test {
 namespace {
@@ -71,6 +72,14 @@ TEST_P(PeriodTypingTest, AnythingElseEndsTheSeries) {
              field()->selectAll();
              field()->deselect();
              field()->end(false);
+         }},
+        {"an arrow key that has nothing to change", [this] { QTest::keyClick(field(), Qt::Key_Down); }},
+        {"a turn of the wheel that has nothing to change",
+         [this] {
+             const QPointF middle = field()->rect().center();
+             QWheelEvent wheel(middle, field()->mapToGlobal(middle), {}, QPoint(0, -120), Qt::NoButton, {},
+                               Qt::NoScrollPhase, false);
+             QCoreApplication::sendEvent(field(), &wheel);
          }},
         {"a text of the program's", [this] { paste(GetParam().name, "300"); }},
         {"leaving",

@@ -3,8 +3,10 @@
 #include "support/window_test.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QListWidget>
 
+#include <filesystem>
 #include <fstream>
 
 namespace varda::test {
@@ -397,6 +399,28 @@ TEST_F(ScenarioPanelTest, FileInUtf16IsLoadedAndSavedInTheSameForm) {
     chooseFileToReplace(path);
     EXPECT_EQ(bytesOf(path), inUtf16("[Information]\r\nTotal=2\r\n[Scenario]\r\nScenario0=01 02\r\n"
                                      "Scenario1=03 04\r\n"));
+}
+
+TEST_F(ScenarioPanelTest, FileInAFolderThatMayNotBeWrittenIsWrittenInPlaceAfterAQuestion) {
+    addLines({bitRead});
+    const std::string path = write("shared.scn", "old");
+    std::filesystem::permissions(path, std::filesystem::perms(0666));
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
+    const OrdinaryUser user;
+    for (const bool yes : {false, true}) {
+        driver.click("cmdSaveScenario");
+        chooseFileToReplace(path);
+        EXPECT_EQ(driver.boxText(),
+                  '"' + path +
+                      "\" cannot be replaced in one step: its folder takes no new file. Do you "
+                      "want to write into the file itself? If that is interrupted, the file is "
+                      "damaged.");
+        EXPECT_EQ(driver.boxTitle(), "Confirm");
+        EXPECT_EQ(bytesOf(path), "old");
+        answerQuestion(yes);
+        EXPECT_EQ(text("txtSimStatus"), yes ? "Saved Scenario Data completely !!!" : "");
+        EXPECT_EQ(bytesOf(path).starts_with("old\r\n[Information]\r\nTotal=1"), yes) << bytesOf(path);
+    }
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include <QFile>
 
+#include <filesystem>
+
 namespace varda::test {
 namespace {
 
@@ -250,6 +252,24 @@ TEST_F(SimulationPageTest, SaveOfATableWithAMissingAnswerSelectsItsRequest) {
     driver.click("cmdSaveSimPacket");
     chooseFile(folder.file("again.ini"));
     EXPECT_EQ(driver.boxText(), "Run-time error '9':\n\nSubscript out of range");
+    EXPECT_EQ(selectedRequest(), 0);
+}
+
+TEST_F(SimulationPageTest, FileInAFolderThatMayNotBeWrittenIsWrittenInPlaceAfterAQuestion) {
+    addBitRead("0002", "2");
+    const std::string path = write("shared.ini", "old");
+    std::filesystem::permissions(path, std::filesystem::perms(0666));
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
+    const OrdinaryUser user;
+    for (const bool yes : {false, true}) {
+        driver.click("cmdSaveSimPacket");
+        chooseFileToReplace(path);
+        EXPECT_NE(driver.boxText().find('"' + path + "\" cannot be replaced in one step"), std::string::npos);
+        EXPECT_EQ(driver.boxTitle(), "Confirm");
+        answerQuestion(yes);
+        EXPECT_EQ(text("txtSimStatus"), yes ? "Saved completely !!!" : "");
+        EXPECT_EQ(bytesOf(path).starts_with("old\r\n[Information]\r\nTotal=1"), yes) << bytesOf(path);
+    }
     EXPECT_EQ(selectedRequest(), 0);
 }
 

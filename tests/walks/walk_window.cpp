@@ -1,7 +1,5 @@
 #include "walks/walk_window.h"
 
-#include "walks/private_parts.h"
-
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -58,13 +56,22 @@ WalkWindow::WalkWindow(int mode, std::uint_fast32_t seed)
     : mode_(mode),
       generator_(seed),
       window_({clock_, [this](const std::string& /*name*/) { return wire_.makeLine(); },
-               [this] { return static_cast<double>(generator_()) / 4294967296.0; }, folder_.path()}) {
+               [this] { return static_cast<double>(generator_()) / 4294967296.0; }, folder_.path(),
+               QTime::currentTime, [this](std::function<void()> tick) { return makeTimer(std::move(tick)); }}) {
     window_.resize(1024, 768);
     window_.show();
     QApplication::setActiveWindow(&window_);
     if (mode != 0) {
         click("optMode_" + std::to_string(mode));
     }
+}
+
+QWidget* WalkWindow::findAny(const std::string& name) {
+    QPointer<QWidget>& control = controls_[name];
+    if (control.isNull()) {
+        control = window_.findChild<QWidget*>(wide(name));
+    }
+    return control;
 }
 
 void WalkWindow::focus(QWidget* control) {
@@ -180,10 +187,12 @@ void WalkWindow::answer(int count) {
     clock_.advance(100);
 }
 
-void WalkWindow::tick() {
-    QTimer& timer = communicationTimer(window_);
-    QTimerEvent event(timer.timerId());
-    QCoreApplication::sendEvent(&timer, &event);
+std::unique_ptr<PeriodTimer> WalkWindow::makeTimer(std::function<void()> tick) {
+    auto timer = std::make_unique<test::HandTimer>(std::move(tick));
+    if (communicationTimer_ == nullptr) {
+        communicationTimer_ = timer.get(); // the window makes it first
+    }
+    return timer;
 }
 
 void WalkWindow::answerBoxes() {
@@ -210,7 +219,7 @@ void WalkWindow::perform(const Action& action) {
     if (verb == "answer") {
         answer(std::stoi(action.text));
     } else if (verb == "tick") {
-        tick();
+        communicationTimer_->tick();
     } else if (verb == "visit") {
         visit(std::stoi(action.text));
     } else if (verb == "click") {
@@ -301,8 +310,8 @@ std::string WalkWindow::property(QWidget* control, const std::string& kind) cons
 
 std::string WalkWindow::shown(const std::string& name) {
     if (name == "tmrComm") {
-        const PeriodTimer& timer = communicationPeriod(window_);
-        return (timer.isRunning() ? "runs " : "stands ") + std::to_string(timer.interval());
+        return (communicationTimer_->isRunning() ? "runs " : "stands ") +
+               std::to_string(communicationTimer_->interval());
     }
     if (name == "frmWriteWord") {
         const auto* const dialog = window_.findChild<QDialog*>(QStringLiteral("frmWriteWord"));

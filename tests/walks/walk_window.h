@@ -1,13 +1,17 @@
 #pragma once
 
+#include "support/hand_timer.h"
 #include "support/manual_clock.h"
 #include "support/memory_line.h"
 #include "walks/page_model.h"
 
 #include "shell/frmVarda.h"
 
+#include <QPointer>
 #include <QTemporaryDir>
+#include <QWidget>
 
+#include <map>
 #include <random>
 #include <stdexcept>
 
@@ -31,12 +35,14 @@ public:
 private:
     template <typename Control = QWidget>
     Control* find(const std::string& name) {
-        auto* const control = window_.findChild<Control*>(QString::fromStdString(name));
+        auto* const control = qobject_cast<Control*>(findAny(name));
         if (control == nullptr) {
             throw std::runtime_error("no such control: " + name);
         }
         return control;
     }
+    /// Looks a control up once: a walk asks for the same ones again and again.
+    QWidget* findAny(const std::string& name);
     void focus(QWidget* control);
     void type(QWidget* control, const std::string& keys);
     void put(QWidget* control, const std::string& text);
@@ -49,7 +55,7 @@ private:
     void useDialog(const Action& action);
     void selectLine(const std::string& list, const std::string& line);
     void answer(int count);
-    void tick();
+    std::unique_ptr<PeriodTimer> makeTimer(std::function<void()> tick);
     void answerBoxes();
     std::string property(QWidget* control, const std::string& kind) const;
 
@@ -58,7 +64,9 @@ private:
     test::MemoryWire wire_;
     std::mt19937 generator_;
     QTemporaryDir folder_;
+    test::HandTimer* communicationTimer_ = nullptr;
     FrmVarda window_;
+    std::map<std::string, QPointer<QWidget>> controls_;
     std::vector<std::string> boxes_;
 };
 

@@ -98,9 +98,6 @@ bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        if (count() > 253) { // TEMPORARY F3
-            return false;
-        }
         return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
     }
     return action.verb.substr(0, 4) == "word";
@@ -277,6 +274,7 @@ void WritePageModel::countChanged() {
 
 void WritePageModel::layGrid() {
     cells_.clear();
+    hexadecimalCells_.clear();
     if (text("cbWLength") == "0") {
         rows_ = 18;
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
@@ -336,7 +334,7 @@ void WritePageModel::cellClicked(int position) {
         return;
     }
     if (!bits()) {
-        dialog_ = Dialog{position, cells_[position], false};
+        dialog_ = Dialog{position, cells_[position], hexadecimalCells_.count(position) != 0};
         return;
     }
     const auto entry = static_cast<std::size_t>(dataBegin + position - number16(text("cbWRegBit")).value);
@@ -373,6 +371,10 @@ void WritePageModel::endDialog(const std::string& how) {
     image_.at(entry) = digits.substr(2, 2);
     image_.at(entry + 1) = digits.substr(0, 2);
     cells_[dialog.position] = dialog.text;
+    hexadecimalCells_.erase(dialog.position);
+    if (dialog.hexadecimal) {
+        hexadecimalCells_.insert(dialog.position);
+    }
     complete();
     display();
     dialog_.reset();
@@ -466,6 +468,10 @@ PageModel::Shown WritePageModel::shown() const {
     }
     shown["gridWriteData.headings"] = headings;
     shown["frmWriteWord"] = dialog_ ? "yes" : "no";
+    if (dialog_) {
+        shown["txtWordWrite"] = dialog_->text;
+        shown["chkWWHex.ticked"] = dialog_->hexadecimal ? "yes" : "no";
+    }
     return shown;
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace varda::walks {
@@ -59,6 +60,7 @@ private:
 
     std::array<std::string, 1024> image_;
     std::map<int, std::string> cells_; ///< by position, from 0
+    std::set<int> hexadecimalCells_;
     int rows_ = 1;
     std::string numberBefore_;
     bool laying_ = false;
