@@ -102,6 +102,10 @@ void SimulatorModel::stepForward() {
 void SimulatorModel::rebuildWrite(const std::optional<Place>& place) {
     Desk& desk = world_.desk;
     const Lines& points = desk.lines("lstSimMixed");
+    if (points.empty()) {
+        desk.show("txtSimReceive", "");
+        return;
+    }
     Place start = place ? *place : here();
     for (std::size_t back = 0; !place && back < points.size(); ++back) {
         if (isBit() && start.bit > 0) {
