@@ -143,6 +143,7 @@ void SimulatorModel::delPoint() {
     Place at = here();
     if (isBit() && at.bit > 0) {
         desk.show("cbSimBit", std::to_string(at.bit - 1));
+        desk.show("cbSimAddress", padded(at.number, 4));
     } else if (at.number > 0) {
         desk.show("cbSimAddress", padded(at.number - 1, 4));
         desk.show("cbSimBit", isBit() ? "15" : "0");
