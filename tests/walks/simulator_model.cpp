@@ -117,6 +117,7 @@ void SimulatorModel::changeKind(const std::string& kind) {
     desk.show("cbSimMode", kind);
     desk.changeLines("lstSimMixed").clear();
     desk.select("lstSimMixed", -1);
+    desk.enable("cmdSimDelListBox", false);
     desk.enable("cmdSimInputOK", false);
     for (const char* const field : {"txtSimReceive", "txtSimSend", "txtSimSendData"}) {
         desk.show(field, "");
@@ -129,7 +130,6 @@ void SimulatorModel::changeKind(const std::string& kind) {
     desk.show("cbSimModeS", answerKind_);
     desk.enable("txtSimSendData", isRead());
     desk.enable("cmdSimAddListBox", !isRead());
-    desk.enable("cmdSimDelListBox", false);
     showFieldsOf(kind);
     offerFieldsOf(kind);
     if (!isRead()) {
