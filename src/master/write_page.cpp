@@ -144,12 +144,13 @@ void WritePage::layGrid() {
     }
 }
 
+bool WritePage::isForAllRows() const { return ui_->cbWLength->currentText() == QLatin1String("0"); }
+
 int WritePage::rowsOf(std::optional<int> bit) const {
-    const QString text = ui_->cbWLength->currentText();
-    if (text == QLatin1String("0")) {
+    if (isForAllRows()) {
         return countOfAllRows;
     }
-    const int typed = text.isEmpty() ? 0 : count(); // an emptied count has no points
+    const int typed = ui_->cbWLength->currentText().isEmpty() ? 0 : count(); // an emptied count has no points
     if (!isWriteCount(access(), typed)) {
         return grid_->cells() / WriteGrid::columns;
     }
@@ -159,11 +160,7 @@ int WritePage::rowsOf(std::optional<int> bit) const {
 /// A number or a bit that cannot be read costs the headings or the rule's bit, never the request.
 void WritePage::layRows() {
     const bool chosen = register_.hasKind() && register_.hasNumber();
-    if (chosen && !register_.hasBit()) {
-        QSignalBlocker silent(ui_->cbWRegBit);
-        if (register_.readableNumber()) { // else the bit's handler would only report the number again
-            silent.unblock();
-        }
+    if (chosen && !register_.hasBit() && !isForAllRows()) {
         ui_->cbWRegBit->setEditText(QStringLiteral("1")); // kept: the row rule needs a bit, in word mode too
     }
     const int rows = rowsOf(chosen ? register_.readableBit() : std::nullopt);

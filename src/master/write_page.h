@@ -48,6 +48,8 @@ private:
 
     int count() const;
     int bit() const;
+    /// A count of "0" lays all rows, whatever the bit.
+    bool isForAllRows() const;
     int rowsOf(std::optional<int> bit) const;
     void layRows();
     void layGrid();

@@ -2,7 +2,6 @@
 
 #include "ui_monitoring_data.h"
 
-#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -12,7 +11,6 @@ namespace varda {
 namespace {
 
 constexpr int belowPointer = 10;
-constexpr int margins = 24;
 
 } // namespace
 
@@ -21,24 +19,15 @@ FrmMonitoringData::FrmMonitoringData(QWidget* parent)
       ui_(std::make_unique<Ui::FrmMonitoringData>()) {
     ui_->setupUi(this);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    ui_->txtMonitoringData->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    ui_->txtMonitoringData->setFocusPolicy(Qt::NoFocus);
 }
 
 FrmMonitoringData::~FrmMonitoringData() = default;
 
 void FrmMonitoringData::showLine(const QString& line, const QPoint& pointer) {
-    ui_->txtMonitoringData->setPlainText(line);
+    ui_->txtMonitoringData->setText(line);
     const QScreen* const pointed = QGuiApplication::screenAt(pointer);
     const QRect free = (pointed != nullptr ? pointed : parentWidget()->screen())->availableGeometry();
-    const QFontMetrics metrics(ui_->txtMonitoringData->font());
-    const int column = metrics.horizontalAdvance(QLatin1Char('0'));
-    const int textWidth =
-        static_cast<int>(std::min<qsizetype>((line.size() + 2) * column, free.width() - margins));
-    const qsizetype perRow = std::max(textWidth / column - 3, 1); // a row breaks between groups
-    const qsizetype rows = line.size() / perRow + 2;
-    const qsizetype height = std::min<qsizetype>(rows * metrics.lineSpacing() + margins, free.height());
-    resize(textWidth + margins, static_cast<int>(height));
+    resize(ui_->txtMonitoringData->sizeToShowAll(free.width()).boundedTo(free.size()));
     const int left = std::clamp(pointer.x(), free.left(), std::max(free.left(), free.right() - width()));
     const int below = pointer.y() + belowPointer;
     const int above = pointer.y() - belowPointer - this->height();
@@ -47,7 +36,7 @@ void FrmMonitoringData::showLine(const QString& line, const QPoint& pointer) {
 }
 
 void FrmMonitoringData::closeLine() {
-    ui_->txtMonitoringData->clear();
+    ui_->txtMonitoringData->setText({});
     close();
 }
 

@@ -26,8 +26,10 @@ QString shownText(const QWidget* control) {
     if (const auto* const button = qobject_cast<const QAbstractButton*>(control)) {
         return button->text();
     }
-    const auto* const frame = qobject_cast<const QPlainTextEdit*>(control);
-    return frame != nullptr ? frame->toPlainText() : QString();
+    if (const auto* const frame = qobject_cast<const QPlainTextEdit*>(control)) {
+        return frame->toPlainText();
+    }
+    return control != nullptr ? control->property("text").toString() : QString();
 }
 
 void showText(QWidget* control, const QString& text) {

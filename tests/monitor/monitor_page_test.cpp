@@ -10,6 +10,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <numeric>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -308,9 +309,11 @@ TEST_F(MonitorPageTest, PressBelowTheLastLineShowsTheSelectedLine) {
 }
 
 TEST_F(MonitorPageTest, PopUpShowsTheExactTextOfTheLine) {
+    Bytes everyByte(256);
+    std::iota(everyByte.begin(), everyByte.end(), std::uint8_t{0});
     driver.find<QCheckBox>("chkASCIIDisplay")->setChecked(true);
     startMonitoring();
-    driver.listBurst({0x01, 0x41, 0x7F, 0x9F, 0xFF});
+    driver.listBurst(everyByte);
     driver.find<QCheckBox>("chkASCIIDisplay")->setChecked(false);
     driver.listBurst(Bytes(9000, 0x5A));
     for (const int row : {0, 1}) {
@@ -320,6 +323,19 @@ TEST_F(MonitorPageTest, PopUpShowsTheExactTextOfTheLine) {
         EXPECT_EQ(text("txtMonitoringData"), shown(row));
         QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, below);
     }
+}
+
+TEST_F(MonitorPageTest, PopUpIsHighEnoughForAllRowsOfALine) {
+    startMonitoring();
+    driver.listBurst(Bytes(1000, 0x0D));
+    list()->setCurrentIndex(list()->model()->index(0, 0));
+    const QPoint below(20, list()->viewport()->height() - 5);
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, below);
+    auto* const line = driver.find("txtMonitoringData");
+    const QFontMetrics metrics = line->fontMetrics();
+    const int columns = line->width() / metrics.horizontalAdvance(QLatin1Char('0'));
+    EXPECT_GE(line->height() / metrics.lineSpacing() * columns, 3000);
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, below);
 }
 
 TEST_F(MonitorPageTest, BoxThatOpensEndsThePopUp) {
@@ -337,6 +353,11 @@ TEST_F(MonitorPageTest, TenMegabytesAtOnceAreSurvived) {
     startMonitoring();
     driver.listBurst(Bytes(10'000'000, 0x0A));
     EXPECT_EQ(lines(), 1);
+    const QPoint first = list()->visualRect(list()->model()->index(0, 0)).center();
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, QPoint(20, first.y()));
+    EXPECT_TRUE(popUp()->isVisible());
+    popUp()->grab();
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, QPoint(20, first.y()));
     driver.window().grab();
 }
 

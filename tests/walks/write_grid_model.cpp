@@ -8,7 +8,6 @@ namespace {
 
 constexpr int columns = 16;
 constexpr int dataBegin = 6;
-constexpr bool zeroCountStartsBit = true; // against the rule of rows: what the program does
 
 } // namespace
 
@@ -17,9 +16,6 @@ void WritePageModel::layGrid() {
     if (text("cbWLength") == "0") {
         rows_ = 18;
         const bool chosen = !text("cbWRegister").empty() && !text("cbWRegAddress").empty();
-        if (zeroCountStartsBit && chosen && text("cbWRegBit").empty()) {
-            startBit();
-        }
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
         rows_ = count() / columns + 2;
     } else {
