@@ -20,7 +20,7 @@ struct BadTextPage {
     std::string remove;
 };
 
-const std::vector<std::string> badTexts = {"x", "40000", "-1", "99999999999", "&H", "1e5", ""};
+const std::vector<std::string> badTexts = {"x", "40000", "-1", "99999999999", "&H", "1e5", "2000", ""};
 
 BadTextPage readPage() {
     return {

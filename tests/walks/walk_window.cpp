@@ -225,6 +225,11 @@ void WalkWindow::perform(const Action& action) {
         visit(std::stoi(action.text));
     } else if (verb == "click") {
         click(action.control);
+    } else if (verb == "clicks") {
+        for (int left = std::stoi(action.text); left > 0; --left) {
+            click(action.control);
+            answerBoxes();
+        }
     } else if (verb == "cell") {
         clickCell(action.text);
     } else if (verb == "line") {
