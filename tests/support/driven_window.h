@@ -26,7 +26,7 @@ public:
     FarEnd& farEnd() { return farEnd_; }
     const TemporaryFolder& folder() const { return folder_; }
 
-    /// Lets time pass, a millisecond at a time.
+    /// Lets time pass.
     void advance(int milliseconds);
 
     /// The control of that name. @throws std::runtime_error where there is none of that class

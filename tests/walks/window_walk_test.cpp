@@ -38,7 +38,7 @@ Action openPort(const World& world) {
 } // namespace
 
 TEST(WindowWalk, Link) {
-    walk(1000, 120, stepOf([](const World& world, Draw& draw) {
+    walk(1000, 80, stepOf([](const World& world, Draw& draw) {
              return draw.once(25)  ? world.modes.draw(draw)
                     : draw.once(3) ? world.master.draw(draw)
                                    : world.link.draw(draw);
@@ -46,7 +46,7 @@ TEST(WindowWalk, Link) {
 }
 
 TEST(WindowWalk, Simulator) {
-    walk(2000, 120, stepOf([](const World& world, Draw& draw) -> Action {
+    walk(2000, 80, stepOf([](const World& world, Draw& draw) -> Action {
              if (!world.link.isOpen && draw.once(3)) {
                  return openPort(world);
              }
@@ -60,7 +60,7 @@ TEST(WindowWalk, Simulator) {
 }
 
 TEST(WindowWalk, Scenario) {
-    walk(3000, 120, stepOf([](const World& world, Draw& draw) -> Action {
+    walk(3000, 80, stepOf([](const World& world, Draw& draw) -> Action {
              if (!world.link.isOpen && draw.once(3)) {
                  return openPort(world);
              }
@@ -72,7 +72,7 @@ TEST(WindowWalk, Scenario) {
 }
 
 TEST(WindowWalk, Monitor) {
-    walk(4000, 120, stepOf([](const World& world, Draw& draw) -> Action {
+    walk(4000, 80, stepOf([](const World& world, Draw& draw) -> Action {
              if (!world.link.isOpen && draw.once(3)) {
                  return openPort(world);
              }
@@ -86,7 +86,7 @@ TEST(WindowWalk, Monitor) {
 }
 
 TEST(WindowWalk, Modes) {
-    walk(5000, 80, stepOf([](const World& world, Draw& draw) -> Action {
+    walk(5000, 60, stepOf([](const World& world, Draw& draw) -> Action {
              switch (draw.below(8)) {
              case 0:
                  return world.link.draw(draw);
