@@ -101,7 +101,8 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
 void SerialLink::enterMode(std::int16_t commMode) {
     const bool leavesSimulation =
         state_.CommMode == comm_mode::simulation && commMode != comm_mode::simulation;
-    const bool receivesForAnother = wait_.isPending() && !isSettling_; // began before the simulation
+    // a reception that began before the simulation, on a connection that still stands
+    const bool receivesForAnother = wait_.isPending() && !isSettling_ && commPLC_.isOpen();
     if (leavesSimulation && !receivesForAnother) {
         wait_.cancel();
         state_.InReceive = false;

@@ -345,9 +345,11 @@ void SimulationPage::sendMixedFrame(bool isRead) {
     if (isRead) {
         MakeMRDataFormat(context_.images, points);
         MakeMReadFormat(context_.images, stations, points);
+        context_.form.setText(route.request, DisplayMRString(context_.images));
     } else {
         MakeMWDataFormat(context_.images, points);
         MakeMWriteFormat(context_.images, stations, points);
+        context_.form.setText(route.request, DisplayMWString(context_.images));
     }
     if (!context_.link.port().isOpen()) {
         context_.form.setText(route.status, "Port Closed");

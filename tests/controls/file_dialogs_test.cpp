@@ -3,7 +3,6 @@
 
 #include <QDir>
 #include <QFileDialog>
-#include <QSettings>
 
 #include <algorithm>
 
@@ -135,8 +134,6 @@ TEST_F(FileDialogsHistory, IsNotStored) {
     EXPECT_EQ(text("txtSimStatus"), "Saved Scenario Data completely !!!");
     EXPECT_TRUE(
         QDir(home.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
-    const QSettings history(QSettings::UserScope, QStringLiteral("QtProject"));
-    EXPECT_FALSE(QFile::exists(history.fileName())) << history.fileName().toStdString();
 }
 
 } // namespace

@@ -365,6 +365,17 @@ TEST_F(RolesTest, ReceptionThatBeganBeforeTheSimulationOutlivesIt) {
     EXPECT_EQ(form.text("txtCurrentData"), "4");
 }
 
+TEST_F(RolesTest, ReceptionOfAClosedConnectionDoesNotOutliveTheSimulation) {
+    link.enterMode(0x21);
+    port.receive(burst(4));
+    port.close();
+    link.enterMode(comm_mode::simulation);
+    link.enterMode(0x21);
+    EXPECT_FALSE(state.InReceive);
+    clock.advance(100);
+    EXPECT_FALSE(state.InReceive);
+}
+
 TEST_F(RolesTest, ChangeBetweenOtherModesLeavesAReceptionAlone) {
     link.enterMode(0x21);
     port.receive(burst(9));

@@ -331,10 +331,10 @@ TEST_F(MonitorPageTest, PopUpIsHighEnoughForAllRowsOfALine) {
     list()->setCurrentIndex(list()->model()->index(0, 0));
     const QPoint below(20, list()->viewport()->height() - 5);
     QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, below);
-    auto* const line = driver.find("txtMonitoringData");
-    const QFontMetrics metrics = line->fontMetrics();
-    const int columns = line->width() / metrics.horizontalAdvance(QLatin1Char('0'));
-    EXPECT_GE(line->height() / metrics.lineSpacing() * columns, 3000);
+    const QWidget* const shownLine = driver.find("txtMonitoringData");
+    const QFontMetrics metrics = shownLine->fontMetrics();
+    const int columns = shownLine->width() / metrics.horizontalAdvance(QLatin1Char('0'));
+    EXPECT_GE(shownLine->height() / metrics.lineSpacing() * columns, 3000);
     QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, below);
 }
 

@@ -205,6 +205,7 @@ TEST_F(SimulationPageTest, YesToAMixedKindSendsTheMixedPagesFrame) {
     const Bytes frame = sent(9);
     ASSERT_EQ(frame.size(), 9U);
     EXPECT_EQ(Bytes(frame.begin() + 2, frame.begin() + 6), (Bytes{0x25, 0x02, 0x01, 0x42}));
+    EXPECT_EQ(text("txtSendMRData").substr(6, 12), "25 02 01 42 ");
     EXPECT_EQ(requests()->rowCount(), 0);
 }
 

@@ -21,9 +21,6 @@ Lines numbers(int from, int to, int width) {
 
 bool isMixed(const std::string& kind) { return kind.rfind("Mixed", 0) == 0; }
 
-/// The program does not show the mixed frame that a Yes on the way to a mixed kind builds.
-constexpr bool mixedFramesOfTheSimulatorAreNotShown = true;
-
 constexpr const char* question = "Do you want to regist Data you written in List Box ?";
 
 } // namespace
@@ -99,11 +96,7 @@ void SimulatorModel::registerOnTheWay(const std::string& newKind) {
         return;
     }
     const Page& page = *pageOf(newKind == "Mixed Read" ? 0x25 : 0x26);
-    const std::string shownBefore = desk.text(page.request);
     const Octets frame = world_.master.mixedRequest(page);
-    if (mixedFramesOfTheSimulatorAreNotShown) {
-        desk.show(page.request, shownBefore);
-    }
     if (world_.link.isOpen) {
         world_.link.write(frame);
     } else {

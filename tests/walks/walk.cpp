@@ -197,15 +197,12 @@ void walk(const Page& page, int share) {
         walkOnce(page, static_cast<std::uint_fast32_t>(seed));
         return;
     }
-    const int walks = std::max(1, setting("VARDA_WALKS", 200) / (kindsOfWalks * share));
-    const auto drawn = std::random_device()() % 1000000000;
-    std::cout << "seeds 1 .. " << walks / 2 << " and " << drawn << " .. "
-              << drawn + static_cast<unsigned>(walks - walks / 2) - 1 << '\n';
+    const int walks = std::max(1, setting("VARDA_WALKS", 200) / share);
+    const auto first = static_cast<std::uint_fast32_t>(setting("VARDA_WALK_FIRST_SEED", 1));
+    std::cout << "seeds " << first << " .. " << first + static_cast<unsigned>(walks) - 1 << '\n';
     int differences = 0;
     for (int round = 0; round < walks && differences < setting("VARDA_WALK_DIFFERENCES", 3); ++round) {
-        const auto seed = round < walks / 2 ? static_cast<std::uint_fast32_t>(round + 1)
-                                            : drawn + static_cast<unsigned>(round - walks / 2);
-        differences += walkOnce(page, seed) ? 0 : 1;
+        differences += walkOnce(page, first + static_cast<unsigned>(round)) ? 0 : 1;
     }
 }
 

@@ -15,7 +15,6 @@ void WritePageModel::layGrid() {
     const auto before = std::exchange(cells_, {});
     if (text("cbWLength") == "0") {
         rows_ = 18;
-        const bool chosen = !text("cbWRegister").empty() && !text("cbWRegAddress").empty();
     } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
         rows_ = count() / columns + 2;
     } else {
