@@ -120,7 +120,7 @@ void Connection::startReading() {
     }
     auto& reading = *reading_;
     port_.async_read_some(
-        asio::buffer(reading.piece),
+        asio::buffer(reading.piece, driver::mostToAskFor(port_.native_handle())),
         asio::bind_cancellation_slot(
             reading.end.slot(), [this, kept = reading_](const std::error_code& error, std::size_t count) {
                 received(*kept, error, count);

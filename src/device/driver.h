@@ -10,7 +10,7 @@ namespace varda::driver {
 /// What Asio leaves to each system: a serial port as this program wants it, beyond Asio's own options. The
 /// functions that set up throw std::system_error.
 
-/// Binary, no handshake, no translations; a read ends with the first bytes that come.
+/// Binary, no handshake, no translations.
 void makeRaw(NativeHandle handle);
 
 /// Bytes of wrong parity come in like others. After the parity has been chosen.
@@ -27,6 +27,9 @@ int heldBaudRate(NativeHandle handle) noexcept;
 
 /// Whether there is no wire behind the port: then the driver takes no data bits but 8, and no parity.
 bool isPseudoTerminal(NativeHandle handle) noexcept;
+
+/// The length of a read that ends as soon as bytes are there.
+std::size_t mostToAskFor(NativeHandle handle) noexcept;
 
 /// Sends what the driver takes at once. @return the number of bytes; 0 where that cannot be done without
 /// waiting, or fails

@@ -9,6 +9,7 @@
 #endif
 
 #include <cerrno>
+#include <limits>
 #include <system_error>
 
 namespace varda::driver {
@@ -63,6 +64,8 @@ bool isPseudoTerminal(int handle) noexcept {
     return true; // not told apart here: no driver is held to its word
 #endif
 }
+
+std::size_t mostToAskFor(int /*handle*/) noexcept { return std::numeric_limits<std::size_t>::max(); }
 
 std::size_t writeAtOnce(int handle, std::span<const std::uint8_t> bytes) noexcept {
     const auto written = ::write(handle, bytes.data(), bytes.size());

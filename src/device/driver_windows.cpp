@@ -32,12 +32,7 @@ void makeRaw(HANDLE handle) {
     settings.fRtsControl = RTS_CONTROL_ENABLE;
     require(::SetCommState(handle, &settings));
 
-    // Read in this way, bytes come as soon as they are there; a pause between two would otherwise be waited
-    // for.
-    COMMTIMEOUTS timeouts{};
-    timeouts.ReadIntervalTimeout = MAXDWORD;
-    timeouts.ReadTotalTimeoutMultiplier = MAXDWORD;
-    timeouts.ReadTotalTimeoutConstant = MAXDWORD - 1;
+    COMMTIMEOUTS timeouts{}; // none: a read ends when it has what it asked for
     require(::SetCommTimeouts(handle, &timeouts));
 }
 
@@ -57,6 +52,13 @@ int heldBaudRate(HANDLE handle) noexcept {
 }
 
 bool isPseudoTerminal(HANDLE /*handle*/) noexcept { return false; }
+
+/// Asked for more than there is, this system would wait for all of it.
+std::size_t mostToAskFor(HANDLE handle) noexcept {
+    DWORD errors = 0;
+    COMSTAT state{};
+    return ::ClearCommError(handle, &errors, &state) != 0 && state.cbInQue > 0 ? state.cbInQue : 1;
+}
 
 std::size_t writeAtOnce(HANDLE /*handle*/, std::span<const std::uint8_t> /*bytes*/) noexcept { return 0; }
 
