@@ -22,7 +22,15 @@ std::wstring devicePath(const std::string& node) {
 /// The names of ports and consoles stand for no file, whatever folder this is.
 bool isDeviceName(const std::string& node) { return node.find_first_of("/\\:") == std::string::npos; }
 
-void refuseFiles(const std::string& node, const std::string& label) {
+bool isConsoleName(const std::string& node) {
+    return ::lstrcmpiA(node.c_str(), "CON") == 0 || ::lstrcmpiA(node.c_str(), "CONIN$") == 0 ||
+           ::lstrcmpiA(node.c_str(), "CONOUT$") == 0;
+}
+
+void refuseOthers(const std::string& node, const std::string& label) {
+    if (isConsoleName(node)) {
+        throw noSerialPort(label, refusal::console);
+    }
     const DWORD found =
         isDeviceName(node) ? INVALID_FILE_ATTRIBUTES : ::GetFileAttributesW(filePath(node).c_str());
     if (found == INVALID_FILE_ATTRIBUTES || (found & FILE_ATTRIBUTE_DEVICE) != 0) {
@@ -76,7 +84,7 @@ const char* otherKind(HANDLE handle) {
 class LockFile {};
 
 NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
-    refuseFiles(node, label);
+    refuseOthers(node, label);
     handle_ = ::CreateFileW(devicePath(node).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                             FILE_FLAG_OVERLAPPED, nullptr);
     if (handle_ == INVALID_HANDLE_VALUE) {

@@ -1,4 +1,5 @@
 #include "device/device_line.h"
+#include "device/port_names.h"
 #include "link/crc16.h"
 #include "platform/mscomm.h"
 #include "platform/runtime_error.h"
@@ -10,7 +11,7 @@
 
 /// Exchanges frames on a port whose far end is varda_far_end: a program without a window, on the core and the
 /// device line alone. It keeps a controller of its own beside the far end's, so that it knows each answer.
-/// Usage: varda_exchange PORT FRAMES
+/// Usage: varda_exchange PORT FRAMES, or without arguments to list the ports that are there
 namespace {
 
 using varda::Bytes;
@@ -52,6 +53,12 @@ int exchange(const char* port, int frames) {
 } // namespace
 
 int main(int argc, char** argv) try {
+    if (argc == 1) {
+        for (const varda::PortName& port : varda::portNames()) {
+            std::printf("%s\n", varda::describe(port).c_str());
+        }
+        return 0;
+    }
     const int frames = argc == 3 ? std::atoi(argv[2]) : 0;
     const int done = frames > 0 ? exchange(argv[1], frames) : -1;
     std::printf("seed %u: %d of %d frames answered\n", seed, done, frames);
