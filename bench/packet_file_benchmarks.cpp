@@ -1,3 +1,4 @@
+#include "platform/profile_file.h"
 #include "simulator/packet_file.h"
 #include "sizes.h"
 #include "support/temporary_folder.h"
@@ -7,12 +8,18 @@
 namespace varda::bench {
 namespace {
 
+void save(const PacketTable& table, const std::string& path) {
+    ProfileFile file = ProfileFile::load(path);
+    storePackets(table, file);
+    file.save(path);
+}
+
 void saveToANewFile(benchmark::State& state) {
     const test::TemporaryFolder folder;
     PacketTable table;
     fill(table, readsOf(state));
     for ([[maybe_unused]] auto _ : state) {
-        savePackets(table, folder.file("pairs.ini"));
+        save(table, folder.file("pairs.ini"));
         state.PauseTiming();
         std::filesystem::remove(folder.file("pairs.ini"));
         state.ResumeTiming();
@@ -23,9 +30,9 @@ void saveOverTheSameFile(benchmark::State& state) {
     const test::TemporaryFolder folder;
     PacketTable table;
     fill(table, readsOf(state));
-    savePackets(table, folder.file("pairs.ini"));
+    save(table, folder.file("pairs.ini"));
     for ([[maybe_unused]] auto _ : state) {
-        savePackets(table, folder.file("pairs.ini"));
+        save(table, folder.file("pairs.ini"));
     }
 }
 
@@ -33,9 +40,9 @@ void load(benchmark::State& state) {
     const test::TemporaryFolder folder;
     PacketTable table;
     fill(table, readsOf(state));
-    savePackets(table, folder.file("pairs.ini"));
+    save(table, folder.file("pairs.ini"));
     for ([[maybe_unused]] auto _ : state) {
-        if (loadPackets(table, folder.file("pairs.ini")) != PacketLoad::Complete) {
+        if (loadPackets(table, ProfileFile::load(folder.file("pairs.ini"))) != PacketLoad::Complete) {
             state.SkipWithError("the file was not loaded whole");
             break;
         }

@@ -136,7 +136,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FuzzedDataProvider source(data, size);
     const std::string text = source.ConsumeRandomLengthString(4096);
     const ProfileFile file = ProfileFile::parse(text);
-    require(file.problem().has_value() == (text.find('\0') != std::string::npos), "what is text");
+    const bool isUtf16 = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+    require(isUtf16 || file.problem().has_value() == (text.find('\0') != std::string::npos), "what is text");
     const Names sections = namesBetween(text, '[', ']');
     const Names keys = namesBetween(text, '\0', '=');
     for (const std::string& value : valuesOf(file, sections, keys)) {
@@ -144,6 +145,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     require(file.value("Information", "Total", "", 4).size() <= 3, "values are cut");
     checkRewriting(file, sections, keys);
-    checkChange(file, sections, keys, source);
+    if (!isUtf16) { // what is no text changes on its way there
+        checkChange(file, sections, keys, source);
+    }
     return 0;
 }

@@ -40,13 +40,15 @@ Events::Events(MessageBoxes& boxes) : boxes_(boxes) {
             [this](QWidget* /*left*/, QWidget* now) { moveFocus(now); });
 }
 
-void Events::guard(const Handler& handler) const {
+void Events::guard(const Handler& handler) {
     try {
         handler();
     } catch (const RuntimeError& error) {
         report(error);
     } catch (const std::exception& error) {
-        report(error);
+        reportDefect(QString::fromUtf8(error.what()));
+    } catch (...) {
+        reportDefect(tr("unknown"));
     }
 }
 
@@ -56,7 +58,15 @@ void Events::report(const RuntimeError& error) const {
                           .arg(QString::fromUtf8(error.what())));
 }
 
-void Events::report(const std::exception& error) const { boxes_.showReport(QString::fromUtf8(error.what())); }
+void Events::reportDefect(const QString& description) {
+    if (!reportedDefects_.contains(description)) {
+        reportedDefects_.insert(description);
+        boxes_.showReport(
+            tr("A defect of this program: %1.\n\nIt goes on, but please report what you did and "
+               "this text to its developers.")
+                .arg(description));
+    }
+}
 
 void Events::run(const QHash<QString, Handler>& handlers, std::string_view name) {
     const auto found = handlers.constFind(QString::fromUtf8(name));

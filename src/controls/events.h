@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 
 #include <exception>
 #include <functional>
@@ -54,8 +55,9 @@ public:
     /// Runs the Change handler of a field by its name. @throws what the handler throws
     void change(std::string_view field) const { run(changes_, field); }
 
-    /// Runs a handler; an exception of it becomes one report.
-    void guard(const Handler& handler) const;
+    /// Runs a handler; a RuntimeError of it becomes a report. Any other exception is a defect of the program:
+    /// each is reported once, however often it comes, and the program goes on.
+    void guard(const Handler& handler);
     /// Reports an error that comes later than the handler it belongs to.
     void report(const RuntimeError& error) const;
 
@@ -71,13 +73,14 @@ private:
     static void run(const QHash<QString, Handler>& handlers, std::string_view name);
     void watch(QWidget* field, const Handler& change, const Exceptions& exceptions);
     void moveFocus(QWidget* now);
-    void report(const std::exception& error) const;
+    void reportDefect(const QString& description);
 
     MessageBoxes& boxes_;
     QHash<QString, Handler> clicks_;
     QHash<QString, Handler> changes_;
     QHash<QObject*, Watched> watched_;
     QPointer<QWidget> focused_; ///< the field that is yellow
+    QSet<QString> reportedDefects_;
 };
 
 } // namespace varda

@@ -1,8 +1,11 @@
 #include "controls/file_dialogs.h"
 
+#include "platform/free_handles.h"
+
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QSettings>
 #include <QStandardPaths>
 
 #include <utility>
@@ -10,7 +13,15 @@
 namespace varda {
 namespace {
 
+/// Dialogs would write down the folders they have been in, in a file of the user's that all programs of Qt
+/// share; and read what others wrote.
+void keepNoHistory() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+}
+
 QFileDialog* makeDialog(QWidget* window, const QString& folder, const FileDialogs::Kind& kind) {
+    requireFreeHandles();
+    keepNoHistory();
     auto* const dialog = new QFileDialog(window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setNameFilter(QStringLiteral("*") + kind.extension);

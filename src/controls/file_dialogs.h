@@ -8,7 +8,10 @@ class QWidget;
 
 namespace varda {
 
-/// The file dialogs of one window. Opening one returns at once; cancelling it does nothing.
+/// The file dialogs of one window. Opening one returns at once; cancelling it does nothing. They leave
+/// nothing behind on the disk.
+///
+/// Opening one throws RuntimeError 67 where no more files can be opened.
 class FileDialogs {
 public:
     using Chosen = std::function<void(const QString& path)>;

@@ -4,13 +4,14 @@
 
 namespace varda {
 
-/// Whether a key is one that types, Enter and Backspace included. Keys that move the focus and shortcuts type
-/// nothing, though they bear a text.
+/// Whether a key is one that types, Enter and Backspace included. Keys that move the focus, Delete and
+/// shortcuts type nothing, though they bear a text.
 inline bool typesCharacter(const QKeyEvent& key) {
     const bool isShortcut =
         (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
-    const bool movesFocus = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
-    return !key.text().isEmpty() && !isShortcut && !movesFocus;
+    const bool typesNothing =
+        key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab || key.key() == Qt::Key_Delete;
+    return !key.text().isEmpty() && !isShortcut && !typesNothing;
 }
 
 } // namespace varda

@@ -8,18 +8,20 @@
 #include <QListView>
 #include <QSignalBlocker>
 #include <QStringList>
+#include <QTabBar>
+#include <QTabWidget>
 
 namespace varda {
 namespace {
 
-/// Leaves the wheel to the window while the list has no focus.
+/// Leaves the wheel to the window: on a list while it has no focus, on anything else always.
 class WheelGuard : public QObject {
 public:
     using QObject::QObject;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const auto* const list = qobject_cast<QComboBox*>(watched);
-        if (event->type() == QEvent::Wheel && list != nullptr && !list->hasFocus()) {
+        if (event->type() == QEvent::Wheel && (list == nullptr || !list->hasFocus())) {
             event->ignore();
             return true;
         }
@@ -38,6 +40,11 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts) {
     }
     list->clear();
     list->addItems(entries);
+    chooseNone(list);
+}
+
+void chooseNone(QComboBox* list) {
+    const QSignalBlocker silent(list);
     list->setCurrentIndex(-1);
     list->clearEditText();
 }
@@ -56,6 +63,8 @@ void keepFromWheel(QComboBox* list) {
         view->setUniformItemSizes(true); // lists of 2048 numbers open at once
     }
 }
+
+void keepTabsFromWheel(QTabWidget* tabs) { tabs->tabBar()->installEventFilter(new WheelGuard(tabs)); }
 
 void letTypeInto(QComboBox* list) {
     static QCompleter nobody; // a text that has a completer gets none of the list's own

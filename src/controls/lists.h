@@ -4,6 +4,7 @@
 #include <vector>
 
 class QComboBox;
+class QTabWidget;
 class QWidget;
 
 namespace varda {
@@ -15,8 +16,14 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts);
 /// Fills a list and shows `startValue` in it.
 void fillList(QComboBox* list, const std::vector<std::string>& texts, const std::string& startValue);
 
+/// Empties a list's text without running its handlers; its entries stay.
+void chooseNone(QComboBox* list);
+
 /// A list is not changed by an accidental wheel turn, and opens at once however long it is.
 void keepFromWheel(QComboBox* list);
+
+/// A tab changes by a click or by the keyboard only.
+void keepTabsFromWheel(QTabWidget* tabs);
 
 /// Lets a text be typed into a list, and does the same: what is typed stays as it is typed, with no
 /// completion and no new entries. The form leaves such a list closed, for an open one would come with a

@@ -10,7 +10,7 @@ class QLineEdit;
 namespace varda {
 
 /// Lets the arrow keys up and down, and the wheel while the field has the focus, change a period by 10
-/// milliseconds, with Ctrl by 100: a number typed key by key would be rewritten at its first digit.
+/// milliseconds, with Ctrl by 100.
 class PeriodSteps : public QObject {
     Q_OBJECT
 

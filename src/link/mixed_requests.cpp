@@ -63,8 +63,16 @@ void appendBitItem(Body& body, const Point& point) {
     }
 }
 
+std::string wordDigits(std::string_view typed) {
+    constexpr std::size_t digits = 4;
+    if (typed.size() > digits) { // kept: of a longer value, typed in decimal, the last four digits remain
+        typed.remove_prefix(typed.size() - digits);
+    }
+    return hex(fromHex(typed), digits);
+}
+
 void appendWordItem(Body& body, const Point& point) {
-    const std::string value = hex(fromHex(point.value), 4);
+    const std::string value = wordDigits(point.value);
     if (body.length() + wordItemBytes <= 251) {
         body.appendWordAddress(point, 0);
         body.image().setLowHigh(body.end() + 2, value);

@@ -16,7 +16,7 @@ inline constexpr int startPeriod = 500; ///< also where a text is no number
 /// open or not.
 ///
 /// A number below the shortest becomes "100", a text that is no 16-bit number becomes "500"; the field is
-/// rewritten at once, so a number typed digit by digit is rewritten at its first digit.
+/// rewritten at once, at the first digit of a number that is typed digit by digit.
 void takePeriod(Form& form, PeriodTimer& tmrComm, std::string_view periodField);
 
 } // namespace varda

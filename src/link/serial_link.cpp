@@ -32,12 +32,13 @@ std::int16_t raised(std::int16_t count, std::size_t by) {
     return static_cast<std::int16_t>(std::min(static_cast<std::size_t>(count) + by, largest));
 }
 
-/// The receive path skips a failing statement and goes on with the next one.
+/// The receive path skips a failing statement and goes on with the next one. An error of any other class is
+/// a defect, which whoever called the link reports.
 template <typename Statement>
 void skippingFailure(Statement&& statement) {
     try {
         std::forward<Statement>(statement)();
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): skipping is the rule
+    } catch (const RuntimeError&) { // NOLINT(bugprone-empty-catch): skipping is the rule
     }
 }
 
@@ -98,17 +99,29 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
     }
 }
 
-void SerialLink::connectionOpened() {
-    ++connection_;
-    waiting_ = false;
+void SerialLink::enterMode(std::int16_t commMode) {
+    const bool leavesSimulation =
+        state_.CommMode == comm_mode::simulation && commMode != comm_mode::simulation;
+    const bool receivesForAnother = wait_.isPending() && !isSettling_; // began before the simulation
+    if (leavesSimulation && !receivesForAnother) {
+        wait_.cancel();
+        state_.InReceive = false;
+    }
+    if (commMode == comm_mode::scenario) { // a silence from before the run would end it
+        state_.WaitTicks = 0;
+        state_.WaitingAnswer = false;
+    }
+    state_.CommMode = commMode;
 }
+
+void SerialLink::connectionOpened() { wait_.cancel(); }
 
 void SerialLink::commPLC_OnComm(CommEvent event) {
     if (event != CommEvent::Received) {
         state_.InReceive = false;
         return;
     }
-    if (waiting_) {
+    if (wait_.isPending()) {
         isMerged_ = true; // the running wait takes these bytes along
         return;
     }
@@ -134,15 +147,11 @@ void SerialLink::receiveLater() {
 }
 
 void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest) {
-    waiting_ = true;
     isMerged_ = false;
-    clock_.after(wait, [this, connection = connection_, rest = std::move(rest)] {
-        if (connection != connection_) {
-            return;
-        }
-        waiting_ = false;
+    isSettling_ = false;
+    wait_ = clock_.after(wait, [this, rest = std::move(rest)] {
         rest();
-        if (!waiting_ && isMerged_ && commPLC_.inBufferCount() > 0) {
+        if (!wait_.isPending() && isMerged_ && commPLC_.inBufferCount() > 0) {
             commPLC_OnComm(CommEvent::Received);
         }
     });
@@ -182,6 +191,7 @@ void SerialLink::settleRequest(std::size_t noted) {
             receiveRequest();
         }
     });
+    isSettling_ = true;
 }
 
 void SerialLink::receiveRequest() {

@@ -47,6 +47,12 @@ public:
     Port& port() { return commPLC_; }
     void setRoles(Roles roles) { roles_ = std::move(roles); }
 
+    /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
+    /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence and
+    /// nothing awaited.
+    /// @param commMode a request code of command:: or one of comm_mode::
+    void enterMode(std::int16_t commMode);
+
     /// The port was opened: a wait that began before belongs to the closed connection and does nothing more.
     void connectionOpened();
 
@@ -104,9 +110,9 @@ private:
     Form& form_;
     Roles roles_;
     LinkState state_;
-    bool waiting_ = false;  ///< a continuation of the receive handler is under way
-    int connection_ = 0;    ///< number of the connection, counted at each opening
-    bool isMerged_ = false; ///< a receive event came during the wait
+    Wait wait_;               ///< for the rest of the receive handler
+    bool isSettling_ = false; ///< it waits for a request to the simulator to end
+    bool isMerged_ = false;   ///< a receive event came during the wait
 };
 
 } // namespace varda

@@ -103,6 +103,11 @@ void setWriteWord(FrameImages& images, std::size_t index, int value) {
     images.write.setLowHigh(offset::data + 2 * index, hex(value, 4));
 }
 
+int writeWord(const FrameImages& images, std::size_t index) {
+    const std::size_t low = offset::data + 2 * index;
+    return images.write.byte(low) + 256 * images.write.byte(low + 1);
+}
+
 bool isWriteBitOn(const FrameImages& images, std::size_t index) {
     return images.write.byte(offset::data + index) == 0xFF;
 }

@@ -62,6 +62,9 @@ void setWriteBit(FrameImages& images, std::size_t index, bool on);
 /// Writes `value` (0 .. 65535) as data word `index` of a word write (from 0), low byte first.
 void setWriteWord(FrameImages& images, std::size_t index, int value);
 
+/// Data word `index` of a word write (from 0), 0 .. 65535.
+int writeWord(const FrameImages& images, std::size_t index);
+
 /// Whether data byte `index` of a bit write (from 0) is ON.
 bool isWriteBitOn(const FrameImages& images, std::size_t index);
 

@@ -2,6 +2,7 @@
 
 #include "controls/events.h"
 #include "controls/period_steps.h"
+#include "controls/period_typing.h"
 #include "link/form.h"
 #include "link/frame_image.h"
 #include "link/period.h"
@@ -33,6 +34,7 @@ void MasterPage::adopt(const Controls& controls) {
     events.textChange(controls.period,
                       [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
     new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
+    new PeriodTyping(controls.period); // installed last, it sees first what the steps take for themselves
     events.click(controls.send, [this] { sendRequest(); });
 }
 

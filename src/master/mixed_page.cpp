@@ -6,7 +6,6 @@
 #include "link/point_list.h"
 #include "link/serial_link.h"
 #include "platform/conversion.h"
-#include "platform/runtime_error.h"
 
 #include <QComboBox>
 #include <QListWidget>
@@ -45,14 +44,15 @@ void MixedPage::prepareMode() {
     stopRepeating();
     chooseBitOption();
     register_->offerBits();
-    lists_.add->setEnabled(true);
-    lists_.remove->setEnabled(true);
     image().set(offset::length, 0);
 }
 
 void MixedPage::offer(Access access, int countLimit) { register_->offer(access, countLimit); }
 
-void MixedPage::selectLine(std::size_t line) { lists_.points->setCurrentRow(static_cast<int>(line)); }
+void MixedPage::selectLine(std::size_t line) {
+    lists_.points->setCurrentRow(static_cast<int>(line));
+    lineChosen(); // a selection by the program is a click too, also of the line that is selected already
+}
 
 std::string MixedPage::fieldText(const QComboBox* list) const { return list->currentText().toStdString(); }
 
@@ -67,9 +67,7 @@ void MixedPage::bitChosen() {
 }
 
 void MixedPage::countChosen() {
-    try {
-        toInteger(fieldText(lists_.count));
-    } catch (const RuntimeError&) {
+    if (!readInteger(fieldText(lists_.count))) {
         lists_.count->clearEditText();
     }
 }
@@ -89,8 +87,12 @@ void MixedPage::addLine() {
         return;
     }
     const std::string line = newLine();
+    const std::vector<std::string> lines = pointLines();
+    if (!lines.empty()) {
+        selectLine(lines.size() - 1); // each line is selected in turn while the list is measured
+    }
     // kept: the new line's own size is not part of the test
-    if (listLength(pointLines()) < fullPointList) {
+    if (listLength(lines) < fullPointList) {
         lists_.points->addItem(QString::fromStdString(line));
     }
 }
@@ -113,8 +115,6 @@ void MixedPage::lineChosen() {
 
 void MixedPage::buildAndSend() {
     const std::vector<std::string> lines = pointLines();
-    lists_.points->setCurrentRow(lists_.points->count() -
-                                 1); // each line is visited in turn, the last stays selected
     makeBody(lines);
     makeRequest();
     clearAnswer();

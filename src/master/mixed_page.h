@@ -38,7 +38,7 @@ protected:
     /// The line of the point that the fields name. @throws RuntimeError where a value cannot be read
     virtual std::string newLine() const = 0;
     /// The size of a list as the add button looks at it. @throws RuntimeError 6, 13
-    virtual int listLength(const std::vector<std::string>& lines) = 0;
+    virtual int listLength(const std::vector<std::string>& lines) const = 0;
     /// Writes the body of the request from the lines. @throws RuntimeError 6, 13
     virtual void makeBody(const std::vector<std::string>& lines) = 0;
     /// Length of the answer to the lines, in bytes. @throws RuntimeError 6, 13

@@ -24,6 +24,8 @@ MixedReadPage::~MixedReadPage() = default;
 
 void MixedReadPage::enterMode() {
     prepareMode();
+    ui_->cmdMRAdd->setEnabled(true);
+    ui_->cmdMRDel->setEnabled(true);
     if (context().link.port().isOpen()) {
         ui_->cmdMRDSend->setEnabled(true);
     }
@@ -45,10 +47,7 @@ std::string MixedReadPage::newLine() const {
                                    : wordPointLine(kind, number, count);
 }
 
-int MixedReadPage::listLength(const std::vector<std::string>& lines) {
-    if (!lines.empty()) {
-        selectLine(lines.size() - 1); // each line is selected in turn while it is counted
-    }
+int MixedReadPage::listLength(const std::vector<std::string>& lines) const {
     return GetMRAnswerLength(lines);
 }
 

@@ -65,14 +65,7 @@ void MixedWritePage::enterMode() {
     chkHexDec_Click();
 }
 
-void MixedWritePage::optionChosen(Access access) {
-    offer(access, 0);
-    const bool bits = access == Access::Bit;
-    ui_->optMWBData_0->setEnabled(bits);
-    ui_->optMWBData_1->setEnabled(bits);
-    ui_->txtMWData->setEnabled(!bits);
-    ui_->chkHexDec->setEnabled(!bits);
-}
+void MixedWritePage::optionChosen(Access access) { offer(access, 0); }
 
 void MixedWritePage::chkHexDec_Click() {
     ui_->chkHexDec->setText(ui_->chkHexDec->isChecked() ? QStringLiteral("HEX") : QStringLiteral("DEC"));
@@ -87,6 +80,8 @@ void MixedWritePage::txtMWData_Change() {
     const QString accepted = text.left(acceptedLength(text, hexadecimal));
     if (accepted != typed) {
         ui_->txtMWData->setText(accepted); // runs this handler again; the caret stands at the end
+    } else if (hexadecimal) {
+        ui_->txtMWData->end(false);
     }
     if (accepted != text) {
         context().form.setText(route().status, areDigits(text, hexadecimal) ? "Range Over" : "Invalid Data");
@@ -112,7 +107,9 @@ std::string MixedWritePage::newLine() const {
     return wordPointLine(kind, number, wordValue());
 }
 
-int MixedWritePage::listLength(const std::vector<std::string>& lines) { return GetListDataLength(lines); }
+int MixedWritePage::listLength(const std::vector<std::string>& lines) const {
+    return GetListDataLength(lines);
+}
 
 void MixedWritePage::makeBody(const std::vector<std::string>& lines) {
     MakeMWDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });

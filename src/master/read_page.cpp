@@ -7,7 +7,6 @@
 #include "link/serial_link.h"
 #include "link/single_requests.h"
 #include "platform/conversion.h"
-#include "platform/runtime_error.h"
 #include "ui_read_page.h"
 
 namespace varda {
@@ -39,7 +38,7 @@ void ReadPage::enterMode() {
 }
 
 void ReadPage::optionChosen(Access access) {
-    context().link.state().CommMode = access == Access::Bit ? route().bitMode : route().wordMode;
+    context().link.enterMode(access == Access::Bit ? route().bitMode : route().wordMode);
     register_.offer(access, access == Access::Bit ? bitReadLimit : wordReadLimit);
     takeStations();
 }
@@ -82,17 +81,17 @@ void ReadPage::cbRegBit_Change() {
 
 void ReadPage::cbRLength_Change() {
     clearRequest();
-    try {
-        setReadCount(context().images, toInteger(ui_->cbRLength->currentText().toStdString()));
-    } catch (const RuntimeError&) {
+    const auto typed = readInteger(ui_->cbRLength->currentText().toStdString());
+    if (!typed) {
         ui_->cbRLength->clearEditText();
         return;
     }
+    setReadCount(context().images, *typed);
     makeRequest();
 }
 
 void ReadPage::buildAndSend() {
-    makeFormat();
+    makeRequest();
     clearAnswer();
     if (context().link.startRequest(route())) {
         const std::uint8_t count = context().images.read.byte(offset::count);

@@ -32,7 +32,8 @@ void RegisterFields::offer(Access access, int countLimit) {
     }
     point_->setVisible(access == Access::Bit);
     bit_->setVisible(access == Access::Bit);
-    offerNumbers();
+    fillList(number_, {});
+    chooseNone(bit_);
 }
 
 void RegisterFields::offerNumbers() {
@@ -45,6 +46,8 @@ void RegisterFields::offerBits() { fillList(bit_, bitListTexts()); }
 
 std::string RegisterFields::kindText() const { return kind_->currentText().toStdString(); }
 
+std::string RegisterFields::numberText() const { return number_->currentText().toStdString(); }
+
 bool RegisterFields::hasKind() const { return !kind_->currentText().isEmpty(); }
 
 bool RegisterFields::hasNumber() const { return !number_->currentText().isEmpty(); }
@@ -52,6 +55,12 @@ bool RegisterFields::hasNumber() const { return !number_->currentText().isEmpty(
 bool RegisterFields::hasBit() const { return !bit_->currentText().isEmpty(); }
 
 int RegisterFields::number() const { return typedNumber(number_); }
+
+std::optional<int> RegisterFields::readableNumber() const { return readInteger(numberText()); }
+
+std::optional<int> RegisterFields::readableBit() const {
+    return readInteger(bit_->currentText().toStdString());
+}
 
 int RegisterFields::wordAddress(Access access) const { return registerAddress(access, kindText(), number()); }
 

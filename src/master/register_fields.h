@@ -2,6 +2,9 @@
 
 #include "link/registers.h"
 
+#include <optional>
+#include <string>
+
 class QComboBox;
 class QWidget;
 
@@ -14,7 +17,7 @@ public:
     RegisterFields(QComboBox* kind, QComboBox* number, QComboBox* bit, QWidget* point, QComboBox* count);
 
     /// Offers the kinds of an access and the counts up to `countLimit`; shows the bit for bit access only.
-    /// All texts are empty afterwards.
+    /// All texts are empty afterwards; the bits that are offered stay.
     void offer(Access access, int countLimit);
 
     /// Offers the numbers and bits of the kind that is chosen; none for an unknown one.
@@ -24,12 +27,16 @@ public:
     void offerBits();
 
     std::string kindText() const;
+    std::string numberText() const;
     bool hasKind() const;
     bool hasNumber() const;
     bool hasBit() const;
 
     /// The chosen number. @throws RuntimeError 13, 6 where it is none
     int number() const;
+    /// The chosen number and bit; nothing where the text is none.
+    std::optional<int> readableNumber() const;
+    std::optional<int> readableBit() const;
     /// Word address of the chosen register. @throws RuntimeError 13, 6 where the number is none
     int wordAddress(Access access) const;
     /// The chosen bit. @throws RuntimeError 13, 6

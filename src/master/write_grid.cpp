@@ -13,6 +13,7 @@ namespace varda {
 namespace {
 
 constexpr int hexadecimalRole = Qt::UserRole;
+constexpr int wordRole = Qt::UserRole + 1; ///< value of a word cell; nothing is 0
 
 QTableWidgetItem* cellAt(const QTableWidget* grid, int position) {
     const int index = position - 1;
@@ -108,18 +109,28 @@ void WriteGrid::setText(int position, const QString& text) {
     cell->setFont(font);
     if (text.isEmpty()) {
         cell->setData(hexadecimalRole, false);
+        cell->setData(wordRole, 0);
+    }
+}
+
+void WriteGrid::setWord(int position, int value, const QString& text, bool hexadecimal) {
+    setText(position, text);
+    if (QTableWidgetItem* const cell = cellAt(grid_, position)) {
+        cell->setData(hexadecimalRole, hexadecimal);
+        cell->setData(wordRole, value);
+    }
+}
+
+void WriteGrid::showWord(int position, int value) {
+    const QTableWidgetItem* const cell = cellAt(grid_, position);
+    if (cell != nullptr && cell->data(wordRole).toInt() != value) {
+        setWord(position, value, value != 0 ? QString::number(value) : QString(), false);
     }
 }
 
 bool WriteGrid::isHexadecimal(int position) const {
     const QTableWidgetItem* const cell = cellAt(grid_, position);
     return cell != nullptr && cell->data(hexadecimalRole).toBool();
-}
-
-void WriteGrid::setHexadecimal(int position, bool hexadecimal) {
-    if (QTableWidgetItem* const cell = cellAt(grid_, position)) {
-        cell->setData(hexadecimalRole, hexadecimal);
-    }
 }
 
 bool WriteGrid::eventFilter(QObject* watched, QEvent* event) {

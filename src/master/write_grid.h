@@ -38,9 +38,13 @@ public:
     QString text(int position) const;
     /// Sets a cell's text; positions that no row holds are ignored.
     void setText(int position, const QString& text);
+    /// Sets a word cell to a value (0 .. 65535) as it was typed.
+    void setWord(int position, int value, const QString& text, bool hexadecimal);
+    /// Shows a value in a word cell, in decimal; a cell that stands for it already keeps its text. 0 is the
+    /// value of an empty cell.
+    void showWord(int position, int value);
     /// Whether the text of a word cell is hexadecimal.
     bool isHexadecimal(int position) const;
-    void setHexadecimal(int position, bool hexadecimal);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -10,15 +10,16 @@
 #include "master/frmWriteWord.h"
 #include "master/write_grid.h"
 #include "platform/conversion.h"
-#include "platform/runtime_error.h"
 #include "ui_write_page.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace varda {
 namespace {
 
 constexpr int noCount = -1;
+constexpr int noNumber = -1;
 constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
 
 } // namespace
@@ -53,8 +54,9 @@ void WritePage::enterMode() {
 }
 
 void WritePage::optionChosen(Access access) {
-    context().link.state().CommMode = access == Access::Bit ? route().bitMode : route().wordMode;
+    context().link.enterMode(access == Access::Bit ? route().bitMode : route().wordMode);
     register_.offer(access, writeLimit(access));
+    numberOfBits_.clear();
     ui_->chkCounter->setEnabled(access == Access::Word);
     ui_->chkRandomWrite->setEnabled(access == Access::Word);
     clearWriteRequest(context().images);
@@ -73,11 +75,7 @@ void WritePage::makeFormat() {
 std::string WritePage::displayString() { return DisplayWString(context().images); }
 
 int WritePage::count() const {
-    try {
-        return toInteger(ui_->cbWLength->currentText().toStdString());
-    } catch (const RuntimeError&) {
-        return noCount;
-    }
+    return readInteger(ui_->cbWLength->currentText().toStdString()).value_or(noCount);
 }
 
 int WritePage::bit() const { return register_.bitNumber(); }
@@ -85,6 +83,7 @@ int WritePage::bit() const { return register_.bitNumber(); }
 void WritePage::cbWRegister_Change() {
     clearRequest();
     register_.offerNumbers();
+    numberOfBits_.clear();
     layGrid();
     showRequest();
 }
@@ -100,7 +99,10 @@ void WritePage::cbWRegAddress_Change() {
             writeAddress(wordAddressText(word));
         }
     }
-    register_.offerBits();
+    if (register_.numberText() != numberOfBits_) { // a key that leaves the number leaves the bit as well
+        numberOfBits_ = register_.numberText();
+        register_.offerBits();
+    }
     layGrid();
     showRequest();
 }
@@ -120,50 +122,68 @@ void WritePage::cbWRegBit_Change() {
 
 void WritePage::cbWLength_Change() {
     clearRequest();
-    int typed = 0;
-    try {
-        typed = toInteger(ui_->cbWLength->currentText().toStdString());
-    } catch (const RuntimeError&) {
+    const auto typed = readInteger(ui_->cbWLength->currentText().toStdString());
+    if (!typed) {
         ui_->cbWLength->clearEditText();
         return;
     }
-    setWriteCount(context().images, access(), typed);
-    if (isWriteCount(access(), typed)) {
+    setWriteCount(context().images, access(), *typed);
+    if (isWriteCount(access(), *typed)) {
+        layRows();
         grid_->emptyCells();
-        layGrid();
     }
     makeRequest();
 }
 
 void WritePage::layGrid() {
+    layRows();
+    if (access() == Access::Bit) {
+        showBits();
+    } else {
+        showWords();
+    }
+}
+
+int WritePage::rowsOf(std::optional<int> bit) const {
+    const QString text = ui_->cbWLength->currentText();
+    if (text == QLatin1String("0")) {
+        return countOfAllRows;
+    }
+    const int typed = text.isEmpty() ? 0 : count(); // an emptied count has no points
+    if (!isWriteCount(access(), typed)) {
+        return grid_->cells() / WriteGrid::columns;
+    }
+    return std::max((bit ? *bit - 1 : 0) + typed, 0) / WriteGrid::columns + 1;
+}
+
+/// A number or a bit that cannot be read costs the headings or the rule's bit, never the request.
+void WritePage::layRows() {
     const bool chosen = register_.hasKind() && register_.hasNumber();
     if (chosen && !register_.hasBit()) {
         ui_->cbWRegBit->setEditText(QStringLiteral("1")); // kept: the row rule needs a bit, in word mode too
     }
-    const int number = chosen ? register_.number() : 0;
-    const int typed = count();
-    int rows = grid_->cells() / WriteGrid::columns;
-    if (ui_->cbWLength->currentText() == QLatin1String("0")) {
-        rows = countOfAllRows;
-    } else if (isWriteCount(access(), typed)) {
-        rows = ((chosen ? bit() - 1 : 0) + typed) / WriteGrid::columns + 1;
-    }
+    const int rows = rowsOf(chosen ? register_.readableBit() : std::nullopt);
+    const int first = chosen ? register_.readableNumber().value_or(noNumber) : noNumber;
     const int step = access() == Access::Bit ? 1 : WriteGrid::columns;
-    grid_->layRows(rows, chosen ? register_.kindText() : std::string(), number, step);
-    if (access() == Access::Bit) {
-        showBits();
-    }
+    grid_->layRows(rows, first >= 0 ? register_.kindText() : std::string(), first, step);
 }
 
 void WritePage::showBits() {
     grid_->emptyCells();
-    if (!register_.hasBit()) {
-        return;
-    }
-    for (int index = 0; index < count(); ++index) {
+    const std::optional<int> bit = register_.readableBit();
+    const int framed = bit ? framedWriteCount(context().images, Access::Bit) : 0;
+    for (int index = 0; index < framed; ++index) {
         if (isWriteBitOn(context().images, static_cast<std::size_t>(index))) {
-            grid_->setText(bit() + index + 1, QStringLiteral("ON"));
+            grid_->setText(*bit + index + 1, QStringLiteral("ON"));
         }
+    }
+}
+
+/// The cells behind the frame's words keep what was typed: the image holds the check there.
+void WritePage::showWords() {
+    const int framed = framedWriteCount(context().images, Access::Word);
+    for (int position = 1; position <= framed; ++position) {
+        grid_->showWord(position, writeWord(context().images, static_cast<std::size_t>(position - 1)));
     }
 }
 
@@ -182,7 +202,9 @@ bool WritePage::CheckWriteCell(int position) {
     }
     // kept: words are counted from the register number, although their data is not
     const int before = bits ? bit() : register_.number();
-    const bool valid = position > before && position <= before + framedWriteCount(context().images, access());
+    const int points =
+        ui_->cbWLength->currentText().isEmpty() ? 0 : framedWriteCount(context().images, access());
+    const bool valid = position > before && position <= before + points;
     DisplayWMessage(valid ? "" : "Invalid Range !!");
     return valid;
 }
@@ -236,20 +258,19 @@ void WritePage::openWordDialog(int position) {
 void WritePage::storeWord(int position, int value, const QString& text, bool hexadecimal) {
     // kept: the register number is not subtracted, so above number 0 values land further on in the frame
     setWriteWord(context().images, static_cast<std::size_t>(position - 1), value);
-    grid_->setText(position, text);
-    grid_->setHexadecimal(position, hexadecimal);
+    grid_->setWord(position, value, text, hexadecimal);
     makeRequest();
 }
 
 void WritePage::fillData() {
     if (ui_->chkRandomWrite->isChecked()) {
-        makeFormat(); // an emptied count is completed first: its new data would replace the random ones
         fillRandomWords(context().images, random_);
         makeRequest();
     } // kept: the counter fill is an empty operation, the data goes out unchanged
 }
 
 void WritePage::buildAndSend() {
+    makeRequest(); // before any random data: completing an emptied count resets the data
     if (!context().link.startRequest(route())) {
         return;
     }

@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 class QCheckBox;
 
@@ -46,8 +48,11 @@ private:
 
     int count() const;
     int bit() const;
+    int rowsOf(std::optional<int> bit) const;
+    void layRows();
     void layGrid();
     void showBits();
+    void showWords();
     void DisplayWMessage(const std::string& text);
     bool CheckWriteCell(int position);
     void editCell(int position);
@@ -58,6 +63,7 @@ private:
 
     std::unique_ptr<Ui::WritePage> ui_;
     RegisterFields register_;
+    std::string numberOfBits_; ///< the register number that the bit was chosen for
     WriteGrid* grid_;
     std::function<double()> random_;
 };

@@ -13,20 +13,6 @@ namespace {
 
 constexpr int belowPointer = 10;
 constexpr int margins = 24;
-constexpr qsizetype paragraph =
-    12000; ///< longer lines are shown in paragraphs, which are laid out one by one
-
-/// A paragraph ends behind a blank, so between two groups.
-QString inParagraphs(const QString& line) {
-    QString shown;
-    qsizetype start = 0;
-    while (line.size() - start > paragraph) {
-        const qsizetype end = line.lastIndexOf(QLatin1Char(' '), start + paragraph) + 1;
-        shown += line.mid(start, end - start) + QLatin1Char('\n');
-        start = end;
-    }
-    return shown + line.mid(start);
-}
 
 } // namespace
 
@@ -42,7 +28,7 @@ FrmMonitoringData::FrmMonitoringData(QWidget* parent)
 FrmMonitoringData::~FrmMonitoringData() = default;
 
 void FrmMonitoringData::showLine(const QString& line, const QPoint& pointer) {
-    ui_->txtMonitoringData->setPlainText(inParagraphs(line));
+    ui_->txtMonitoringData->setPlainText(line);
     const QScreen* const pointed = QGuiApplication::screenAt(pointer);
     const QRect free = (pointed != nullptr ? pointed : parentWidget()->screen())->availableGeometry();
     const QFontMetrics metrics(ui_->txtMonitoringData->font());

@@ -10,11 +10,13 @@ constexpr auto longestLoss = std::chrono::seconds(1);
 
 } // namespace
 
+MonitorLog::MonitorLog(Clock& clock) : clock_(clock) {}
+
 MonitorLog::~MonitorLog() { close(); }
 
 void MonitorLog::open(const std::string& path) {
     close();
-    file_ = std::make_shared<AppendFile>(path);
+    file_ = std::make_unique<AppendFile>(path);
 }
 
 bool MonitorLog::write(const std::string& line) {
@@ -28,16 +30,9 @@ bool MonitorLog::write(const std::string& line) {
 }
 
 void MonitorLog::syncLater() {
-    if (syncIsDue_) {
-        return;
+    if (!sync_.isPending()) {
+        sync_ = clock_.after(longestLoss, [this] { file_->sync(); });
     }
-    syncIsDue_ = true;
-    clock_.after(longestLoss, [this, file = std::weak_ptr<AppendFile>(file_)] {
-        if (const auto open = file.lock()) {
-            syncIsDue_ = false;
-            open->sync();
-        }
-    });
 }
 
 void MonitorLog::close() {
@@ -45,7 +40,7 @@ void MonitorLog::close() {
         file_->sync();
     }
     file_.reset();
-    syncIsDue_ = false;
+    sync_.cancel();
     endsInStump_ = false;
 }
 

@@ -12,7 +12,7 @@ class AppendFile;
 /// The log file of one monitoring run: lines appended as they come, on the disk within a second.
 class MonitorLog {
 public:
-    explicit MonitorLog(Clock& clock) : clock_(clock) {}
+    explicit MonitorLog(Clock& clock);
     MonitorLog(const MonitorLog&) = delete;
     MonitorLog& operator=(const MonitorLog&) = delete;
     ~MonitorLog();
@@ -31,8 +31,8 @@ private:
     void syncLater();
 
     Clock& clock_;
-    std::shared_ptr<AppendFile> file_; ///< its life tells a wait for the disk whether the log is still open
-    bool syncIsDue_ = false;
+    std::unique_ptr<AppendFile> file_;
+    Wait sync_;
     bool endsInStump_ = false; ///< the last line was not written whole
 };
 

@@ -56,13 +56,13 @@ void MonitorPage::bind() {
 }
 
 void MonitorPage::cmdMonStart_Click() {
-    if (isRunning_ || !context_.link.isFreeForRun()) {
+    if (!context_.link.isFreeForRun()) {
         return;
     }
     if (ui_->txtMonLogFile->text().isEmpty()) {
         ui_->chkMonLog->setChecked(false);
     }
-    context_.link.state().CommMode = comm_mode::monitoring;
+    context_.link.enterMode(comm_mode::monitoring);
     isRunning_ = true;
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
@@ -75,7 +75,7 @@ void MonitorPage::cmdMonStart_Click() {
 void MonitorPage::openLog() { log_.open(fileName(ui_->txtMonLogFile->text())); }
 
 void MonitorPage::cmdMonStop_Click() {
-    context_.link.state().CommMode = comm_mode::monitorIdle;
+    context_.link.enterMode(comm_mode::monitorIdle);
     isRunning_ = false;
     log_.close();
     ui_->txtMonLogFile->setEnabled(true);
@@ -127,18 +127,28 @@ void MonitorPage::writeLog(const std::string& line) {
 }
 
 void MonitorPage::showLine() {
-    const QModelIndex chosen = ui_->lstMonitor->currentIndex();
-    if (!chosen.isValid()) {
+    const QModelIndexList selected = ui_->lstMonitor->selectionModel()->selectedRows();
+    if (selected.isEmpty()) {
         return;
     }
-    const std::string line = lines_.line(chosen.row()).text();
+    const std::string line = lines_.line(selected.first().row()).text();
     if (!line.empty()) {
-        const QString text = QString::fromLatin1(line.data(), static_cast<qsizetype>(line.size()));
-        frmMonitoringData_->showLine(MonitorDelegate::withoutControls(text), QCursor::pos());
+        frmMonitoringData_->showLine(QString::fromLatin1(line.data(), static_cast<qsizetype>(line.size())),
+                                     QCursor::pos());
     }
 }
 
+/// A press below the last line shows the line that is selected, and leaves it selected.
+bool MonitorPage::isBelowLines(const QEvent& press) const {
+    const QPoint place = static_cast<const QMouseEvent&>(press).position().toPoint();
+    return !ui_->lstMonitor->indexAt(place).isValid();
+}
+
 bool MonitorPage::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress && isBelowLines(*event)) {
+        showLine();
+        return true;
+    }
     if (event->type() == QEvent::MouseButtonRelease) {
         frmMonitoringData_->closeLine();
     }

@@ -56,6 +56,7 @@ private:
     void openLog();
     void writeLog(const std::string& line);
     void showLine();
+    bool isBelowLines(const QEvent& press) const;
 
     PageContext context_;
     Surroundings surroundings_;

@@ -2,7 +2,6 @@
 
 #include "platform/file_calls.h"
 #include "platform/file_path.h"
-#include "platform/scope_exit.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -32,6 +31,9 @@ Reason reasonFor(const std::error_code& error) {
     if (error == std::errc::read_only_file_system) {
         return {run_time_error::permissionDenied, "the disk is read-only"};
     }
+    if (error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system) {
+        return {run_time_error::tooManyFiles, "too many files are open"};
+    }
     if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
         return {run_time_error::pathNotFound, "path not found"};
     }
@@ -56,6 +58,12 @@ RuntimeError saveError(const std::string& path, const std::error_code& error) {
             quoted(path) + " could not be saved: " + reason.text + ". Nothing was changed on the disk."};
 }
 
+RuntimeError damageError(const std::string& path, const std::error_code& error) {
+    const Reason reason = reasonFor(error);
+    return {reason.number, quoted(path) + " could not be saved whole: " + reason.text +
+                               ". It is damaged now: save to another place."};
+}
+
 /// A path with a zero byte would lead to the file that its first part names.
 fs::path checkedPath(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos) {
@@ -76,15 +84,45 @@ fs::path withoutLinks(fs::path path) {
     return path;
 }
 
-/// Writes the content to a file of a name that is free in the folder of the target.
-fs::path writeBeside(const fs::path& target, std::string_view content, Existing existing) {
+constexpr std::string_view temporaryBegin = ".varda-";
+constexpr std::string_view temporaryEnd = ".tmp";
+
+std::string temporaryName(unsigned number) {
+    return std::string(temporaryBegin) + std::to_string(number) + std::string(temporaryEnd);
+}
+
+/// By its native letters: not every name is a text.
+bool isTemporaryName(const fs::path& name) {
+    const fs::path::string_type& letters = name.native();
+    const fs::path::string_type begin = fs::path(temporaryBegin).native();
+    const fs::path::string_type end = fs::path(temporaryEnd).native();
+    return letters.size() > begin.size() + end.size() && letters.starts_with(begin) &&
+           letters.ends_with(end) &&
+           std::all_of(letters.begin() + static_cast<std::ptrdiff_t>(begin.size()),
+                       letters.end() - static_cast<std::ptrdiff_t>(end.size()),
+                       [](auto letter) { return letter >= '0' && letter <= '9'; });
+}
+
+/// A save that was killed leaves its file; the next one into that folder clears it away.
+void removeAllLeftBehind(const fs::path& folder) {
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        if (isTemporaryName(entry->path().filename())) {
+            removeLeftBehind(entry->path());
+        }
+    }
+}
+
+/// By way of a file of a name that is free in the folder of the target.
+void replaceFromBeside(const fs::path& target, std::string_view content, Existing existing) {
     constexpr int attempts = 100;
     std::random_device random;
     for (int attempt = 1;; ++attempt) {
-        fs::path beside = target.parent_path() / (".varda-" + std::to_string(random()) + ".tmp");
+        const fs::path beside = target.parent_path() / temporaryName(random());
         try {
-            writeNewFile(beside, content, existing == Existing::Yes ? &target : nullptr);
-            return beside;
+            replaceByNewFile(beside, content, existing == Existing::Yes ? &target : nullptr, target);
+            return;
         } catch (const std::system_error& problem) {
             if (problem.code() != std::errc::file_exists || attempt == attempts) {
                 throw;
@@ -93,30 +131,37 @@ fs::path writeBeside(const fs::path& target, std::string_view content, Existing 
     }
 }
 
-void giveName(const fs::path& file, const fs::path& target) {
-    bool given = false;
-    const ScopeExit removal([&] {
-        if (!given) {
-            std::error_code ignored;
-            fs::remove(file, ignored);
-        }
-    });
-    renameFile(file, target);
-    given = true;
+bool isRefusal(const std::error_code& error) {
+    return error == std::errc::permission_denied || error == std::errc::operation_not_permitted;
+}
+
+/// @param target without links
+Existing checkedTarget(const std::string& path, const fs::path& target) {
+    const fs::file_status status = statusOf(target);
+    if (!fs::exists(status)) {
+        return Existing::No;
+    }
+    if (!fs::is_regular_file(status)) {
+        throw fileError(path, "is no regular file");
+    }
+    requireWritable(target);
+    return Existing::Yes;
 }
 
 void replaceTarget(const std::string& path, std::string_view content) {
     const fs::path target = withoutLinks(checkedPath(path));
-    const fs::file_status status = statusOf(target);
-    const Existing existing = fs::exists(status) ? Existing::Yes : Existing::No;
-    if (existing == Existing::Yes) {
-        if (!fs::is_regular_file(status)) {
-            throw fileError(path, "is no regular file");
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    const Existing existing = checkedTarget(path, target);
+    removeAllLeftBehind(folder);
+    try {
+        replaceFromBeside(target, content, existing);
+    } catch (const std::system_error& problem) {
+        if (existing == Existing::Yes && isRefusal(problem.code())) {
+            throw OnlyInPlace(saveError(path, problem.code()));
         }
-        requireWritable(target);
+        throw;
     }
-    giveName(writeBeside(target, content, existing), target);
-    syncFolder(target.has_parent_path() ? target.parent_path() : fs::path("."));
+    syncFolder(folder);
 }
 
 std::string readTarget(const std::string& path, std::size_t limit) {
@@ -152,6 +197,17 @@ void replaceFile(const std::string& path, std::string_view content) {
         replaceTarget(path, content);
     } catch (const std::system_error& problem) {
         throw saveError(path, problem.code());
+    }
+}
+
+void overwriteFile(const std::string& path, std::string_view content) {
+    bool isTouched = false;
+    try {
+        const fs::path target = withoutLinks(checkedPath(path));
+        checkedTarget(path, target);
+        overwriteFile(target, content, isTouched);
+    } catch (const std::system_error& problem) {
+        throw isTouched ? damageError(path, problem.code()) : saveError(path, problem.code());
     }
 }
 

@@ -9,6 +9,12 @@
 
 namespace varda {
 
+/// A file that may be written to, in a folder that takes no other one in its place.
+class OnlyInPlace : public RuntimeError {
+public:
+    explicit OnlyInPlace(const RuntimeError& error) : RuntimeError(error) {}
+};
+
 /// What a file holds, or why it is not known.
 struct FileText {
     std::string text;
@@ -29,9 +35,16 @@ FileText readRegularFile(const std::string& path, std::size_t limit);
 /// An existing file keeps its permissions, and its owner where the system allows that. A symbolic link stays;
 /// the file that it leads to is replaced. A file that the user may not write to is not replaced either,
 /// although its folder would allow it.
-/// @throws RuntimeError 57 device error, 61 disk full, 70 permission denied, 75 no regular file or another
-/// path/file access error, 76 path not found; the description names the file and the reason
+///
+/// Killed in between, it leaves the file beside; the next one into that folder removes it.
+/// @throws RuntimeError 57 device error, 61 disk full, 67 too many files, 70 permission denied, 75 no regular
+/// file or another path/file access error, 76 path not found; the description names the file and the reason.
+/// OnlyInPlace, with the number 70, where overwriteFile would help
 void replaceFile(const std::string& path, std::string_view content);
+
+/// Writes into an existing file, which a failure in the middle leaves damaged; the description then says so.
+/// @throws RuntimeError as replaceFile does
+void overwriteFile(const std::string& path, std::string_view content);
 
 /// 75: `"path" reason`.
 RuntimeError fileError(const std::string& path, const std::string& reason);

@@ -37,32 +37,46 @@ std::int64_t signedFromBits(std::int64_t bits) {
     return bits >= 0x80000000 && bits <= 0xFFFFFFFF ? bits - 0x100000000 : bits;
 }
 
-std::int64_t number(std::string_view text) {
+std::optional<std::int64_t> findNumber(std::string_view text) {
     text = withoutBlanksAround(text);
     if (hasHexPrefix(text)) {
         const auto bits = parse(text.substr(2), 16);
-        return signedFromBits(bits ? *bits : throw typeMismatch());
+        return bits ? std::optional(signedFromBits(*bits)) : std::nullopt;
     }
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+')) {
         text.remove_prefix(1);
     }
     const auto value = parse(text, 10);
-    if (!value) {
-        throw typeMismatch();
-    }
-    return negative ? -*value : *value;
+    return value && negative ? std::optional(-*value) : value;
+}
+
+std::int64_t number(std::string_view text) {
+    const auto found = findNumber(text);
+    return found ? *found : throw typeMismatch();
+}
+
+template <typename Narrow>
+bool fits(std::int64_t value) {
+    return value >= std::numeric_limits<Narrow>::min() && value <= std::numeric_limits<Narrow>::max();
 }
 
 template <typename Narrow>
 Narrow narrowed(std::int64_t value) {
-    if (value < std::numeric_limits<Narrow>::min() || value > std::numeric_limits<Narrow>::max()) {
-        throw overflow();
-    }
-    return static_cast<Narrow>(value);
+    return fits<Narrow>(value) ? static_cast<Narrow>(value) : throw overflow();
+}
+
+template <typename Narrow>
+std::optional<Narrow> found(std::string_view text) {
+    const auto value = findNumber(text);
+    return value && fits<Narrow>(*value) ? std::optional(static_cast<Narrow>(*value)) : std::nullopt;
 }
 
 } // namespace
+
+std::optional<std::int16_t> readInteger(std::string_view text) { return found<std::int16_t>(text); }
+
+std::optional<std::int32_t> readLong(std::string_view text) { return found<std::int32_t>(text); }
 
 std::int16_t toInteger(std::string_view text) { return narrowed<std::int16_t>(number(text)); }
 

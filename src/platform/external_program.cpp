@@ -2,11 +2,14 @@
 
 #include "platform/runtime_error.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSet>
 #include <QStandardPaths>
+
+#include <chrono>
 
 namespace varda {
 namespace {
@@ -16,6 +19,9 @@ constexpr QLatin1String opener("open");
 #else
 constexpr QLatin1String opener("xdg-open");
 #endif
+
+/// A program that ends with a failure within this time has shown nothing: it is another one of that name.
+constexpr auto longestFailure = std::chrono::seconds(2);
 
 RuntimeError nothingStarted(const QString& file, const QString& reason) {
     return fileNotFound(file.toStdString() + ": " + reason.toStdString());
@@ -77,6 +83,16 @@ QString ownName(QString file) {
     return QDir::cleanPath(file.replace(QLatin1String("\\\\"), QLatin1String("/")));
 }
 
+/// The same where nobody waits for what it throws.
+void tryDesktop(const QString& file, QObject* context,
+                const std::function<void(const RuntimeError& error)>& failed) {
+    try {
+        openWithDesktop(file, context, failed);
+    } catch (const RuntimeError& error) {
+        failed(error);
+    }
+}
+
 } // namespace
 
 void startProgram(const QString& commandText, QObject* context,
@@ -88,10 +104,11 @@ void startProgram(const QString& commandText, QObject* context,
         openWithDesktop(ownName(file), context, failed);
         return;
     }
-    // How a viewer that was started ends is its own matter.
-    start(program, file, context, [file, failed](bool started, bool /*endedWell*/) {
-        if (!started) {
-            failed(nothingStarted(file, QStringLiteral("the help viewer does not start.")));
+    const QDeadlineTimer atOnce(longestFailure);
+    // How a viewer that was at work ends is its own matter.
+    start(program, file, context, [file, context, failed, atOnce](bool started, bool endedWell) {
+        if (!started || (!endedWell && !atOnce.hasExpired())) {
+            tryDesktop(ownName(file), context, failed);
         }
     });
 }

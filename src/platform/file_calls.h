@@ -19,14 +19,21 @@ std::string readFile(const std::filesystem::path& file, std::size_t limit);
 /// Throws permission_denied where the user may not write to an existing file.
 void requireWritable(const std::filesystem::path& file);
 
-/// Creates a file, writes the content and brings it to the disk. After a failure there is no such file.
+/// Creates a file, writes the content, brings it to the disk and gives the file the name `target` in one
+/// step; a file that has that name is replaced. After a failure there is no such file. While it is at work
+/// the writer has a hold on the file, which the system lets go when the writer ends, however it ends.
 /// @param like a file whose permissions and owner the new one takes over; null for those of a new file
 /// @throws std::system_error file_exists where the name is taken; that file is left alone
-void writeNewFile(const std::filesystem::path& file, std::string_view content,
-                  const std::filesystem::path* like);
+void replaceByNewFile(const std::filesystem::path& file, std::string_view content,
+                      const std::filesystem::path* like, const std::filesystem::path& target);
 
-/// Gives a file the name `target` in one step; a file that has that name is replaced.
-void renameFile(const std::filesystem::path& file, const std::filesystem::path& target);
+/// Removes a file that a writer has left behind; does nothing where a writer has its hold on it, and where
+/// the system refuses.
+void removeLeftBehind(const std::filesystem::path& file) noexcept;
+
+/// Writes the content into an existing file and brings it to the disk. Room for it is taken first.
+/// @param isTouched set as soon as the old content is no longer whole
+void overwriteFile(const std::filesystem::path& file, std::string_view content, bool& isTouched);
 
 /// Brings a new name to the disk. Where the system cannot, a loss of power may bring the old file back; that
 /// is whole as well, so nothing is reported.

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -97,6 +98,40 @@ void sync(int descriptor) {
     }
 }
 
+/// Until the last handle of the file is closed, which the system does for a writer that is killed.
+void hold(int descriptor) {
+    struct stat status {};
+    const bool isHeldByAnother = ::flock(descriptor, LOCK_EX | LOCK_NB) < 0 && errno == EWOULDBLOCK;
+    checked(::fstat(descriptor, &status));
+    if (isHeldByAnother || status.st_nlink == 0) { // somebody took it for left behind, before it was held
+        throw std::system_error(std::make_error_code(std::errc::file_exists));
+    }
+}
+
+/// A network disk can tell as late as at closing that it is full; a second handle is closed, for the first
+/// one keeps hold of the file.
+void checkClosing(int descriptor) {
+    const int second = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    if (second >= 0 && ::close(second) < 0 && errno != EINTR) {
+        throwLastError();
+    }
+}
+
+/// Lengthens a file; one that cannot be stays as it is.
+void takeRoom(int descriptor, off_t size) {
+    struct stat status {};
+    checked(::fstat(descriptor, &status));
+    if (size <= status.st_size) {
+        return;
+    }
+    const int refusal = ::posix_fallocate(descriptor, status.st_size, size - status.st_size);
+    if (refusal != 0 && refusal != EINVAL && refusal != EOPNOTSUPP) {
+        const bool isAsBefore = ::ftruncate(descriptor, status.st_size) == 0;
+        static_cast<void>(isAsBefore); // a longer one ends in zeros, and is told as a failure all the same
+        throw std::system_error(refusal == EDQUOT ? ENOSPC : refusal, std::generic_category());
+    }
+}
+
 } // namespace
 
 std::filesystem::file_status statusOf(const std::filesystem::path& file) {
@@ -129,29 +164,55 @@ void requireWritable(const std::filesystem::path& file) {
     checked(::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS));
 }
 
-void writeNewFile(const std::filesystem::path& file, std::string_view content,
-                  const std::filesystem::path* like) {
+void replaceByNewFile(const std::filesystem::path& file, std::string_view content,
+                      const std::filesystem::path* like, const std::filesystem::path& target) {
     constexpr mode_t privateMode = 0600;
     constexpr mode_t usualMode = 0666;
-    Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                                 like == nullptr ? usualMode : privateMode));
+    const Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                       like == nullptr ? usualMode : privateMode));
     bool complete = false;
     const ScopeExit removal([&] {
         if (!complete) {
             ::unlink(file.c_str());
         }
     });
+    hold(descriptor.get());
     if (like != nullptr) {
         takePermissions(descriptor.get(), *like);
     }
     writeAll(descriptor.get(), content);
     sync(descriptor.get());
-    descriptor.close();
+    checkClosing(descriptor.get());
+    checked(::rename(file.c_str(), target.c_str()));
     complete = true;
 }
 
-void renameFile(const std::filesystem::path& file, const std::filesystem::path& target) {
-    checked(::rename(file.c_str(), target.c_str()));
+void removeLeftBehind(const std::filesystem::path& file) noexcept {
+    struct stat named {};
+    if (::lstat(file.c_str(), &named) != 0 || !S_ISREG(named.st_mode)) {
+        return;
+    }
+    // For writing: some network disks lend no lock otherwise.
+    const int descriptor = ::open(file.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return;
+    }
+    struct stat opened {};
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0 && ::fstat(descriptor, &opened) == 0 &&
+        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino) {
+        ::unlink(file.c_str());
+    }
+    ::close(descriptor);
+}
+
+void overwriteFile(const std::filesystem::path& file, std::string_view content, bool& isTouched) {
+    Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    takeRoom(descriptor.get(), static_cast<off_t>(content.size()));
+    isTouched = true;
+    writeAll(descriptor.get(), content);
+    checked(repeated([&] { return ::ftruncate(descriptor.get(), static_cast<off_t>(content.size())); }));
+    sync(descriptor.get());
+    descriptor.close();
 }
 
 void syncFolder(const std::filesystem::path& folder) noexcept {

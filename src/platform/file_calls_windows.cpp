@@ -3,9 +3,13 @@
 #include "platform/scope_exit.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
+#include <new>
+#include <string>
 #include <system_error>
+#include <vector>
 
 #define WIN32_LEAN_AND_MEAN
 #ifndef NOMINMAX
@@ -36,22 +40,24 @@ void check(BOOL result) {
     }
 }
 
-/// A file made anew for writing, closed at the end of the scope.
-class NewFile {
+/// A file that is written, with nobody else at it, closed at the end of the scope.
+class WrittenFile {
 public:
-    explicit NewFile(const fs::path& file)
-        : handle_(::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL,
-                                nullptr)) {
+    /// @param disposition CREATE_NEW or OPEN_EXISTING
+    WrittenFile(const fs::path& file, DWORD disposition)
+        : handle_(::CreateFileW(file.c_str(), accessFor(disposition), 0, nullptr, disposition,
+                                FILE_ATTRIBUTE_NORMAL, nullptr)) {
         if (handle_ == INVALID_HANDLE_VALUE) {
             throwLastError();
         }
     }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-    NewFile(NewFile&&) = delete;
-    NewFile& operator=(NewFile&&) = delete;
-    ~NewFile() { close(); }
+    WrittenFile(const WrittenFile&) = delete;
+    WrittenFile& operator=(const WrittenFile&) = delete;
+    WrittenFile(WrittenFile&&) = delete;
+    WrittenFile& operator=(WrittenFile&&) = delete;
+    ~WrittenFile() { close(); }
 
+    /// From the beginning, up to where the content ends.
     void write(std::string_view content) const {
         constexpr std::size_t most = 1U << 20U; // to write at once: network disks refuse too much
         while (!content.empty()) {
@@ -60,7 +66,34 @@ public:
             check(::WriteFile(handle_, content.data(), size, &written, nullptr));
             content.remove_prefix(written);
         }
+        check(::SetEndOfFile(handle_));
         check(::FlushFileBuffers(handle_));
+    }
+
+    /// Makes a file longer that is shorter than that.
+    void takeRoom(std::size_t size) const {
+        LARGE_INTEGER former{};
+        LARGE_INTEGER wanted{};
+        check(::GetFileSizeEx(handle_, &former));
+        wanted.QuadPart = static_cast<LONGLONG>(size);
+        if (wanted.QuadPart > former.QuadPart) {
+            check(::SetFilePointerEx(handle_, wanted, nullptr, FILE_BEGIN));
+            check(::SetEndOfFile(handle_));
+            check(::SetFilePointerEx(handle_, {}, nullptr, FILE_BEGIN));
+        }
+    }
+
+    /// Renames the file while it is held: closed first, it could be taken for left behind.
+    void rename(const fs::path& target) const {
+        const std::wstring name = fs::absolute(target).wstring();
+        // The structure has room for the first letter; the zero behind the last one takes its place.
+        std::vector<std::byte> memory(sizeof(FILE_RENAME_INFO) + name.size() * sizeof(wchar_t));
+        auto* const request = new (memory.data()) FILE_RENAME_INFO{};
+        request->ReplaceIfExists = TRUE;
+        request->FileNameLength = static_cast<DWORD>(name.size() * sizeof(wchar_t));
+        std::copy(name.begin(), name.end(), request->FileName);
+        check(::SetFileInformationByHandle(handle_, FileRenameInfo, request,
+                                           static_cast<DWORD>(memory.size())));
     }
 
     void close() {
@@ -71,6 +104,11 @@ public:
     }
 
 private:
+    /// A new file is given another name later on.
+    static DWORD accessFor(DWORD disposition) {
+        return disposition == CREATE_NEW ? GENERIC_WRITE | DELETE : GENERIC_WRITE;
+    }
+
     HANDLE handle_;
 };
 
@@ -104,8 +142,9 @@ void requireWritable(const fs::path& file) {
     }
 }
 
-void writeNewFile(const fs::path& file, std::string_view content, const fs::path* /*like*/) {
-    NewFile created(file);
+void replaceByNewFile(const fs::path& file, std::string_view content, const fs::path* /*like*/,
+                      const fs::path& target) {
+    WrittenFile created(file, CREATE_NEW);
     bool complete = false;
     const ScopeExit removal([&] {
         created.close();
@@ -114,13 +153,21 @@ void writeNewFile(const fs::path& file, std::string_view content, const fs::path
         }
     });
     created.write(content);
+    created.rename(target);
     complete = true;
 }
 
-void renameFile(const fs::path& file, const fs::path& target) {
-    check(::MoveFileExW(file.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
+void removeLeftBehind(const fs::path& file) noexcept {
+    ::DeleteFileW(file.c_str()); // refused while its writer has it open
 }
 
-void syncFolder(const fs::path& /*folder*/) noexcept {} // MOVEFILE_WRITE_THROUGH has seen to it
+void overwriteFile(const fs::path& file, std::string_view content, bool& isTouched) {
+    const WrittenFile existing(file, OPEN_EXISTING);
+    existing.takeRoom(content.size());
+    isTouched = true;
+    existing.write(content);
+}
+
+void syncFolder(const fs::path& /*folder*/) noexcept {} // there is no such call
 
 } // namespace varda

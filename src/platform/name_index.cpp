@@ -1,7 +1,11 @@
 #include "platform/name_index.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <chrono>
+#include <exception>
+#include <random>
 #include <utility>
 
 namespace varda {
@@ -11,6 +15,81 @@ char lowerCase(char character) {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+constexpr unsigned lastByte = 56; ///< bits before the last byte of a word
+constexpr unsigned halfByte = 4;
+
+/// Up to eight characters as one number; missing ones count as zero.
+std::uint64_t wordOf(std::string_view characters) {
+    std::array<char, wordSize> word{};
+    std::copy(characters.begin(), characters.end(), word.begin());
+    return std::bit_cast<std::uint64_t>(word);
+}
+
+/// The same for eight characters at a time.
+std::uint64_t lowerCase(std::uint64_t word) {
+    constexpr std::uint64_t each = 0x0101010101010101U;
+    const std::uint64_t letters = word & (0x7FU * each);
+    const std::uint64_t fromA = letters + (0x80U - 'A') * each;
+    const std::uint64_t beyondZ = letters + (0x7FU - 'Z') * each;
+    const std::uint64_t isUpper = (fromA ^ beyondZ) & ~word & (0x80U * each);
+    return word | (isUpper >> 2U);
+}
+
+using Key = std::array<std::uint64_t, 2>;
+
+Key drawKey() {
+    try {
+        std::random_device random;
+        const auto draw = [&random] { return (std::uint64_t{random()} << 32U) | random(); };
+        return {draw(), draw()};
+    } catch (const std::exception&) { // no source of chance, for example without a handle left
+        const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+        return {static_cast<std::uint64_t>(now), 0};
+    }
+}
+
+/// SipHash-1-3 with a key of this process: nobody can write a file whose names have one hash.
+class SipHash {
+public:
+    void take(std::uint64_t word) {
+        d_ ^= word;
+        round();
+        a_ ^= word;
+    }
+
+    std::uint32_t result() {
+        c_ ^= 0xFFU;
+        round();
+        round();
+        round();
+        return static_cast<std::uint32_t>(a_ ^ b_ ^ c_ ^ d_);
+    }
+
+private:
+    void round() {
+        a_ += b_;
+        c_ += d_;
+        b_ = std::rotl(b_, 13) ^ a_;
+        d_ = std::rotl(d_, 16) ^ c_;
+        a_ = std::rotl(a_, 32) + d_;
+        c_ += b_;
+        b_ = std::rotl(b_, 17) ^ c_;
+        d_ = std::rotl(d_, 21) ^ a_;
+        c_ = std::rotl(c_, 32);
+    }
+
+    static const Key& key() {
+        static const Key drawn = drawKey();
+        return drawn;
+    }
+
+    std::uint64_t a_ = key()[0] ^ 0x736F6D6570736575U;
+    std::uint64_t b_ = key()[1] ^ 0x646F72616E646F6DU;
+    std::uint64_t c_ = key()[0] ^ 0x6C7967656E657261U;
+    std::uint64_t d_ = key()[1] ^ 0x7465646279746573U;
+};
+
 } // namespace
 
 bool equalNames(std::string_view left, std::string_view right) {
@@ -19,13 +98,21 @@ bool equalNames(std::string_view left, std::string_view right) {
 }
 
 std::uint32_t hashOfName(std::string_view name) {
-    // FNV-1: the last character goes into the lowest bits alone, so that numbered names lie in groups of ten
-    // beside one another and a list that is looked up in its order finds nine of them in the cache.
-    std::uint32_t hash = 2166136261U;
-    for (const char character : name) {
-        hash = (hash * 16777619U) ^ static_cast<std::uint8_t>(lowerCase(character));
+    if (name.empty()) {
+        return 0;
     }
-    return hash;
+    // The low half of the last character goes into the lowest bits alone, so that numbered names lie in
+    // groups of ten beside one another, and a list that is looked up in its order finds nine of them in the
+    // cache.
+    const auto last = static_cast<std::uint8_t>(lowerCase(name.back()));
+    std::string_view rest = name.substr(0, name.size() - 1);
+    SipHash hash;
+    for (; rest.size() >= wordSize; rest.remove_prefix(wordSize)) {
+        hash.take(lowerCase(wordOf(rest.substr(0, wordSize))));
+    }
+    const std::uint64_t ending = (name.size() << halfByte) | (last >> halfByte);
+    hash.take(lowerCase(wordOf(rest)) | (ending << lastByte));
+    return hash.result() ^ (last & 0x0FU);
 }
 
 void NameIndex::reserve(std::size_t count) {

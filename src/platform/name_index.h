@@ -12,7 +12,8 @@ namespace varda {
 /// letter they are depends on a code page that no file tells.
 bool equalNames(std::string_view left, std::string_view right);
 
-/// The same for names that equalNames holds for.
+/// The same for names that equalNames holds for; another one in each process, so that no file can be written
+/// whose names collide.
 std::uint32_t hashOfName(std::string_view name);
 
 /// Finds the number of an item by the item's name. The items themselves, and with them their names, belong to

@@ -94,7 +94,7 @@ ProfileFile ProfileFile::load(const std::string& path) {
     FileText file = readRegularFile(path, sizeLimit);
     ProfileFile result = file.problem ? unreadable(*file.problem) : parse(std::move(file.text));
     if (result.problem_ && !file.problem) {
-        return unreadable(fileError(path, "is no text file"));
+        result.problem_ = fileError(path, "is no text file");
     }
     return result;
 }
@@ -103,11 +103,18 @@ ProfileFile ProfileFile::parse(std::string text) {
     if (text.size() > sizeLimit) {
         return unreadable(RuntimeError(run_time_error::fileAccessError, "The text is larger than 64 MiB"));
     }
-    if (text.find('\0') != std::string::npos) {
-        return unreadable(RuntimeError(run_time_error::fileAccessError, "A text has no zero bytes"));
+    const TextForm form = textFormOf(text);
+    std::optional<std::string> decoded =
+        form == TextForm::Plain ? std::optional(std::move(text)) : decodedText(text, form);
+    if (!decoded || decoded->find('\0') != std::string::npos) {
+        ProfileFile result =
+            unreadable(RuntimeError(run_time_error::fileAccessError, "A text has no zero characters"));
+        result.isText_ = false;
+        return result;
     }
     ProfileFile result;
-    result.text_ = std::move(text);
+    result.form_ = form;
+    result.text_ = *std::move(decoded);
     result.textEnd_ = static_cast<std::uint32_t>(result.text_.size());
     result.indexLines();
     return result;
@@ -117,6 +124,15 @@ ProfileFile ProfileFile::unreadable(const RuntimeError& problem) {
     ProfileFile result;
     result.problem_ = problem;
     return result;
+}
+
+bool ProfileFile::isText() const {
+    // Beside blanks and line ends these have been seen in texts: backspace, the end of a file, escape.
+    constexpr std::string_view usual = "\b\t\n\v\f\r\x1A\x1B";
+    const auto isStrange = [usual](char character) {
+        return static_cast<unsigned char>(character) < ' ' && usual.find(character) == std::string_view::npos;
+    };
+    return isText_ && std::ranges::none_of(view({textBegin_, textEnd_}), isStrange);
 }
 
 void ProfileFile::indexLines() {
@@ -194,7 +210,9 @@ void ProfileFile::setValue(std::string_view section, std::string_view key, std::
     const std::string_view keyName = withoutBlanks(key);
     requireSectionName(sectionName);
     requireKeyName(keyName);
-    const std::string line = withoutLineBreaks(text);
+    requireWritable(sectionName);
+    requireWritable(keyName);
+    const std::string line = withoutLineBreaks(asWritten(text));
     const std::string_view value = withoutBlanks(line);
     Section& target = findOrAddSection(sectionName);
     const auto found = findEntry(target, keyName);
@@ -207,6 +225,20 @@ void ProfileFile::setValue(std::string_view section, std::string_view key, std::
     const std::string_view old = view(entry.line);
     if (valueOf(old) != value) {
         entry.line = storeLine(std::string(keyOf(old)), value);
+    }
+}
+
+/// A text as it comes back from the file.
+std::string ProfileFile::asWritten(std::string_view text) const {
+    if (form_ == TextForm::Plain) {
+        return std::string(text);
+    }
+    return *decodedText(encodedText(std::string(text), form_), form_);
+}
+
+void ProfileFile::requireWritable(std::string_view name) const {
+    if (form_ != TextForm::Plain && asWritten(name) != name) {
+        throw RuntimeError(run_time_error::invalidProcedureCall, "A name in UTF-16 has to be a text");
     }
 }
 
@@ -238,18 +270,22 @@ std::string ProfileFile::text() const {
         }
     }
     copyUpTo(textEnd_);
-    return result;
+    return encodedText(std::move(result), form_);
 }
 
-void ProfileFile::save(const std::string& path) const {
+void ProfileFile::save(const std::string& path) const { replaceFile(path, savedText(path)); }
+
+void ProfileFile::saveInPlace(const std::string& path) const { overwriteFile(path, savedText(path)); }
+
+std::string ProfileFile::savedText(const std::string& path) const {
     if (problem_) {
         throw RuntimeError(*problem_);
     }
-    const std::string content = text();
+    std::string content = text();
     if (content.size() > sizeLimit) {
         throw fileError(path, "would be larger than 64 MiB and could not be loaded again");
     }
-    replaceFile(path, content);
+    return content;
 }
 
 ProfileFile::Span ProfileFile::store(std::string_view text) {

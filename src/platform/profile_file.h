@@ -2,6 +2,7 @@
 
 #include "platform/name_index.h"
 #include "platform/runtime_error.h"
+#include "platform/text_form.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +21,7 @@ namespace varda {
 /// name the first alone counts, of equal keys in it the first. A header ends at its first "]"; a line without
 /// "=", without a key or above the first header means nothing. A line ends with LF or CR LF, the last one
 /// also with the end of the file. A UTF-8 byte order mark is passed over; bytes above 127 are kept as they
-/// are.
+/// are. A file with a byte order mark of UTF-16 is read as UTF-8 and written back in its own form.
 ///
 /// Writing: a value that changes takes the place of its line ("key=value", the key spelled as before), a new
 /// key follows the last line of its section that is not blank, a new section the last line of the file. All
@@ -38,7 +39,7 @@ public:
     ProfileFile() = default;
 
     /// Reads a file. One that does not exist is empty. One that cannot be read, is no regular file, is larger
-    /// than the limit or is not text (holds a zero byte) is empty as well; problem() then tells why.
+    /// than the limit or is not text (holds a zero character) is empty as well; problem() then tells why.
     static ProfileFile load(const std::string& path);
 
     /// The same for a text in memory.
@@ -53,8 +54,8 @@ public:
     /// Sets a value, in memory only. Blanks around it are dropped, line breaks and zero bytes in it become
     /// blanks.
     /// @throws RuntimeError 5 where the names could not be found again: an empty key, a key that begins with
-    /// ";" or "[" or holds "=", a section with "]", line breaks or zero bytes in either; 7 where the changes
-    /// take up 4 GiB
+    /// ";" or "[" or holds "=", a section with "]", line breaks or zero bytes in either, in a file of UTF-16
+    /// what is no UTF-8; 7 where the changes take up 4 GiB
     void setValue(std::string_view section, std::string_view key, std::string_view text);
 
     /// The file as save() writes it.
@@ -63,11 +64,19 @@ public:
     /// Replaces the file of that name in one step: after a failure or a loss of power it is whole, old or
     /// new. @throws RuntimeError with a description that names the file and the reason: 61 disk full, 70
     /// permission denied, 75 path/file access error, 76 path not found (see replaceFile); the problem() where
-    /// the file could not be read, since its lines would be lost
+    /// the file could not be read, since its lines would be lost; OnlyInPlace where saveInPlace would help
     void save(const std::string& path) const;
+
+    /// Writes into the existing file of that name, which a failure in the middle leaves damaged. @throws
+    /// RuntimeError as save does
+    void saveInPlace(const std::string& path) const;
 
     /// Why the file is empty although there is something under its name.
     const std::optional<RuntimeError>& problem() const { return problem_; }
+
+    /// Whether what was read looks like a text: it holds no control characters but those that texts have. A
+    /// file that could not be read at all is none of which one knows better.
+    bool isText() const;
 
 private:
     /// A part of text_.
@@ -102,11 +111,18 @@ private:
     Section& addSection(Section section);
     Section& findOrAddSection(std::string_view name);
 
+    std::string savedText(const std::string& path) const;
+    std::string asWritten(std::string_view text) const;
+    void requireWritable(std::string_view name) const;
+
     Span store(std::string_view text);
     Span storeLine(std::string name, std::string_view value);
     bool isChanged(const Entry& entry) const { return entry.line.begin >= textEnd_; }
     std::string_view view(Span span) const;
     Span spanOf(std::string_view part) const;
+
+    TextForm form_ = TextForm::Plain; ///< of the file; text_ is UTF-8 where that is UTF-16
+    bool isText_ = true;
 
     /// As it was read; behind that, in no order, the lines and names that were written since.
     std::string text_;

@@ -16,6 +16,7 @@ inline constexpr int typeMismatch = 13;
 inline constexpr int fileNotFound = 53;
 inline constexpr int deviceError = 57;
 inline constexpr int diskFull = 61;
+inline constexpr int tooManyFiles = 67;
 inline constexpr int permissionDenied = 70;
 inline constexpr int fileAccessError = 75;
 inline constexpr int pathNotFound = 76;

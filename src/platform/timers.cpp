@@ -6,8 +6,10 @@
 
 namespace varda {
 
-void QtClock::after(std::chrono::milliseconds wait, std::function<void()> continuation) {
-    QTimer::singleShot(wait, Qt::PreciseTimer, &context_, std::move(continuation));
+Clock::Time QtClock::now() const { return std::chrono::steady_clock::now(); }
+
+void QtClock::schedule(std::chrono::milliseconds wait, std::function<void()> due) {
+    QTimer::singleShot(wait, Qt::PreciseTimer, &context_, std::move(due));
 }
 
 QtPeriodTimer::QtPeriodTimer(std::function<void()> tick) {

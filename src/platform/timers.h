@@ -11,7 +11,8 @@ namespace varda {
 /// Waits on the event loop. A wait that is under way when the clock is destroyed does not end any more.
 class QtClock : public Clock {
 public:
-    void after(std::chrono::milliseconds wait, std::function<void()> continuation) override;
+    Time now() const override;
+    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override;
 
 private:
     QObject context_;

@@ -9,6 +9,9 @@ namespace varda {
 
 class ProfileFile;
 
+/// Text of the message box, titled "Confirm", for a file that holds no scenario.
+constexpr const char* scenarioFileCorrupted = "Scenario Data is incorrect or corrupted. Please Check Data.";
+
 /// What was read of a scenario file.
 struct LoadedScenario {
     std::vector<std::string> lines;

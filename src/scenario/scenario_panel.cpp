@@ -3,6 +3,7 @@
 #include "controls/events.h"
 #include "controls/file_dialogs.h"
 #include "controls/period_steps.h"
+#include "controls/profile_files.h"
 #include "link/form.h"
 #include "link/period.h"
 #include "link/routes.h"
@@ -13,6 +14,7 @@
 #include "platform/profile_file.h"
 #include "platform/runtime_error.h"
 #include "platform/scope_exit.h"
+#include "scenario/frame_line_delegate.h"
 #include "scenario/scenario_file.h"
 #include "scenario/scenario_frame.h"
 #include "ui_scenario_panel.h"
@@ -35,6 +37,7 @@ ScenarioPanel::ScenarioPanel(const PageContext& context, Surroundings surroundin
       surroundings_(std::move(surroundings)),
       ui_(std::make_unique<Ui::ScenarioPanel>()) {
     ui_->setupUi(this);
+    new FrameLineDelegate(ui_->lstSchedule);
     bind();
 }
 
@@ -70,13 +73,14 @@ void ScenarioPanel::showNumber() {
 void ScenarioPanel::cmdAddScenario_Click() {
     const Route* const route = findRoute(surroundings_.shownCommMode());
     const std::string frame = route != nullptr ? context_.form.text(route->request) : std::string();
-    if (frame.empty()) {
-        return;
+    if (!frame.empty()) {
+        ui_->lstSchedule->addItem(QString::fromStdString(frame));
     }
-    ui_->lstSchedule->addItem(QString::fromStdString(frame));
-    ui_->cmdDelScenario->setEnabled(true);
+    ui_->cmdDelScenario->setEnabled(true); // kept: also where nothing was added
     showNumber();
-    ui_->cmdRunScenario->setEnabled(true);
+    if (ui_->lstSchedule->count() > 0) {
+        ui_->cmdRunScenario->setEnabled(true);
+    }
 }
 
 void ScenarioPanel::cmdDelScenario_Click() {
@@ -99,18 +103,15 @@ void ScenarioPanel::cmdSaveScenario_Click() {
 }
 
 void ScenarioPanel::saveTo(const QString& path) {
+    context_.form.setText("txtSimStatus", "");
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
     storeScenario(context_.form.lines("lstSchedule"), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
-    try {
-        file.save(name);
-    } catch (const RuntimeError& error) {
-        context_.form.showMessage(error.what(), "Error");
-        return;
-    }
-    context_.form.setText("txtSimStatus",
-                          "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+    saveOrTell(file, name, context_, [this] {
+        context_.form.setText("txtSimStatus",
+                              "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+    });
 }
 
 void ScenarioPanel::cmdLoadScenario_Click() {
@@ -120,15 +121,23 @@ void ScenarioPanel::cmdLoadScenario_Click() {
 }
 
 void ScenarioPanel::loadFrom(const QString& path) {
+    context_.form.setText("txtSimStatus", "");
     ui_->lstSchedule->clear();
-    const auto scenario = loadScenario(ProfileFile::load(fileName(path)));
-    if (!scenario) {
-        context_.form.showMessage("Scenario Data is incorrect or corrupted. Please Check Data.", "Confirm");
+    const ProfileFile file = ProfileFile::load(fileName(path));
+    if (tellWhyUnreadable(file, context_)) {
         return;
     }
-    for (const std::string& line : scenario->lines) {
-        ui_->lstSchedule->addItem(QString::fromStdString(line));
+    const auto scenario = loadScenario(file);
+    if (!scenario) {
+        context_.form.showMessage(scenarioFileCorrupted, "Confirm");
+        return;
     }
+    QStringList lines;
+    lines.reserve(static_cast<qsizetype>(scenario->lines.size()));
+    for (const std::string& line : scenario->lines) {
+        lines.append(QString::fromStdString(line));
+    }
+    ui_->lstSchedule->addItems(lines);
     if (scenario->isComplete) {
         ui_->cmdRunScenario->setEnabled(true);
         showNumber();
@@ -159,7 +168,7 @@ void ScenarioPanel::startRun() {
     }
     SetMasterControls(false);
     ui_->lstSchedule->setCurrentRow(0);
-    context_.link.state().CommMode = comm_mode::scenario;
+    context_.link.enterMode(comm_mode::scenario);
     surroundings_.tmrScenario.setInterval(typedPeriod());
     surroundings_.tmrScenario.start();
 }
@@ -180,7 +189,7 @@ void ScenarioPanel::stopRun() {
     const bool isMasterShown = findRoute(surroundings_.shownCommMode()) != nullptr;
     context_.form.EnableScenarioControls(isMasterShown); // off on the simulation and monitoring pages
     if (context_.link.state().CommMode == comm_mode::scenario) {
-        context_.link.state().CommMode = surroundings_.shownCommMode();
+        context_.link.enterMode(surroundings_.shownCommMode());
     }
 }
 

@@ -42,12 +42,14 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm<Ui::FrmVarda>(this)),
       programFolder_(surroundings.programFolder),
+      clock_(surroundings.clock, events_),
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
-      tmrComm_([this] { events_.guard([this] { link_.tmrComm_Timer(); }); }),
-      tmrScenario_([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); }),
-      link_(commPLC_, surroundings.clock, form_),
-      linkPort_(commTest_, link_, tmrComm_, form_),
+      tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
+      tmrScenario_(
+          surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
+      link_(commPLC_, clock_, form_),
+      linkPort_(commTest_, link_, *tmrComm_, form_),
       files_(this, surroundings.programFolder) {
     makePages(surroundings);
     addPages();
@@ -60,15 +62,15 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 FrmVarda::~FrmVarda() = default;
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
-    const PageContext context = {form_, events_, link_, images_, tmrComm_};
+    const PageContext context = {form_, events_, link_, images_, *tmrComm_};
     readPage_ = new ReadPage(context, this);
     writePage_ = new WritePage(context, surroundings.random, this);
     mixedReadPage_ = new MixedReadPage(context, this);
     mixedWritePage_ = new MixedWritePage(context, this);
     simulationPage_ = new SimulationPage(context, files_, this);
-    monitorPage_ = new MonitorPage(context, {files_, surroundings.clock, surroundings.now}, this);
+    monitorPage_ = new MonitorPage(context, {files_, clock_, surroundings.now}, this);
     scenarioPanel_ =
-        new ScenarioPanel(context, {tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
+        new ScenarioPanel(context, {*tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
     link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
                     .answerRequest = [this] { return simulationPage_->answerRequest(); }});
     linkPort_.setStopRuns([this] { stopRuns(); });
@@ -101,6 +103,8 @@ void FrmVarda::bind() {
     for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
         events_.option(modeOption(index), [this, index] { optMode_Click(index); });
     }
+    keepTabsFromWheel(ui_->settingsTabs);
+    keepTabsFromWheel(ui_->tabMode);
     connect(ui_->tabMode, &QTabWidget::currentChanged, this,
             [this](int index) { modeOption(index)->setChecked(true); });
     events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
@@ -162,8 +166,8 @@ void FrmVarda::sendShownRequest() {
 
 void FrmVarda::Form_Load() {
     fillSerialLists();
-    tmrComm_.setInterval(startPeriod);
-    tmrScenario_.setInterval(startPeriod);
+    tmrComm_->setInterval(startPeriod);
+    tmrScenario_->setInterval(startPeriod);
     form_.setEnabled("cmdRDSend", false);
     form_.setEnabled("cmdSimStart", false);
     link_.showCounters();
@@ -195,7 +199,7 @@ void FrmVarda::optMode_Click(int index) {
         modeOption(index)->setChecked(true);
     }
     ui_->tabMode->setCurrentIndex(index);
-    link_.state().CommMode = mode.commMode;
+    link_.enterMode(mode.commMode);
     for (std::size_t group = 0; group < mode.groups.size(); ++group) {
         form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
     }
@@ -237,7 +241,7 @@ void FrmVarda::closePort() {
     if (commPLC_.isOpen()) {
         commPLC_.close();
     }
-    tmrComm_.stop();
+    tmrComm_->stop();
 }
 
 void FrmVarda::cmdHelp_Click() {

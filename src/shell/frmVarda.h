@@ -2,6 +2,7 @@
 
 #include "controls/events.h"
 #include "controls/file_dialogs.h"
+#include "controls/guarded_clock.h"
 #include "controls/message_boxes.h"
 #include "link/frame_image.h"
 #include "link/link_port.h"
@@ -15,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class QLayout;
@@ -47,6 +49,9 @@ public:
         std::function<double()> random;                  ///< draws a number of at least 0 and below 1
         QString programFolder;                           ///< the program's own folder, where dialogs start
         std::function<QTime()> now = QTime::currentTime; ///< time of day for the monitor's stamps
+        /// Makes a stopped period timer that runs `tick` at each of its ticks.
+        std::function<std::unique_ptr<PeriodTimer>(std::function<void()> tick)> makeTimer =
+            [](std::function<void()> tick) { return std::make_unique<QtPeriodTimer>(std::move(tick)); };
     };
 
     explicit FrmVarda(const Surroundings& surroundings, QWidget* parent = nullptr);
@@ -95,11 +100,12 @@ private:
     MessageBoxes boxes_{this};
     Events events_{boxes_};
     WindowForm form_{events_, boxes_};
+    GuardedClock clock_;
 
     MSComm commPLC_;
     MSComm commTest_;
-    QtPeriodTimer tmrComm_;
-    QtPeriodTimer tmrScenario_;
+    std::unique_ptr<PeriodTimer> tmrComm_;
+    std::unique_ptr<PeriodTimer> tmrScenario_;
     FrameImages images_;
     SerialLink link_;
     LinkPort linkPort_;

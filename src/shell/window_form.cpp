@@ -113,7 +113,8 @@ void WindowForm::enableGroup(ControlGroup group, bool enabled) {
 
 void WindowForm::SetScenarioButtons(bool enabled) {
     enableGroup(ControlGroup::Scenario, enabled);
-    setEnabled("cmdRunScenario", !lines("lstSchedule").empty());
+    const auto* const schedule = qobject_cast<const QListWidget*>(find("lstSchedule"));
+    setEnabled("cmdRunScenario", schedule != nullptr && schedule->count() > 0);
     setEnabled("cmdStopScenario", false);
 }
 

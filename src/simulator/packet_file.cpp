@@ -33,8 +33,9 @@ bool appendEntry(const ProfileFile& file, std::string_view section, std::int32_t
     return true;
 }
 
-/// @return false where a request has no answer; what comes before has been written
-bool writePairs(const PacketTable& table, ProfileFile& file) {
+} // namespace
+
+bool storePackets(const PacketTable& table, ProfileFile& file) {
     const auto& requests = table.requests();
     const auto& answers = table.answers();
     WritePrivateProfileStringA(information, total, std::to_string(requests.size()), file);
@@ -49,22 +50,10 @@ bool writePairs(const PacketTable& table, ProfileFile& file) {
     return true;
 }
 
-} // namespace
-
-void savePackets(const PacketTable& table, const std::string& path) {
-    ProfileFile file = ProfileFile::load(path);
-    const bool complete = writePairs(table, file);
-    file.save(path);
-    if (!complete) {
-        throw subscriptOutOfRange();
-    }
-}
-
-PacketLoad loadPackets(PacketTable& table, const std::string& path) {
-    const ProfileFile file = ProfileFile::load(path);
+PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
     const std::string totalText = read(file, information, total);
     if (totalText.empty()) {
-        return PacketLoad::NoTotal;
+        return file.isText() ? PacketLoad::NoTotal : PacketLoad::NoText;
     }
     table.clear();
     const std::int32_t pairs = toLong(totalText);

@@ -2,8 +2,10 @@
 
 #include "controls/events.h"
 #include "controls/file_dialogs.h"
+#include "controls/profile_files.h"
 #include "link/form.h"
 #include "platform/file_name.h"
+#include "platform/profile_file.h"
 #include "platform/runtime_error.h"
 #include "simulator/packet_file.h"
 #include "ui_simulation_page.h"
@@ -71,7 +73,7 @@ void PacketLists::bind(std::function<void(int row)> reload) {
         QListView* const other = list == ui_.lstSimReceive ? ui_.lstSimSend : ui_.lstSimReceive;
         connect(list, &QListView::clicked, this, [this, list, other] { pairChosen(list, other); });
         connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this, list, other] {
-            if (list->hasFocus()) { // chosen with the keyboard
+            if (selectedRow(list) >= 0) { // chosen with the keyboard, or by the program
                 pairChosen(list, other);
             }
         });
@@ -95,6 +97,9 @@ void PacketLists::switchStartButton() {
 void PacketLists::selectPair(int pair) {
     ui_.lstSimReceive->setCurrentIndex(requests_.index(pair));
     ui_.lstSimSend->setCurrentIndex(answers_.index(pair));
+    if (pair >= 0) {
+        switchEditButtons(); // selecting is a click, also of the pair that is selected already
+    }
 }
 
 void PacketLists::pairChosen(QListView* from, QListView* to) {
@@ -140,15 +145,17 @@ void PacketLists::cmdSaveSimPacket_Click() {
 }
 
 void PacketLists::saveTo(const QString& path) {
-    try {
-        savePackets(table_, fileName(path));
-    } catch (const RuntimeError& error) {
-        if (error.number() == run_time_error::subscriptOutOfRange) {
-            selectPair(answers_.rowCount()); // the request whose answer is missing
-            throw;
-        }
-        context_.form.showMessage(error.what(), "Error");
-        return;
+    context_.form.setText("txtSimStatus", "");
+    const std::string name = fileName(path);
+    ProfileFile file = ProfileFile::load(name);
+    const bool complete = storePackets(table_, file);
+    saveOrTell(file, name, context_, [this, complete] { saved(complete); });
+}
+
+void PacketLists::saved(bool complete) {
+    if (!complete) {
+        selectPair(answers_.rowCount()); // the request whose answer is missing
+        throw subscriptOutOfRange();
     }
     selectPair(requests_.rowCount() - 1); // each pair is visited in turn, the last stays selected
     context_.form.setText("txtSimStatus", "Saved completely !!!");
@@ -161,7 +168,13 @@ void PacketLists::cmdLoadSimPacket_Click() {
 }
 
 void PacketLists::loadFrom(const QString& path) {
-    switch (loadPackets(table_, fileName(path))) {
+    context_.form.setText("txtSimStatus", "");
+    const ProfileFile file = ProfileFile::load(fileName(path));
+    if (tellWhyUnreadable(file, context_)) {
+        return;
+    }
+    switch (loadPackets(table_, file)) {
+    case PacketLoad::NoText:
     case PacketLoad::Corrupted:
         context_.form.showMessage(packetFileCorrupted, "Confirm");
         break;

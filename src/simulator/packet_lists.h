@@ -47,6 +47,7 @@ private:
     void cmdSaveSimPacket_Click();
     void cmdLoadSimPacket_Click();
     void saveTo(const QString& path);
+    void saved(bool complete);
     void loadFrom(const QString& path);
 
     PageContext context_;

@@ -10,7 +10,6 @@
 #include "link/registers.h"
 #include "link/serial_link.h"
 #include "platform/conversion.h"
-#include "platform/runtime_error.h"
 #include "simulator/send_data_check.h"
 #include "ui_simulation_page.h"
 
@@ -71,7 +70,7 @@ void SimulationPage::bind() {
     // a key alone empties nothing: the lists follow when the text changes
     events.field(ui_->cbSimReg, [this] { cbSimReg_Change(); }, {.keyPress = [] {}, .lostFocus = {}});
     for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
-        events.field(list, [this] { rebuildForStation(); });
+        events.field(list, [] {}); // a station is read when a frame is built next
     }
     for (QComboBox* const list : {ui_->cbSimAddress, ui_->cbSimBit}) {
         events.field(list, [this] { rebuildRequest(); });
@@ -92,7 +91,10 @@ void SimulationPage::bind() {
 }
 
 void SimulationPage::enterMode() {
-    ui_->cmdSimInputOK->setEnabled(false);
+    offerToRegister([this] { registerPair(); }, [this] { prepareMode(); });
+}
+
+void SimulationPage::prepareMode() {
     ui_->optSimMixed_0->group()->setExclusive(false);
     ui_->optSimMixed_0->setChecked(false);
     ui_->optSimMixed_1->setChecked(false);
@@ -102,24 +104,40 @@ void SimulationPage::enterMode() {
     fillList(ui_->cbSimMode, simModeTexts(), "Bit Read");
     fillList(ui_->cbSimModeS, simAnswerModeTexts(), "Bit Read ANS");
     lists_->enterMode();
-    cbSimMode_Change();
+    changeMode();
 }
 
 const SimKind* SimulationPage::kind() const { return findSimKind(textOf(ui_->cbSimMode)); }
 
 void SimulationPage::cbSimMode_Change() {
+    // kept: the mode's text is the new one already, so a mixed kind has its own way with the pair
+    offerToRegister([this] { kind() != nullptr ? registerPair() : cmdSimInputOK_Click(); },
+                    [this] { changeMode(); });
+}
+
+void SimulationPage::offerToRegister(const std::function<void()>& accepted,
+                                     const std::function<void()>& next) {
     if (ui_->lstSimMixed->count() == 0) {
-        changeMode();
+        next();
         return;
     }
-    context_.form.ask("Do you want to regist Data you written in List Box ?", "Confirm", [this](bool yes) {
-        context_.events.guard([this, yes] {
-            if (yes) {
-                cmdSimInputOK_Click(); // kept: the mode's text is the new one already
-            }
-            changeMode();
-        });
-    });
+    context_.form.ask("Do you want to regist Data you written in List Box ?", "Confirm",
+                      [this, accepted, next](bool yes) {
+                          context_.events.guard([&] {
+                              if (yes) {
+                                  accepted();
+                              }
+                              next();
+                          });
+                      });
+}
+
+void SimulationPage::registerPair() {
+    const std::string request = ui_->txtSimReceive->toPlainText().toStdString();
+    const std::string answer = ui_->txtSimSend->toPlainText().toStdString();
+    if (!request.empty() && !answer.empty()) {
+        lists_->addPair(request, answer);
+    }
 }
 
 void SimulationPage::changeMode() {
@@ -156,6 +174,9 @@ void SimulationPage::showFieldsOf(const SimKind& kind) {
     fillList(ui_->cbSimAddress, {});
     fillList(ui_->cbSimBit, {});
     fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(lengthLimit));
+    if (kind.isWrite) {
+        ui_->lstSimMixed->setEnabled(true); // a read or a mixed kind may have left it off
+    }
     ui_->cmdSimAddListBox->setEnabled(kind.isWrite);
     ui_->cmdSimDelListBox->setEnabled(false);
     ui_->cbSimModeS->setCurrentText(QString::fromUtf8(kind.answerMode));
@@ -207,24 +228,9 @@ void SimulationPage::rebuildRequest() {
     ShowSimReceive(chosen->makeRequest(fields()));
 }
 
-void SimulationPage::rebuildForStation() {
-    const SimKind* const chosen = kind();
-    if (chosen != nullptr && chosen->isWrite) {
-        ShowSimSend(chosen->makeAnswer(fields()));
-        if (ui_->lstSimMixed->count() > 0) {
-            ShowSimReceive(chosen->makeRequest(fields()));
-        }
-    }
-    rebuildRequest();
-}
-
 std::optional<int> SimulationPage::typedLength() const {
-    try {
-        const int length = toInteger(textOf(ui_->cbSimLength));
-        return length >= 1 && length <= lengthLimit ? std::optional(length) : std::nullopt;
-    } catch (const RuntimeError&) {
-        return std::nullopt;
-    }
+    const auto length = readInteger(textOf(ui_->cbSimLength));
+    return length && *length >= 1 && *length <= lengthLimit ? std::optional<int>(length) : std::nullopt;
 }
 
 void SimulationPage::cbSimLength_Click() {
@@ -285,9 +291,13 @@ void SimulationPage::cmdSimDelListBox_Click() {
     if (chosen == nullptr || selected.isEmpty()) {
         return;
     }
-    showPosition(stepBack(position(), 1, chosen->access));
+    SimFields stepped = fields();
+    stepped.points.erase(stepped.points.begin() + ui_->lstSimMixed->row(selected.first()));
+    stepped.position = stepBack(position(), 1, chosen->access);
+    const std::string request = stepped.points.empty() ? std::string() : chosen->makeRequest(stepped);
     delete selected.first();
-    ShowSimReceive(ui_->lstSimMixed->count() > 0 ? chosen->makeRequest(fields()) : std::string());
+    showPosition(stepped.position);
+    ShowSimReceive(request);
     ui_->cmdSimDelListBox->setEnabled(!ui_->lstSimMixed->selectedItems().isEmpty());
 }
 
@@ -323,8 +333,7 @@ void SimulationPage::cmdSimInputOK_Click() {
     const bool valueIsGiven =
         chosen->access == Access::Bit ? onOffIsChosen() : !ui_->txtSimData->text().isEmpty();
     if (!chosen->isWrite || valueIsGiven) {
-        lists_->addPair(ui_->txtSimReceive->toPlainText().toStdString(),
-                        ui_->txtSimSend->toPlainText().toStdString());
+        registerPair();
     }
 }
 

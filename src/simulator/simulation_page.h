@@ -8,6 +8,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -39,14 +40,19 @@ public:
 
 private:
     void bind();
+    void prepareMode();
     void cbSimMode_Change();
+    /// Where points were collected, asks whether to register the pair that stands in the texts.
+    /// @param accepted runs first on Yes @param next runs after either answer
+    void offerToRegister(const std::function<void()>& accepted, const std::function<void()>& next);
+    /// Adds the pair that stands in the texts as it is; nothing where one of them is empty.
+    void registerPair();
     void changeMode();
     void showFieldsOf(const SimKind& kind);
     void cbSimModeS_Click();
     void cbSimReg_Change();
     void cbSimLength_Click();
     void rebuildRequest();
-    void rebuildForStation();
     /// The length of a read; nothing where the text is none of 1 .. 255.
     std::optional<int> typedLength() const;
     void cmdSimAddListBox_Click();

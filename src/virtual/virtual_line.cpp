@@ -9,46 +9,41 @@ namespace varda {
 VirtualLine::~VirtualLine() { VirtualLine::close(); }
 
 void VirtualLine::open(const LineSettings& /*settings*/) {
-    auto input = std::make_shared<Bytes>();
-    if (!controller_.plugIn()) {
+    if (isOpen_ || !controller_.plugIn()) {
         throw RuntimeError(comm_error::inUse,
                            "VIRTUAL is open already in this program. Close it there first.");
     }
-    input_ = std::move(input);
+    isOpen_ = true;
 }
 
 void VirtualLine::close() noexcept {
-    if (input_) {
-        input_.reset();
+    if (isOpen_) {
+        isOpen_ = false;
+        input_.clear();
+        answers_.clear();
         controller_.unplug();
     }
 }
 
-std::size_t VirtualLine::inBufferCount() const noexcept { return input_ ? input_->size() : 0; }
+std::size_t VirtualLine::inBufferCount() const noexcept { return input_.size(); }
 
-Bytes VirtualLine::read() { return input_ ? std::exchange(*input_, {}) : Bytes{}; }
+Bytes VirtualLine::read() { return std::exchange(input_, {}); }
 
-void VirtualLine::discard() noexcept {
-    if (input_) {
-        input_->clear();
-    }
-}
+void VirtualLine::discard() noexcept { input_.clear(); }
 
 void VirtualLine::write(const Bytes& bytes) {
-    if (!input_) {
+    if (!isOpen_) {
         throw RuntimeError(comm_error::readError, "VIRTUAL is not open. Open it before sending.");
     }
     auto answer = controller_.answer(bytes);
     if (!answer) {
         return;
     }
-    clock_.after(answerDelay, [this, connection = std::weak_ptr(input_), burst = std::move(*answer)] {
-        // A connection that still stands says that this line does too.
-        if (!connection.expired()) {
-            input_->insert(input_->end(), burst.begin(), burst.end());
-            raise(CommEvent::Received);
-        }
-    });
+    std::erase_if(answers_, [](const Wait& onItsWay) { return !onItsWay.isPending(); });
+    answers_.push_back(clock_.after(answerDelay, [this, burst = std::move(*answer)] {
+        input_.insert(input_.end(), burst.begin(), burst.end());
+        raise(CommEvent::Received);
+    }));
 }
 
 } // namespace varda

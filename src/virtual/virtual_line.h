@@ -5,7 +5,7 @@
 #include "virtual/controller.h"
 
 #include <chrono>
-#include <memory>
+#include <vector>
 
 namespace varda {
 
@@ -38,9 +38,9 @@ public:
 private:
     Controller& controller_;
     Clock& clock_;
-    /// The input buffer of the connection, null while closed. Its life tells a continuation whether the line
-    /// was closed, opened anew or destroyed meanwhile.
-    std::shared_ptr<Bytes> input_;
+    bool isOpen_ = false;
+    Bytes input_;
+    std::vector<Wait> answers_; ///< those on their way
 };
 
 } // namespace varda

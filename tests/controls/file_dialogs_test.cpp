@@ -3,6 +3,13 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QSettings>
+
+#include <algorithm>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace varda::test {
 namespace {
@@ -64,6 +71,72 @@ TEST_F(FileDialogsTest, SavingStartsInDataWhereItMayBeWritten) {
     QFile::setPermissions(folder() + QStringLiteral("/Data"),
                           readable | QFile::WriteOwner | QFile::WriteOther);
     EXPECT_EQ(startOf("cmdSaveScenario"), QDir(folder()).canonicalPath().toStdString() + "/Data");
+}
+
+/// Takes all handles of the process but a few, until the end of the scope.
+class FewHandles {
+public:
+    explicit FewHandles(std::size_t left) {
+        ::getrlimit(RLIMIT_NOFILE, &former_);
+        rlimit lower = former_;
+        lower.rlim_cur = std::min<rlim_t>(former_.rlim_cur, 512);
+        ::setrlimit(RLIMIT_NOFILE, &lower);
+        for (int handle = ::open("/", O_RDONLY); handle >= 0; handle = ::open("/", O_RDONLY)) {
+            taken_.push_back(handle);
+        }
+        for (; left > 0 && !taken_.empty(); --left) {
+            ::close(taken_.back());
+            taken_.pop_back();
+        }
+    }
+    FewHandles(const FewHandles&) = delete;
+    FewHandles& operator=(const FewHandles&) = delete;
+    FewHandles(FewHandles&&) = delete;
+    FewHandles& operator=(FewHandles&&) = delete;
+    ~FewHandles() {
+        for (const int handle : taken_) {
+            ::close(handle);
+        }
+        ::setrlimit(RLIMIT_NOFILE, &former_);
+    }
+
+private:
+    rlimit former_{};
+    std::vector<int> taken_;
+};
+
+class FileDialogsOutOfHandles : public WindowTest {};
+
+TEST_F(FileDialogsOutOfHandles, AreRefusedWithTheRemedyAndTheProgramGoesOn) {
+    for (const char* const button : {"cmdSaveScenario", "cmdLoadScenario"}) {
+        for (const std::size_t left : {0U, 3U, 10U}) {
+            const FewHandles few(left);
+            driver.click(button);
+            EXPECT_EQ(driver.window().findChild<QFileDialog*>(), nullptr) << button << left;
+            EXPECT_TRUE(driver.boxText().starts_with("Run-time error '67':")) << driver.boxText();
+            EXPECT_NE(driver.boxText().find("start it again"), std::string::npos) << driver.boxText();
+            driver.closeBox();
+        }
+    }
+    driver.click("cmdSaveScenario");
+    EXPECT_NE(driver.window().findChild<QFileDialog*>(), nullptr);
+}
+
+class FileDialogsHistory : public WindowTest {};
+
+TEST_F(FileDialogsHistory, IsNotStored) {
+    const QTemporaryDir home;
+    const QByteArray formerHome = qgetenv("HOME");
+    qputenv("HOME", home.path().toLocal8Bit());
+    qunsetenv("XDG_CONFIG_HOME");
+    driver.click("cmdSaveScenario");
+    chooseFile(driver.programFolder() + "/Data/saved.scn");
+    qputenv("HOME", formerHome);
+    EXPECT_EQ(text("txtSimStatus"), "Saved Scenario Data completely !!!");
+    EXPECT_TRUE(
+        QDir(home.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
+    const QSettings history(QSettings::UserScope, QStringLiteral("QtProject"));
+    EXPECT_FALSE(QFile::exists(history.fileName())) << history.fileName().toStdString();
 }
 
 } // namespace

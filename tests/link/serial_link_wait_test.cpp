@@ -297,5 +297,55 @@ TEST_P(HangUpTest, ReceptionAfterAHangUpDuringAWaitWorks) {
     EXPECT_EQ(form.text("txtCurrentData"), countShownFor3Bytes(GetParam()));
 }
 
+TEST_F(SerialLinkTest, FailureThatIsADefectIsNotSkipped) {
+    link.setRoles({.listBurst = [](const Bytes&) { throw std::logic_error("a defect"); },
+                   .answerRequest = [] { return false; }});
+    link.enterMode(comm_mode::monitoring);
+    port.receive(burst(3));
+    EXPECT_THROW(clock.advance(100), std::logic_error);
+}
+
+TEST_F(RolesTest, LeavingTheSimulationEndsARequestThatIsStillSettling) {
+    link.enterMode(comm_mode::simulation);
+    port.receive(burst(9));
+    clock.advance(149);
+    link.enterMode(0x21);
+    EXPECT_FALSE(state.InReceive);
+    clock.advance(1000);
+    EXPECT_TRUE(requests.empty());
+}
+
+TEST_F(RolesTest, LeavingTheSimulationFreesTheTimerThatAnUnknownRequestHeld) {
+    requestIsKnown = false;
+    link.enterMode(comm_mode::simulation);
+    port.receive(burst(9));
+    clock.advance(300);
+    EXPECT_TRUE(state.InReceive);
+    link.enterMode(comm_mode::simulation);
+    EXPECT_TRUE(state.InReceive);
+    link.enterMode(comm_mode::monitorIdle);
+    EXPECT_FALSE(state.InReceive);
+}
+
+TEST_F(RolesTest, ReceptionThatBeganBeforeTheSimulationOutlivesIt) {
+    link.enterMode(0x21);
+    port.receive(burst(4));
+    clock.advance(50);
+    link.enterMode(comm_mode::simulation);
+    link.enterMode(0x21);
+    EXPECT_TRUE(state.InReceive);
+    clock.advance(50);
+    EXPECT_EQ(form.text("txtCurrentData"), "4");
+}
+
+TEST_F(RolesTest, ChangeBetweenOtherModesLeavesAReceptionAlone) {
+    link.enterMode(0x21);
+    port.receive(burst(9));
+    link.enterMode(0x22);
+    EXPECT_TRUE(state.InReceive);
+    clock.advance(100);
+    EXPECT_FALSE(state.InReceive);
+}
+
 } // namespace
 } // namespace varda::test

@@ -169,6 +169,25 @@ TEST_F(MixedReadPageTest, AddingSelectsTheLinesThatItCounts) {
     EXPECT_EQ(points()->currentRow(), 1);
 }
 
+TEST_F(MixedReadPageTest, SendFreesDelAlsoWhereTheLastLineIsSelectedAlready) {
+    openLine();
+    addWords("W", "0001", "2");
+    points()->setCurrentRow(0);
+    driver.find("cmdMRDel")->setEnabled(false);
+    driver.click("cmdMRDSend");
+    EXPECT_TRUE(driver.isEnabled("cmdMRDel"));
+    driver.find("cmdMRDel")->setEnabled(false);
+    driver.click("cmdMRAdd");
+    EXPECT_TRUE(driver.isEnabled("cmdMRDel"));
+}
+
+TEST_F(MixedReadPageTest, WordOptionAndBackKeepsTheSixteenBits) {
+    driver.click("optMRead_1");
+    driver.click("optMRead_0");
+    EXPECT_EQ(driver.find<QComboBox>("cbMRegBit")->count(), 16);
+    EXPECT_EQ(text("cbMRegBit"), "");
+}
+
 TEST_F(MixedReadPageTest, KeysThatTypeNothingLeaveTheFields) {
     driver.click("optMRead_0");
     driver.choose("cbMRegister", "R");

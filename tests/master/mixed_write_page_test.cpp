@@ -225,6 +225,73 @@ TEST_F(MixedWritePageTest, EightySixBitLinesAreTheOverflowReport) {
     EXPECT_TRUE(line.readAvailable().empty());
 }
 
+TEST_F(MixedWritePageTest, AccessSwitchesNoneOfTheValueFields) {
+    for (const char* const option : {"optMWrite_1", "optMWrite_0"}) {
+        driver.click(option);
+        for (const char* const field : {"txtMWData", "chkHexDec", "optMWBData_0", "optMWBData_1"}) {
+            EXPECT_TRUE(driver.isEnabled(field)) << option << field;
+        }
+    }
+    driver.find("txtMWData")->setEnabled(false);
+    driver.click("optMWrite_1");
+    EXPECT_FALSE(driver.isEnabled("txtMWData"));
+}
+
+TEST_F(MixedWritePageTest, HexadecimalValueMovesTheCaretToItsEndAtEveryChange) {
+    nameWord("W", "0001");
+    driver.type("txtMWData", "123");
+    auto* const value = driver.find<QLineEdit>("txtMWData");
+    value->setCursorPosition(1);
+    QTest::keyClicks(value, QStringLiteral("5"));
+    EXPECT_EQ(text("txtMWData"), "1523");
+    EXPECT_EQ(value->cursorPosition(), 4);
+    driver.click("chkHexDec");
+    value->setCursorPosition(1);
+    QTest::keyClick(value, Qt::Key_Delete);
+    EXPECT_EQ(value->cursorPosition(), 1);
+}
+
+TEST_F(MixedWritePageTest, FiveDigitsTypedInDecimalGoOutAsTheirLastFour) {
+    openLine();
+    nameWord("W", "0001");
+    driver.click("chkHexDec");
+    driver.type("txtMWData", "65535");
+    driver.click("chkHexDec");
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(point(0), "WORD\tW0001\t65535");
+    driver.click("cmdMWDSend");
+    const Bytes request = sent(11);
+    ASSERT_EQ(request.size(), 11U);
+    EXPECT_EQ(Bytes(request.begin() + 4, request.begin() + 8), (Bytes{0x01, 0x42, 0x35, 0x55}));
+}
+
+TEST_F(MixedWritePageTest, ModeLeavesAddAndDelAsTheyAre) {
+    for (const bool enabled : {false, true}) {
+        for (const char* const button : {"cmdMWAdd", "cmdMWDel"}) {
+            driver.find(button)->setEnabled(enabled);
+        }
+        driver.click("optMode_0");
+        driver.click("optMode_3");
+        EXPECT_EQ(driver.isEnabled("cmdMWAdd"), enabled);
+        EXPECT_EQ(driver.isEnabled("cmdMWDel"), enabled);
+    }
+}
+
+TEST_F(MixedWritePageTest, AddAndSendSelectLineByLineAndSoFreeDel) {
+    openLine();
+    nameBit("R", "0000", "3");
+    driver.find("cmdMWDel")->setEnabled(false);
+    driver.click("cmdMWAdd"); // nothing to select yet
+    EXPECT_FALSE(driver.isEnabled("cmdMWDel"));
+    driver.click("cmdMWAdd");
+    EXPECT_EQ(points()->currentRow(), 0);
+    EXPECT_TRUE(driver.isEnabled("cmdMWDel"));
+    driver.find("cmdMWDel")->setEnabled(false);
+    driver.click("cmdMWDSend");
+    EXPECT_EQ(points()->currentRow(), 1);
+    EXPECT_TRUE(driver.isEnabled("cmdMWDel"));
+}
+
 TEST_F(MixedWritePageTest, SilenceIsToldOnTheWritePage) {
     openLine();
     nameBit("R", "0000", "3");

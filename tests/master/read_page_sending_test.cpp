@@ -3,6 +3,15 @@
 namespace varda::test {
 namespace {
 
+TEST_F(ReadPageTest, EverySendShowsTheRequestAlsoAfterAnEmptiedCount) {
+    openLine();
+    chooseBits("R", "0010", "11", "120");
+    driver.type("cbRLength", "");
+    EXPECT_EQ(text("txtSendRData"), "");
+    driver.click("cmdRDSend");
+    EXPECT_EQ(text("txtSendRData"), "FF FF 21 03 AB 00 78 CD 81 ");
+}
+
 TEST_F(ReadPageTest, BitReadGoesOutAsItsFrameAndItsAnswerIsShown) {
     openLine();
     driver.type("txtRDDA", "1");

@@ -37,6 +37,13 @@ TEST_F(ReadPageTest, AnotherOptionForgetsTheChosenRegister) {
     EXPECT_EQ(driver.find<QComboBox>("cbRegAddress")->count(), 0);
 }
 
+TEST_F(ReadPageTest, WordOptionAndBackKeepsTheSixteenBits) {
+    driver.click("optRead_1");
+    driver.click("optRead_0");
+    EXPECT_EQ(driver.find<QComboBox>("cbRegBit")->count(), 16);
+    EXPECT_EQ(text("cbRegBit"), "");
+}
+
 TEST_F(ReadPageTest, RequestTextHasNineGroupsAndATrailingSpace) {
     driver.type("txtRDDA", "16");
     chooseBits("M", "0002", "3", "16");

@@ -227,7 +227,14 @@ TEST_F(MonitorPageTest, EndClosesTheLog) {
     EXPECT_TRUE(runUntil([this] { return !logIsOpen(); }));
 }
 
-TEST_F(MonitorPageTest, SecondStartDoesNothing) {
+TEST_F(MonitorPageTest, StartDuringARunStillAsksForAnOpenPort) {
+    startMonitoring();
+    driver.click("cmdPortOpen");
+    driver.click("cmdMonStart");
+    EXPECT_EQ(driver.boxText(), "Please Port Open !!");
+}
+
+TEST_F(MonitorPageTest, SecondStartGoesOn) {
     startMonitoring();
     driver.click("cmdMonStart");
     EXPECT_EQ(driver.box(), nullptr);
@@ -281,6 +288,38 @@ TEST_F(MonitorPageTest, PressShowsTheWholeLineUntilTheRelease) {
     QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, QPoint(20, center.y()));
     EXPECT_FALSE(popUp()->isVisible());
     EXPECT_EQ(text("txtMonitoringData"), "");
+}
+
+TEST_F(MonitorPageTest, PressBelowTheLastLineShowsTheSelectedLine) {
+    startMonitoring();
+    receive({0x41});
+    receive({0x42});
+    const QPoint below(20, list()->viewport()->height() - 5);
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, below);
+    EXPECT_FALSE(popUp()->isVisible()); // none is selected yet
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, below);
+    list()->setCurrentIndex(list()->model()->index(0, 0));
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, below);
+    EXPECT_TRUE(popUp()->isVisible());
+    EXPECT_EQ(text("txtMonitoringData"), shown(0));
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, below);
+    EXPECT_FALSE(popUp()->isVisible());
+    EXPECT_TRUE(list()->selectionModel()->isRowSelected(0));
+}
+
+TEST_F(MonitorPageTest, PopUpShowsTheExactTextOfTheLine) {
+    driver.find<QCheckBox>("chkASCIIDisplay")->setChecked(true);
+    startMonitoring();
+    driver.listBurst({0x01, 0x41, 0x7F, 0x9F, 0xFF});
+    driver.find<QCheckBox>("chkASCIIDisplay")->setChecked(false);
+    driver.listBurst(Bytes(9000, 0x5A));
+    for (const int row : {0, 1}) {
+        list()->setCurrentIndex(list()->model()->index(row, 0));
+        const QPoint below(20, list()->viewport()->height() - 5);
+        QTest::mousePress(list()->viewport(), Qt::LeftButton, {}, below);
+        EXPECT_EQ(text("txtMonitoringData"), shown(row));
+        QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, below);
+    }
 }
 
 TEST_F(MonitorPageTest, BoxThatOpensEndsThePopUp) {

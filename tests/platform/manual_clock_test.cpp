@@ -14,9 +14,9 @@ using namespace std::chrono_literals;
 TEST(ManualClock, RunsWhatFallsDueInOrder) {
     ManualClock clock;
     std::vector<int> order;
-    clock.after(20ms, [&order] { order.push_back(3); });
-    clock.after(10ms, [&order] { order.push_back(1); });
-    clock.after(10ms, [&order] { order.push_back(2); });
+    clock.schedule(20ms, [&order] { order.push_back(3); });
+    clock.schedule(10ms, [&order] { order.push_back(1); });
+    clock.schedule(10ms, [&order] { order.push_back(2); });
     clock.advance(9);
     EXPECT_TRUE(order.empty());
     clock.advance(1);
@@ -29,7 +29,7 @@ TEST(ManualClock, RunsWhatFallsDueInOrder) {
 TEST(ManualClock, CountsAWaitInsideAContinuationFromWhenItRan) {
     ManualClock clock;
     int runs = 0;
-    clock.after(10ms, [&] { clock.after(10ms, [&runs] { ++runs; }); });
+    clock.schedule(10ms, [&] { clock.schedule(10ms, [&runs] { ++runs; }); });
     clock.advance(19);
     EXPECT_EQ(runs, 0);
     clock.advance(1);

@@ -61,6 +61,28 @@ TEST_F(ProfileFileWindows, AFileThatIsOpenElsewhereIsNotReplaced) {
     expectUntouched();
 }
 
+TEST_F(ProfileFileWindows, WhatAKilledSaveLeftIsRemovedAndWhatALivingWriterHasOpenStays) {
+    const std::string left = folder_.file(".varda-17.tmp");
+    writeBytes(left, "half");
+    {
+        const std::ofstream writer(filePath(left), std::ios::app);
+        newFile().save(path_);
+        EXPECT_TRUE(fs::exists(filePath(left)));
+    }
+    newFile().save(path_);
+    EXPECT_EQ(folder_.entries(), 1);
+}
+
+TEST_F(ProfileFileWindows, IsWrittenInPlace) {
+    ProfileFile longer = newFile();
+    longer.setValue("S", "k", std::string(10'000, 'F'));
+    writeBytes(path_, oldContent);
+    for (const ProfileFile& file : {longer, newFile()}) {
+        file.saveInPlace(path_);
+        EXPECT_EQ(test::bytesOf(path_), file.text());
+    }
+}
+
 TEST_F(ProfileFileWindows, NamesThatCannotBeAreRefusedAndLeaveNothingBehind) {
     expectRefused(newFile(), folder_.file("what?.ini"), 76, "path not found");
     expectRefused(newFile(), folder_.file("a|b.ini"), 76, "path not found");

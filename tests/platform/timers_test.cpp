@@ -18,8 +18,8 @@ using test::runUntil;
 TEST(QtClock, RunsAContinuationOnceAndNeverInsideTheCall) {
     QtClock clock;
     int runs = 0;
-    clock.after(0ms, [&runs] { ++runs; });
-    clock.after(5ms, [&runs] { ++runs; });
+    clock.schedule(0ms, [&runs] { ++runs; });
+    clock.schedule(5ms, [&runs] { ++runs; });
     EXPECT_EQ(runs, 0);
     ASSERT_TRUE(runUntil([&runs] { return runs == 2; }));
     runFor(30ms);
@@ -30,7 +30,7 @@ TEST(QtClock, DoesNotRunAContinuationEarly) {
     QtClock clock;
     const auto begin = std::chrono::steady_clock::now();
     std::optional<std::chrono::steady_clock::time_point> end;
-    clock.after(50ms, [&end] { end = std::chrono::steady_clock::now(); });
+    clock.schedule(50ms, [&end] { end = std::chrono::steady_clock::now(); });
     ASSERT_TRUE(runUntil([&end] { return end.has_value(); }));
     EXPECT_GE(*end - begin, 49ms);
 }
@@ -38,9 +38,9 @@ TEST(QtClock, DoesNotRunAContinuationEarly) {
 TEST(QtClock, RunsContinuationsInTheOrderInWhichTheyFallDue) {
     QtClock clock;
     std::vector<int> order;
-    clock.after(60ms, [&order] { order.push_back(3); });
-    clock.after(30ms, [&order] { order.push_back(2); });
-    clock.after(0ms, [&order] { order.push_back(1); });
+    clock.schedule(60ms, [&order] { order.push_back(3); });
+    clock.schedule(30ms, [&order] { order.push_back(2); });
+    clock.schedule(0ms, [&order] { order.push_back(1); });
     ASSERT_TRUE(runUntil([&order] { return order.size() == 3; }));
     EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
 }
@@ -48,7 +48,7 @@ TEST(QtClock, RunsContinuationsInTheOrderInWhichTheyFallDue) {
 TEST(QtClock, LetsAContinuationBeginAnotherWait) {
     QtClock clock;
     bool isDone = false;
-    clock.after(1ms, [&] { clock.after(1ms, [&isDone] { isDone = true; }); });
+    clock.schedule(1ms, [&] { clock.schedule(1ms, [&isDone] { isDone = true; }); });
     EXPECT_TRUE(runUntil([&isDone] { return isDone; }));
 }
 
@@ -56,8 +56,8 @@ TEST(QtClock, RunsNothingAfterItsEnd) {
     int runs = 0;
     {
         QtClock clock;
-        clock.after(0ms, [&runs] { ++runs; });
-        clock.after(5ms, [&runs] { ++runs; });
+        clock.schedule(0ms, [&runs] { ++runs; });
+        clock.schedule(5ms, [&runs] { ++runs; });
     }
     runFor(30ms);
     EXPECT_EQ(runs, 0);

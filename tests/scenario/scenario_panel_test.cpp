@@ -1,9 +1,12 @@
+#include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QListWidget>
 
+#include <filesystem>
 #include <fstream>
 
 namespace varda::test {
@@ -63,6 +66,22 @@ TEST_F(ScenarioPanelTest, AddTakesTheRequestOfTheShownPage) {
     driver.click("optMode_2");
     driver.click("cmdAddScenario");
     EXPECT_EQ(schedule()->count(), 2); // nothing has been built on that page yet
+}
+
+TEST_F(ScenarioPanelTest, NumberOfLinesStartsWithZero) { EXPECT_EQ(text("txtNumberOfScenario"), "0"); }
+
+TEST_F(ScenarioPanelTest, AddOfAnEmptyRequestStillSetsDelTheCountAndRun) {
+    driver.click("optMode_2"); // nothing has been built on that page yet
+    driver.find("cmdDelScenario")->setEnabled(false);
+    paste("txtNumberOfScenario", "9");
+    driver.click("cmdAddScenario");
+    EXPECT_TRUE(driver.isEnabled("cmdDelScenario"));
+    EXPECT_EQ(text("txtNumberOfScenario"), "0");
+    EXPECT_FALSE(driver.isEnabled("cmdRunScenario"));
+    schedule()->addItem(QString::fromLatin1(bitRead));
+    driver.click("cmdAddScenario");
+    EXPECT_EQ(text("txtNumberOfScenario"), "1");
+    EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
 }
 
 TEST_F(ScenarioPanelTest, RepeatedDeletesEmptyTheList) {
@@ -158,6 +177,17 @@ TEST_F(ScenarioPanelTest, SilenceStopsTheRunAndIsToldOnTheWritePage) {
     EXPECT_TRUE(showsSoon("txtWStatus", "No Answer From PLC"));
     EXPECT_EQ(driver.link().CommMode, 0x21);
     EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
+}
+
+TEST_F(ScenarioPanelTest, RunStartsFromNoSilenceAndNothingAwaited) {
+    addLines({bitRead});
+    paste("txtScnPeriod", "0"); // sends nothing
+    openLine();
+    driver.link().WaitTicks = 13; // of a request that nobody answered
+    driver.link().WaitingAnswer = true;
+    driver.click("cmdRunScenario");
+    EXPECT_EQ(driver.link().WaitTicks, 0);
+    EXPECT_FALSE(driver.link().WaitingAnswer);
 }
 
 TEST_F(ScenarioPanelTest, PeriodThatIsNoNumberIsReportedWithEverythingSwitchedBack) {
@@ -324,6 +354,72 @@ TEST_F(ScenarioPanelTest, DamagedFilesAreToldWithAnEmptyList) {
         EXPECT_EQ(driver.boxText(), "Scenario Data is incorrect or corrupted. Please Check Data.");
         EXPECT_EQ(driver.boxTitle(), "Confirm");
         driver.closeBox();
+    }
+}
+
+TEST_F(ScenarioPanelTest, FileThatCannotBeReadIsToldWithTheReason) {
+    const std::string path = write("locked.scn", "[Information]\nTotal=1\n[Scenario]\nScenario0=01\n");
+    QFile::setPermissions(QString::fromStdString(path), QFile::WriteOwner);
+    driver.click("cmdLoadScenario");
+    const OrdinaryUser user;
+    chooseFile(path);
+    EXPECT_EQ(driver.boxText(), '"' + path + "\" could not be read: permission denied.");
+    EXPECT_EQ(driver.boxTitle(), "Error");
+}
+
+TEST_F(ScenarioPanelTest, StatusIsEmptiedWhenALoadOrASaveBegins) {
+    addLines({bitRead});
+    paste("txtSimStatus", "Saved completely !!!");
+    driver.click("cmdSaveScenario");
+    EXPECT_EQ(text("txtSimStatus"), "Saved completely !!!"); // nothing was chosen yet
+    chooseFileToReplace(write("picture.scn", std::string(100, '\0')));
+    EXPECT_EQ(driver.boxTitle(), "Error");
+    EXPECT_EQ(text("txtSimStatus"), "");
+    driver.closeBox();
+    paste("txtSimStatus", "Saved completely !!!");
+    load(write("empty.scn", ""));
+    EXPECT_EQ(text("txtSimStatus"), "");
+}
+
+TEST_F(ScenarioPanelTest, FileInUtf16IsLoadedAndSavedInTheSameForm) {
+    const auto inUtf16 = [](const std::string& text) {
+        std::string bytes = "\xFF\xFE";
+        for (const char character : text) {
+            bytes += {character, '\0'};
+        }
+        return bytes;
+    };
+    const std::string path =
+        write("wide.scn", inUtf16("[Information]\r\nTotal=1\r\n[Scenario]\r\nScenario0=01 02\r\n"));
+    load(path);
+    ASSERT_EQ(schedule()->count(), 1);
+    EXPECT_EQ(schedule()->item(0)->text(), QStringLiteral("01 02"));
+    addLines({"03 04"});
+    driver.click("cmdSaveScenario");
+    chooseFileToReplace(path);
+    EXPECT_EQ(bytesOf(path), inUtf16("[Information]\r\nTotal=2\r\n[Scenario]\r\nScenario0=01 02\r\n"
+                                     "Scenario1=03 04\r\n"));
+}
+
+TEST_F(ScenarioPanelTest, FileInAFolderThatMayNotBeWrittenIsWrittenInPlaceAfterAQuestion) {
+    addLines({bitRead});
+    const std::string path = write("shared.scn", "old");
+    std::filesystem::permissions(path, std::filesystem::perms(0666));
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
+    const OrdinaryUser user;
+    for (const bool yes : {false, true}) {
+        driver.click("cmdSaveScenario");
+        chooseFileToReplace(path);
+        EXPECT_EQ(driver.boxText(),
+                  '"' + path +
+                      "\" cannot be replaced in one step: its folder takes no new file. Do you "
+                      "want to write into the file itself? If that is interrupted, the file is "
+                      "damaged.");
+        EXPECT_EQ(driver.boxTitle(), "Confirm");
+        EXPECT_EQ(bytesOf(path), "old");
+        answerQuestion(yes);
+        EXPECT_EQ(text("txtSimStatus"), yes ? "Saved Scenario Data completely !!!" : "");
+        EXPECT_EQ(bytesOf(path).starts_with("old\r\n[Information]\r\nTotal=1"), yes) << bytesOf(path);
     }
 }
 

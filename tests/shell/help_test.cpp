@@ -78,6 +78,32 @@ TEST_F(HelpTest, DesktopsOpenerGetsTheSameFileWhereThereIsNoViewer) {
     EXPECT_EQ(driver.box(), nullptr);
 }
 
+TEST_F(HelpTest, DesktopsOpenerIsTriedWhereAProgramOfTheViewersNameFailsAtOnce) {
+    addProgram("hh", 1);
+    addProgram("xdg-open");
+    addHelpFile();
+    driver.click("cmdHelp");
+    EXPECT_TRUE(runUntil([this] { return started().starts_with(program("xdg-open")); }));
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(HelpTest, DesktopsOpenerIsTriedWhereAProgramOfTheViewersNameCannotBeStarted) {
+    addBrokenProgram("hh");
+    addProgram("xdg-open");
+    addHelpFile();
+    driver.click("cmdHelp");
+    EXPECT_EQ(started(), program("xdg-open") + '\n' + driver.programFolder() + "/VARDA.CHM\n");
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(HelpTest, PlatformsErrorIsReportedWhereAViewerFailsAndThereIsNoOpener) {
+    addProgram("hh", 1);
+    addHelpFile();
+    driver.click("cmdHelp");
+    ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+    EXPECT_TRUE(driver.boxText().starts_with("Run-time error '53':\n\nFile not found")) << driver.boxText();
+}
+
 TEST_F(HelpTest, PlatformsErrorIsReportedWhereNothingCanBeStarted) {
     addHelpFile();
     driver.click("cmdHelp");

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QWheelEvent>
 
@@ -33,6 +34,20 @@ TEST_F(KeyboardTest, ControlAndADigitChooseTheMode) {
         EXPECT_EQ(driver.find<QTabWidget>("tabMode")->currentIndex(), mode);
         EXPECT_TRUE(driver.find<QAbstractButton>(("optMode_" + std::to_string(mode)).c_str())->isChecked());
     }
+}
+
+TEST_F(KeyboardTest, WheelOverTheTabsChangesNothing) {
+    for (const char* const tabs : {"tabMode", "settingsTabs"}) {
+        auto* const bar = driver.find<QTabWidget>(tabs)->tabBar();
+        for (const int clicks : {-1, 1, -3}) {
+            const QPointF middle = bar->rect().center();
+            QWheelEvent wheel(middle, bar->mapToGlobal(middle), {}, QPoint(0, clicks * 120), Qt::NoButton, {},
+                              Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(bar, &wheel);
+            EXPECT_EQ(driver.find<QTabWidget>(tabs)->currentIndex(), 0) << tabs;
+        }
+    }
+    EXPECT_EQ(driver.link().CommMode, 0x21);
 }
 
 TEST_F(KeyboardTest, ChoosingAModeByKeyPutsTheFocusOnItsOption) {

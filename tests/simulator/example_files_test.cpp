@@ -35,7 +35,7 @@ std::vector<std::string> examples(const std::string& extension) {
 
 PacketTable loaded(const std::string& file) {
     PacketTable table;
-    EXPECT_EQ(loadPackets(table, file), PacketLoad::Complete);
+    EXPECT_EQ(loadPackets(table, ProfileFile::load(file)), PacketLoad::Complete);
     EXPECT_EQ(table.requests().size(), table.answers().size());
     return table;
 }
@@ -77,7 +77,9 @@ TEST(ExampleFiles, PacketFilesAreSavedAgainByteForByte) {
     const test::TemporaryFolder folder;
     for (const std::string& file : examples(".ini")) {
         const std::string copy = folder.file(std::filesystem::path(file).filename().string());
-        savePackets(loaded(file), copy);
+        ProfileFile saved;
+        storePackets(loaded(file), saved);
+        saved.save(copy);
         EXPECT_EQ(test::bytesOf(copy), test::bytesOf(file)) << file;
     }
 }

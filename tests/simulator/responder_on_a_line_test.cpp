@@ -32,6 +32,20 @@ TEST_F(ResponderOnALineTest, RequestInOnePieceIsAnswered) {
     EXPECT_EQ(text("txtCurrentData"), "0");
 }
 
+TEST_F(ResponderOnALineTest, MatchEnablesDeleteAndClearWithoutTheFocus) {
+    for (const char* const button : {"cmdSimDelete", "cmdSimClear"}) {
+        driver.find(button)->setEnabled(false);
+    }
+    for (int time = 0; time < 2; ++time) { // the second time the pair is selected already
+        driver.find("cbSimDA")->setFocus();
+        driver.find("cmdSimDelete")->setEnabled(false);
+        line.write(requestBytes(0));
+        ASSERT_TRUE(runUntil([this] { return driver.isEnabled("cmdSimDelete"); }));
+        EXPECT_TRUE(driver.isEnabled("cmdSimClear"));
+        EXPECT_EQ(selectedAnswer(), 0);
+    }
+}
+
 TEST_F(ResponderOnALineTest, RequestInTwoClosePiecesIsAnswered) {
     const Bytes whole = requestBytes(0);
     line.write(Bytes(whole.begin(), whole.begin() + 4));

@@ -5,6 +5,7 @@
 #include "simulator/packet_table.h"
 #include "support/fake_form.h"
 #include "support/fake_port.h"
+#include "support/manual_clock.h"
 
 #include <gtest/gtest.h>
 
@@ -20,29 +21,6 @@ using Written = std::vector<Bytes>;
 using Texts = std::vector<std::string>;
 using Pairs = std::vector<int>;
 using namespace std::chrono_literals;
-
-/// A clock that goes on when the test says so.
-class HandClock : public Clock {
-public:
-    void after(std::chrono::milliseconds wait, std::function<void()> continuation) override {
-        waits_.push_back({now_ + wait, std::move(continuation)});
-    }
-    void pass(std::chrono::milliseconds time) {
-        for (now_ += time; !waits_.empty() && waits_.front().due <= now_;) {
-            const auto continuation = std::move(waits_.front().continuation);
-            waits_.erase(waits_.begin());
-            continuation();
-        }
-    }
-
-private:
-    struct Wait {
-        std::chrono::milliseconds due;
-        std::function<void()> continuation;
-    };
-    std::chrono::milliseconds now_{0};
-    std::vector<Wait> waits_;
-};
 
 class ResponderTest : public testing::Test {
 protected:
@@ -64,7 +42,7 @@ protected:
     PacketTable table;
     FakePort port;
     FakeForm form;
-    HandClock clock;
+    test::ManualClock clock;
     SerialLink link{port, clock, form};
     LinkState& state = link.state();
     Pairs selected;
@@ -216,7 +194,7 @@ TEST_F(ResponderTest, AnsweredRequestReachesTheCommonEnd) {
     state.WaitingAnswer = true;
     port.receive({0x01});
     EXPECT_TRUE(state.InReceive);
-    clock.pass(150ms);
+    clock.advance(150ms);
     EXPECT_EQ(port.written(), (Written{{0xAA}}));
     EXPECT_EQ(form.text("txtCurrentData"), "0");
     EXPECT_EQ(form.text("txtTotalData"), "14");
@@ -228,12 +206,12 @@ TEST_F(ResponderTest, AnsweredRequestReachesTheCommonEnd) {
 TEST_F(ResponderTest, UnknownRequestLeavesInReceiveSetUntilALaterOneCompletes) {
     table.addPair("01", "AA");
     port.receive({0x02});
-    clock.pass(150ms);
+    clock.advance(150ms);
     EXPECT_TRUE(state.InReceive);
     EXPECT_FALSE(state.AnswerReceived);
     EXPECT_EQ(form.text("txtCurrentData"), "1");
     port.receive({0x01});
-    clock.pass(150ms);
+    clock.advance(150ms);
     EXPECT_FALSE(state.InReceive);
 }
 
@@ -244,7 +222,7 @@ TEST_F(ResponderTest, RequestOfAClosedPortShowsItsLengthAndIsDropped) {
         return responder.answer();
     }});
     port.receive({0x01});
-    clock.pass(150ms);
+    clock.advance(150ms);
     EXPECT_EQ(form.text("txtCurrentData"), "1");
     EXPECT_EQ(state.RxCount, 0);
     EXPECT_FALSE(state.InReceive);
@@ -254,21 +232,21 @@ TEST_F(ResponderTest, RequestOfAClosedPortShowsItsLengthAndIsDropped) {
 TEST_F(ResponderTest, TwoPiecesOfOneSettleTimeAreOneRequest) {
     table.addPair("0102", "AA");
     port.receive({0x01});
-    clock.pass(100ms);
+    clock.advance(100ms);
     port.receive({0x02});
-    clock.pass(50ms);
-    clock.pass(149ms);
+    clock.advance(50ms);
+    clock.advance(149ms);
     EXPECT_TRUE(port.written().empty());
-    clock.pass(1ms);
+    clock.advance(1ms);
     EXPECT_EQ(port.written(), (Written{{0xAA}}));
 }
 
 TEST_F(ResponderTest, PiecesWithAPauseBetweenThemAreTwoUnknownRequests) {
     table.addPair("0102", "AA");
     port.receive({0x01});
-    clock.pass(150ms);
+    clock.advance(150ms);
     port.receive({0x02});
-    clock.pass(150ms);
+    clock.advance(150ms);
     EXPECT_TRUE(port.written().empty());
     EXPECT_EQ(form.told("txtSimRP"), (Texts{"01", "02"}));
     EXPECT_EQ(selected, (Pairs{-1, -1}));

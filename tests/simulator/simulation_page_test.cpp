@@ -230,20 +230,12 @@ TEST_F(SimulationPageTest, EnterInTheLengthKeepsTypedAnswerData) {
     EXPECT_EQ(text("txtSimSendData"), "12345678");
 }
 
-TEST_F(SimulationPageTest, AnotherKindEmptiesTheReadRequestAndStationsRebuildTheWrite) {
+TEST_F(SimulationPageTest, AnotherRegisterKindEmptiesTheReadRequest) {
     chooseRegister("M", "0002");
     driver.choose("cbSimBit", "3");
     driver.choose("cbSimLength", "2");
     driver.choose("cbSimReg", "R");
     EXPECT_EQ(text("txtSimReceive"), "");
-    driver.choose("cbSimMode", "Bit Write");
-    chooseRegister("M", "0012");
-    driver.choose("cbSimBit", "3");
-    driver.click("optSimOnOff_0");
-    driver.click("cmdSimAddListBox");
-    driver.choose("cbSimDA", "1");
-    EXPECT_EQ(text("txtSimReceive").substr(0, 14), "01FF2201C30CFF");
-    EXPECT_EQ(text("txtSimSend").substr(0, 10), "01FFA20100");
 }
 
 TEST_F(SimulationPageTest, PointThatIsNoNumberIsReportedAndNotAdded) {

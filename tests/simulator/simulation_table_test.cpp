@@ -1,4 +1,9 @@
 #include "simulator/simulation_page_fixture.h"
+#include "support/ordinary_user.h"
+
+#include <QFile>
+
+#include <filesystem>
 
 namespace varda::test {
 namespace {
@@ -118,6 +123,42 @@ TEST_F(SimulationPageTest, FileWithoutATotalLeavesTheTable) {
     EXPECT_EQ(driver.box(), nullptr);
 }
 
+TEST_F(SimulationPageTest, FileThatIsNoTextIsToldAndLeavesTheTable) {
+    addBitRead("0002", "2");
+    for (const std::string& noText : {std::string(100, '\0'), std::string("PK\3\4")}) {
+        load(write("picture.ini", noText));
+        EXPECT_EQ(requests()->rowCount(), 1);
+        EXPECT_EQ(driver.boxText(), "Data is incorrect or corrupted. Please Check Data.");
+        EXPECT_EQ(driver.boxTitle(), "Confirm");
+        driver.closeBox();
+    }
+}
+
+TEST_F(SimulationPageTest, FileThatCannotBeReadIsToldWithTheReason) {
+    const std::string path = write("locked.ini", "[Information]\nTotal=0\n");
+    QFile::setPermissions(QString::fromStdString(path), QFile::WriteOwner);
+    driver.click("cmdLoadSimPacket");
+    const OrdinaryUser user;
+    chooseFile(path);
+    EXPECT_EQ(driver.boxText(), '"' + path + "\" could not be read: permission denied.");
+    EXPECT_EQ(driver.boxTitle(), "Error");
+}
+
+TEST_F(SimulationPageTest, StatusIsEmptiedWhenALoadOrASaveBegins) {
+    addBitRead("0002", "2");
+    paste("txtSimStatus", "Saved completely !!!");
+    load(write("empty.ini", "[Information]\nTotal=0\n"));
+    EXPECT_EQ(text("txtSimStatus"), "");
+    driver.closeBox();
+    addBitRead("0002", "2");
+    paste("txtSimStatus", "Saved completely !!!");
+    driver.click("cmdSaveSimPacket");
+    EXPECT_EQ(text("txtSimStatus"), "Saved completely !!!"); // nothing was chosen yet
+    chooseFileToReplace(write("picture.ini", std::string(100, '\0')));
+    EXPECT_EQ(driver.boxTitle(), "Error");
+    EXPECT_EQ(text("txtSimStatus"), "");
+}
+
 TEST_F(SimulationPageTest, TotalOfZeroEmptiesTheTableAndSaysSo) {
     addBitRead("0002", "2");
     load(write("empty.ini", "[Information]\nTotal=0\n"));
@@ -211,6 +252,24 @@ TEST_F(SimulationPageTest, SaveOfATableWithAMissingAnswerSelectsItsRequest) {
     driver.click("cmdSaveSimPacket");
     chooseFile(folder.file("again.ini"));
     EXPECT_EQ(driver.boxText(), "Run-time error '9':\n\nSubscript out of range");
+    EXPECT_EQ(selectedRequest(), 0);
+}
+
+TEST_F(SimulationPageTest, FileInAFolderThatMayNotBeWrittenIsWrittenInPlaceAfterAQuestion) {
+    addBitRead("0002", "2");
+    const std::string path = write("shared.ini", "old");
+    std::filesystem::permissions(path, std::filesystem::perms(0666));
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
+    const OrdinaryUser user;
+    for (const bool yes : {false, true}) {
+        driver.click("cmdSaveSimPacket");
+        chooseFileToReplace(path);
+        EXPECT_NE(driver.boxText().find('"' + path + "\" cannot be replaced in one step"), std::string::npos);
+        EXPECT_EQ(driver.boxTitle(), "Confirm");
+        answerQuestion(yes);
+        EXPECT_EQ(text("txtSimStatus"), yes ? "Saved completely !!!" : "");
+        EXPECT_EQ(bytesOf(path).starts_with("old\r\n[Information]\r\nTotal=1"), yes) << bytesOf(path);
+    }
     EXPECT_EQ(selectedRequest(), 0);
 }
 

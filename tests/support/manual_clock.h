@@ -5,7 +5,6 @@
 #include "platform/runtime_error.h"
 
 #include <map>
-#include <memory>
 #include <utility>
 
 namespace varda::test {
@@ -13,13 +12,16 @@ namespace varda::test {
 /// Time that passes only when a test says so. Continuations run in the order in which they fall due.
 class ManualClock : public Clock {
 public:
-    void after(std::chrono::milliseconds wait, std::function<void()> continuation) override {
-        waits_.emplace(now_ + wait, std::move(continuation));
+    Time now() const override { return now_; }
+
+    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
+        waits_.emplace(now_ + wait, std::move(due));
     }
 
     /// Lets `milliseconds` pass and runs all that falls due, waits begun meanwhile included.
-    void advance(int milliseconds) {
-        const auto end = now_ + std::chrono::milliseconds(milliseconds);
+    void advance(int milliseconds) { advance(std::chrono::milliseconds(milliseconds)); }
+    void advance(std::chrono::milliseconds time) {
+        const auto end = now_ + time;
         while (!waits_.empty() && waits_.begin()->first <= end) {
             auto due = waits_.extract(waits_.begin());
             now_ = due.key();
@@ -28,11 +30,12 @@ public:
         now_ = end;
     }
 
+    /// What is scheduled, cancelled waits included.
     std::size_t pending() const { return waits_.size(); }
 
 private:
-    std::chrono::milliseconds now_{0};
-    std::multimap<std::chrono::milliseconds, std::function<void()>> waits_; ///< by due time
+    Time now_;
+    std::multimap<Time, std::function<void()>> waits_; ///< by due time
 };
 
 /// A period timer on the time of a ManualClock, which must outlive it.
@@ -51,32 +54,32 @@ public:
     }
     int interval() const override { return interval_; }
     void start() override {
-        run_ = std::make_shared<Run>();
+        isRunning_ = true;
         waitForTick();
     }
-    void stop() override { run_.reset(); }
-    bool isRunning() const override { return run_ != nullptr; }
+    void stop() override {
+        isRunning_ = false;
+        wait_.cancel();
+    }
+    bool isRunning() const override { return isRunning_; }
 
 private:
-    /// Ends with stop(), the next start() and the timer itself; a wait of an ended run does nothing.
-    struct Run {};
-
     void waitForTick() {
         if (interval_ == 0) {
+            wait_.cancel();
             return;
         }
-        clock_.after(std::chrono::milliseconds(interval_), [this, run = std::weak_ptr<Run>(run_)] {
-            if (!run.expired()) {
-                waitForTick();
-                tick_();
-            }
+        wait_ = clock_.after(std::chrono::milliseconds(interval_), [this] {
+            waitForTick();
+            tick_();
         });
     }
 
     ManualClock& clock_;
     std::function<void()> tick_;
     int interval_ = 0;
-    std::shared_ptr<Run> run_;
+    bool isRunning_ = false;
+    Wait wait_;
 };
 
 } // namespace varda::test

@@ -42,6 +42,14 @@ protected:
 
     void chooseFile(const std::string& path) { driver.chooseFile(path); }
 
+    /// Answers a dialog that saves with a file that is there, about which it would ask in a loop of its own.
+    void chooseFileToReplace(const std::string& path) {
+        auto* const dialog = driver.window().findChild<QFileDialog*>();
+        ASSERT_NE(dialog, nullptr);
+        dialog->setOption(QFileDialog::DontConfirmOverwrite);
+        chooseFile(path);
+    }
+
     /// Answers the question on the screen.
     void answerQuestion(bool yes) {
         ASSERT_NE(driver.box(), nullptr);

@@ -1,6 +1,7 @@
 #include "virtual/virtual_line.h"
 
 #include "platform/runtime_error.h"
+#include "support/manual_clock.h"
 
 #include <gtest/gtest.h>
 
@@ -15,28 +16,6 @@ namespace varda {
 namespace {
 
 using std::chrono::milliseconds;
-
-class ManualClock : public Clock {
-public:
-    void after(milliseconds wait, std::function<void()> continuation) override {
-        waiting_.emplace_back(now_ + wait, std::move(continuation));
-    }
-
-    void advance(milliseconds time) {
-        now_ += time;
-        for (auto& [due, continuation] : std::exchange(waiting_, {})) {
-            if (due <= now_) {
-                continuation();
-            } else {
-                waiting_.emplace_back(due, std::move(continuation));
-            }
-        }
-    }
-
-private:
-    milliseconds now_{0};
-    std::vector<std::pair<milliseconds, std::function<void()>>> waiting_;
-};
 
 const Bytes writeW1{0x01, 0x00, 0x24, 0x04, 0x01, 0x02, 0x2B, 0x1A, 0x49, 0xE4};
 const Bytes writeAnswer{0x00, 0x01, 0xA4, 0x01, 0x00, 0x65, 0x8F};
@@ -73,7 +52,7 @@ protected:
     }
 
     Controller controller_;
-    ManualClock clock_;
+    test::ManualClock clock_;
     std::optional<VirtualLine> line_{std::in_place, controller_, clock_};
     std::vector<std::size_t> counts_; ///< of unread bytes at each event
 };

@@ -1,0 +1,63 @@
+#include "scenario/frame_line_delegate.h"
+
+#include <QApplication>
+#include <QListView>
+
+#include <algorithm>
+
+namespace varda {
+namespace {
+
+int characterWidth(const QStyleOptionViewItem& option) {
+    return std::max(1, option.fontMetrics.horizontalAdvance(QLatin1Char('0')));
+}
+
+} // namespace
+
+FrameLineDelegate::FrameLineDelegate(QListView* list) : QStyledItemDelegate(list), list_(list) {
+    const QAbstractItemModel* const model = list->model();
+    connect(model, &QAbstractItemModel::rowsInserted, this,
+            [this](const QModelIndex& /*parent*/, int first, int last) { count(first, last, 1); });
+    connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+            [this](const QModelIndex& /*parent*/, int first, int last) { count(first, last, -1); });
+    connect(model, &QAbstractItemModel::dataChanged, this, &FrameLineDelegate::countAll);
+    connect(model, &QAbstractItemModel::modelReset, this, &FrameLineDelegate::countAll);
+    countAll();
+    list->setItemDelegate(this);
+}
+
+void FrameLineDelegate::count(int first, int last, int by) {
+    for (int row = first; row <= last; ++row) {
+        const qsizetype length = list_->model()->index(row, 0).data().toString().size();
+        if ((lengths_[length] += by) == 0) {
+            lengths_.erase(length);
+        }
+    }
+}
+
+void FrameLineDelegate::countAll() {
+    lengths_.clear();
+    count(0, list_->model()->rowCount() - 1, 1);
+}
+
+QSize FrameLineDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    QStyleOptionViewItem line(option);
+    initStyleOption(&line, index);
+    line.text = QLatin1Char('0');
+    const QStyle* const style = list_->style();
+    QSize size = style->sizeFromContents(QStyle::CT_ItemViewItem, &line, {}, list_);
+    const qsizetype longest = lengths_.empty() ? 0 : lengths_.rbegin()->first;
+    size.rwidth() += static_cast<int>(longest) * characterWidth(line);
+    return size;
+}
+
+void FrameLineDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const int width = characterWidth(*option);
+    const int hidden = std::max(0, -option->rect.left() / width);
+    const int shown = list_->viewport()->width() / width + 2; // one may be cut at either edge
+    option->text = option->text.mid(hidden, shown);
+    option->rect.setLeft(option->rect.left() + hidden * width);
+}
+
+} // namespace varda
