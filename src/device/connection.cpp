@@ -139,12 +139,16 @@ void Connection::received(Reading& reading, const std::error_code& error, std::s
         return;
     }
     input_.append(std::span(reading.piece).first(count), arrival);
+    tellOf(&News::received, lock); // before all else: somebody waits for it
+    lock.lock();
+    if (reading.isDropped) {
+        return; // another read has begun
+    }
     if (input_.isFull()) {
         reading_.reset();
     } else {
         startReading();
     }
-    tellOf(&News::received, lock);
 }
 
 void Connection::readOnWhereThereIsRoom() {

@@ -73,7 +73,7 @@ private:
     void tellOf(bool News::*event, std::unique_lock<std::mutex>& lock);
 
     const std::function<void()> tell_;
-    asio::io_context context_;
+    asio::io_context context_{1}; ///< for one thread
     asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
 
     mutable std::mutex mutex_; ///< guards all below

@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 
 namespace varda {
 namespace {
@@ -38,6 +39,8 @@ std::vector<std::string> namesOf(const std::string& node) {
     }
     return names;
 }
+
+std::string pathOf(std::string folder, const std::string& file) { return folder.append("/").append(file); }
 
 std::optional<int> ownerOfText(std::string_view content) {
     content.remove_prefix(std::min(content.find_first_not_of(" \t"), content.size()));
@@ -110,21 +113,15 @@ std::vector<std::string> LockFile::usualFolders() {
 LockFile::LockFile(const std::string& node, const std::string& name,
                    const std::vector<std::string>& folders) {
     auto names = namesOf(node);
-    for (const std::string& further : namesOf(name)) {
-        names.push_back(further);
+    std::ranges::copy(namesOf(name), std::back_inserter(names));
+    for (const std::string& folder : folders) {
+        for (const std::string& file : names) {
+            isTaken_ = isTaken_ || isHeld(pathOf(folder, file));
+        }
     }
     for (const std::string& folder : folders) {
-        isTaken_ = isTaken_ || std::ranges::any_of(names, [&folder](const std::string& file) {
-                       return isHeld(folder + '/' + file);
-                   });
-    }
-    if (isTaken_) {
-        return;
-    }
-    for (const std::string& folder : folders) {
-        make(folder + '/' + names.front());
-        if (isTaken_ || !own_.empty()) {
-            return;
+        if (!isTaken_ && own_.empty()) {
+            make(pathOf(folder, names.front()));
         }
     }
 }

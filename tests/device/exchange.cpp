@@ -29,9 +29,8 @@ Bytes wordRead(std::uint8_t address, std::uint8_t count) {
 /// @return the number of frames that were answered as they should be
 int exchange(const char* port, int frames) {
     varda::test::TaskLoop loop;
-    varda::MSComm comm([&loop](const std::string& name) {
-        return std::make_unique<varda::DeviceLine>(name, loop.post());
-    });
+    varda::MSComm comm(
+        [&loop](const std::string& name) { return std::make_unique<varda::DeviceLine>(name, loop.post()); });
     comm.setCommPort(port);
     comm.setSettings("38400,n,8,1");
     comm.open();
