@@ -19,8 +19,8 @@
 #include <thread>
 #include <vector>
 
-/// The monitor under hours of traffic and under a flood, and the period of a scenario: measured on the real
-/// window over a pseudo-terminal. Writes a table to the file that is named, or to the screen.
+/// The monitor under hours of traffic, every page under a flood, and the period of a scenario: measured on
+/// the real window over a pseudo-terminal. Writes a table to the file that is named, or to the screen.
 namespace {
 
 using varda::Bytes;
@@ -151,6 +151,28 @@ void flood(Report& report, const QString& folder) {
                QStringLiteral("%1 MiB, %2 MiB").arg(before / 1024).arg(most / 1024));
 }
 
+/// The same flood where nobody asked for it: on a page that waits for an answer, or for nothing, or in the
+/// simulation, where it is one request that does not end.
+void floodElsewhere(Report& report, const char* mode, const QString& where) {
+    constexpr int pieces = 30 * 100;
+    WindowDriver driver;
+    const varda::test::PseudoTerminal line;
+    driver.click(mode);
+    driver.openPort(line.path());
+    const Bytes piece(10000, 0x5A);
+    long before = 0;
+    long most = 0;
+    for (int count = 0; count < pieces; ++count) {
+        line.write(piece, std::chrono::seconds(10));
+        runFor(std::chrono::milliseconds(10));
+        most = std::max(most, residentMemory());
+        before = count == 100 ? most : before; // buffers of one wait have been filled by then
+    }
+    report.row(
+        QStringLiteral("flood of 30 MB %1: memory after its first second, and the most during it").arg(where),
+        QStringLiteral("%1 MiB, %2 MiB").arg(before / 1024).arg(most / 1024));
+}
+
 /// The period of a scenario while a controller answers.
 void scenarioPeriod(Report& report, int period) {
     constexpr int ticks = 300;
@@ -192,6 +214,9 @@ int main(int argc, char** argv) try {
     Report report;
     soak(report, folder.path());
     flood(report, folder.path());
+    floodElsewhere(report, "optMode_0", QStringLiteral("on the read page"));
+    floodElsewhere(report, "optMode_5", QStringLiteral("on the idle monitor page"));
+    floodElsewhere(report, "optMode_4", QStringLiteral("in the simulation"));
     scenarioPeriod(report, 150);
     scenarioPeriod(report, 20);
     if (argc > 1) {

@@ -19,6 +19,8 @@ using namespace std::chrono_literals;
 constexpr auto burstWait = 100ms;
 /// A request to the simulator is whole when no byte has come for this long.
 constexpr auto settleWait = 150ms;
+/// Of a request that does not come to an end, the bytes that RxCount can count.
+constexpr std::size_t keptOfRequest = std::numeric_limits<std::int16_t>::max();
 /// Ticks without reception after which the wait for an answer ends.
 constexpr int ticksOfSilence = 13;
 
@@ -185,6 +187,7 @@ void SerialLink::receiveAnswer() {
 }
 
 void SerialLink::settleRequest(std::size_t noted) {
+    commPLC_.keepFirst(keptOfRequest);
     wait(settleWait, [this, noted] {
         const std::size_t waitingNow = commPLC_.inBufferCount();
         if (waitingNow != noted) {

@@ -2,7 +2,17 @@
 
 #include "platform/port.h"
 
+#include <chrono>
+
 namespace varda {
+
+/// When some of the bytes came in that a read returned.
+struct Arrival {
+    using Time = std::chrono::steady_clock::time_point;
+
+    std::size_t count = 0; ///< bytes that came together
+    Time time;
+};
 
 /// Line settings as the serial control reads them from its settings text.
 struct LineSettings {
@@ -29,8 +39,15 @@ public:
     virtual std::size_t inBufferCount() const noexcept = 0;
     virtual Bytes read() = 0;
     virtual void discard() noexcept = 0;
-    /// @throws RuntimeError 8020
+    /// Sends all of the bytes or none of them: where too much waits to be sent already, they are counted as
+    /// unsent. @throws RuntimeError 8020
     virtual void write(const Bytes& bytes) = 0;
+    /// As Port has it.
+    virtual void keepFirst(std::size_t /*most*/) noexcept {}
+    /// Number of writes since the line was opened that were not sent.
+    virtual std::size_t unsentWrites() const noexcept { return 0; }
+    /// The arrivals of what read() returned last, in order; empty where the line does not know.
+    virtual std::vector<Arrival> arrivals() const { return {}; }
 
     void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
 

@@ -107,6 +107,14 @@ void MSComm::discard() noexcept {
 
 void MSComm::write(const Bytes& bytes) { openLine().write(bytes); }
 
+void MSComm::keepFirst(std::size_t most) noexcept {
+    if (isOpen()) {
+        open_->keepFirst(most);
+    }
+}
+
+std::size_t MSComm::unsentWrites() const noexcept { return isOpen() ? open_->unsentWrites() : 0; }
+
 /// A line that is no longer the open one has nothing to tell any more.
 void MSComm::pass(const Line* source, CommEvent event, const std::string& reason) {
     if (source != open_) {
@@ -114,7 +122,7 @@ void MSComm::pass(const Line* source, CommEvent event, const std::string& reason
     }
     if (event == CommEvent::HungUp) {
         open_ = nullptr;
-    } else if (open_->inBufferCount() == 0) {
+    } else if (event == CommEvent::Received && open_->inBufferCount() == 0) {
         return;
     }
     ++eventDepth_;

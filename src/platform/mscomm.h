@@ -37,6 +37,8 @@ public:
     Bytes read() override;
     void discard() noexcept override;
     void write(const Bytes& bytes) override;
+    void keepFirst(std::size_t most) noexcept override;
+    std::size_t unsentWrites() const noexcept override;
 
 private:
     void pass(const Line* source, CommEvent event, const std::string& reason);

@@ -13,6 +13,7 @@ using Bytes = std::vector<std::uint8_t>;
 /// What a port's event tells.
 enum class CommEvent {
     Received, ///< unread bytes wait in the input buffer
+    Unsent,   ///< bytes were not sent, because too many before them still wait to be sent
     HungUp,   ///< the line went away (adapter pulled out, far end gone); the port has closed itself
 };
 
@@ -23,7 +24,7 @@ enum class CommEvent {
 /// the exception names the port and the remedy.
 class Port {
 public:
-    /// `event` tells what happened, `reason` why the line hung up (empty for Received).
+    /// `event` tells what happened, `reason` why the line hung up (empty else).
     using EventHandler = std::function<void(CommEvent event, const std::string& reason)>;
 
     Port() = default;
@@ -46,8 +47,15 @@ public:
     virtual Bytes read() = 0;
     /// Throws away what waits in the input buffer.
     virtual void discard() noexcept = 0;
-    /// Hands all bytes over in one write and returns at once. @throws RuntimeError 8012, 8020
+    /// Hands all bytes over in one write and returns at once; a line that is too slow for them leaves them
+    /// unsent. @throws RuntimeError 8012, 8020
     virtual void write(const Bytes& bytes) = 0;
+
+    /// For a reader who has no use for more: until the next read() or discard(), of all that waits no more
+    /// than the first `most` bytes have to be kept, the others are only counted.
+    virtual void keepFirst(std::size_t /*most*/) noexcept {}
+    /// Number of writes since the port was opened that were not sent.
+    virtual std::size_t unsentWrites() const noexcept { return 0; }
 
     void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
 

@@ -108,15 +108,37 @@ void FrmVarda::bind() {
     connect(ui_->tabMode, &QTabWidget::currentChanged, this,
             [this](int index) { modeOption(index)->setChecked(true); });
     events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
-    events_.click(ui_->cmdPortOpen, [this] { linkPort_.cmdPortOpen_Click(); });
+    events_.click(ui_->cmdPortOpen, [this] {
+        linkPort_.cmdPortOpen_Click();
+        showUnsentFrames(); // of this connection none
+    });
     events_.click(ui_->cmdHelp, [this] { cmdHelp_Click(); });
     events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
     events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
     commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
-        events_.guard([this, event, &reason] {
-            event == CommEvent::HungUp ? linkPort_.hangUp(reason) : link_.commPLC_OnComm(event);
-        });
+        events_.guard([this, event, &reason] { commPLC_Event(event, reason); });
     });
+}
+
+void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
+    switch (event) {
+    case CommEvent::Received:
+        link_.commPLC_OnComm(event);
+        break;
+    case CommEvent::Unsent:
+        showUnsentFrames();
+        break;
+    case CommEvent::HungUp:
+        showUnsentFrames();
+        linkPort_.hangUp(reason);
+        break;
+    }
+}
+
+void FrmVarda::showUnsentFrames() {
+    const std::size_t unsent = commPLC_.unsentWrites();
+    ui_->slowLine->setText(unsent == 0 ? QString()
+                                       : tr("The line is too slow. Frames not sent: %1").arg(unsent));
 }
 
 void FrmVarda::addShortcuts() {

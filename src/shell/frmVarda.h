@@ -85,6 +85,8 @@ private:
     void enterMode(int index);
     std::int16_t shownCommMode() const;
     void stopRuns();
+    void commPLC_Event(CommEvent event, const std::string& reason);
+    void showUnsentFrames();
     void addShortcuts();
     void sendShownRequest();
     void cmdHelp_Click();

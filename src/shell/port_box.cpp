@@ -1,7 +1,7 @@
 #include "shell/port_box.h"
 
-#include "platform/port_names.h"
-#include "platform/serial_node.h"
+#include "device/port_names.h"
+#include "device/serial_node.h"
 #include "shell/lines.h"
 
 #include <QAbstractItemView>
@@ -35,10 +35,19 @@ public:
     }
 
 private:
+    /// A device with a name that stays with it is offered by that as well.
+    void addPort(const PortName& port) {
+        addOffer(offers_, QString::fromStdString(port.node), QString::fromStdString(describe(port)));
+        if (!port.stableName.empty()) {
+            const QString name = QString::fromStdString(port.stableName);
+            addOffer(offers_, name, QObject::tr("%1 (now %2)").arg(name, QString::fromStdString(port.node)));
+        }
+    }
+
     void refresh() {
         offers_->clear();
         for (const PortName& port : portNames()) {
-            addOffer(offers_, port.node, describe(port));
+            addPort(port);
         }
         const QString embedded = QString::fromLatin1(virtualPortName);
         addOffer(offers_, embedded, QObject::tr("%1 (the embedded controller)").arg(embedded));

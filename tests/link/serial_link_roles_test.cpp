@@ -97,6 +97,27 @@ TEST_F(RolesTest, UnknownRequestLeavesInReceiveSetUntilAKnownOneComes) {
     EXPECT_TRUE(state.AnswerReceived);
 }
 
+TEST_F(SerialLinkTest, RequestThatNeverEndsIsCountedByThePortAndNotKept) {
+    int asked = 0;
+    link.setRoles({[](const Bytes&) {},
+                   [&] {
+                       ++asked;
+                       return true;
+                   }});
+    state.CommMode = 0xFF;
+    for (int piece = 0; piece < 5000; ++piece) {
+        port.receive(burst(149));
+        clock.advance(100);
+        ASSERT_LE(port.kept(), 32767U);
+    }
+    EXPECT_EQ(asked, 0) << "it goes on";
+    EXPECT_EQ(port.inBufferCount(), 149U * 5000U);
+    clock.advance(300);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(form.text("txtCurrentData"), "32767");
+    EXPECT_EQ(port.inBufferCount(), 0U);
+}
+
 TEST_F(SerialLinkTest, LongRequestsOfTheSimulatorCountTo32767AndNoFurther) {
     int asked = 0;
     link.setRoles({[](const Bytes&) {},

@@ -3,7 +3,9 @@
 #include "platform/port.h"
 #include "platform/runtime_error.h"
 
+#include <algorithm>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -31,7 +33,7 @@ public:
     }
     bool isOpen() const noexcept override { return open_; }
 
-    std::size_t inBufferCount() const noexcept override { return open_ ? input_.size() : 0; }
+    std::size_t inBufferCount() const noexcept override { return open_ ? input_.size() + counted_ : 0; }
     Bytes read() override {
         calls_.emplace_back("read");
         throwIfClosed();
@@ -39,11 +41,17 @@ public:
             input_.clear();
         }
         throwIfSet(readFailure_);
+        keepEverything();
         return std::exchange(input_, {});
     }
     void discard() noexcept override {
         calls_.emplace_back("discard");
         input_.clear();
+        keepEverything();
+    }
+    void keepFirst(std::size_t most) noexcept override {
+        kept_ = most;
+        countSurplus();
     }
     void write(const Bytes& bytes) override {
         calls_.emplace_back("write");
@@ -61,7 +69,12 @@ public:
         raiseReceived();
     }
     /// Bytes come in before their event does.
-    void receiveSilently(const Bytes& bytes) { input_.insert(input_.end(), bytes.begin(), bytes.end()); }
+    void receiveSilently(const Bytes& bytes) {
+        input_.insert(input_.end(), bytes.begin(), bytes.end());
+        countSurplus();
+    }
+    /// Bytes that wait and are really there.
+    std::size_t kept() const { return input_.size(); }
     void raiseReceived() { raise(CommEvent::Received); }
     /// The line goes away: closed first, told afterwards.
     void hangUp(const std::string& reason) {
@@ -107,6 +120,15 @@ private:
             throw RuntimeError(*failure);
         }
     }
+    void countSurplus() {
+        const std::size_t surplus = input_.size() - std::min(input_.size(), kept_);
+        counted_ += surplus;
+        input_.resize(input_.size() - surplus);
+    }
+    void keepEverything() {
+        counted_ = 0;
+        kept_ = std::numeric_limits<std::size_t>::max();
+    }
     void throwIfClosed() const {
         if (!open_) {
             throw RuntimeError(8012, "The port is not open");
@@ -117,6 +139,8 @@ private:
     bool open_ = false;
     bool opens_ = true;
     Bytes input_;
+    std::size_t counted_ = 0;
+    std::size_t kept_ = std::numeric_limits<std::size_t>::max();
     std::vector<Bytes> written_;
     std::vector<std::string> calls_;
     std::function<void()> onWrite_;

@@ -1,4 +1,4 @@
-#include "platform/serial_node.h"
+#include "device/serial_node.h"
 
 #include "platform/blanks.h"
 

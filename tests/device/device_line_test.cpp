@@ -1,11 +1,9 @@
-#include "platform/device_line.h"
+#include "device/device_line.h"
 
 #include "platform/mscomm.h"
-#include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
-
-#include <QCoreApplication>
+#include "support/task_loop.h"
 
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -20,8 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 using test::numberRaisedBy;
 using test::PseudoTerminal;
-using test::runFor;
-using test::runUntil;
+using test::TaskLoop;
 
 /// The serial control on a pseudo-terminal.
 class DeviceLineTest : public testing::Test {
@@ -39,6 +36,9 @@ protected:
         comm.open();
     }
 
+    void runFor(std::chrono::milliseconds time) { loop.runFor(time); }
+    bool runUntil(const std::function<bool()>& condition) { return loop.runUntil(condition); }
+
     Bytes receivedAtFarEnd(std::size_t count) {
         Bytes bytes;
         runUntil([&] {
@@ -49,13 +49,16 @@ protected:
         return bytes;
     }
 
-    /// Waits until bytes have come through to the driver of the near end, with no event loop that could fetch
-    /// them.
-    bool reachTheDriver(int count) const {
+    /// Waits until bytes have come through to the near end, with no event loop that could tell of them: to
+    /// the driver, or already to the line, if it is open.
+    bool reachTheNearEnd(std::size_t count, const Line* open = nullptr) const {
         const auto end = std::chrono::steady_clock::now() + 1s;
-        int waiting = 0;
+        std::size_t waiting = 0;
         while (waiting < count && std::chrono::steady_clock::now() < end) {
-            ::ioctl(terminal.nearEnd(), FIONREAD, &waiting);
+            int inDriver = 0;
+            ::ioctl(terminal.nearEnd(), FIONREAD, &inDriver);
+            waiting = static_cast<std::size_t>(inDriver) +
+                      (open != nullptr ? open->inBufferCount() : comm.inBufferCount());
         }
         return waiting == count;
     }
@@ -64,8 +67,9 @@ protected:
         return static_cast<int>(std::count(events.begin(), events.end(), CommEvent::HungUp));
     }
 
+    TaskLoop loop;
     PseudoTerminal terminal;
-    MSComm comm{[](const std::string& name) { return std::make_unique<DeviceLine>(name); }};
+    MSComm comm{[this](const std::string& name) { return std::make_unique<DeviceLine>(name, loop.post()); }};
     bool readsAtOnce = true;
     std::vector<CommEvent> events;
     std::vector<std::string> reasons;
@@ -147,7 +151,7 @@ TEST_F(DeviceLineTest, DiscardsUnreadBytes) {
 
 TEST_F(DeviceLineTest, DiscardsBytesThatStillWaitInTheDriver) {
     terminal.write({1, 2, 3});
-    ASSERT_TRUE(reachTheDriver(3));
+    ASSERT_TRUE(reachTheNearEnd(3));
     comm.discard();
     comm.discard();
     runFor(20ms);
@@ -159,7 +163,7 @@ TEST_F(DeviceLineTest, DiscardsBytesThatStillWaitInTheDriver) {
 
 TEST_F(DeviceLineTest, DiscardKeepsWhatArrivesAfterIt) {
     terminal.write({1, 2, 3});
-    ASSERT_TRUE(reachTheDriver(3));
+    ASSERT_TRUE(reachTheNearEnd(3));
     comm.discard();
     terminal.write({4, 5});
     ASSERT_TRUE(runUntil([this] { return received.size() >= 2; }));
@@ -169,12 +173,12 @@ TEST_F(DeviceLineTest, DiscardKeepsWhatArrivesAfterIt) {
 
 TEST_F(DeviceLineTest, ForgetsADiscardWhenItIsClosed) {
     terminal.write({1, 2, 3});
-    ASSERT_TRUE(reachTheDriver(3));
+    ASSERT_TRUE(reachTheNearEnd(3));
     comm.close();
-    DeviceLine line(terminal.path());
+    DeviceLine line(terminal.path(), loop.post());
     line.open({});
     terminal.write({4, 5, 6});
-    ASSERT_TRUE(reachTheDriver(3));
+    ASSERT_TRUE(reachTheNearEnd(3, &line));
     line.discard();
     line.close();
     line.open({});
@@ -186,7 +190,7 @@ TEST_F(DeviceLineTest, ForgetsADiscardWhenItIsClosed) {
 TEST_F(DeviceLineTest, DropsWhatCameWhileItWasClosed) {
     comm.close();
     terminal.write({1, 2, 3});
-    ASSERT_TRUE(reachTheDriver(3));
+    ASSERT_TRUE(reachTheNearEnd(3));
     comm.open();
     terminal.write({4});
     ASSERT_TRUE(runUntil([this] { return !received.empty(); }));
@@ -196,8 +200,7 @@ TEST_F(DeviceLineTest, DropsWhatCameWhileItWasClosed) {
 /// kept: flushing the driver here made the port take the flushed bytes for a hang-up
 TEST_F(DeviceLineTest, DiscardWhileBytesArriveIsNoHangUp) {
     for (int round = 0; round < 50; ++round) {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [this] { comm.discard(); }, Qt::QueuedConnection);
+        loop.post()([this] { comm.discard(); });
         terminal.write({1, 2, 3});
         runFor(1ms);
     }
@@ -250,7 +253,7 @@ TEST_F(DeviceLineTest, CanBeClosedBeforeItHasNoticedAHangUp) {
 }
 
 TEST(DeviceLine, RefusesToSendWhileClosed) {
-    DeviceLine line("/dev/null");
+    DeviceLine line("/dev/null", {});
     EXPECT_EQ(numberRaisedBy([&line] { line.write({1}); }), 8020);
 }
 

@@ -1,6 +1,7 @@
-#include "platform/node_claim.h"
+#include "device/node_claim.h"
 
-#include "platform/comm_error.h"
+#include "device/driver.h"
+#include "device/lock_file.h"
 
 #include <fcntl.h>
 #include <grp.h>
@@ -8,21 +9,16 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/sysmacros.h>
+#endif
 
 #include <cerrno>
+#include <filesystem>
 #include <system_error>
 
 namespace varda {
 namespace {
-
-RuntimeError noSerialDevice(const std::string& label, const std::string& kind) {
-    return {comm_error::invalidPort, label + " is " + kind + ", not a serial port."};
-}
-
-RuntimeError cannotBeOpened(const std::string& label, int systemError) {
-    return {comm_error::cannotBeSetUp,
-            label + " cannot be opened: " + std::generic_category().message(systemError) + "."};
-}
 
 std::string groupName(gid_t id) {
     const group* entry = ::getgrgid(id);
@@ -53,16 +49,40 @@ struct stat lookedUp(const std::string& node, const std::string& label) {
     return found;
 }
 
-/// Told apart before the node is opened: to open a pipe or a file would leave traces.
-void refuseFiles(const struct stat& node, const std::string& label) {
+/// What the node is instead of a serial port; null where it may be one. Told apart before the node is opened:
+/// to open a pipe or a file would leave traces.
+const char* otherKind(const struct stat& node) {
     if (S_ISDIR(node.st_mode)) {
-        throw noSerialDevice(label, "a directory");
+        return refusal::directory;
     }
     if (S_ISREG(node.st_mode)) {
-        throw noSerialDevice(label, "a regular file");
+        return refusal::regularFile;
     }
-    if (!S_ISCHR(node.st_mode)) {
-        throw noSerialDevice(label, "no device of characters");
+    return S_ISCHR(node.st_mode) ? nullptr : refusal::noDeviceOfCharacters;
+}
+
+/// Consoles look like serial ports to those who open them, but are this computer's keyboard and screen.
+const char* kindOfTerminal(const struct stat& node) {
+#ifdef __linux__
+    constexpr unsigned terminals = 4; // tty0 .. tty63, behind them ttyS0 ..
+    constexpr unsigned others = 5;    // tty, console, ptmx ..
+    constexpr unsigned consoles = 64;
+    const unsigned kind = major(node.st_rdev);
+    const unsigned number = minor(node.st_rdev);
+    if ((kind == terminals && number < consoles) || (kind == others && number <= 1)) {
+        return refusal::console;
+    }
+    return kind == others && number < consoles ? refusal::anotherDevice : nullptr;
+#else
+    static_cast<void>(node);
+    return nullptr;
+#endif
+}
+
+void refuseOthers(const struct stat& node, const std::string& label) {
+    const char* const kind = otherKind(node);
+    if (const char* const found = kind != nullptr ? kind : kindOfTerminal(node)) {
+        throw noSerialPort(label, found);
     }
 }
 
@@ -79,7 +99,7 @@ RuntimeError openFailure(int systemError, const struct stat& node, const std::st
     case EIO: // the node of a serial port that this computer does not have
         return noSuchDevice(label);
     default:
-        return cannotBeOpened(label, systemError);
+        return cannotBeOpened(label, std::generic_category().message(systemError));
     }
 }
 
@@ -87,7 +107,7 @@ void refuseNonSerial(int handle, const std::string& label) {
     if (::isatty(handle) == 1) {
         return;
     }
-    throw errno == EIO ? noSuchDevice(label) : noSerialDevice(label, "another kind of device");
+    throw errno == EIO ? noSuchDevice(label) : noSerialPort(label, refusal::anotherDevice);
 }
 
 /// The driver turns other programs away by itself, except that it lets the superuser pass.
@@ -106,13 +126,25 @@ void take(int handle, const std::string& label) {
     if (isExclusive(handle) || ::flock(handle, LOCK_EX | LOCK_NB) != 0) {
         throw portInUse(label);
     }
+    ::ioctl(handle, TIOCEXCL);
+}
+
+/// The path that other programs name their lock files after, also where the node was chosen by a link to it.
+std::string withoutLinks(const std::string& node) {
+    std::error_code error;
+    const auto path = std::filesystem::canonical(node, error);
+    return error ? node : path.string();
 }
 
 } // namespace
 
 NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
     const auto found = lookedUp(node, label);
-    refuseFiles(found, label);
+    refuseOthers(found, label);
+    lockFile_ = std::make_unique<LockFile>(withoutLinks(node), node);
+    if (lockFile_->isTakenByAnother()) {
+        throw portInUse(label);
+    }
     handle_ = ::open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (handle_ < 0) {
         throw openFailure(errno, found, label);
@@ -125,11 +157,11 @@ NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
     }
 }
 
-NodeClaim::~NodeClaim() { ::close(handle_); }
-
-std::size_t NodeClaim::waitingInDriver() const noexcept {
-    int count = 0;
-    return ::ioctl(handle_, FIONREAD, &count) == 0 && count > 0 ? static_cast<std::size_t>(count) : 0;
+NodeClaim::~NodeClaim() {
+    if (!isHandedOver_) {
+        driver::prepareToClose(handle_);
+        ::close(handle_);
+    }
 }
 
 } // namespace varda

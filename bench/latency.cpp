@@ -1,0 +1,173 @@
+#include "platform/mscomm.h"
+#include "platform/timers.h"
+#include "report.h"
+#include "shell/lines.h"
+#include "support/event_loop.h"
+#include "support/pseudo_terminal.h"
+#include "virtual/controller.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdio>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <poll.h>
+#include <unistd.h>
+
+/// How long bytes take through the serial line, beside a bare loop that does nothing else, by turns in the
+/// same run: from the end of a wait to the far end, and from their arrival to the handler. Writes a table to
+/// the file that is named, or to the screen.
+namespace {
+
+using varda::Bytes;
+using varda::test::PseudoTerminal;
+using Clock = std::chrono::steady_clock;
+using Times = std::vector<Clock::time_point>;
+
+constexpr int rounds = 1000;
+constexpr auto pause = std::chrono::milliseconds(4);
+const Bytes frame = {0xFF, 0xFF, 0x21, 0x03, 0x00, 0x00, 0x08, 0xBD, 0x85};
+
+struct Series {
+    Times starts;
+    Times ends;
+
+    /// Sorted, in microseconds.
+    std::vector<double> durations() const {
+        std::vector<double> result;
+        for (std::size_t i = 0; i < std::min(starts.size(), ends.size()); ++i) {
+            result.push_back(std::chrono::duration<double, std::micro>(ends[i] - starts[i]).count());
+        }
+        std::ranges::sort(result);
+        return result;
+    }
+};
+
+std::string row(const char* what, const Series& series) {
+    const std::vector<double> all = series.durations();
+    std::array<char, 160> text{};
+    std::snprintf(text.data(), text.size(), "| %s | %zu | %.0f µs | %.0f µs | %.0f µs |\n", what, all.size(),
+                  all.at(all.size() / 2), all.at(all.size() * 99 / 100), all.back());
+    std::printf("%s", text.data());
+    return text.data();
+}
+
+/// The line of the program, and a pseudo-terminal that is used without it.
+struct Lines {
+    Lines() {
+        comm.setCommPort(line.path());
+        comm.open();
+    }
+
+    PseudoTerminal line;
+    PseudoTerminal bare;
+    varda::QtClock clock;
+    varda::Controller controller;
+    varda::MSComm comm{varda::lineFactory(clock, controller)};
+};
+
+/// Frames sent when a wait has ended; a thread listens at the far end.
+std::string endOfWaitToFarEnd() {
+    Lines lines;
+    Series line;
+    Series bare;
+    std::thread farEnd([&] {
+        for (int round = 0; round < rounds; ++round) {
+            lines.line.read(frame.size(), std::chrono::seconds(5));
+            line.ends.push_back(Clock::now());
+            lines.bare.read(frame.size(), std::chrono::seconds(5));
+            bare.ends.push_back(Clock::now());
+        }
+    });
+    const std::function<void()> sendBare = [&] {
+        bare.starts.push_back(Clock::now());
+        if (::write(lines.bare.nearEnd(), frame.data(), frame.size()) < 0) {
+            std::perror("bare write");
+        }
+    };
+    const std::function<void()> sendOnLine = [&] {
+        line.starts.push_back(Clock::now());
+        lines.comm.write(frame);
+    };
+    for (int round = 0; round < rounds; ++round) {
+        lines.clock.after(pause, sendOnLine);
+        varda::test::runFor(2 * pause);
+        lines.clock.after(pause, sendBare);
+        varda::test::runFor(2 * pause);
+    }
+    farEnd.join();
+    return row("end of a wait to the far end, bare loop", bare) +
+           row("end of a wait to the far end, serial line", line);
+}
+
+/// Waits for bytes and for nothing else. @return when it had them
+Clock::time_point bareArrival(int handle) {
+    Bytes bytes(frame.size());
+    pollfd request{handle, POLLIN, 0};
+    ::poll(&request, 1, 5000);
+    const auto count = ::read(handle, bytes.data(), bytes.size());
+    return count > 0 ? Clock::now() : Clock::time_point();
+}
+
+/// One frame at a time is on its way; its reader is not disturbed meanwhile.
+void waitFor(const std::atomic<int>& handled, int count) {
+    do {
+        std::this_thread::sleep_for(pause);
+    } while (handled < count);
+}
+
+/// Frames sent by a thread at the far end.
+std::string arrivalToHandler() {
+    Lines lines;
+    Series line;
+    Series bare;
+    std::atomic<int> handled = 0;
+    lines.comm.setEventHandler([&](varda::CommEvent, const std::string&) {
+        line.ends.push_back(Clock::now());
+        lines.comm.read();
+        ++handled;
+    });
+    std::thread bareLoop([&] {
+        for (int round = 0; round < rounds; ++round) {
+            bare.ends.push_back(bareArrival(lines.bare.nearEnd()));
+            ++handled;
+        }
+    });
+    std::thread farEnd([&] {
+        for (int round = 0; round < rounds; ++round) {
+            line.starts.push_back(Clock::now());
+            lines.line.write(frame);
+            waitFor(handled, 2 * round + 1);
+            bare.starts.push_back(Clock::now());
+            lines.bare.write(frame);
+            waitFor(handled, 2 * round + 2);
+        }
+    });
+    varda::test::runUntil([&] { return line.ends.size() >= rounds; }, std::chrono::minutes(1));
+    farEnd.join();
+    bareLoop.join();
+    return row("arrival to the handler, bare loop", bare) + row("arrival to the handler, serial line", line);
+}
+
+} // namespace
+
+int main(int argc, char** argv) try {
+    const QCoreApplication application(argc, argv);
+    const std::string rows = endOfWaitToFarEnd() + arrivalToHandler();
+    const std::string text =
+        "# Latency of the serial line\n\nTarget `latency-report` measures and writes this file. Measured " +
+        varda::bench::today() + ", " + std::to_string(std::thread::hardware_concurrency()) +
+        " cores, over pseudo-terminals,\nby turns with a bare loop: a thread that does "
+        "nothing but wait for the bytes, a write to the device itself.\n\n"
+        "| what | frames | median | 99 % | most |\n|---|--:|--:|--:|--:|\n" +
+        rows;
+    return argc < 2 || varda::bench::writeDocument(argv[1], text) ? 0 : 1;
+} catch (const std::exception& error) {
+    std::printf("The measurement broke off: %s\n", error.what());
+    return 1;
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "device/input_buffer.h"
+#include "platform/line.h"
+
+#include <asio/cancellation_signal.hpp>
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/serial_port.hpp>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace varda {
+
+class NodeClaim;
+
+/// An open serial port with a thread that fills its input buffer and empties its output buffer.
+///
+/// Its functions are for one thread, the owner's. They never wait for the line.
+class Connection {
+public:
+    /// Of what waits to be sent behind an earlier write. A write finds room in there, or is not sent.
+    static constexpr std::size_t mostUnsentBytes = 4096;
+
+    /// What has happened since it was asked for last.
+    struct News {
+        bool received = false;
+        bool unsent = false;
+        bool hungUp = false; ///< the line went away; nothing more will happen
+    };
+
+    /// @param claim of the port, whose handle the connection takes over
+    /// @param tell called once when there is news, from whichever thread, and not again until they are taken
+    /// @throws std::runtime_error where the driver refuses, std::system_error where the system does
+    Connection(NodeClaim& claim, const LineSettings& settings, std::function<void()> tell);
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    ~Connection();
+
+    News takeNews();
+
+    std::size_t inBufferCount() const;
+    Bytes read();
+    std::vector<Arrival> arrivals() const;
+    /// Throws away what has come in up to now, wherever on the way to the input buffer it is.
+    void discard();
+    void keepFirst(std::size_t most);
+
+    /// Sends the bytes, or counts them as unsent where the line has not taken enough of those before.
+    void write(const Bytes& bytes);
+    std::size_t unsentWrites() const;
+
+private:
+    /// One read under way. Discarding begins another, and what this one still brings is dropped.
+    struct Reading {
+        asio::cancellation_signal end;
+        std::array<std::uint8_t, 4096> piece{};
+        bool isDropped = false;
+    };
+
+    void run() noexcept;
+    void startReading();
+    void received(Reading& reading, const std::error_code& error, std::size_t count);
+    void send(std::span<const std::uint8_t> bytes);
+    void sendWaiting();
+    void sent(const std::error_code& error, std::size_t count);
+    void fail();
+    void readOnWhereThereIsRoom();
+    void tellOf(bool News::*event, std::unique_lock<std::mutex>& lock);
+
+    const std::function<void()> tell_;
+    asio::io_context context_{1}; ///< for one thread
+    asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
+
+    mutable std::mutex mutex_; ///< guards all below
+    asio::serial_port port_{context_};
+    News news_;
+    bool isTold_ = false;
+    bool isGone_ = false;
+    InputBuffer input_;
+    std::shared_ptr<Reading> reading_; ///< null while the input buffer is full
+    Bytes sending_;                    ///< being handed to the driver
+    std::size_t handedOver_ = 0;       ///< bytes of these that it has
+    Bytes waiting_;                    ///< behind them
+    std::size_t unsentWrites_ = 0;
+
+    std::thread thread_;
+};
+
+} // namespace varda

@@ -1,0 +1,148 @@
+#include "device/lock_file.h"
+
+#include "device/file_handle_posix.h"
+#include "platform/scope_exit.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <iterator>
+
+namespace varda {
+namespace {
+
+/// A file that names nobody may be one that is just being written.
+constexpr std::time_t secondsToWrite = 10;
+
+std::string replaced(std::string text, char from, char to) {
+    std::replace(text.begin(), text.end(), from, to);
+    return text;
+}
+
+/// "/dev/pts/5" is "LCK..pts_5" for most, for others "LCK..pts:5" or "LCK..5".
+std::vector<std::string> namesOf(const std::string& node) {
+    constexpr std::string_view devices = "/dev/";
+    const std::string inDevices = node.starts_with(devices) ? node.substr(devices.size()) : node;
+    std::vector<std::string> names;
+    for (const std::string& name : {replaced(inDevices, '/', '_'), replaced(inDevices, '/', ':'),
+                                    inDevices.substr(inDevices.rfind('/') + 1)}) {
+        names.push_back("LCK.." + name);
+    }
+    return names;
+}
+
+std::string pathOf(std::string folder, const std::string& file) { return folder.append("/").append(file); }
+
+std::optional<int> ownerOfText(std::string_view content) {
+    content.remove_prefix(std::min(content.find_first_not_of(" \t"), content.size()));
+    int owner = 0;
+    const auto [end, error] = std::from_chars(content.data(), content.data() + content.size(), owner);
+    const bool isWord = end == content.data() + content.size() || *end == ' ' || *end == '\t' ||
+                        *end == '\n' || *end == '\r' || *end == '\0';
+    return error == std::errc() && isWord && owner > 0 ? std::optional(owner) : std::nullopt;
+}
+
+std::optional<int> ownerOfNumber(std::string_view content) {
+    int owner = 0;
+    std::memcpy(&owner, content.data(), sizeof(owner));
+    return owner > 0 ? std::optional(owner) : std::nullopt;
+}
+
+/// A process of another user may not be signalled, but lives.
+bool isAlive(int process) { return ::kill(process, 0) == 0 || errno == EPERM; }
+
+bool isBeingWritten(const FileHandle& file) {
+    struct stat found {};
+    return ::fstat(file.get(), &found) == 0 && std::time(nullptr) - found.st_mtime < secondsToWrite;
+}
+
+/// Whether the lock file at `path` stands for somebody. One that cannot be read does: nobody can tell that it
+/// does not.
+bool isHeld(const std::string& path) {
+    const FileHandle file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isOpen()) {
+        return errno == EACCES;
+    }
+    std::array<char, 64> content{};
+    const auto count = ::read(file.get(), content.data(), content.size());
+    const auto owner =
+        ownerInLockFile({content.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
+    return owner ? isAlive(*owner) : isBeingWritten(file);
+}
+
+/// A file of its own name first, so that nobody ever sees a lock file that is not written yet.
+/// @return 0, or the system's error
+int makeNew(const std::string& path) {
+    const std::string made = path + '.' + std::to_string(::getpid());
+    ::unlink(made.c_str());
+    const FileHandle file(::open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
+    if (!file.isOpen()) {
+        return errno;
+    }
+    const ScopeExit gone([&made] { ::unlink(made.c_str()); });
+    std::array<char, 16> text{};
+    const auto length = std::snprintf(text.data(), text.size(), "%10d\n", static_cast<int>(::getpid()));
+    const bool isMade = ::write(file.get(), text.data(), static_cast<std::size_t>(length)) == length &&
+                        ::fchmod(file.get(), 0644) == 0 && ::link(made.c_str(), path.c_str()) == 0;
+    return isMade ? 0 : errno;
+}
+
+} // namespace
+
+std::optional<int> ownerInLockFile(std::string_view content) {
+    const auto head = content.substr(0, sizeof(int));
+    // No process id fills the four bytes of the number, so one of them is 0; a text has none there.
+    const bool isNumber = head.size() == sizeof(int) && head.find('\0') != std::string_view::npos;
+    return isNumber ? ownerOfNumber(head) : ownerOfText(content);
+}
+
+std::vector<std::string> LockFile::usualFolders() {
+    return {"/var/lock",       "/run/lock",       "/var/lock/lockdev", "/run/lock/lockdev",
+            "/var/spool/lock", "/var/spool/uucp", "/etc/locks"};
+}
+
+LockFile::LockFile(const std::string& node, const std::string& name,
+                   const std::vector<std::string>& folders) {
+    auto names = namesOf(node);
+    std::ranges::copy(namesOf(name), std::back_inserter(names));
+    for (const std::string& folder : folders) {
+        for (const std::string& file : names) {
+            isTaken_ = isTaken_ || isHeld(pathOf(folder, file));
+        }
+    }
+    for (const std::string& folder : folders) {
+        if (!isTaken_ && own_.empty()) {
+            make(pathOf(folder, names.front()));
+        }
+    }
+}
+
+LockFile::~LockFile() {
+    if (!own_.empty()) {
+        ::unlink(own_.c_str());
+    }
+}
+
+void LockFile::make(const std::string& path) {
+    int error = makeNew(path);
+    if (error == EEXIST) {
+        isTaken_ = isHeld(path); // somebody was quicker
+        if (!isTaken_ && ::unlink(path.c_str()) == 0) {
+            error = makeNew(path);
+        }
+    }
+    if (error == 0) {
+        own_ = path;
+    }
+}
+
+} // namespace varda

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace varda {
+
+/// The system's own handle of an open device.
+#ifdef _WIN32
+using NativeHandle = void*;
+#else
+using NativeHandle = int;
+#endif
+
+} // namespace varda

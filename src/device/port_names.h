@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace varda {
+
+/// A serial port that is there now. What is not known of it is empty.
+struct PortName {
+    std::string node;              ///< what opens it, for example "/dev/ttyUSB0" or "COM3"
+    std::string description;       ///< what the device says that it is
+    std::string serialNumber = {}; ///< of the device
+    std::string maker = {};        ///< of the device
+    std::string stableName =
+        {}; ///< opens it whichever number it gets, for example "/dev/serial/by-id/usb-.."
+};
+
+/// The serial ports of this computer, sorted by node.
+/// @param root where the system's folders are looked for, for tests
+std::vector<PortName> portNames(const std::string& root = {});
+
+/// One line for a list to choose from: the node, and after it what is known of the device.
+std::string describe(const PortName& port);
+
+} // namespace varda

@@ -1,0 +1,147 @@
+#include "device/lock_file.h"
+
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utime.h>
+
+#include <cstring>
+#include <filesystem>
+#include <memory>
+
+namespace varda {
+namespace {
+
+using test::bytesOf;
+using test::TemporaryFolder;
+using test::writeBytes;
+
+std::string binary(int process) {
+    std::string bytes(sizeof(process), '\0');
+    std::memcpy(bytes.data(), &process, sizeof(process));
+    return bytes;
+}
+
+/// Ten characters wide, as the Filesystem Hierarchy Standard has it.
+std::string standard(int process) {
+    const std::string digits = std::to_string(process);
+    return std::string(10 - digits.size(), ' ') + digits + '\n';
+}
+
+/// The id of a process that has ended.
+int deadProcess() {
+    const int child = ::fork();
+    if (child == 0) {
+        ::_exit(0);
+    }
+    ::waitpid(child, nullptr, 0);
+    return child;
+}
+
+TEST(OwnerInALockFile, IsReadInEveryUsualForm) {
+    for (const int owner : {1, 7, 49, 12345, 4194303}) {
+        const std::string text = std::to_string(owner);
+        for (const std::string& content :
+             {standard(owner), text, text + "\n", standard(owner) + "minicom root\n",
+              text + " minicom root\n", text + "\nprogram\nhost\n", "     " + text + " cu\n", binary(owner),
+              binary(owner) + "cu root\n", binary(owner) + std::string(8, '\0')}) {
+            EXPECT_EQ(ownerInLockFile(content), owner) << '"' << content << '"';
+        }
+    }
+}
+
+TEST(OwnerInALockFile, IsNobodyWhereNoneIsNamed) {
+    for (const char* const content : {"", " ", "\n", "minicom", "12x", "0\n", "-1\n", "99999999999999\n"}) {
+        EXPECT_FALSE(ownerInLockFile(content)) << '"' << content << '"';
+    }
+    EXPECT_FALSE(ownerInLockFile(std::string(4, '\0')));
+    EXPECT_FALSE(ownerInLockFile(std::string_view("\0\1", 2)));
+}
+
+class LockFileTest : public testing::Test {
+protected:
+    std::unique_ptr<LockFile> lock(const std::string& node = "/dev/ttyUSB0", const std::string& name = {}) {
+        return std::make_unique<LockFile>(node, name.empty() ? node : name,
+                                          std::vector<std::string>{folder.path()});
+    }
+
+    bool isTaken(const std::string& node = "/dev/ttyUSB0", const std::string& name = {}) {
+        return lock(node, name)->isTakenByAnother();
+    }
+
+    /// Of long ago.
+    void writeOld(const std::string& name, const std::string& content) {
+        writeBytes(folder.file(name), content);
+        const utimbuf longAgo{1000000000, 1000000000};
+        ASSERT_EQ(::utime(folder.file(name).c_str(), &longAgo), 0);
+    }
+
+    const int living = ::getppid();
+    TemporaryFolder folder;
+};
+
+TEST_F(LockFileTest, StandsWhileTheObjectDoes) {
+    auto held = lock();
+    EXPECT_FALSE(held->isTakenByAnother());
+    EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(::getpid()));
+    EXPECT_EQ(folder.entries(), 1);
+    held.reset();
+    EXPECT_EQ(folder.entries(), 0);
+}
+
+TEST_F(LockFileTest, CanBeReadByEverybody) {
+    const auto held = lock();
+    EXPECT_EQ(std::filesystem::status(folder.file("LCK..ttyUSB0")).permissions(),
+              std::filesystem::perms(0644));
+}
+
+TEST_F(LockFileTest, OfAnotherIsRespectedAndLeftAloneWhateverItsAgeAndForm) {
+    for (const std::string& content :
+         {standard(living), std::to_string(living), binary(living), standard(living) + "minicom root\n",
+          binary(living) + "cu root\n", std::to_string(living) + "\nprogram\nhost\n"}) {
+        writeOld("LCK..ttyUSB0", content);
+        EXPECT_TRUE(isTaken());
+        EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), content);
+    }
+}
+
+TEST_F(LockFileTest, OfADeadProcessIsTakenOver) {
+    const int dead = deadProcess();
+    for (const std::string& content : {standard(dead), binary(dead), std::to_string(dead) + " cu root\n"}) {
+        writeBytes(folder.file("LCK..ttyUSB0"), content);
+        const auto held = lock();
+        EXPECT_FALSE(held->isTakenByAnother());
+        EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(::getpid()));
+    }
+}
+
+TEST_F(LockFileTest, ThatNamesNobodyStandsOnlyWhileItMayBeInWriting) {
+    writeBytes(folder.file("LCK..ttyUSB0"), "");
+    EXPECT_TRUE(isTaken());
+    writeOld("LCK..ttyUSB0", "");
+    EXPECT_FALSE(isTaken());
+}
+
+TEST_F(LockFileTest, IsLookedForUnderEveryNameThatOthersGiveIt) {
+    for (const char* const name : {"LCK..pts_5", "LCK..pts:5", "LCK..5", "LCK..modem"}) {
+        writeBytes(folder.file(name), standard(living));
+        EXPECT_TRUE(isTaken("/dev/pts/5", "/dev/modem")) << name;
+        std::filesystem::remove(folder.file(name));
+    }
+    EXPECT_FALSE(isTaken("/dev/pts/5", "/dev/modem"));
+}
+
+TEST_F(LockFileTest, OfAnotherPortDoesNotMatter) {
+    writeBytes(folder.file("LCK..ttyUSB1"), standard(living));
+    EXPECT_FALSE(isTaken());
+}
+
+TEST_F(LockFileTest, IsDoneWithoutWhereItCannotBeMade) {
+    const LockFile none("/dev/ttyUSB0", "/dev/ttyUSB0", {folder.file("missing")});
+    EXPECT_FALSE(none.isTakenByAnother());
+}
+
+} // namespace
+} // namespace varda
