@@ -3,6 +3,8 @@
 #include "controls/events.h"
 #include "platform/clock.h"
 
+#include <QPointer>
+
 #include <utility>
 
 namespace varda {
@@ -11,13 +13,17 @@ namespace varda {
 /// becomes a report.
 class GuardedClock : public Clock {
 public:
-    /// @param clock @param events both must outlive the waits
+    /// @param clock outlives the window whose handlers these are
     GuardedClock(Clock& clock, Events& events) : clock_(clock), events_(events) {}
 
     Time now() const override { return clock_.now(); }
 
     void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
-        clock_.schedule(wait, [&events = events_, due = std::move(due)] { events.guard(due); });
+        clock_.schedule(wait, [events = QPointer(&events_), due = std::move(due)] {
+            if (events) { // else the window is gone, and whoever waited with it
+                events->guard(due);
+            }
+        });
     }
 
 private:

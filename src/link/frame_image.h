@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/frame.h"
 #include "platform/port.h"
 
 #include <cstddef>
@@ -9,28 +10,6 @@
 #include <vector>
 
 namespace varda {
-
-/// Offsets of the fields that every request frame shares.
-namespace offset {
-constexpr std::size_t destination = 0; ///< DA
-constexpr std::size_t source = 1;      ///< SA
-constexpr std::size_t command = 2;     ///< CMD
-constexpr std::size_t length = 3;      ///< LEN, number of body bytes
-constexpr std::size_t body = 4;
-constexpr std::size_t address = 4; ///< single requests: low byte, then high byte
-constexpr std::size_t count = 6;   ///< single reads
-constexpr std::size_t data = 6;    ///< single writes
-} // namespace offset
-
-/// Request codes; the answer to a single request bears the code plus 0x80.
-namespace command {
-constexpr std::uint8_t bitRead = 0x21;
-constexpr std::uint8_t bitWrite = 0x22;
-constexpr std::uint8_t wordRead = 0x23;
-constexpr std::uint8_t wordWrite = 0x24;
-constexpr std::uint8_t mixedRead = 0x25;
-constexpr std::uint8_t mixedWrite = 0x26;
-} // namespace command
 
 /// A request while it is being edited: a row of hexadecimal texts beside the row of bytes that they stand
 /// for.

@@ -1,6 +1,7 @@
 #include "link/link_port.h"
 
 #include "link/form.h"
+#include "link/frame.h"
 #include "platform/comm_error.h"
 #include "platform/conversion.h"
 #include "platform/period_timer.h"
@@ -87,7 +88,7 @@ void LinkPort::openPort() {
     if (const Route* const route = findRoute(link_.state().CommMode)) {
         form_.setEnabled(route->periodField, false);
         form_.setEnabled(route->enabledByOpening, true);
-        if (route->bitMode == 0x21) {
+        if (route->bitMode == command::bitRead) {
             form_.change(route->destination);
             form_.change(route->source);
         }

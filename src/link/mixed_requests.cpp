@@ -7,7 +7,6 @@
 namespace varda {
 namespace {
 
-constexpr std::size_t crcBytes = 2;
 constexpr std::size_t pointBytes = 2;
 constexpr std::size_t bitItemBytes = 3;
 constexpr std::size_t wordItemBytes = 4;
@@ -100,11 +99,11 @@ void completeFrame(FrameImages& images, std::uint8_t code, const StationTexts& s
     image.set(offset::command, code);
     image.set(offset::length, length);
     AppendCRC16(images, code, length);
-    image.complete(offset::body + length + crcBytes - 1);
+    image.complete(offset::body + length + frame_size::check - 1);
 }
 
 std::string displayFrame(FrameImage& image) {
-    return image.display(offset::body + image.byte(offset::length) + crcBytes - 1);
+    return image.display(offset::body + image.byte(offset::length) + frame_size::check - 1);
 }
 
 std::uint8_t whereAgreed(std::uint8_t sum, const FrameImage& image) {
@@ -154,7 +153,7 @@ std::string DisplayMWString(FrameImages& images) { return displayFrame(images.mi
 Bytes mixedWire(FrameImages& images, std::uint8_t code) {
     const FrameImage& image = images.of(code);
     // kept: the byte behind the frame check goes along, whatever an earlier, longer frame left there
-    return image.wire(offset::body + image.byte(offset::length) + crcBytes + 1);
+    return image.wire(offset::body + image.byte(offset::length) + frame_size::check + 1);
 }
 
 } // namespace varda

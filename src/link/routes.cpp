@@ -1,6 +1,7 @@
 #include "link/routes.h"
 
 #include "link/form.h"
+#include "link/frame.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +10,8 @@ namespace varda {
 namespace {
 
 constexpr std::array<Route, 4> routes = {{
-    {.bitMode = 0x21,
-     .wordMode = 0x23,
+    {.bitMode = command::bitRead,
+     .wordMode = command::wordRead,
      .bitOption = "optRead_0",
      .wordOption = "optRead_1",
      .destination = "txtRDDA",
@@ -29,8 +30,8 @@ constexpr std::array<Route, 4> routes = {{
      .status = "txtRStatus",
      .completionStatus = "txtRStatus",
      .silenceStatus = "txtRStatus"},
-    {.bitMode = 0x22,
-     .wordMode = 0x24,
+    {.bitMode = command::bitWrite,
+     .wordMode = command::wordWrite,
      .bitOption = "optWrite_0",
      .wordOption = "optWrite_1",
      .destination = "txtWDDA",
@@ -49,8 +50,8 @@ constexpr std::array<Route, 4> routes = {{
      .status = "txtWStatus",
      .completionStatus = "txtWStatus",
      .silenceStatus = "txtWStatus"},
-    {.bitMode = 0x25,
-     .wordMode = 0x25,
+    {.bitMode = command::mixedRead,
+     .wordMode = command::mixedRead,
      .bitOption = "optMRead_0",
      .wordOption = "optMRead_1",
      .destination = "txtMRDDA",
@@ -69,8 +70,8 @@ constexpr std::array<Route, 4> routes = {{
      .status = "txtMRStatus",
      .completionStatus = "txtWStatus", // kept: the completion is told on the write page
      .silenceStatus = "txtMRStatus"},
-    {.bitMode = 0x26,
-     .wordMode = 0x26,
+    {.bitMode = command::mixedWrite,
+     .wordMode = command::mixedWrite,
      .bitOption = "optMWrite_0",
      .wordOption = "optMWrite_1",
      .destination = "txtMWDDA",

@@ -3,6 +3,7 @@
 #include "link/form.h"
 #include "link/hex_text.h"
 #include "platform/runtime_error.h"
+#include "platform/scope_exit.h"
 
 #include <algorithm>
 #include <limits>
@@ -109,6 +110,7 @@ void SerialLink::enterMode(std::int16_t commMode) {
     }
     if (commMode == comm_mode::scenario) { // a silence from before the run would end it
         state_.WaitTicks = 0;
+        showWaitTicks();
         state_.WaitingAnswer = false;
     }
     state_.CommMode = commMode;
@@ -150,10 +152,12 @@ void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest
     isMerged_ = false;
     isSettling_ = false;
     wait_ = clock_.after(wait, [this, rest = std::move(rest)] {
+        const ScopeExit again([this] { // also after a defect
+            if (!wait_.isPending() && isMerged_ && commPLC_.inBufferCount() > 0) {
+                commPLC_OnComm(CommEvent::Received);
+            }
+        });
         rest();
-        if (!wait_.isPending() && isMerged_ && commPLC_.inBufferCount() > 0) {
-            commPLC_OnComm(CommEvent::Received);
-        }
     });
 }
 
@@ -161,14 +165,15 @@ void SerialLink::receiveBurst() {
     if (commPLC_.inBufferCount() == 0) {
         return; // kept: InReceive stays set, as on every empty input buffer
     }
+    const ScopeExit ended([this] { endReception(); }); // also after a defect
     skippingFailure([this] { roles_.listBurst(commPLC_.read()); });
-    endReception();
 }
 
 void SerialLink::receiveAnswer() {
     if (commPLC_.inBufferCount() == 0) {
         return; // kept: InReceive stays set, so the timer pauses until a later reception completes
     }
+    const ScopeExit ended([this] { endReception(); });
     skippingFailure([this] { appendToRxBuffer(commPLC_.read()); });
     const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == comm_mode::scenario;
     if (answerMode) {
@@ -178,7 +183,6 @@ void SerialLink::receiveAnswer() {
     if (state_.RxCount == state_.RxExpected && state_.RxCount >= 1) {
         completeAnswer();
     }
-    endReception();
 }
 
 void SerialLink::settleRequest(std::size_t noted) {
@@ -195,13 +199,15 @@ void SerialLink::settleRequest(std::size_t noted) {
 }
 
 void SerialLink::receiveRequest() {
+    bool known = true;
+    const ScopeExit ended([this, &known] {
+        if (known) { // kept: an unknown request leaves InReceive set
+            endReception();
+        }
+    });
     skippingFailure([this] { appendToRxBuffer(commPLC_.read()); });
     form_.setText("txtCurrentData", std::to_string(state_.RxCount));
-    bool known = true;
     skippingFailure([this, &known] { known = roles_.answerRequest(); });
-    if (known) {
-        endReception();
-    } // kept: an unknown request leaves InReceive set
 }
 
 void SerialLink::appendToRxBuffer(const Bytes& bytes) {

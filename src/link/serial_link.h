@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/frame.h"
 #include "link/routes.h"
 #include "platform/clock.h"
 #include "platform/port.h"
@@ -16,7 +17,8 @@ class Form;
 
 /// What the link knows of the exchange under way; pages, simulator, monitor and scenario read and set it.
 struct LinkState {
-    std::int16_t CommMode = 0x21; ///< request code of the shown master page, or one of comm_mode::
+    std::int16_t CommMode =
+        command::bitRead; ///< request code of the shown master page, or one of comm_mode::
     std::array<std::uint8_t, 1025> RxBuffer{}; ///< bytes of the answer being received
     std::int16_t RxCount = 0;    ///< number of bytes received; may count beyond the buffer, stops at 32767
     std::int16_t RxExpected = 0; ///< length of the awaited answer, 0 when none
@@ -48,8 +50,8 @@ public:
     void setRoles(Roles roles) { roles_ = std::move(roles); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
-    /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence and
-    /// nothing awaited.
+    /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence
+    /// and nothing awaited.
     /// @param commMode a request code of command:: or one of comm_mode::
     void enterMode(std::int16_t commMode);
 

@@ -5,10 +5,7 @@
 namespace varda {
 namespace {
 
-constexpr std::size_t readBytes = 9;
-constexpr std::size_t readBody = 3;
-constexpr std::size_t crcBytes = 2;
-constexpr std::size_t addressBytes = 2;
+constexpr std::size_t readBytes = frame_size::envelope + frame_size::readBody;
 
 std::size_t bodyLength(const FrameImage& image) { return image.byte(offset::length); }
 
@@ -24,9 +21,9 @@ void MakeReadFormat(FrameImages& images, Access access) {
     if (access != Access::None) {
         image.set(offset::command, code);
     }
-    image.set(offset::length, readBody);
+    image.set(offset::length, frame_size::readBody);
     if (access != Access::None) {
-        AppendCRC16(images, code, offset::body + readBody);
+        AppendCRC16(images, code, frame_size::header + frame_size::readBody);
     }
     image.complete(readBytes - 1);
 }
@@ -43,11 +40,11 @@ Bytes readWire(const FrameImages& images) { return images.read.wire(readBytes); 
 
 int readAnswerLength(Access access, std::uint8_t countByte) {
     const int count = countByte == 0 ? 256 : countByte;
-    return (access == Access::Bit ? count : 2 * count) + 6;
+    return readAnswerSize(access, count);
 }
 
 int writeBodyLength(Access access, int count) {
-    return static_cast<int>(addressBytes) + (access == Access::Bit ? count : 2 * count);
+    return static_cast<int>(frame_size::address) + valueSize(access) * count;
 }
 
 bool isWriteCount(Access access, int count) {
@@ -55,8 +52,8 @@ bool isWriteCount(Access access, int count) {
 }
 
 int framedWriteCount(const FrameImages& images, Access access) {
-    const int dataBytes = static_cast<int>(bodyLength(images.write)) - static_cast<int>(addressBytes);
-    return access == Access::Bit ? dataBytes : dataBytes / 2;
+    const int dataBytes = static_cast<int>(bodyLength(images.write)) - static_cast<int>(frame_size::address);
+    return dataBytes / valueSize(access);
 }
 
 void setWriteCount(FrameImages& images, Access access, int count) {
@@ -67,7 +64,7 @@ void setWriteCount(FrameImages& images, Access access, int count) {
     const bool isEmpty = count == 0 || count == 256;
     image.set(offset::length,
               isEmpty ? std::uint8_t{0} : static_cast<std::uint8_t>(writeBodyLength(access, count)));
-    const auto data = static_cast<std::size_t>(writeBodyLength(access, count)) - addressBytes;
+    const auto data = static_cast<std::size_t>(writeBodyLength(access, count)) - frame_size::address;
     image.reset(offset::data, offset::data + data);
 }
 
@@ -81,18 +78,18 @@ void MakeWriteFormat(FrameImages& images, Access access, int count) {
     }
     const std::size_t covered = offset::body + bodyLength(image);
     if (access == Access::Word) {
-        image.takeTexts(offset::data, covered + crcBytes - 1);
+        image.takeTexts(offset::data, covered + frame_size::check - 1);
     }
     AppendCRC16(images, code, covered);
-    image.complete(covered + crcBytes - 1);
+    image.complete(covered + frame_size::check - 1);
 }
 
 std::string DisplayWString(FrameImages& images) {
-    return images.write.display(offset::body + bodyLength(images.write) + crcBytes - 1);
+    return images.write.display(offset::body + bodyLength(images.write) + frame_size::check - 1);
 }
 
 Bytes writeWire(const FrameImages& images) {
-    return images.write.wire(offset::body + bodyLength(images.write) + crcBytes);
+    return images.write.wire(offset::body + bodyLength(images.write) + frame_size::check);
 }
 
 void setWriteBit(FrameImages& images, std::size_t index, bool on) {
@@ -122,7 +119,7 @@ void clearWriteRequest(FrameImages& images) {
 void fillRandomWords(FrameImages& images, const std::function<double()>& random) {
     // kept: LEN - 2 is the count of data bytes, so a word write draws twice its words and fills on behind its
     // frame
-    for (std::size_t word = 0; word + addressBytes < bodyLength(images.write); ++word) {
+    for (std::size_t word = 0; word + frame_size::address < bodyLength(images.write); ++word) {
         setWriteWord(images, word, static_cast<int>(random() * 65535 + 1));
     }
 }

@@ -26,7 +26,7 @@ Bytes readWire(const FrameImages& images);
 int readAnswerLength(Access access, std::uint8_t countByte);
 
 /// Length in bytes of the answer to any write: the acknowledgement has a body of one byte.
-constexpr int writeAnswerLength = 7;
+constexpr int writeAnswerLength = frame_size::envelope + frame_size::acknowledgementBody;
 
 /// Body bytes of a single write of `count` bits or words: the address and the data.
 int writeBodyLength(Access access, int count);

@@ -5,11 +5,6 @@
 #include "ui_mixed_read_page.h"
 
 namespace varda {
-namespace {
-
-constexpr int envelopeLength = 6; ///< bytes of an answer around its data
-
-} // namespace
 
 MixedReadPage::MixedReadPage(const PageContext& context, QWidget* parent)
     : MixedPage(context, command::mixedRead, parent), ui_(std::make_unique<Ui::MixedReadPage>()) {
@@ -56,7 +51,7 @@ void MixedReadPage::makeBody(const std::vector<std::string>& lines) {
 }
 
 int MixedReadPage::answerLength(const std::vector<std::string>& lines) const {
-    return GetMRAnswerLength(lines) + envelopeLength;
+    return GetMRAnswerLength(lines) + static_cast<int>(frame_size::envelope);
 }
 
 } // namespace varda

@@ -160,6 +160,10 @@ int WritePage::rowsOf(std::optional<int> bit) const {
 void WritePage::layRows() {
     const bool chosen = register_.hasKind() && register_.hasNumber();
     if (chosen && !register_.hasBit()) {
+        QSignalBlocker silent(ui_->cbWRegBit);
+        if (register_.readableNumber()) { // else the bit's handler would only report the number again
+            silent.unblock();
+        }
         ui_->cbWRegBit->setEditText(QStringLiteral("1")); // kept: the row rule needs a bit, in word mode too
     }
     const int rows = rowsOf(chosen ? register_.readableBit() : std::nullopt);

@@ -58,12 +58,12 @@ public:
         a_ ^= word;
     }
 
-    std::uint32_t result() {
+    std::uint64_t result() {
         c_ ^= 0xFFU;
         round();
         round();
         round();
-        return static_cast<std::uint32_t>(a_ ^ b_ ^ c_ ^ d_);
+        return a_ ^ b_ ^ c_ ^ d_;
     }
 
 private:
@@ -90,6 +90,15 @@ private:
     std::uint64_t d_ = key()[1] ^ 0x7465646279746573U;
 };
 
+/// @return what follows the last whole word
+template <typename Fold>
+std::uint64_t takeWords(std::string_view text, SipHash& hash, Fold fold) {
+    for (; text.size() >= wordSize; text.remove_prefix(wordSize)) {
+        hash.take(fold(wordOf(text.substr(0, wordSize))));
+    }
+    return fold(wordOf(text));
+}
+
 } // namespace
 
 bool equalNames(std::string_view left, std::string_view right) {
@@ -105,14 +114,19 @@ std::uint32_t hashOfName(std::string_view name) {
     // groups of ten beside one another, and a list that is looked up in its order finds nine of them in the
     // cache.
     const auto last = static_cast<std::uint8_t>(lowerCase(name.back()));
-    std::string_view rest = name.substr(0, name.size() - 1);
     SipHash hash;
-    for (; rest.size() >= wordSize; rest.remove_prefix(wordSize)) {
-        hash.take(lowerCase(wordOf(rest.substr(0, wordSize))));
-    }
+    const std::uint64_t rest =
+        takeWords(name.substr(0, name.size() - 1), hash, [](std::uint64_t word) { return lowerCase(word); });
     const std::uint64_t ending = (name.size() << halfByte) | (last >> halfByte);
-    hash.take(lowerCase(wordOf(rest)) | (ending << lastByte));
-    return hash.result() ^ (last & 0x0FU);
+    hash.take(rest | (ending << lastByte));
+    return static_cast<std::uint32_t>(hash.result()) ^ (last & 0x0FU);
+}
+
+std::size_t SeededHash::operator()(std::string_view text) const {
+    SipHash hash;
+    const std::uint64_t rest = takeWords(text, hash, [](std::uint64_t word) { return word; });
+    hash.take(rest | (std::uint64_t{text.size()} << lastByte));
+    return static_cast<std::size_t>(hash.result());
 }
 
 void NameIndex::reserve(std::size_t count) {

@@ -16,6 +16,11 @@ bool equalNames(std::string_view left, std::string_view right);
 /// whose names collide.
 std::uint32_t hashOfName(std::string_view name);
 
+/// The same for texts whose case counts, for maps of the standard library.
+struct SeededHash {
+    std::size_t operator()(std::string_view text) const;
+};
+
 /// Finds the number of an item by the item's name. The items themselves, and with them their names, belong to
 /// the caller.
 ///

@@ -1,6 +1,6 @@
 #include "scenario/scenario_frame.h"
 
-#include "link/frame_image.h"
+#include "link/frame.h"
 #include "link/hex_text.h"
 #include "link/single_requests.h"
 #include "platform/blanks.h"
@@ -12,7 +12,6 @@ namespace varda {
 namespace {
 
 constexpr std::size_t placesPerGroup = 3;
-constexpr int envelopeLength = 6;
 
 std::uint8_t byteAt(const Bytes& frame, std::size_t index) {
     if (index >= frame.size()) {
@@ -45,17 +44,15 @@ Bytes HexTextToBytes(std::string_view text, int count) {
 Bytes scenarioFrame(std::string_view line) { return HexTextToBytes(line, groupCount(line.size())); }
 
 std::optional<int> scenarioAnswerLength(const Bytes& frame) {
-    switch (byteAt(frame, offset::command)) {
-    case command::bitRead:
-        return byteAt(frame, offset::count) + envelopeLength; // kept: a count of 0 is not taken as 256 here
-    case command::wordRead:
-        return 2 * byteAt(frame, offset::count) + envelopeLength;
-    case command::bitWrite:
-    case command::wordWrite:
-        return writeAnswerLength;
-    default:
+    const Command* const sent = findCommand(byteAt(frame, offset::command));
+    if (sent == nullptr || sent->access == Access::None) {
         return std::nullopt; // kept: a mixed frame waits for what the line before it expected
     }
+    if (sent->writes) {
+        return writeAnswerLength;
+    }
+    // kept: a count of 0 is not taken as 256 here
+    return readAnswerSize(sent->access, byteAt(frame, offset::count));
 }
 
 } // namespace varda

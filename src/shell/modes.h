@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/form.h"
+#include "link/frame.h"
 #include "link/routes.h"
 
 #include <array>
@@ -17,10 +18,10 @@ struct Mode {
 /// The six modes in the order of their options and tabs.
 constexpr std::array<Mode, 6> modes = {{
     //                        read   write  mixed  mixed  simul. scenario
-    {0x21, {true, false, false, false, false, true}},
-    {0x22, {false, true, false, false, false, true}},
-    {0x25, {false, false, true, false, false, true}},
-    {0x26, {false, false, false, true, false, true}},
+    {command::bitRead, {true, false, false, false, false, true}},
+    {command::bitWrite, {false, true, false, false, false, true}},
+    {command::mixedRead, {false, false, true, false, false, true}},
+    {command::mixedWrite, {false, false, false, true, false, true}},
     {comm_mode::simulation, {false, false, false, false, true, false}},
     {comm_mode::monitorIdle, {false, false, false, false, false, false}},
 }};

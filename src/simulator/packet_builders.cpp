@@ -50,6 +50,15 @@ std::string addressText(const SimPosition& position, Access access) {
 
 std::string countText(const SimFields& fields) { return hex(toInteger(fields.length), 2); }
 
+/// CMD, and behind the code of a read its LEN.
+std::string readHeader(std::uint8_t code) {
+    return hexRun(std::array{code, std::uint8_t{frame_size::readBody}});
+}
+
+std::string writeHeader(std::uint8_t code) { return hexRun(std::array{code}); }
+
+std::string answerHeader(std::uint8_t code) { return writeHeader(code | answerMark); }
+
 std::string checkedFrame(const std::string& body, std::string_view kind) {
     return body + AppendSimPacketCheck(kind, body);
 }
@@ -84,8 +93,11 @@ std::string writeRequest(const SimFields& fields, std::string_view header, Acces
     return checkedFrame(body, kind);
 }
 
-std::string acknowledgement(const SimFields& fields, std::string_view fixedText, std::string_view kind) {
-    return checkedFrame(stationText(fields).append(fixedText), kind);
+std::string acknowledgement(const SimFields& fields, std::uint8_t code, std::string_view kind) {
+    const auto answerCode = static_cast<std::uint8_t>(code | answerMark);
+    const auto acknowledged =
+        std::array{answerCode, std::uint8_t{frame_size::acknowledgementBody}, std::uint8_t{0}};
+    return checkedFrame(stationText(fields).append(hexRun(acknowledged)), kind);
 }
 
 } // namespace
@@ -113,36 +125,37 @@ std::string AppendSimPacketCheck(std::string_view kind, std::string_view body) {
 }
 
 std::string MakeSimBitReadFormat(const SimFields& fields) {
-    return readRequest(fields, "2103", Access::Bit, "BIT_READ");
+    return readRequest(fields, readHeader(command::bitRead), Access::Bit, "BIT_READ");
 }
 
 std::string MakeSimWordReadFormat(const SimFields& fields) {
-    return readRequest(fields, "2303", Access::Word, "WORD_READ");
+    return readRequest(fields, readHeader(command::wordRead), Access::Word, "WORD_READ");
 }
 
 std::string MakeSimBitReadAnsFormat(const SimFields& fields) {
     // kept: finished as a request, so the check covers no more than the first seven bytes
-    return readAnswer(fields, "A1", "BIT_READ");
+    return readAnswer(fields, answerHeader(command::bitRead), "BIT_READ");
 }
 
 std::string MakeSimWordReadAnsFormat(const SimFields& fields) {
-    return readAnswer(fields, "A3", "WORD_READ_ANS"); // kept: the plain count, not the number of data bytes
+    return readAnswer(fields, answerHeader(command::wordRead),
+                      "WORD_READ_ANS"); // kept: the plain count, not the number of data bytes
 }
 
 std::string MakeSimBitWriteFormat(const SimFields& fields) {
-    return writeRequest(fields, "22", Access::Bit, "BIT_WRITE");
+    return writeRequest(fields, writeHeader(command::bitWrite), Access::Bit, "BIT_WRITE");
 }
 
 std::string MakeSimWordWriteFormat(const SimFields& fields) {
-    return writeRequest(fields, "24", Access::Word, "WORD_WRITE");
+    return writeRequest(fields, writeHeader(command::wordWrite), Access::Word, "WORD_WRITE");
 }
 
 std::string MakeSimBitWriteAnsFormat(const SimFields& fields) {
-    return acknowledgement(fields, "A20100", "BIT_WRITE_ANS");
+    return acknowledgement(fields, command::bitWrite, "BIT_WRITE_ANS");
 }
 
 std::string MakeSimWordWriteAnsFormat(const SimFields& fields) {
-    return acknowledgement(fields, "A40100", "WORD_WRITE_ANS");
+    return acknowledgement(fields, command::wordWrite, "WORD_WRITE_ANS");
 }
 
 std::string MakeSimMixedReadFormat() { return {}; }

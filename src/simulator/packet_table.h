@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/name_index.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -69,10 +71,12 @@ private:
     void eraseRequest(std::size_t row);
     void indexAll();
 
+    using TicketsOf = std::unordered_map<std::string, Tickets, SeededHash>; // files fill it
+
     std::vector<std::string> requests_;
     std::vector<std::string> answers_;
-    Tickets tickets_;                                    ///< of the requests, row by row
-    std::unordered_map<std::string, Tickets> ticketsOf_; ///< of the rows with that text, ascending
+    Tickets tickets_;     ///< of the requests, row by row
+    TicketsOf ticketsOf_; ///< of the rows with that text, ascending
     Ticket nextTicket_ = 0;
     PacketTableWatcher watcher_;
 };

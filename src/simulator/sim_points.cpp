@@ -1,10 +1,11 @@
 #include "simulator/sim_points.h"
 
-#include "link/frame_image.h"
+#include "link/frame.h"
 #include "link/hex_text.h"
 #include "platform/conversion.h"
 #include "platform/runtime_error.h"
 #include "simulator/packet_builders.h"
+#include "simulator/sim_kinds.h"
 
 #include <algorithm>
 #include <array>
@@ -32,35 +33,26 @@ constexpr std::array<PointForm, 9> pointForms = {{
     {"WT_WORD \t", Access::Word}, // kept: a rebuilt word write has a tag of eight characters
 }};
 
-struct RequestCode {
-    std::string_view digits;
-    std::string_view mode;
-    Access access; ///< None cannot be taken back
-    bool write;
-};
-
-constexpr std::array<RequestCode, 6> requestCodes = {{
-    {"21", "Bit Read", Access::Bit, false},
-    {"22", "Bit Write", Access::Bit, true},
-    {"23", "Word Read", Access::Word, false},
-    {"24", "Word Write", Access::Word, true},
-    {"25", "Mixed Read", Access::None, false},
-    {"26", "Mixed Write", Access::None, true},
-}};
-
 constexpr std::size_t codeAt = 4;
 constexpr std::size_t digitsOfByte = 2;
-constexpr std::size_t checkBytes = 2;
 
 std::string stationAt(std::string_view request, std::size_t byte) {
     const std::size_t at = std::min(byte * digitsOfByte, request.size());
     return std::to_string(byteFromHex(request.substr(at, digitsOfByte)));
 }
 
-const RequestCode* findRequestCode(std::string_view request) {
+const Command* commandOf(std::string_view request) {
     const std::string_view digits = request.substr(std::min(codeAt, request.size()), digitsOfByte);
-    const auto* const found = std::ranges::find(requestCodes, digits, &RequestCode::digits);
-    return found != requestCodes.end() ? found : nullptr;
+    const auto found = std::ranges::find_if(
+        commands(), [digits](const Command& command) { return hex(command.code, digitsOfByte) == digits; });
+    return found != commands().end() ? &*found : nullptr;
+}
+
+std::string_view modeOf(const Command& command) {
+    const auto* const kind = std::ranges::find_if(simKinds, [&command](const SimKind& candidate) {
+        return candidate.access == command.access && candidate.isWrite == command.writes;
+    });
+    return kind != simKinds.end() ? kind->mode : command.writes ? mixedWriteMode : mixedReadMode;
 }
 
 /// "TC" numbers above 47 lie in the block of "W", which has no bits: a bit there belongs to "TC".
@@ -88,7 +80,7 @@ std::string onOrOff(std::uint8_t value) {
 /// One line for each value; the position moves on as it did when the points were collected.
 void rebuildPoints(PreparedRequest& prepared, std::span<const std::uint8_t> data, Access access) {
     const bool bits = access == Access::Bit;
-    const std::size_t valueBytes = bits ? 1 : 2;
+    const auto valueBytes = static_cast<std::size_t>(valueSize(access));
     if (data.size() % valueBytes != 0) {
         throw typeMismatch();
     }
@@ -100,14 +92,14 @@ void rebuildPoints(PreparedRequest& prepared, std::span<const std::uint8_t> data
     }
 }
 
-void parseBody(PreparedRequest& prepared, const Bytes& bytes, const RequestCode& code) {
-    if (bytes.size() < offset::data + (code.write ? checkBytes : 1)) {
+void parseBody(PreparedRequest& prepared, const Bytes& bytes, const Command& command) {
+    if (bytes.size() < offset::data + (command.writes ? frame_size::check : 1)) {
         throw typeMismatch();
     }
-    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], code.access);
-    if (code.write) {
+    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], command.access);
+    if (command.writes) {
         const auto data = std::span(bytes).subspan(offset::data);
-        rebuildPoints(prepared, data.first(data.size() - checkBytes), code.access);
+        rebuildPoints(prepared, data.first(data.size() - frame_size::check), command.access);
     } else {
         prepared.length = std::to_string(bytes[offset::count]);
     }
@@ -142,13 +134,13 @@ PreparedRequest parsePreparedRequest(std::string_view request) {
     PreparedRequest prepared;
     prepared.da = stationAt(request, offset::destination);
     prepared.sa = stationAt(request, offset::source);
-    const RequestCode* const code = findRequestCode(request);
-    if (code != nullptr) {
-        prepared.mode = code->mode;
-        prepared.supported = code->access != Access::None;
+    const Command* const command = commandOf(request);
+    if (command != nullptr) {
+        prepared.mode = modeOf(*command);
+        prepared.supported = command->access != Access::None;
     }
     if (prepared.supported) {
-        parseBody(prepared, bytesOfFrameText(request), *code);
+        parseBody(prepared, bytesOfFrameText(request), *command);
     }
     return prepared;
 }

@@ -1,6 +1,7 @@
 #include "virtual/controller.h"
 
 #include "link/crc16.h"
+#include "link/frame.h"
 #include "link/registers.h"
 #include "platform/runtime_error.h"
 
@@ -15,16 +16,11 @@ namespace {
 
 using Body = std::span<const std::uint8_t>;
 
-// A frame: DA, SA, CMD, LEN, LEN body bytes, CRC low, CRC high.
-constexpr std::size_t headerSize = 4;
-constexpr std::size_t crcSize = 2;
-constexpr std::size_t addressSize = 2;
 constexpr std::size_t bitsPerWord = 16;
-constexpr std::uint8_t answerMark = 0x80; // what an answer's code has more than its request's
 constexpr std::size_t wordMark = 0x40'00; // of an address field in a mixed request: the address of a word
 
-/// How a bit or a word stands in the memory and in a body.
-struct Access {
+/// How a bit or a word is stored in the memory and in a body.
+struct Storage {
     std::size_t end;       ///< first address outside the memory
     std::size_t valueSize; ///< bytes of one value in a body
     void (*load)(std::span<const std::uint16_t> memory, std::size_t address, Bytes& body);
@@ -62,111 +58,91 @@ void storeWord(std::span<std::uint16_t> memory, std::size_t address, Body value)
     memory[address] = lowFirst(value);
 }
 
-constexpr Access bitAccess{Controller::wordCount * bitsPerWord, 1, loadBit, storeBit};
-constexpr Access wordAccess{Controller::wordCount, 2, loadWord, storeWord};
+constexpr Storage bitStorage{Controller::wordCount * bitsPerWord, valueSize(Access::Bit), loadBit, storeBit};
+constexpr Storage wordStorage{Controller::wordCount, valueSize(Access::Word), loadWord, storeWord};
 
 /// One bit or word that a request names, with its new value where the request writes.
-struct Point {
-    const Access& access;
+struct Item {
+    const Storage& storage;
     std::size_t address;
     Body value;
 };
-using Points = std::vector<Point>;
+using Items = std::vector<Item>;
 
-struct Command {
-    std::uint8_t code;
-    const Access* access; ///< null: mixed, every item says itself what it names
-    bool writes;
-};
+const Storage& storageOf(Access access) { return access == Access::Bit ? bitStorage : wordStorage; }
 
-constexpr std::array<Command, 6> commands{{
-    {0x21, &bitAccess, false},
-    {0x22, &bitAccess, true},
-    {0x23, &wordAccess, false},
-    {0x24, &wordAccess, true},
-    {0x25, nullptr, false},
-    {0x26, nullptr, true},
-}};
-
-const Command* findCommand(std::uint8_t code) {
-    const auto found = std::find_if(commands.begin(), commands.end(),
-                                    [code](const Command& command) { return command.code == code; });
-    return found == commands.end() ? nullptr : &*found;
-}
-
-/// Length and CRC, of a request that has at least a header and a CRC.
-bool isWhole(const Command& command, Body request) {
-    const std::size_t checked = headerSize + request[3];
+bool isWhole(const Command& command, const Frame& frame, Body request) {
     // kept: masters send one byte more than the frame of a mixed request has
-    const std::size_t mostExtra = command.access == nullptr ? 1 : 0;
-    const std::size_t size = checked + crcSize;
-    return request.size() >= size && request.size() <= size + mostExtra &&
-           crc16(request.first(checked)) == lowFirst(request.subspan(checked, crcSize));
+    const std::size_t mostExtra = command.access == Access::None ? 1 : 0;
+    return request.size() <= frame.size() + mostExtra;
 }
 
 /// Body of a single read: first address, count byte (0 stands for 256).
-std::optional<Points> readRun(const Access& access, Body body) {
-    if (body.size() != addressSize + 1) {
+std::optional<Items> readRun(const Storage& storage, Body body) {
+    if (body.size() != frame_size::address + 1) {
         return std::nullopt;
     }
     const std::size_t first = lowFirst(body);
-    const std::size_t count = body[addressSize] == 0 ? 256 : body[addressSize];
-    Points points;
+    const std::size_t count = body[frame_size::address] == 0 ? 256 : body[frame_size::address];
+    Items items;
     for (std::size_t address = first; address < first + count; ++address) {
-        points.push_back({access, address, {}});
+        items.push_back({storage, address, {}});
     }
-    return points;
+    return items;
 }
 
 /// Body of a single write: first address, then one value after the other.
-std::optional<Points> writeRun(const Access& access, Body body) {
-    if (body.size() < addressSize + access.valueSize || (body.size() - addressSize) % access.valueSize != 0) {
+std::optional<Items> writeRun(const Storage& storage, Body body) {
+    if (body.size() < frame_size::address + storage.valueSize ||
+        (body.size() - frame_size::address) % storage.valueSize != 0) {
         return std::nullopt;
     }
-    Points points;
+    Items items;
     std::size_t address = lowFirst(body);
-    for (Body rest = body.subspan(addressSize); !rest.empty(); rest = rest.subspan(access.valueSize)) {
-        points.push_back({access, address++, rest.first(access.valueSize)});
+    for (Body rest = body.subspan(frame_size::address); !rest.empty();
+         rest = rest.subspan(storage.valueSize)) {
+        items.push_back({storage, address++, rest.first(storage.valueSize)});
     }
-    return points;
+    return items;
 }
 
 /// Body of a mixed request: items of an address, marked for a word, and in a write the value.
-std::optional<Points> mixedItems(bool withValues, Body body) {
-    Points points;
+std::optional<Items> mixedItems(bool withValues, Body body) {
+    Items items;
     while (!body.empty()) {
-        if (body.size() < addressSize) {
+        if (body.size() < frame_size::address) {
             return std::nullopt;
         }
         const std::size_t field = lowFirst(body);
-        const Access& access = (field & wordMark) != 0 ? wordAccess : bitAccess;
-        const std::size_t valueSize = withValues ? access.valueSize : 0;
-        if (body.size() < addressSize + valueSize) {
+        const Storage& storage = (field & wordMark) != 0 ? wordStorage : bitStorage;
+        const std::size_t valueSize = withValues ? storage.valueSize : 0;
+        if (body.size() < frame_size::address + valueSize) {
             return std::nullopt;
         }
-        points.push_back({access, field & ~wordMark, body.subspan(addressSize, valueSize)});
-        body = body.subspan(addressSize + valueSize);
+        items.push_back({storage, field & ~wordMark, body.subspan(frame_size::address, valueSize)});
+        body = body.subspan(frame_size::address + valueSize);
     }
-    return points;
+    return items;
 }
 
-std::optional<Points> decode(const Command& command, Body body) {
-    if (command.access == nullptr) {
+std::optional<Items> decode(const Command& command, Body body) {
+    if (command.access == Access::None) {
         return mixedItems(command.writes, body);
     }
-    return command.writes ? writeRun(*command.access, body) : readRun(*command.access, body);
+    const Storage& storage = storageOf(command.access);
+    return command.writes ? writeRun(storage, body) : readRun(storage, body);
 }
 
-bool isInside(const Point& point) { return point.address < point.access.end; }
+bool isInside(const Item& item) { return item.address < item.storage.end; }
 
 /// @return the body of the answer: the values read, or the one byte 0x00 that acknowledges a write
-Bytes carryOut(const Command& command, const Points& points, std::span<std::uint16_t> memory) {
+Bytes carryOut(const Command& command, const Items& items, std::span<std::uint16_t> memory) {
     Bytes body;
-    for (const Point& point : points) {
+    for (const Item& item : items) {
         if (command.writes) {
-            point.access.store(memory, point.address, point.value);
+            item.storage.store(memory, item.address, item.value);
         } else {
-            point.access.load(memory, point.address, body);
+            item.storage.load(memory, item.address, body);
         }
     }
     if (command.writes) {
@@ -176,8 +152,8 @@ Bytes carryOut(const Command& command, const Points& points, std::span<std::uint
 }
 
 /// LEN is the low byte of the body's length: the answer to 256 bits carries 0x00, the one to 129 words 0x02.
-Bytes answerFrame(Body request, const Bytes& body) {
-    Bytes frame{request[1], request[0], static_cast<std::uint8_t>(request[2] | answerMark),
+Bytes answerFrame(const Frame& request, const Bytes& body) {
+    Bytes frame{request.source, request.destination, static_cast<std::uint8_t>(request.code | answerMark),
                 static_cast<std::uint8_t>(body.size() & 0xFF)};
     frame.insert(frame.end(), body.begin(), body.end());
     appendLowFirst(frame, crc16(frame));
@@ -194,20 +170,18 @@ std::size_t checkedIndex(int address) {
 } // namespace
 
 std::optional<Bytes> Controller::answer(std::span<const std::uint8_t> request) {
-    if (request.size() < headerSize + crcSize) {
+    const std::optional<Frame> frame = parse(request);
+    const Command* const command = frame ? findCommand(frame->code) : nullptr;
+    if (command == nullptr || !isWhole(*command, *frame, request)) {
         return std::nullopt;
     }
-    const Command* command = findCommand(request[2]);
-    if (command == nullptr || !isWhole(*command, request)) {
+    const auto items = decode(*command, frame->body);
+    if (!items || !std::all_of(items->begin(), items->end(), isInside)) {
         return std::nullopt;
     }
-    const auto points = decode(*command, request.subspan(headerSize, request[3]));
-    if (!points || !std::all_of(points->begin(), points->end(), isInside)) {
-        return std::nullopt;
-    }
-    const Bytes body = carryOut(*command, *points, memory_);
+    const Bytes body = carryOut(*command, *items, memory_);
     moveRegisters();
-    return answerFrame(request, body);
+    return answerFrame(*frame, body);
 }
 
 std::uint16_t Controller::word(int address) const { return memory_[checkedIndex(address)]; }

@@ -303,6 +303,33 @@ TEST_F(SerialLinkTest, FailureThatIsADefectIsNotSkipped) {
     link.enterMode(comm_mode::monitoring);
     port.receive(burst(3));
     EXPECT_THROW(clock.advance(100), std::logic_error);
+    EXPECT_FALSE(state.InReceive); // and the link goes on
+    EXPECT_TRUE(state.AnswerReceived);
+}
+
+TEST_F(SerialLinkTest, BytesThatCameDuringADefectsWaitAreReceivedAllTheSame) {
+    int bursts = 0;
+    link.setRoles({.listBurst =
+                       [this, &bursts](const Bytes&) {
+                           if (++bursts == 1) {
+                               port.receive(burst(2));
+                               throw std::logic_error("a defect");
+                           }
+                       },
+                   .answerRequest = [] { return false; }});
+    link.enterMode(comm_mode::monitoring);
+    port.receive(burst(3));
+    EXPECT_THROW(clock.advance(100), std::logic_error);
+    clock.advance(100);
+    EXPECT_EQ(bursts, 2);
+}
+
+TEST_F(SerialLinkTest, ScenarioBeginsWithASilenceOfZeroThatIsShown) {
+    awaitAnswer(0x21, 9);
+    tick(7);
+    EXPECT_EQ(form.text("txtWatchDog"), "7");
+    link.enterMode(comm_mode::scenario);
+    EXPECT_EQ(form.text("txtWatchDog"), "0");
 }
 
 TEST_F(RolesTest, LeavingTheSimulationEndsARequestThatIsStillSettling) {

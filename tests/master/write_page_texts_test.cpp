@@ -52,6 +52,16 @@ TEST_F(WritePageTextsTest, NumberThatIsNoneCostsTheHeadingsButNeverTheFrame) {
     }
 }
 
+TEST_F(WritePageTextsTest, NumberThatIsNoneIsReportedOnceForBitsToo) {
+    openLine();
+    driver.choose("cbWRegister", "M");
+    pasteUnreadable("cbWRegAddress", "x");
+    driver.choose("cbWLength", "40");
+    EXPECT_EQ(driver.box(), nullptr);
+    EXPECT_EQ(text("cbWRegBit"), "1");
+    EXPECT_EQ(wholeFrame().size(), 48U);
+}
+
 TEST_F(WritePageTextsTest, BitThatIsNoneCostsTheRuleItsBitButNeverTheFrame) {
     openLine();
     chooseBits("R", "0001", "2", "8");

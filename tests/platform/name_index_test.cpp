@@ -123,5 +123,17 @@ TEST(NameIndex, NamesOfDifferentLengthsHaveDifferentHashes) {
     EXPECT_EQ(hashes.size(), 64U);
 }
 
+TEST(SeededHash, TextsThatDifferInCaseAloneDoNotCollide) {
+    std::set<std::size_t> hashes;
+    for (unsigned cases = 0; cases < 1024; ++cases) {
+        std::string text(10, 'a');
+        for (unsigned place = 0; place < text.size(); ++place) {
+            text[place] = (cases >> place) % 2 == 0 ? 'a' : 'A';
+        }
+        hashes.insert(SeededHash()(text));
+    }
+    EXPECT_EQ(hashes.size(), 1024U);
+}
+
 } // namespace
 } // namespace varda

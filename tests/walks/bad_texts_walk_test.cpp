@@ -20,23 +20,24 @@ struct BadTextPage {
     std::string remove;
 };
 
-const std::vector<std::string> badTexts = {"x", "40000", "-1", "99999999999", "&H", "1e5", ""};
+const std::vector<std::string> badTexts = {"x", "40000", "-1", "99999999999", "&H", "1e5", "2000", ""};
 
 BadTextPage readPage() {
-    return {0,
-            {{"choose", "cbRegister", "M"},
-             {"choose", "cbRegAddress", "0003"},
-             {"choose", "cbRegBit", "5"},
-             {"choose", "cbRLength", "9"},
-             {"put", "txtRDDA", "17"},
-             {"put", "txtRDSA", "18"},
-             {"put", "txtReadTimerValue", "500"}},
-            {"cbRegister", "cbRegAddress", "cbRegBit", "cbRLength", "txtRDDA", "txtRDSA", "txtReadTimerValue"},
-            {{"enter", "cbRegister", ""}, {"tick", "", ""}, {"click", "chkRTimer", ""}},
-            {"optRead_0", "optRead_1"},
-            "cmdRDSend",
-            "",
-            ""};
+    return {
+        0,
+        {{"choose", "cbRegister", "M"},
+         {"choose", "cbRegAddress", "0003"},
+         {"choose", "cbRegBit", "5"},
+         {"choose", "cbRLength", "9"},
+         {"put", "txtRDDA", "17"},
+         {"put", "txtRDSA", "18"},
+         {"put", "txtReadTimerValue", "500"}},
+        {"cbRegister", "cbRegAddress", "cbRegBit", "cbRLength", "txtRDDA", "txtRDSA", "txtReadTimerValue"},
+        {{"enter", "cbRegister", ""}, {"tick", "", ""}, {"click", "chkRTimer", ""}},
+        {"optRead_0", "optRead_1"},
+        "cmdRDSend",
+        "",
+        ""};
 }
 
 BadTextPage writePage() {
@@ -48,7 +49,8 @@ BadTextPage writePage() {
              {"put", "txtWDDA", "17"},
              {"put", "txtWDSA", "18"},
              {"put", "txtWriteTimerValue", "500"}},
-            {"cbWRegister", "cbWRegAddress", "cbWRegBit", "cbWLength", "txtWDDA", "txtWDSA", "txtWriteTimerValue"},
+            {"cbWRegister", "cbWRegAddress", "cbWRegBit", "cbWLength", "txtWDDA", "txtWDSA",
+             "txtWriteTimerValue"},
             {{"enter", "cbWRegister", ""},
              {"tick", "", ""},
              {"click", "chkWTimer", ""},
@@ -63,20 +65,22 @@ BadTextPage writePage() {
 }
 
 BadTextPage mixedReadPage() {
-    return {2,
-            {{"choose", "cbMRegister", "M"},
-             {"choose", "cbMRegAddress", "0003"},
-             {"choose", "cbMRegBit", "5"},
-             {"choose", "cbMRLength", "9"},
-             {"put", "txtMRDDA", "17"},
-             {"put", "txtMRDSA", "18"},
-             {"put", "txtMReadTimerValue", "500"}},
-            {"cbMRegister", "cbMRegAddress", "cbMRegBit", "cbMRLength", "txtMRDDA", "txtMRDSA", "txtMReadTimerValue"},
-            {{"click", "cmdMRAdd", ""}, {"tick", "", ""}, {"click", "chkMRTimer", ""}, {"click", "cmdMRDel", ""}},
-            {"optMRead_0", "optMRead_1"},
-            "cmdMRDSend",
-            "lstMRReadReg",
-            "cmdMRDel"};
+    return {
+        2,
+        {{"choose", "cbMRegister", "M"},
+         {"choose", "cbMRegAddress", "0003"},
+         {"choose", "cbMRegBit", "5"},
+         {"choose", "cbMRLength", "9"},
+         {"put", "txtMRDDA", "17"},
+         {"put", "txtMRDSA", "18"},
+         {"put", "txtMReadTimerValue", "500"}},
+        {"cbMRegister", "cbMRegAddress", "cbMRegBit", "cbMRLength", "txtMRDDA", "txtMRDSA",
+         "txtMReadTimerValue"},
+        {{"click", "cmdMRAdd", ""}, {"tick", "", ""}, {"click", "chkMRTimer", ""}, {"click", "cmdMRDel", ""}},
+        {"optMRead_0", "optMRead_1"},
+        "cmdMRDSend",
+        "lstMRReadReg",
+        "cmdMRDel"};
 }
 
 BadTextPage mixedWritePage() {
@@ -157,13 +161,17 @@ private:
 
     void take(const Action& action) {
         if (action.verb != "line" && !action.control.empty() && action.verb != "cell" &&
-            (window_.shown(action.control + ".enabled") == "no" || window_.shown(action.control + ".visible") == "no")) {
+            (window_.shown(action.control + ".enabled") == "no" ||
+             window_.shown(action.control + ".visible") == "no")) {
             return;
         }
-        if (action.verb == "cell" && std::stoi(action.text) >= std::stoi(window_.shown("gridWriteData.rows"))) {
+        if (action.verb == "cell" &&
+            std::stoi(action.text) >= std::stoi(window_.shown("gridWriteData.rows"))) {
             return;
         }
-        if (action.verb == "choose" && ("|" + window_.shown(action.control + ".items")).find("|" + action.text + "|") == std::string::npos) {
+        if (action.verb == "choose" &&
+            ("|" + window_.shown(action.control + ".items")).find("|" + action.text + "|") ==
+                std::string::npos) {
             return;
         }
         actions_ += printed(action);

@@ -13,12 +13,12 @@ namespace varda::walks {
 
 /// The names of a page's controls, and what the link does with the page.
 struct MasterNames {
-    int mode;                   ///< index of its mode option
-    std::string kind;           ///< lists
+    int mode;         ///< index of its mode option
+    std::string kind; ///< lists
     std::string number;
     std::string bit;
-    std::string count;          ///< empty where the page has none
-    std::string destination;    ///< station fields
+    std::string count;       ///< empty where the page has none
+    std::string destination; ///< station fields
     std::string source;
     std::string bitOption;
     std::string wordOption;
@@ -28,16 +28,17 @@ struct MasterNames {
     std::string period;
     std::string request;
     std::string answer;
-    std::string status;         ///< the page's own
-    std::string received;       ///< told of a complete answer
-    std::string silence;        ///< told of none
-    std::string opens;          ///< the send button that opening the port enables
-    std::string closes;         ///< the one that closing it disables
+    std::string status;   ///< the page's own
+    std::string received; ///< told of a complete answer
+    std::string silence;  ///< told of none
+    std::string opens;    ///< the send button that opening the port enables
+    std::string closes;   ///< the one that closing it disables
     bool repeatsWhileWaiting;
     std::string startPeriod;
 };
 
-/// What the master pages share: fields and their events, the stations, the port, sending, the answer, the ticks.
+/// What the master pages share: fields and their events, the stations, the port, sending, the answer, the
+/// ticks.
 class MasterModel : public PageModel {
 public:
     bool isPossible(const Action& action) const override;
@@ -56,7 +57,9 @@ protected:
     void setText(const std::string& control, const std::string& text);
     /// Sets a text without its Change.
     void putText(const std::string& control, const std::string& text) { texts_[control] = text; }
-    void setItems(const std::string& list, std::vector<std::string> items) { items_[list] = std::move(items); }
+    void setItems(const std::string& list, std::vector<std::string> items) {
+        items_[list] = std::move(items);
+    }
     const std::vector<std::string>& items(const std::string& list) const { return items_.at(list); }
     void setEnabled(const std::string& control, bool enabled) { enabled_[control] = enabled; }
     bool isEnabled(const std::string& control) const;

@@ -114,6 +114,9 @@ void MonitorModel::list(const Octets& burst) {
 }
 
 Action MonitorModel::draw(Draw& draw) const {
+    if (world_.link.commMode == monitoring && draw.once(60)) {
+        return {"flood", "", "1100"};
+    }
     switch (draw.below(8)) {
     case 0:
         return {"toggle", draw.oneOf<std::string>({"chkTimeStamp", "chkASCIIDisplay", "chkMonLog"}), ""};

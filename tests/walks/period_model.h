@@ -5,7 +5,8 @@
 
 namespace varda::walks {
 
-/// A period field: what its text becomes at a key, a paste or whatever else alters it, and where the caret goes.
+/// A period field: what its text becomes at a key, a paste or whatever else alters it, and where the caret
+/// goes.
 class PeriodModel {
 public:
     explicit PeriodModel(std::string text) : text_(std::move(text)) { toEnd(); }

@@ -136,6 +136,7 @@ void ScenarioModel::run() {
     desk.select(list_, 0);
     link.enterMode(scenarioRuns);
     link.waitTicks = 0;
+    desk.show("txtWatchDog", "0");
     link.waitingAnswer = false;
     timer_.setInterval(std::stoi(desk.text("txtScnPeriod")));
     timer_.start();

@@ -21,6 +21,9 @@ Lines numbers(int from, int to, int width) {
 
 bool isMixed(const std::string& kind) { return kind.rfind("Mixed", 0) == 0; }
 
+/// The program does not show the mixed frame that a Yes on the way to a mixed kind builds.
+constexpr bool mixedFramesOfTheSimulatorAreNotShown = true;
+
 constexpr const char* question = "Do you want to regist Data you written in List Box ?";
 
 } // namespace
@@ -96,7 +99,11 @@ void SimulatorModel::registerOnTheWay(const std::string& newKind) {
         return;
     }
     const Page& page = *pageOf(newKind == "Mixed Read" ? 0x25 : 0x26);
+    const std::string shownBefore = desk.text(page.request);
     const Octets frame = world_.master.mixedRequest(page);
+    if (mixedFramesOfTheSimulatorAreNotShown) {
+        desk.show(page.request, shownBefore);
+    }
     if (world_.link.isOpen) {
         world_.link.write(frame);
     } else {
@@ -110,6 +117,7 @@ void SimulatorModel::changeKind(const std::string& kind) {
     desk.show("cbSimMode", kind);
     desk.changeLines("lstSimMixed").clear();
     desk.select("lstSimMixed", -1);
+    desk.enable("cmdSimDelListBox", false);
     desk.enable("cmdSimInputOK", false);
     for (const char* const field : {"txtSimReceive", "txtSimSend", "txtSimSendData"}) {
         desk.show(field, "");
@@ -122,7 +130,6 @@ void SimulatorModel::changeKind(const std::string& kind) {
     desk.show("cbSimModeS", answerKind_);
     desk.enable("txtSimSendData", isRead());
     desk.enable("cmdSimAddListBox", !isRead());
-    desk.enable("cmdSimDelListBox", false);
     showFieldsOf(kind);
     offerFieldsOf(kind);
     if (!isRead()) {
@@ -225,6 +232,10 @@ void SimulatorModel::chooseLength() {
     Desk& desk = world_.desk;
     desk.enable("cmdSimAddListBox", false);
     desk.enable("cmdSimDelListBox", false);
+    if (!isRead()) {
+        desk.enable("lstSimMixed", false); // neither bit nor word is chosen for a mixed kind
+        return;
+    }
     rebuildRead();
     std::string data;
     for (int item = 0; item < std::stoi(desk.text("cbSimLength")); ++item) {

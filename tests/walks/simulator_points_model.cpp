@@ -60,6 +60,9 @@ std::optional<std::string> SimulatorModel::pointValue() const {
 
 void SimulatorModel::addPoint() {
     Desk& desk = world_.desk;
+    if (kind_ != "Bit Write" && kind_ != "Word Write") {
+        return;
+    }
     if (kind_ == "Bit Write" && !desk.isTicked("optSimOnOff_0") && !desk.isTicked("optSimOnOff_1")) {
         world_.showBox({"Confirm", "Please check Data (ON/OFF) !!", {}, {}});
         return;
@@ -99,6 +102,10 @@ void SimulatorModel::stepForward() {
 void SimulatorModel::rebuildWrite(const std::optional<Place>& place) {
     Desk& desk = world_.desk;
     const Lines& points = desk.lines("lstSimMixed");
+    if (points.empty()) {
+        desk.show("txtSimReceive", "");
+        return;
+    }
     Place start = place ? *place : here();
     for (std::size_t back = 0; !place && back < points.size(); ++back) {
         if (isBit() && start.bit > 0) {
@@ -136,6 +143,7 @@ void SimulatorModel::delPoint() {
     Place at = here();
     if (isBit() && at.bit > 0) {
         desk.show("cbSimBit", std::to_string(at.bit - 1));
+        desk.show("cbSimAddress", padded(at.number, 4));
     } else if (at.number > 0) {
         desk.show("cbSimAddress", padded(at.number - 1, 4));
         desk.show("cbSimBit", isBit() ? "15" : "0");

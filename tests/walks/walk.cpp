@@ -18,7 +18,7 @@ namespace {
 
 using Actions = std::vector<Action>;
 constexpr std::uint_fast32_t dataSeed = 4711;
-constexpr int kinds_of_walks = 5;
+constexpr int kindsOfWalks = 5;
 
 int setting(const char* name, int otherwise) {
     const char* const value = std::getenv(name);
@@ -194,7 +194,7 @@ void walk(const Page& page, int share) {
         walkOnce(page, static_cast<std::uint_fast32_t>(seed));
         return;
     }
-    const int walks = std::max(1, setting("VARDA_WALKS", 200) / (kinds_of_walks * share));
+    const int walks = std::max(1, setting("VARDA_WALKS", 200) / (kindsOfWalks * share));
     const auto drawn = std::random_device()() % 1000000000;
     std::cout << "seeds 1 .. " << walks / 2 << " and " << drawn << " .. "
               << drawn + static_cast<unsigned>(walks - walks / 2) - 1 << '\n';

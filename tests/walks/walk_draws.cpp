@@ -25,6 +25,11 @@ Action ScenarioModel::draw(Draw& draw) const {
     case 4:
         return {"paste", "txtScnPeriod", draw.oneOf<std::string>({"100", "200", "500", "50", "700"})};
     case 5:
+        if (draw.once(4)) {
+            return {"write", "Data/walk0.scn",
+                    draw.oneOf<std::string>(
+                        {"", "0", "-1", "x", "1 FF FF 21 03 00 00 01", "2 FF FF 23 03 00 00 02"})};
+        }
         return saveOrLoad(world_, draw, "scenario", "Data/walk" + std::to_string(draw.below(3)) + ".scn");
     case 6:
     case 7:

@@ -57,7 +57,8 @@ WalkWindow::WalkWindow(int mode, std::uint_fast32_t seed)
       generator_(seed),
       window_({clock_, [this](const std::string& /*name*/) { return wire_.makeLine(); },
                [this] { return static_cast<double>(generator_()) / 4294967296.0; }, folder_.path(),
-               QTime::currentTime, [this](std::function<void()> tick) { return makeTimer(std::move(tick)); }}) {
+               QTime::currentTime,
+               [this](std::function<void()> tick) { return makeTimer(std::move(tick)); }}) {
     window_.resize(1024, 768);
     window_.show();
     QApplication::setActiveWindow(&window_);
@@ -224,6 +225,11 @@ void WalkWindow::perform(const Action& action) {
         visit(std::stoi(action.text));
     } else if (verb == "click") {
         click(action.control);
+    } else if (verb == "clicks") {
+        for (int left = std::stoi(action.text); left > 0; --left) {
+            click(action.control);
+            answerBoxes();
+        }
     } else if (verb == "cell") {
         clickCell(action.text);
     } else if (verb == "line") {

@@ -40,6 +40,11 @@ void WindowHands::apply(const Action& action) {
         window_.advance(std::stoi(value));
     } else if (verb == "deliver") {
         window_.farEnd().deliver(bytesOf(value));
+    } else if (verb == "flood") {
+        for (int burst = 0; burst < std::stoi(value); ++burst) {
+            window_.farEnd().deliver({0x2A});
+            window_.advance(100);
+        }
     } else if (verb == "press" || verb == "toggle" || verb == "option") {
         press(target);
     } else if (verb == "box") {
@@ -89,10 +94,12 @@ void WindowHands::answerDialog(const std::string& button, const std::string& fil
 void WindowHands::writeFile(const std::string& name, const std::string& value) {
     std::istringstream words(value);
     std::string total;
-    std::string pair;
-    words >> total >> pair;
-    test::writeBytes(window_.folder().file(name), "[Information]\r\nTotal=" + total + "\r\n[Receive]\r\n0=" +
-                                                      pair + "\r\n[Send]\r\n0=" + pair + "\r\n");
+    std::string line;
+    words >> total;
+    std::getline(words >> std::ws, line);
+    test::writeBytes(window_.folder().file(name),
+                     "[Information]\r\nTotal=" + total + "\r\n[Receive]\r\n0=" + line +
+                         "\r\n[Send]\r\n0=" + line + "\r\n[Scenario]\r\nScenario0=" + line + "\r\n");
 }
 
 void WindowHands::fillSingle(const std::string& prefix, int number, int count, bool word) {

@@ -116,6 +116,11 @@ void World::apply(const Action& action) {
         agenda.advance(std::stoi(value));
     } else if (verb == "deliver") {
         link.deliver(octetsOf(value));
+    } else if (verb == "flood") {
+        for (int burst = 0; burst < std::stoi(value); ++burst) {
+            link.deliver({0x2A});
+            agenda.advance(100);
+        }
     } else if (verb == "press") {
         press(target);
     } else if (verb == "toggle") {
@@ -191,11 +196,13 @@ void World::applyToFile(const Action& action) {
         profiles[target] = {};
         std::istringstream words(value);
         std::string total;
-        std::string pair;
-        words >> total >> pair;
+        std::string line;
+        words >> total;
+        std::getline(words >> std::ws, line);
         profiles[target].write("Information", "Total", total);
-        profiles[target].write("Receive", "0", pair);
-        profiles[target].write("Send", "0", pair);
+        profiles[target].write("Receive", "0", line);
+        profiles[target].write("Send", "0", line);
+        profiles[target].write("Scenario", "Scenario0", line);
     } else if (target == "simulator" && isUsable(verb == "save" ? "cmdSaveSimPacket" : "cmdLoadSimPacket")) {
         if (verb == "save") {
             simulator.save(value);

@@ -96,9 +96,12 @@ bool WritePageModel::isPossible(const Action& action) const {
 
 bool WritePageModel::isOwnActionPossible(const Action& action) const {
     if (action.verb == "cell") {
+        if (isOverlong()) {
+            return false;
+        }
         const auto comma = action.text.find(',');
         const int row = std::stoi(action.text);
-        return gridKnown_ && row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
+        return row >= 0 && row < rows_ - 1 && std::stoi(action.text.substr(comma + 1)) >= 0;
     }
     return action.verb.substr(0, 4) == "word";
 }
@@ -272,114 +275,6 @@ void WritePageModel::countChanged() {
     display();
 }
 
-void WritePageModel::layGrid() {
-    cells_.clear();
-    hexadecimalCells_.clear();
-    if (text("cbWLength") == "0") {
-        rows_ = 18;
-    } else if (text("cbWRegister").empty() || text("cbWRegAddress").empty()) {
-        rows_ = count() / columns + 2;
-    } else {
-        if (text("cbWRegBit").empty()) {
-            startBit();
-        }
-        rows_ = (number16(text("cbWRegBit")).value + count() - 1) / columns + 2;
-    }
-    if (!counting_) {
-        showCells();
-    }
-}
-
-void WritePageModel::startBit() {
-    laying_ = true;
-    setText("cbWRegBit", "1");
-    laying_ = false;
-}
-
-void WritePageModel::showCells() {
-    const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
-    for (int point = 0; bits() && !text("cbWRegBit").empty() && point < count(); ++point) {
-        if (image_.at(static_cast<std::size_t>(dataBegin + point)) == "FF") {
-            cells_[begin + point] = "ON";
-        }
-    }
-    const int first = number16(text("cbWRegAddress")).value;
-    for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
-        const bool valid = word >= first && word < first + count();
-        if (word == count() || (word > count() && !valid)) {
-            continue; // the check stands there
-        }
-        const auto place = static_cast<std::size_t>(dataBegin + 2 * word);
-        const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
-        if (value != 0) {
-            cells_[word] = std::to_string(value);
-        }
-    }
-}
-
-bool WritePageModel::checkCell(int position) {
-    const Number first = number16(text(bits() ? "cbWRegBit" : "cbWRegAddress"));
-    if (!first) {
-        error(first.error);
-        return false;
-    }
-    const int begin = first.value;
-    const bool valid = position >= begin && position < begin + count();
-    status() = valid ? "" : "Invalid Range !!";
-    return valid;
-}
-
-void WritePageModel::cellClicked(int position) {
-    if (!isComplete() || !checkCell(position)) {
-        return;
-    }
-    if (!bits()) {
-        dialog_ = Dialog{position, cells_[position], hexadecimalCells_.count(position) != 0};
-        return;
-    }
-    const auto entry = static_cast<std::size_t>(dataBegin + position - number16(text("cbWRegBit")).value);
-    std::string& cell = cells_[position];
-    if (cell == "ON") {
-        cell = "";
-        image_.at(entry) = "00";
-    } else {
-        cell = "ON";
-        image_.at(entry) = "FF";
-    }
-    complete();
-    display();
-}
-
-void WritePageModel::endDialog(const std::string& how) {
-    const Dialog dialog = *dialog_;
-    if (how == "Escape") {
-        dialog_.reset();
-        return;
-    }
-    const Number value = dialog.hexadecimal ? hexNumber(dialog.text) : number32(dialog.text);
-    if (value.error == 13) {
-        error(13);
-        return;
-    }
-    if (!value || value.value > 65535) {
-        status() = "Rage Over (0 to 65535)";
-        cells_.erase(dialog.position);
-        return;
-    }
-    const std::string digits = hex(value.value, 4);
-    const auto entry = static_cast<std::size_t>(dataBegin + 2 * dialog.position);
-    image_.at(entry) = digits.substr(2, 2);
-    image_.at(entry + 1) = digits.substr(0, 2);
-    cells_[dialog.position] = dialog.text;
-    hexadecimalCells_.erase(dialog.position);
-    if (dialog.hexadecimal) {
-        hexadecimalCells_.insert(dialog.position);
-    }
-    complete();
-    display();
-    dialog_.reset();
-}
-
 void WritePageModel::stationChanged(const std::string& control) {
     const Number station = number16(text(control));
     const bool valid = station && station.value >= 0 && station.value <= 255;
@@ -458,9 +353,8 @@ PageModel::Shown WritePageModel::shown() const {
         }
     }
     shown["gridWriteData.cells"] = cells;
-    if (!gridKnown_) {
-        shown.erase("gridWriteData.rows");
-        shown.erase("gridWriteData.cells");
+    if (isOverlong()) {
+        shown.erase("gridWriteData.cells"); // what a count that is not offered leaves in the grid is open
     }
     std::string headings;
     for (int column = 0; column < columns; ++column) {

@@ -43,7 +43,8 @@ private:
     void bitChanged();
     void countChanged();
     void layGrid();
-    void showCells();
+    void showCells(const std::map<int, std::string>& before);
+    bool isOverlong() const { return count() > (bits() ? 253 : 126); }
     void startBit();
     void cellClicked(int position);
     bool checkCell(int position);
@@ -65,7 +66,6 @@ private:
     std::string numberBefore_;
     bool laying_ = false;
     bool counting_ = false; ///< a count lays the grid empty
-    bool gridKnown_ = true; ///< how a grid without a count is laid is left open
     std::optional<Dialog> dialog_;
     std::mt19937 random_;
 };
