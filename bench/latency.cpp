@@ -95,9 +95,9 @@ std::string endOfWaitToFarEnd() {
         lines.comm.write(frame);
     };
     for (int round = 0; round < rounds; ++round) {
-        lines.clock.after(pause, sendOnLine);
+        const auto first = lines.clock.after(pause, sendOnLine);
         varda::test::runFor(2 * pause);
-        lines.clock.after(pause, sendBare);
+        const auto second = lines.clock.after(pause, sendBare);
         varda::test::runFor(2 * pause);
     }
     farEnd.join();
