@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <thread>
 
-/// The embedded controller at the far end of a pseudo-terminal, whose path it prints. Requests have nine bytes.
-/// It ends when it is killed.
+/// The embedded controller at the far end of a pseudo-terminal, whose path it prints. Requests have nine
+/// bytes. It ends when it is killed.
 int main() {
     constexpr std::size_t requestLength = 9;
     const varda::test::PseudoTerminal terminal;

@@ -210,9 +210,6 @@ void WritePageModel::numberChanged() {
         display();
         return;
     }
-    if (text("cbWRegBit").empty()) {
-        startBit();
-    }
     layGrid();
     if (!bits()) {
         setAddress(wordAddress(baseOf(false, text("cbWRegister")) + number.value));
