@@ -51,7 +51,9 @@ void LineText::paintEvent(QPaintEvent* event) {
     const int last = (height() - 2 * margin) / spacing;
     for (int row = 0; row < last && row * inRow < text_.size(); ++row) {
         const int baseline = margin + row * spacing + fontMetrics().ascent();
-        painter.drawText(margin, baseline, text_.mid(row * inRow, inRow));
+        QString shown = text_.mid(row * inRow, inRow);
+        shown.replace(QLatin1Char('\t'), QLatin1Char(' ')); // a tab would push the rest of its row out
+        painter.drawText(margin, baseline, shown);
     }
 }
 
