@@ -1,6 +1,7 @@
 #include "controls/period_typing.h"
 
-#include <QKeyEvent>
+#include "controls/keys.h"
+
 #include <QLineEdit>
 
 namespace varda {
@@ -14,9 +15,7 @@ bool isModifier(int key) {
 
 bool typesDigit(const QKeyEvent& key) {
     const QString text = key.text();
-    const bool isShortcut =
-        (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
-    return !isShortcut && text.size() == 1 && text.front() >= u'0' && text.front() <= u'9';
+    return !isShortcut(key) && text.size() == 1 && text.front() >= u'0' && text.front() <= u'9';
 }
 
 } // namespace

@@ -33,6 +33,8 @@ Connection::~Connection() {
     context_.stop();
     thread_.join();
     driver::prepareToClose(port_.native_handle());
+    std::error_code ignored;
+    port_.close(ignored); // what the system may still be sending from is taken down after it
 }
 
 Connection::News Connection::takeNews() {

@@ -24,6 +24,12 @@ bool isWantOfHandles(const std::error_code& error) {
     return ofSystem == std::errc::too_many_files_open || ofSystem == std::errc::too_many_files_open_in_system;
 }
 
+/// Without the name of the function that the system's words come behind.
+std::string reasonOf(const std::runtime_error& error) {
+    const auto* const ofSystem = dynamic_cast<const std::system_error*>(&error);
+    return ofSystem != nullptr ? ofSystem->code().message() : error.what();
+}
+
 RuntimeError setUpFailure(const std::runtime_error& error, const std::string& label,
                           const LineSettings& settings) {
     const auto* const ofSystem = dynamic_cast<const std::system_error*>(&error);
@@ -31,7 +37,7 @@ RuntimeError setUpFailure(const std::runtime_error& error, const std::string& la
         return cannotBeOpened(label, ofSystem->code().message());
     }
     return {comm_error::cannotBeSetUp, label + " cannot be set up as " + textOf(settings) + " (" +
-                                           error.what() + "). Choose other settings."};
+                                           reasonOf(error) + "). Choose other settings."};
 }
 
 } // namespace

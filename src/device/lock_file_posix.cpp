@@ -70,7 +70,8 @@ bool isBeingWritten(const FileHandle& file) {
 bool isHeld(const std::string& path) {
     const FileHandle file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen()) {
-        return errno == EACCES;
+        // no right to read it, other than no right to look into its folder
+        return errno == EACCES && ::access(path.c_str(), F_OK) == 0;
     }
     std::array<char, 64> content{};
     const auto count = ::read(file.get(), content.data(), content.size());
@@ -91,9 +92,21 @@ int makeNew(const std::string& path) {
     const ScopeExit gone([&made] { ::unlink(made.c_str()); });
     std::array<char, 16> text{};
     const auto length = std::snprintf(text.data(), text.size(), "%10d\n", static_cast<int>(::getpid()));
+    errno = 0; // a write that stops short sets none
     const bool isMade = ::write(file.get(), text.data(), static_cast<std::size_t>(length)) == length &&
                         ::fchmod(file.get(), 0644) == 0 && ::link(made.c_str(), path.c_str()) == 0;
-    return isMade ? 0 : errno;
+    return isMade ? 0 : errno != 0 ? errno : EIO;
+}
+
+/// Takes a dead owner's file away. Another program may have done so since it was judged, and have made its
+/// own: what was taken is looked at again, and given back where it is held.
+bool takeAway(const std::string& path) {
+    const std::string taken = path + ".stale." + std::to_string(::getpid());
+    if (::rename(path.c_str(), taken.c_str()) != 0) {
+        return false;
+    }
+    const ScopeExit gone([&taken] { ::unlink(taken.c_str()); });
+    return !isHeld(taken) || ::link(taken.c_str(), path.c_str()) != 0;
 }
 
 } // namespace
@@ -136,7 +149,7 @@ void LockFile::make(const std::string& path) {
     int error = makeNew(path);
     if (error == EEXIST) {
         isTaken_ = isHeld(path); // somebody was quicker
-        if (!isTaken_ && ::unlink(path.c_str()) == 0) {
+        if (!isTaken_ && takeAway(path)) {
             error = makeNew(path);
         }
     }

@@ -10,7 +10,7 @@
 namespace varda {
 
 // A frame: DA, SA, CMD, LEN, LEN body bytes, frame check low, frame check high. This file is the one place
-// that knows its shape and the codes of its commands.
+// that knows its offsets, its sizes and the codes of its commands.
 
 /// Offsets of the fields that every request frame shares.
 namespace offset {

@@ -106,6 +106,9 @@ void SerialLink::enterMode(std::int16_t commMode) {
     // a reception that began before the simulation, on a connection that still stands
     const bool receivesForAnother = wait_.isPending() && !isSettling_ && commPLC_.isOpen();
     if (leavesSimulation && !receivesForAnother) {
+        if (wait_.isPending()) {
+            commPLC_.discard(); // the request that is not answered, and the limit to it
+        }
         wait_.cancel();
         state_.InReceive = false;
     }

@@ -11,7 +11,9 @@ namespace {
 
 constexpr int margin = 6;
 
-int columnWidth(const QWidget* widget) { return widget->fontMetrics().horizontalAdvance(QLatin1Char('0')); }
+int columnWidth(const QWidget* widget) {
+    return std::max(1, widget->fontMetrics().horizontalAdvance(QLatin1Char('0')));
+}
 
 } // namespace
 
@@ -29,15 +31,15 @@ void LineText::setText(const QString& text) {
 }
 
 qsizetype LineText::charactersInRow(int width) const {
-    constexpr int group = 6; // whole groups of two digits and a blank, or of a character and a blank
-    return std::max((width - 2 * margin) / columnWidth(this) / group, 1) * group;
+    constexpr qsizetype group = 6; // whole groups of two digits and a blank, or of a character and a blank
+    return std::max<qsizetype>((width - 2 * margin) / columnWidth(this) / group, 1) * group;
 }
 
 QSize LineText::sizeToShowAll(int widest) const {
     const qsizetype inRow = std::clamp<qsizetype>(text_.size(), 1, charactersInRow(widest));
     const qsizetype rows = (text_.size() + inRow - 1) / inRow;
     const qsizetype height =
-        std::min<qsizetype>(rows * fontMetrics().lineSpacing() + 2 * margin, QWIDGETSIZE_MAX);
+        std::min<qsizetype>(rows * fontMetrics().lineSpacing() + qsizetype{2} * margin, QWIDGETSIZE_MAX);
     constexpr int roundedUp = 6; // so that the same characters fit a row again
     return {std::min(static_cast<int>(inRow + roundedUp) * columnWidth(this) + 2 * margin, widest),
             static_cast<int>(height)};

@@ -66,17 +66,13 @@ Narrow narrowed(std::int64_t value) {
     return fits<Narrow>(value) ? static_cast<Narrow>(value) : throw overflow();
 }
 
-template <typename Narrow>
-std::optional<Narrow> found(std::string_view text) {
-    const auto value = findNumber(text);
-    return value && fits<Narrow>(*value) ? std::optional(static_cast<Narrow>(*value)) : std::nullopt;
-}
-
 } // namespace
 
-std::optional<std::int16_t> readInteger(std::string_view text) { return found<std::int16_t>(text); }
-
-std::optional<std::int32_t> readLong(std::string_view text) { return found<std::int32_t>(text); }
+std::optional<std::int16_t> readInteger(std::string_view text) {
+    const auto value = findNumber(text);
+    return value && fits<std::int16_t>(*value) ? std::optional(static_cast<std::int16_t>(*value))
+                                               : std::nullopt;
+}
 
 std::int16_t toInteger(std::string_view text) { return narrowed<std::int16_t>(number(text)); }
 

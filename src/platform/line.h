@@ -52,11 +52,10 @@ public:
     void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
 
 protected:
-    /// HungUp is raised once; the line has closed itself by then and may be destroyed after the call, not
-    /// inside it.
+    /// HungUp is raised once; the line has closed itself by then. The line may be destroyed inside the call.
     void raise(CommEvent event, const std::string& reason = {}) const {
-        if (handler_) {
-            handler_(event, reason);
+        if (const EventHandler handler = handler_) { // a copy, which outlives the line
+            handler(event, reason);
         }
     }
 

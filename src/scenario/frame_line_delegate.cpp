@@ -14,30 +14,31 @@ int characterWidth(const QStyleOptionViewItem& option) {
 
 } // namespace
 
-FrameLineDelegate::FrameLineDelegate(QListView* list) : QStyledItemDelegate(list), list_(list) {
-    const QAbstractItemModel* const model = list->model();
-    connect(model, &QAbstractItemModel::rowsInserted, this,
+FrameLineDelegate::FrameLineDelegate(QListView* list)
+    : QStyledItemDelegate(list), list_(list), model_(list->model()) {
+    connect(model_, &QAbstractItemModel::rowsInserted, this,
             [this](const QModelIndex& /*parent*/, int first, int last) { count(first, last, 1); });
-    connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+    connect(model_, &QAbstractItemModel::rowsAboutToBeRemoved, this,
             [this](const QModelIndex& /*parent*/, int first, int last) { count(first, last, -1); });
-    connect(model, &QAbstractItemModel::dataChanged, this, &FrameLineDelegate::countAll);
-    connect(model, &QAbstractItemModel::modelReset, this, &FrameLineDelegate::countAll);
+    connect(model_, &QAbstractItemModel::dataChanged, this, &FrameLineDelegate::countAll);
+    connect(model_, &QAbstractItemModel::modelReset, this, &FrameLineDelegate::countAll);
     countAll();
     list->setItemDelegate(this);
 }
 
 void FrameLineDelegate::count(int first, int last, int by) {
     for (int row = first; row <= last; ++row) {
-        const qsizetype length = list_->model()->index(row, 0).data().toString().size();
+        const qsizetype length = model_->index(row, 0).data().toString().size();
         if ((lengths_[length] += by) == 0) {
             lengths_.erase(length);
         }
     }
 }
 
+/// A list that is taken down resets its model: the model is asked, never the list.
 void FrameLineDelegate::countAll() {
     lengths_.clear();
-    count(0, list_->model()->rowCount() - 1, 1);
+    count(0, model_->rowCount() - 1, 1);
 }
 
 QSize FrameLineDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

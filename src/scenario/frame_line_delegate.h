@@ -29,6 +29,7 @@ private:
     void countAll();
 
     QListView* list_;
+    const QAbstractItemModel* model_;
     std::map<qsizetype, int> lengths_; ///< how many lines have it
 };
 

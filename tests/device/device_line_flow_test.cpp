@@ -146,13 +146,13 @@ TEST_F(DeviceLineFlowTest, NobodyReadsAndStillMemoryEndsAtTheLimit) {
     std::thread sender([&] {
         try {
             while (!isStopped) {
-                terminal.write(Bytes(10000, 0x55), 200ms);
+                terminal.write(Bytes(10000, 0x55), 2s);
                 sent += 10000;
             }
         } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): the line takes no more
         }
     });
-    loop.runUntil([this] { return line.inBufferCount() >= InputBuffer::limit; });
+    EXPECT_TRUE(loop.runUntil([this] { return line.inBufferCount() >= InputBuffer::limit; }, 60s));
     loop.runFor(50ms);
     EXPECT_LE(line.inBufferCount(), InputBuffer::limit + 4096);
     std::size_t read = 0;

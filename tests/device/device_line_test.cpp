@@ -197,7 +197,6 @@ TEST_F(DeviceLineTest, DropsWhatCameWhileItWasClosed) {
     EXPECT_EQ(received, Bytes{4});
 }
 
-/// kept: flushing the driver here made the port take the flushed bytes for a hang-up
 TEST_F(DeviceLineTest, DiscardWhileBytesArriveIsNoHangUp) {
     for (int round = 0; round < 50; ++round) {
         loop.post()([this] { comm.discard(); });

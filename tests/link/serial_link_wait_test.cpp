@@ -342,6 +342,16 @@ TEST_F(RolesTest, LeavingTheSimulationEndsARequestThatIsStillSettling) {
     EXPECT_TRUE(requests.empty());
 }
 
+TEST_F(RolesTest, RequestThatIsNotAnsweredLeavesNoBytesToTheNextOne) {
+    link.enterMode(comm_mode::simulation);
+    port.receive(burst(9));
+    link.enterMode(0x21);
+    link.enterMode(comm_mode::simulation);
+    port.receive(burst(3));
+    clock.advance(300);
+    EXPECT_EQ(requests, std::vector<Bytes>{burst(3)});
+}
+
 TEST_F(RolesTest, LeavingTheSimulationFreesTheTimerThatAnUnknownRequestHeld) {
     requestIsKnown = false;
     link.enterMode(comm_mode::simulation);

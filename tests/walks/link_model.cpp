@@ -272,6 +272,9 @@ void LinkModel::sendRequest(const Octets& octets, int expected) {
 
 void LinkModel::enterMode(int mode) {
     if (commMode == simulation && mode != simulation) {
+        if (settles_ && waits_) {
+            input.clear(); // the request that is not answered
+        }
         if (settles_) {
             endWaits();
         }

@@ -18,7 +18,6 @@ namespace {
 
 using Actions = std::vector<Action>;
 constexpr std::uint_fast32_t dataSeed = 4711;
-constexpr int kindsOfWalks = 5;
 
 int setting(const char* name, int otherwise) {
     const char* const value = std::getenv(name);
