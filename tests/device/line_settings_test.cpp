@@ -12,7 +12,6 @@ namespace varda {
 namespace {
 
 using test::PseudoTerminal;
-using test::raisedBy;
 
 void ignoreTasks(const std::function<void()>& /*task*/) {}
 

@@ -28,7 +28,7 @@ protected:
     /// A terminal of a driver, below a device's folder; /sys/class/tty leads there by a link.
     std::filesystem::path addTerminal(const std::string& name, const std::string& device) {
         namespace files = std::filesystem;
-        const files::path terminal = root / device / "tty" / name;
+        files::path terminal = root / device / "tty" / name;
         files::create_directories(terminal);
         files::create_directories(root / "sys/class/tty");
         files::create_directories(root / "dev/serial/by-id");

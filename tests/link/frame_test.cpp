@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace varda {
 namespace {
 
@@ -55,10 +57,13 @@ struct CommandRow {
 };
 
 TEST(Commands, TellWhatTheirCodesAskFor) {
-    constexpr CommandRow rows[] = {{0x21, Access::Bit, false},  {0x22, Access::Bit, true},
-                                   {0x23, Access::Word, false}, {0x24, Access::Word, true},
-                                   {0x25, Access::None, false}, {0x26, Access::None, true}};
-    ASSERT_EQ(commands().size(), std::size(rows));
+    constexpr std::array<CommandRow, 6> rows = {{{0x21, Access::Bit, false},
+                                                 {0x22, Access::Bit, true},
+                                                 {0x23, Access::Word, false},
+                                                 {0x24, Access::Word, true},
+                                                 {0x25, Access::None, false},
+                                                 {0x26, Access::None, true}}};
+    ASSERT_EQ(commands().size(), rows.size());
     for (const CommandRow& row : rows) {
         const Command* const command = findCommand(row.code);
         ASSERT_NE(command, nullptr);

@@ -155,9 +155,10 @@ TEST_F(WritePageTextsTest, GridLaidAnewAfterARandomSendShowsTheImagesWords) {
     const Bytes frame = wholeFrame();
     driver.click("chkCounter");
     driver.choose("cbWRegAddress", "0001");
-    for (int word = 0; word < 3; ++word) {
-        const auto low = static_cast<std::size_t>(6 + 2 * word);
-        EXPECT_EQ(cell(1, word + 1), std::to_string(frame.at(low) + 256 * frame.at(low + 1)));
+    for (std::size_t word = 0; word < 3; ++word) {
+        const std::size_t low = 6 + 2 * word;
+        EXPECT_EQ(cell(1, static_cast<int>(word) + 1),
+                  std::to_string(frame.at(low) + 256 * frame.at(low + 1)));
     }
 }
 

@@ -34,8 +34,8 @@ public:
 
 class LongScenarioTest : public WindowTest {
 protected:
-    LongScenarioTest() { schedule()->setStyle(&style); }
-    ~LongScenarioTest() override { schedule()->setStyle(nullptr); }
+    void SetUp() override { schedule()->setStyle(&style); }
+    void TearDown() override { schedule()->setStyle(nullptr); }
 
     QListWidget* schedule() { return driver.find<QListWidget>("lstSchedule"); }
 

@@ -9,12 +9,13 @@
 #include <QListWidget>
 #include <QTableWidget>
 
+#include <array>
 #include <span>
 
 namespace varda::test {
 namespace {
 
-constexpr const char* badTexts[] = {"x", "", "40000", "-1", "99999999999", "&H", "1e5", "2000", "FFFFF"};
+constexpr std::array badTexts = {"x", "", "40000", "-1", "99999999999", "&H", "1e5", "2000", "FFFFF"};
 
 /// Texts that no handler can read, in the fields that stand beside the pages of a master: whatever fails on
 /// the way, what is prepared, stored or sent is whole.
