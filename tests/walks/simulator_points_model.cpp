@@ -233,10 +233,13 @@ void SimulatorModel::rebuildPoints(const std::string& request) {
     for (int point = 0; point < count; ++point) {
         const std::string value = request.substr(12 + static_cast<std::size_t>(point) * digits, digits);
         const std::string place = desk.text("cbSimReg") + desk.text("cbSimAddress");
-        desk.changeLines("lstSimMixed")
-            .push_back(isBit() ? "WT_BIT \t\t" + place + "." + desk.text("cbSimBit") + "\t" +
-                                     (value == "FF" ? "ON" : "OFF")
-                               : "WT_WORD \t" + place + "\t" + value);
+        std::string line = isBit() ? "WT_BIT \t\t" : "WT_WORD \t";
+        line.append(place);
+        if (isBit()) {
+            line.append(".").append(desk.text("cbSimBit"));
+        }
+        line.append("\t").append(!isBit() ? value : value == "FF" ? "ON" : "OFF");
+        desk.changeLines("lstSimMixed").push_back(line);
         stepForward();
     }
 }
