@@ -62,7 +62,7 @@ private:
 std::string replay(const std::vector<Action>& actions) {
     Pair pair;
     for (const Action& action : actions) {
-        const std::string difference = pair.doStep(action);
+        std::string difference = pair.doStep(action);
         if (!difference.empty()) {
             return difference;
         }

@@ -146,7 +146,7 @@ void World::applyToField(const Action& action) {
         if (target.rfind("cbSim", 0) == 0) {
             simulator.choose(target, std::stoi(value));
         } else if (isUsable(target)) {
-            desk.show(target, link.entry(target, std::stoi(value)));
+            desk.show(target, LinkModel::entry(target, std::stoi(value)));
         }
     } else if (verb == "option") {
         if (isUsable(target)) {

@@ -7,7 +7,7 @@ namespace varda::walks {
 namespace {
 
 constexpr int columns = 16;
-constexpr int dataBegin = 6;
+constexpr std::size_t dataBegin = 6;
 
 } // namespace
 
@@ -39,12 +39,12 @@ void WritePageModel::startBit() {
 void WritePageModel::showCells(const std::map<int, std::string>& before) {
     const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
     for (int point = 0; bits() && !text("cbWRegBit").empty() && point < count(); ++point) {
-        if (image_.at(static_cast<std::size_t>(dataBegin + point)) == "FF") {
+        if (image_.at(dataBegin + static_cast<std::size_t>(point)) == "FF") {
             cells_[begin + point] = "ON";
         }
     }
     for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
-        const auto place = static_cast<std::size_t>(dataBegin + 2 * word);
+        const std::size_t place = dataBegin + 2 * static_cast<std::size_t>(word);
         const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
         const auto shown = before.find(word);
         const bool typed = shown != before.end() && !shown->second.empty();
@@ -111,7 +111,7 @@ void WritePageModel::endDialog(const std::string& how) {
         return;
     }
     const std::string digits = hex(value.value, 4);
-    const auto entry = static_cast<std::size_t>(dataBegin + 2 * dialog.position);
+    const std::size_t entry = dataBegin + 2 * static_cast<std::size_t>(dialog.position);
     image_.at(entry) = digits.substr(2, 2);
     image_.at(entry + 1) = digits.substr(0, 2);
     cells_[dialog.position] = dialog.text;
