@@ -81,7 +81,8 @@ void WritePageModel::cellClicked(int position) {
         dialog_ = Dialog{position, cells_[position], hexadecimalCells_.count(position) != 0};
         return;
     }
-    const auto entry = static_cast<std::size_t>(dataBegin + position - number16(text("cbWRegBit")).value);
+    const auto entry =
+        static_cast<std::size_t>(static_cast<int>(dataBegin) + position - number16(text("cbWRegBit")).value);
     std::string& cell = cells_[position];
     if (cell == "ON") {
         cell = "";
