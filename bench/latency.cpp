@@ -1,10 +1,10 @@
-#include "platform/mscomm.h"
-#include "platform/timers.h"
+#include "core/link/mscomm.h"
+#include "core/virtual/controller.h"
 #include "report.h"
-#include "shell/lines.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
-#include "virtual/controller.h"
+#include "window/shell/lines.h"
+#include "window/system/timers.h"
 
 #include <QCoreApplication>
 
@@ -66,9 +66,9 @@ struct Lines {
 
     PseudoTerminal line;
     PseudoTerminal bare;
-    varda::QtClock clock;
+    varda::window::QtClock clock;
     varda::Controller controller;
-    varda::MSComm comm{varda::lineFactory(clock, controller)};
+    varda::MSComm comm{varda::window::lineFactory(clock, controller)};
 };
 
 /// Frames sent when a wait has ended; a thread listens at the far end.

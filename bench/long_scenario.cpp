@@ -60,7 +60,7 @@ int main(int argc, char** argv) try {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
-    varda::prepareApplication();
+    varda::window::prepareApplication();
     measure(1'000, 27);
     measure(100'000, 27);
     measure(4'000, 16'000);

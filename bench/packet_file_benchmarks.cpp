@@ -1,5 +1,5 @@
-#include "platform/profile_file.h"
-#include "simulator/packet_file.h"
+#include "core/files/profile_file.h"
+#include "core/pairs/packet_file.h"
 #include "sizes.h"
 #include "support/temporary_folder.h"
 

@@ -1,5 +1,5 @@
-#include "link/serial_link.h"
-#include "simulator/responder.h"
+#include "core/link/serial_link.h"
+#include "core/runs/responder.h"
 #include "sizes.h"
 #include "support/fake_form.h"
 #include "support/fake_port.h"

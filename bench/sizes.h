@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/packet_table.h"
+#include "core/pairs/packet_table.h"
 #include "support/prepared_reads.h"
 
 #include <benchmark/benchmark.h>

@@ -1,6 +1,6 @@
 // Any bytes as a profile file: look-ups, a change, and what must hold after it.
 
-#include "platform/profile_file.h"
+#include "core/files/profile_file.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 

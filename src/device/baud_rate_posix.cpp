@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <system_error>
 
-namespace varda::driver {
+namespace varda::device::driver {
 
 #ifdef __linux__
 
@@ -42,4 +42,4 @@ int heldBaudRate(int /*handle*/) noexcept { return 0; }
 
 #endif
 
-} // namespace varda::driver
+} // namespace varda::device::driver

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-namespace varda {
+namespace varda::device {
 
 using Lock = std::unique_lock<std::mutex>;
 
@@ -199,4 +199,4 @@ void Connection::tellOf(bool News::*event, Lock& lock) {
     }
 }
 
-} // namespace varda
+} // namespace varda::device

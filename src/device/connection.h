@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/link/line.h"
 #include "device/input_buffer.h"
-#include "platform/line.h"
 
 #include <asio/cancellation_signal.hpp>
 #include <asio/executor_work_guard.hpp>
@@ -14,7 +14,7 @@
 #include <mutex>
 #include <thread>
 
-namespace varda {
+namespace varda::device {
 
 class NodeClaim;
 
@@ -91,4 +91,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace varda
+} // namespace varda::device

@@ -1,16 +1,16 @@
 #include "device/device_line.h"
 
+#include "core/base/blanks.h"
+#include "core/base/scope_exit.h"
 #include "device/connection.h"
 #include "device/node_claim.h"
 #include "device/refusals.h"
 #include "device/serial_node.h"
-#include "platform/blanks.h"
-#include "platform/scope_exit.h"
 
 #include <system_error>
 #include <utility>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 std::string textOf(const LineSettings& settings) {
@@ -142,4 +142,4 @@ void DeviceLine::deliverNews() {
     }
 }
 
-} // namespace varda
+} // namespace varda::device

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/line.h"
+#include "core/link/line.h"
 
 #include <functional>
 #include <memory>
 
-namespace varda {
+namespace varda::device {
 
 class Connection;
 class NodeClaim;
@@ -52,4 +52,4 @@ private:
     std::shared_ptr<Connection> connection_;
 };
 
-} // namespace varda
+} // namespace varda::device

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/link/line.h"
 #include "device/native_handle.h"
-#include "platform/line.h"
 
 #include <span>
 
-namespace varda::driver {
+namespace varda::device::driver {
 
 /// What Asio leaves to each system: a serial port as this program wants it, beyond Asio's own options. The
 /// functions that set up throw std::system_error.
@@ -42,4 +42,4 @@ void discardInput(NativeHandle handle) noexcept;
 /// also where more handles of it are open.
 void prepareToClose(NativeHandle handle) noexcept;
 
-} // namespace varda::driver
+} // namespace varda::device::driver

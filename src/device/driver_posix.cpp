@@ -12,7 +12,7 @@
 #include <limits>
 #include <system_error>
 
-namespace varda::driver {
+namespace varda::device::driver {
 namespace {
 
 template <typename Change>
@@ -82,4 +82,4 @@ void prepareToClose(int handle) noexcept {
     }
 }
 
-} // namespace varda::driver
+} // namespace varda::device::driver

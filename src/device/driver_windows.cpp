@@ -4,7 +4,7 @@
 
 #include <system_error>
 
-namespace varda::driver {
+namespace varda::device::driver {
 namespace {
 
 void require(BOOL isDone) {
@@ -66,4 +66,4 @@ void discardInput(HANDLE handle) noexcept { ::PurgeComm(handle, PURGE_RXCLEAR); 
 
 void prepareToClose(HANDLE handle) noexcept { ::PurgeComm(handle, PURGE_TXABORT | PURGE_TXCLEAR); }
 
-} // namespace varda::driver
+} // namespace varda::device::driver

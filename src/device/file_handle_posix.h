@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-namespace varda {
+namespace varda::device {
 
 /// A file handle that is closed at the end.
 class FileHandle {
@@ -23,4 +23,4 @@ private:
     int handle_;
 };
 
-} // namespace varda
+} // namespace varda::device

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace varda {
+namespace varda::device {
 
 /// Without keepFirst() every byte is kept: a last piece may go over the limit, and none follows it.
 void InputBuffer::append(std::span<const std::uint8_t> piece, Time arrival) {
@@ -54,4 +54,4 @@ void InputBuffer::clear() {
     most_ = limit;
 }
 
-} // namespace varda
+} // namespace varda::device

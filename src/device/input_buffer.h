@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/line.h"
+#include "core/link/line.h"
 
 #include <span>
 #include <vector>
 
-namespace varda {
+namespace varda::device {
 
 /// What came in and waits to be read, with the times of its arrival. It never grows beyond a limit: who fills
 /// it stops while it is full, and goes on when it has been read.
@@ -43,4 +43,4 @@ private:
     std::vector<Arrival> taken_;
 };
 
-} // namespace varda
+} // namespace varda::device

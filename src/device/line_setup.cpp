@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 using Base = asio::serial_port_base;
@@ -78,4 +78,4 @@ void setUp(asio::serial_port& port, const LineSettings& settings) {
     }
 }
 
-} // namespace varda
+} // namespace varda::device

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace varda {
+namespace varda::device {
 
 /// The lock file of a port, with which programs tell one another that they have it: "LCK..ttyS0", in it the
 /// process that made it. This one is made with the id as a text, as the Filesystem Hierarchy Standard has it,
@@ -39,4 +39,4 @@ private:
 /// number; nothing where it names none.
 std::optional<int> ownerInLockFile(std::string_view content);
 
-} // namespace varda
+} // namespace varda::device

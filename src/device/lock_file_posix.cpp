@@ -1,7 +1,7 @@
 #include "device/lock_file.h"
 
+#include "core/base/scope_exit.h"
 #include "device/file_handle_posix.h"
-#include "platform/scope_exit.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,7 +17,7 @@
 #include <ctime>
 #include <iterator>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 /// A file that names nobody may be one that is just being written.
@@ -158,4 +158,4 @@ void LockFile::make(const std::string& path) {
     }
 }
 
-} // namespace varda
+} // namespace varda::device

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace varda {
+namespace varda::device {
 
 /// The system's own handle of an open device.
 #ifdef _WIN32
@@ -9,4 +9,4 @@ using NativeHandle = void*;
 using NativeHandle = int;
 #endif
 
-} // namespace varda
+} // namespace varda::device

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace varda {
+namespace varda::device {
 
 class LockFile;
 
@@ -34,4 +34,4 @@ private:
     bool isHandedOver_ = false;
 };
 
-} // namespace varda
+} // namespace varda::device

@@ -17,7 +17,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 std::string groupName(gid_t id) {
@@ -164,4 +164,4 @@ NodeClaim::~NodeClaim() {
     }
 }
 
-} // namespace varda
+} // namespace varda::device

@@ -1,12 +1,12 @@
 #include "device/node_claim.h"
 
-#include "platform/file_path.h"
+#include "core/files/file_path.h"
 
 #include <windows.h>
 
 #include <system_error>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 RuntimeError notPermitted(const std::string& label) {
@@ -102,4 +102,4 @@ NodeClaim::~NodeClaim() {
     }
 }
 
-} // namespace varda
+} // namespace varda::device

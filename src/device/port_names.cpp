@@ -1,6 +1,6 @@
 #include "device/port_names.h"
 
-namespace varda {
+namespace varda::device {
 
 std::string describe(const PortName& port) {
     std::string device = port.description;
@@ -14,4 +14,4 @@ std::string describe(const PortName& port) {
     return text;
 }
 
-} // namespace varda
+} // namespace varda::device

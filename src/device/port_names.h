@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace varda {
+namespace varda::device {
 
 /// A serial port that is there now. What is not known of it is empty.
 struct PortName {
@@ -22,4 +22,4 @@ std::vector<PortName> portNames(const std::string& root = {});
 /// One line for a list to choose from: the node, and after it what is known of the device.
 std::string describe(const PortName& port);
 
-} // namespace varda
+} // namespace varda::device

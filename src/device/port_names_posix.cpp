@@ -5,7 +5,7 @@
 #include <fstream>
 #include <map>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 namespace files = std::filesystem;
@@ -78,4 +78,4 @@ std::vector<PortName> portNames(const std::string& root) {
     return ports;
 }
 
-} // namespace varda
+} // namespace varda::device

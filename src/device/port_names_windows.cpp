@@ -9,7 +9,7 @@
 #include <devguid.h>
 #include <setupapi.h>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 constexpr DWORD longestText = 256;
@@ -138,4 +138,4 @@ std::vector<PortName> portNames(const std::string& /*root*/) {
     return ports;
 }
 
-} // namespace varda
+} // namespace varda::device

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/comm_error.h"
+#include "core/link/comm_error.h"
 
 #include <string>
 
-namespace varda {
+namespace varda::device {
 
 /// Why a port cannot be opened, in the same words on every system.
 namespace refusal {
@@ -27,4 +27,4 @@ inline RuntimeError cannotBeOpened(const std::string& label, const std::string& 
     return {comm_error::cannotBeSetUp, label + " cannot be opened: " + reason + "."};
 }
 
-} // namespace varda
+} // namespace varda::device

@@ -1,10 +1,10 @@
 #include "device/serial_node.h"
 
-#include "platform/blanks.h"
+#include "core/base/blanks.h"
 
 #include <charconv>
 
-namespace varda {
+namespace varda::device {
 namespace {
 
 #ifdef __linux__
@@ -38,4 +38,4 @@ std::string nodeOfName(std::string_view name) { return std::string(name); }
 
 std::string deviceNode(std::string_view name) { return nodeOfName(withoutBlanksAround(name)); }
 
-} // namespace varda
+} // namespace varda::device

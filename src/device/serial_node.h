@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace varda {
+namespace varda::device {
 
 /// The device node that the name of a port stands for; blanks around the name do not count.
 ///
@@ -12,4 +12,4 @@ namespace varda {
 /// @return the node, whether or not it exists; empty for an empty name
 std::string deviceNode(std::string_view name);
 
-} // namespace varda
+} // namespace varda::device

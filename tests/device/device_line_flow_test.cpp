@@ -12,6 +12,8 @@
 #include <thread>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 using namespace std::chrono_literals;

@@ -1,7 +1,7 @@
 #include "device/device_line.h"
 
+#include "core/base/scope_exit.h"
 #include "device/serial_node.h"
-#include "platform/scope_exit.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
 #include "support/task_loop.h"
@@ -21,6 +21,8 @@
 #include <filesystem>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 using test::PseudoTerminal;

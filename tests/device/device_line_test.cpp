@@ -1,6 +1,6 @@
 #include "device/device_line.h"
 
-#include "platform/mscomm.h"
+#include "core/link/mscomm.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
 #include "support/task_loop.h"
@@ -13,6 +13,8 @@
 #include <numeric>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 using namespace std::chrono_literals;

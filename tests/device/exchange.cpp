@@ -1,10 +1,10 @@
+#include "core/base/runtime_error.h"
+#include "core/link/mscomm.h"
+#include "core/protocol/crc16.h"
+#include "core/virtual/controller.h"
 #include "device/device_line.h"
 #include "device/port_names.h"
-#include "link/crc16.h"
-#include "platform/mscomm.h"
-#include "platform/runtime_error.h"
 #include "support/task_loop.h"
-#include "virtual/controller.h"
 
 #include <cstdio>
 #include <random>
@@ -29,8 +29,9 @@ Bytes wordRead(std::uint8_t address, std::uint8_t count) {
 /// @return the number of frames that were answered as they should be
 int exchange(const char* port, int frames) {
     varda::test::TaskLoop loop;
-    varda::MSComm comm(
-        [&loop](const std::string& name) { return std::make_unique<varda::DeviceLine>(name, loop.post()); });
+    varda::MSComm comm([&loop](const std::string& name) {
+        return std::make_unique<varda::device::DeviceLine>(name, loop.post());
+    });
     comm.setCommPort(port);
     comm.setSettings("38400,n,8,1");
     comm.open();
@@ -53,8 +54,8 @@ int exchange(const char* port, int frames) {
 
 int main(int argc, char** argv) try {
     if (argc == 1) {
-        for (const varda::PortName& port : varda::portNames()) {
-            std::printf("%s\n", varda::describe(port).c_str());
+        for (const varda::device::PortName& port : varda::device::portNames()) {
+            std::printf("%s\n", varda::device::describe(port).c_str());
         }
         return 0;
     }

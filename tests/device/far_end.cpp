@@ -1,5 +1,5 @@
+#include "core/virtual/controller.h"
 #include "support/pseudo_terminal.h"
-#include "virtual/controller.h"
 
 #include <cstdio>
 #include <thread>

@@ -5,6 +5,8 @@
 #include <numeric>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 using namespace std::chrono_literals;

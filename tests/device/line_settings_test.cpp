@@ -9,6 +9,8 @@
 #include <termios.h>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 using test::PseudoTerminal;

@@ -12,6 +12,8 @@
 #include <memory>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 using test::bytesOf;

@@ -8,6 +8,8 @@
 #include <filesystem>
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 TEST(PortNames, AreDevicesThatAreReallyThereInOrder) {

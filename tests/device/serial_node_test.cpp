@@ -5,6 +5,8 @@
 #ifdef __linux__
 
 namespace varda {
+
+using namespace device;
 namespace {
 
 TEST(DeviceNode, OfComNumberIsTheSerialNodeOfOneLess) {

@@ -1,9 +1,9 @@
+#include "core/protocol/crc16.h"
+#include "core/protocol/hex_text.h"
+#include "core/protocol/independent_encoder.h"
+#include "core/virtual/controller.h"
 #include "docs/protocol_document.h"
 #include "docs/protocol_requests.h"
-#include "link/crc16.h"
-#include "link/hex_text.h"
-#include "link/independent_encoder.h"
-#include "virtual/controller.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "docs/protocol_requests.h"
 
-#include "link/hex_text.h"
-#include "link/point_list.h"
-#include "link/single_requests.h"
+#include "core/protocol/hex_text.h"
+#include "core/protocol/point_list.h"
+#include "core/protocol/single_requests.h"
 
 #include <algorithm>
 #include <regex>

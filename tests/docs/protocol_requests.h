@@ -1,9 +1,9 @@
 #pragma once
 
+#include "core/protocol/frame_image.h"
+#include "core/protocol/mixed_requests.h"
+#include "core/protocol/registers.h"
 #include "docs/protocol_document.h"
-#include "link/frame_image.h"
-#include "link/mixed_requests.h"
-#include "link/registers.h"
 
 #include <string>
 #include <string_view>

@@ -1,13 +1,13 @@
+#include "core/pairs/packet_builders.h"
+#include "core/pairs/sim_points.h"
+#include "core/protocol/crc16.h"
+#include "core/protocol/hex_text.h"
+#include "core/protocol/point_list.h"
+#include "core/protocol/single_requests.h"
+#include "core/virtual/controller.h"
 #include "docs/protocol_document.h"
 #include "docs/protocol_requests.h"
-#include "link/crc16.h"
-#include "link/hex_text.h"
-#include "link/point_list.h"
-#include "link/single_requests.h"
-#include "simulator/packet_builders.h"
-#include "simulator/sim_points.h"
 #include "support/raises.h"
-#include "virtual/controller.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
+#include "core/link/serial_link_fixture.h"
+#include "core/virtual/controller.h"
+#include "core/virtual/virtual_line.h"
 #include "docs/protocol_document.h"
-#include "link/serial_link_fixture.h"
-#include "virtual/controller.h"
-#include "virtual/virtual_line.h"
 
 #include <functional>
 #include <stdexcept>

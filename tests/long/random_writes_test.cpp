@@ -1,4 +1,4 @@
-#include "link/independent_encoder.h"
+#include "core/protocol/independent_encoder.h"
 #include "support/event_loop.h"
 #include "support/window_driver.h"
 

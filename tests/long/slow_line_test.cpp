@@ -1,4 +1,4 @@
-#include "link/frame.h"
+#include "core/protocol/frame.h"
 #include "support/window_test.h"
 
 #include <QLabel>

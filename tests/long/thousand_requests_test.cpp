@@ -1,4 +1,4 @@
-#include "platform/scope_exit.h"
+#include "core/base/scope_exit.h"
 #include "support/prepared_reads.h"
 #include "support/temporary_folder.h"
 #include "support/window_test.h"

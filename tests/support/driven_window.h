@@ -1,9 +1,9 @@
 #pragma once
 
-#include "shell/frmVarda.h"
 #include "support/far_end.h"
 #include "support/manual_clock.h"
 #include "support/temporary_folder.h"
+#include "window/shell/frmVarda.h"
 
 #include <stdexcept>
 #include <string>
@@ -15,6 +15,8 @@ class QComboBox;
 class QMessageBox;
 
 namespace varda::test {
+
+using namespace window;
 
 /// The main window with everything around it in the test's hands: waits and both period timers run on a clock
 /// that is advanced by hand, lines end in memory, and files stand in a folder of the window's own.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/form.h"
+#include "core/link/form.h"
 
 #include <functional>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/port.h"
-#include "platform/runtime_error.h"
+#include "core/base/runtime_error.h"
+#include "core/link/port.h"
 
 #include <algorithm>
 #include <functional>

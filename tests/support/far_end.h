@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/line.h"
+#include "core/link/line.h"
 #include "support/manual_clock.h"
 
 #include <memory>

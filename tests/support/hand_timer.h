@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/period_timer.h"
-#include "platform/runtime_error.h"
+#include "core/base/period_timer.h"
+#include "core/base/runtime_error.h"
 
 #include <functional>
 #include <utility>

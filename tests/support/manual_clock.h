@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/clock.h"
-#include "platform/period_timer.h"
-#include "platform/runtime_error.h"
+#include "core/base/clock.h"
+#include "core/base/period_timer.h"
+#include "core/base/runtime_error.h"
 
 #include <map>
 #include <utility>

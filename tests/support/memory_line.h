@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/line.h"
+#include "core/link/line.h"
 
 #include <memory>
 #include <utility>

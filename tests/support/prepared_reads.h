@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/independent_encoder.h"
+#include "core/protocol/independent_encoder.h"
 
 #include <cstddef>
 #include <random>

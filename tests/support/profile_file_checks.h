@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/profile_file.h"
+#include "core/files/profile_file.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>

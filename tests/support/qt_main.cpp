@@ -1,4 +1,4 @@
-#include "shell/program.h"
+#include "window/shell/program.h"
 
 #include <QApplication>
 
@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
-    varda::prepareApplication();
+    varda::window::prepareApplication();
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/file_path.h"
+#include "core/files/file_path.h"
 
 #include <cstddef>
 #include <filesystem>

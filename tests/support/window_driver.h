@@ -1,7 +1,7 @@
 #pragma once
 
-#include "monitor/monitor_page.h"
-#include "shell/program.h"
+#include "window/monitor/monitor_page.h"
+#include "window/shell/program.h"
 
 #include <QString>
 #include <QTemporaryDir>
@@ -14,6 +14,8 @@ class QComboBox;
 class QMessageBox;
 
 namespace varda::test {
+
+using namespace window;
 
 /// A main window on the screen, and the hands of a user on it: everything but `paste` and what uses it goes
 /// through real clicks and keys on controls that are found by their names.

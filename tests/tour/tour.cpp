@@ -1,10 +1,10 @@
-#include "link/crc16.h"
-#include "link/hex_text.h"
-#include "scenario/scenario_frame.h"
-#include "shell/program.h"
+#include "core/protocol/crc16.h"
+#include "core/protocol/hex_text.h"
+#include "core/runs/scenario_frame.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
+#include "window/shell/program.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -344,7 +344,7 @@ void showWarning(QtMsgType /*type*/, const QMessageLogContext& /*context*/, cons
 int main(int argc, char** argv) {
     qInstallMessageHandler(showWarning);
     const QApplication application(argc, argv);
-    varda::prepareApplication();
+    varda::window::prepareApplication();
     QApplication::setCursorFlashTime(0); // a caret that is always there, in every picture alike
     const QDir pictures(QDir(QApplication::arguments().value(1, QStringLiteral("tour"))).absolutePath());
     if (!pictures.mkpath(QStringLiteral("."))) {

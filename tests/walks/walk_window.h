@@ -5,7 +5,7 @@
 #include "support/memory_line.h"
 #include "walks/page_model.h"
 
-#include "shell/frmVarda.h"
+#include "window/shell/frmVarda.h"
 
 #include <QPointer>
 #include <QTemporaryDir>
@@ -16,6 +16,8 @@
 #include <stdexcept>
 
 namespace varda::walks {
+
+using namespace window;
 
 /// The main window on a line in memory, with time by hand: it does the actions of a walk by clicks and keys,
 /// and tells what it shows by the names that models use.

@@ -1,0 +1,313 @@
+#include "core/files/profile_file.h"
+
+#include "core/files/atomic_file.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace varda::inline core {
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view lineEnd = "\r\n";
+
+/// Line ends count as blanks, so that what is cut from a line never carries one.
+std::string_view withoutBlanks(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) {
+        return text.substr(text.size());
+    }
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::string_view withoutQuotes(std::string_view value) {
+    const bool quoted =
+        value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.front() == value.back();
+    return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+/// A line break in a value would forge lines, a zero byte would make the file unreadable.
+std::string withoutLineBreaks(std::string_view text) {
+    std::string result(text);
+    std::replace_if(
+        result.begin(), result.end(),
+        [](char character) { return character == '\r' || character == '\n' || character == '\0'; }, ' ');
+    return result;
+}
+
+bool hasAny(std::string_view name, std::string_view characters) {
+    return name.find_first_of(characters) != std::string_view::npos;
+}
+
+void requireSectionName(std::string_view section) {
+    if (hasAny(section, std::string_view("]\r\n\0", 4))) {
+        throw RuntimeError(run_time_error::invalidProcedureCall,
+                           "A section cannot be named \"" + std::string(section) + "\"");
+    }
+}
+
+void requireKeyName(std::string_view key) {
+    if (key.empty() || key.front() == ';' || key.front() == '[' ||
+        hasAny(key, std::string_view("=\r\n\0", 4))) {
+        throw RuntimeError(run_time_error::invalidProcedureCall,
+                           "A key cannot be named \"" + std::string(key) + "\"");
+    }
+}
+
+/// The name in a section header; nothing for another line.
+std::optional<std::string_view> headerName(std::string_view content) {
+    const std::size_t close = content.starts_with('[') ? content.find(']') : std::string_view::npos;
+    if (close == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return withoutBlanks(content.substr(1, close - 1));
+}
+
+/// Whether a line holds a key; comments and damaged headers do not.
+bool isEntry(std::string_view content) {
+    const std::size_t equals = content.find('=');
+    return equals != std::string_view::npos && equals != 0 && content.front() != ';' &&
+           content.front() != '[';
+}
+
+std::string_view keyOf(std::string_view line) { return withoutBlanks(line.substr(0, line.find('='))); }
+
+std::string_view valueOf(std::string_view line) { return withoutBlanks(line.substr(line.find('=') + 1)); }
+
+/// Appends whole lines, each with the line end that is written.
+void appendLines(std::string_view lines, std::string& result) {
+    while (!lines.empty()) {
+        const std::size_t feed = lines.find('\n');
+        std::string_view line = lines.substr(0, feed);
+        lines.remove_prefix(feed == std::string_view::npos ? lines.size() : feed + 1);
+        if (!line.empty() && line.back() == '\r') {
+            line.remove_suffix(1);
+        }
+        result.append(line).append(lineEnd);
+    }
+}
+
+} // namespace
+
+ProfileFile ProfileFile::load(const std::string& path) {
+    FileText file = readRegularFile(path, sizeLimit);
+    ProfileFile result = file.problem ? unreadable(*file.problem) : parse(std::move(file.text));
+    if (result.problem_ && !file.problem) {
+        result.problem_ = fileError(path, "is no text file");
+    }
+    return result;
+}
+
+ProfileFile ProfileFile::parse(std::string text) {
+    if (text.size() > sizeLimit) {
+        return unreadable(RuntimeError(run_time_error::fileAccessError, "The text is larger than 64 MiB"));
+    }
+    const TextForm form = textFormOf(text);
+    std::optional<std::string> decoded =
+        form == TextForm::Plain ? std::optional(std::move(text)) : decodedText(text, form);
+    if (!decoded || decoded->find('\0') != std::string::npos) {
+        ProfileFile result =
+            unreadable(RuntimeError(run_time_error::fileAccessError, "A text has no zero characters"));
+        result.isText_ = false;
+        return result;
+    }
+    ProfileFile result;
+    result.form_ = form;
+    result.text_ = *std::move(decoded);
+    result.textEnd_ = static_cast<std::uint32_t>(result.text_.size());
+    result.indexLines();
+    return result;
+}
+
+ProfileFile ProfileFile::unreadable(const RuntimeError& problem) {
+    ProfileFile result;
+    result.problem_ = problem;
+    return result;
+}
+
+bool ProfileFile::isText() const {
+    // Beside blanks and line ends these have been seen in texts: backspace, the end of a file, escape.
+    constexpr std::string_view usual = "\b\t\n\v\f\r\x1A\x1B";
+    const auto isStrange = [usual](char character) {
+        return static_cast<unsigned char>(character) < ' ' && usual.find(character) == std::string_view::npos;
+    };
+    return isText_ && std::ranges::none_of(view({textBegin_, textEnd_}), isStrange);
+}
+
+void ProfileFile::indexLines() {
+    if (text_.starts_with(byteOrderMark)) {
+        textBegin_ = static_cast<std::uint32_t>(byteOrderMark.size());
+    }
+    Section* section = nullptr;
+    for (std::uint32_t begin = textBegin_; begin < textEnd_;) {
+        const std::size_t feed = text_.find('\n', begin);
+        const Span line{begin, feed == std::string::npos ? textEnd_ : static_cast<std::uint32_t>(feed + 1)};
+        section = indexLine(line, section);
+        begin = line.end;
+    }
+    for (Section& filled : sections_) {
+        indexEntries(filled);
+    }
+}
+
+/// @return the section that the following lines belong to, null where they belong to none
+ProfileFile::Section* ProfileFile::indexLine(Span line, Section* section) {
+    const std::string_view content = withoutBlanks(view(line));
+    if (const auto header = headerName(content)) {
+        return findSection(*header) ? nullptr : &addSection({spanOf(*header), line.end, false, {}, {}});
+    }
+    if (section != nullptr && !content.empty()) {
+        section->end = line.end;
+        if (isEntry(content)) {
+            section->entries.push_back({line, line});
+        }
+    }
+    return section;
+}
+
+void ProfileFile::indexEntries(Section& section) const {
+    section.index.reserve(section.entries.size());
+    for (std::uint32_t entry = 0; entry < section.entries.size(); ++entry) {
+        const std::string_view key = keyOf(view(section.entries[entry].line));
+        if (!findEntry(section, key)) {
+            section.index.insert(hashOfName(key), entry);
+        }
+    }
+}
+
+std::string ProfileFile::value(std::string_view section, std::string_view key, std::string_view defaultText,
+                               std::size_t size) const {
+    std::string_view found = defaultText;
+    if (const auto inSection = findSection(withoutBlanks(section))) {
+        const Section& searched = sections_[*inSection];
+        if (const auto entry = findEntry(searched, withoutBlanks(key))) {
+            found = withoutQuotes(valueOf(view(searched.entries[*entry].line)));
+        }
+    }
+    return std::string(found.substr(0, size == 0 ? 0 : size - 1));
+}
+
+std::optional<std::uint32_t> ProfileFile::findSection(std::string_view name) const {
+    return sectionIndex_.find(hashOfName(name), [&](std::uint32_t section) {
+        return equalNames(view(sections_[section].name), name);
+    });
+}
+
+std::optional<std::uint32_t> ProfileFile::findEntry(const Section& section, std::string_view name) const {
+    return section.index.find(hashOfName(name), [&](std::uint32_t entry) {
+        return equalNames(keyOf(view(section.entries[entry].line)), name);
+    });
+}
+
+ProfileFile::Section& ProfileFile::addSection(Section section) {
+    sectionIndex_.insert(hashOfName(view(section.name)), static_cast<std::uint32_t>(sections_.size()));
+    return sections_.emplace_back(std::move(section));
+}
+
+void ProfileFile::setValue(std::string_view section, std::string_view key, std::string_view text) {
+    const std::string_view sectionName = withoutBlanks(section);
+    const std::string_view keyName = withoutBlanks(key);
+    requireSectionName(sectionName);
+    requireKeyName(keyName);
+    requireWritable(sectionName);
+    requireWritable(keyName);
+    const std::string line = withoutLineBreaks(asWritten(text));
+    const std::string_view value = withoutBlanks(line);
+    Section& target = findOrAddSection(sectionName);
+    const auto found = findEntry(target, keyName);
+    if (!found) {
+        target.index.insert(hashOfName(keyName), static_cast<std::uint32_t>(target.entries.size()));
+        target.entries.push_back({{target.end, target.end}, storeLine(std::string(keyName), value)});
+        return;
+    }
+    Entry& entry = target.entries[*found];
+    const std::string_view old = view(entry.line);
+    if (valueOf(old) != value) {
+        entry.line = storeLine(std::string(keyOf(old)), value);
+    }
+}
+
+/// A text as it comes back from the file.
+std::string ProfileFile::asWritten(std::string_view text) const {
+    if (form_ == TextForm::Plain) {
+        return std::string(text);
+    }
+    return *decodedText(encodedText(std::string(text), form_), form_);
+}
+
+void ProfileFile::requireWritable(std::string_view name) const {
+    if (form_ != TextForm::Plain && asWritten(name) != name) {
+        throw RuntimeError(run_time_error::invalidProcedureCall, "A name in UTF-16 has to be a text");
+    }
+}
+
+ProfileFile::Section& ProfileFile::findOrAddSection(std::string_view name) {
+    if (const auto section = findSection(name)) {
+        return sections_[*section];
+    }
+    return addSection({store(name), textEnd_, true, {}, {}});
+}
+
+std::string ProfileFile::text() const {
+    std::string result = text_.substr(0, textBegin_);
+    std::uint32_t position = textBegin_;
+    const auto copyUpTo = [&](std::uint32_t end) {
+        appendLines(view({position, end}), result);
+        position = end;
+    };
+    for (const Section& section : sections_) {
+        if (section.isNew) {
+            copyUpTo(textEnd_);
+            result.append("[").append(view(section.name)).append("]").append(lineEnd);
+        }
+        for (const Entry& entry : section.entries) {
+            if (isChanged(entry)) {
+                copyUpTo(entry.place.begin);
+                result.append(view(entry.line)).append(lineEnd);
+                position = entry.place.end;
+            }
+        }
+    }
+    copyUpTo(textEnd_);
+    return encodedText(std::move(result), form_);
+}
+
+void ProfileFile::save(const std::string& path) const { replaceFile(path, savedText(path)); }
+
+void ProfileFile::saveInPlace(const std::string& path) const { overwriteFile(path, savedText(path)); }
+
+std::string ProfileFile::savedText(const std::string& path) const {
+    if (problem_) {
+        throw RuntimeError(*problem_);
+    }
+    std::string content = text();
+    if (content.size() > sizeLimit) {
+        throw fileError(path, "would be larger than 64 MiB and could not be loaded again");
+    }
+    return content;
+}
+
+ProfileFile::Span ProfileFile::store(std::string_view text) {
+    if (text.size() > UINT32_MAX - text_.size()) {
+        throw RuntimeError(run_time_error::outOfMemory, "Out of memory");
+    }
+    text_.append(text);
+    const auto end = static_cast<std::uint32_t>(text_.size());
+    return {end - static_cast<std::uint32_t>(text.size()), end};
+}
+
+ProfileFile::Span ProfileFile::storeLine(std::string name, std::string_view value) {
+    return store(name.append("=").append(value));
+}
+
+std::string_view ProfileFile::view(Span span) const {
+    return std::string_view(text_).substr(span.begin, span.end - span.begin);
+}
+
+ProfileFile::Span ProfileFile::spanOf(std::string_view part) const {
+    const auto begin = static_cast<std::uint32_t>(part.data() - text_.data());
+    return {begin, begin + static_cast<std::uint32_t>(part.size())};
+}
+
+} // namespace varda::inline core

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varda::inline core {
+
+/// The groups of controls that are switched together; see the table of their name prefixes in the shell.
+enum class ControlGroup { Read, Write, MixedRead, MixedWrite, Simulation, Scenario };
+
+/// All that code outside the shell may ask of the main window: its controls by their names, and its message
+/// boxes.
+///
+/// A name that no control bears is a defect of the caller; the window ignores it in a release and asserts in
+/// a debug build.
+class Form {
+public:
+    Form() = default;
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+    virtual ~Form() = default;
+
+    virtual std::string text(std::string_view control) const = 0;
+    virtual void setText(std::string_view control, const std::string& text) = 0;
+    /// The entries of a list box, in order.
+    virtual std::vector<std::string> lines(std::string_view listBox) const = 0;
+    virtual bool isTicked(std::string_view control) const = 0;
+    virtual void setTicked(std::string_view control, bool ticked) = 0;
+    virtual bool isEnabled(std::string_view control) const = 0;
+    virtual void setEnabled(std::string_view control, bool enabled) = 0;
+
+    /// Switches every control whose name the group matches.
+    virtual void enableGroup(ControlGroup group, bool enabled) = 0;
+    void EnableReadControls(bool enabled) { enableGroup(ControlGroup::Read, enabled); }
+    void EnableWriteControls(bool enabled) { enableGroup(ControlGroup::Write, enabled); }
+    void EnableMixedReadControls(bool enabled) { enableGroup(ControlGroup::MixedRead, enabled); }
+    void EnableMixedWriteControls(bool enabled) { enableGroup(ControlGroup::MixedWrite, enabled); }
+    void EnableSimControls(bool enabled) { enableGroup(ControlGroup::Simulation, enabled); }
+    void EnableScenarioControls(bool enabled) { enableGroup(ControlGroup::Scenario, enabled); }
+
+    /// Switches the scenario's editing buttons; its run button follows whether it has lines, its stop button
+    /// goes off.
+    virtual void SetScenarioButtons(bool enabled) = 0;
+
+    /// Runs the Click handler of a button, whether or not the button is enabled. @throws what the handler
+    /// throws
+    virtual void press(std::string_view button) = 0;
+
+    /// Runs the Change handler of a field as it stands. @throws what the handler throws
+    virtual void change(std::string_view field) = 0;
+
+    /// Shows a message box with an OK button and returns at once. Boxes wait for one another; one that says
+    /// the same as a box still shown is not shown again.
+    virtual void showMessage(const std::string& text, const std::string& title) = 0;
+    /// Shows a Yes/No box and returns at once; `answered` runs with the answer.
+    virtual void ask(const std::string& text, const std::string& title,
+                     std::function<void(bool yes)> answered) = 0;
+};
+
+} // namespace varda::inline core

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "core/link/port.h"
+
+#include <chrono>
+
+namespace varda::inline core {
+
+/// When some of the bytes came in that a read returned.
+struct Arrival {
+    using Time = std::chrono::steady_clock::time_point;
+
+    std::size_t count = 0; ///< bytes that came together
+    Time time;
+};
+
+/// Line settings as the serial control reads them from its settings text.
+struct LineSettings {
+    int baudRate = 9600;
+    char parity = 'n'; ///< 'n' none, 'e' even, 'o' odd
+    int dataBits = 8;  ///< 5 .. 8
+    int stopBits = 1;  ///< 1 or 2
+};
+
+/// What a port's name stands for: a device node, or the embedded controller. MSComm drives one while it is
+/// open.
+class Line {
+public:
+    using EventHandler = Port::EventHandler;
+
+    Line() = default;
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+    virtual ~Line() = default;
+
+    /// @throws RuntimeError 8002, 8005, 8015 with a text that names the line and the remedy
+    virtual void open(const LineSettings& settings) = 0;
+    virtual void close() noexcept = 0;
+    virtual std::size_t inBufferCount() const noexcept = 0;
+    virtual Bytes read() = 0;
+    virtual void discard() noexcept = 0;
+    /// Sends all of the bytes or none of them: where too much waits to be sent already, they are counted as
+    /// unsent. @throws RuntimeError 8020
+    virtual void write(const Bytes& bytes) = 0;
+    /// As Port has it.
+    virtual void keepFirst(std::size_t /*most*/) noexcept {}
+    /// Number of writes since the line was opened that were not sent.
+    virtual std::size_t unsentWrites() const noexcept { return 0; }
+    /// The arrivals of what read() returned last, in order; empty where the line does not know.
+    virtual std::vector<Arrival> arrivals() const { return {}; }
+
+    void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
+
+protected:
+    /// HungUp is raised once; the line has closed itself by then. The line may be destroyed inside the call.
+    void raise(CommEvent event, const std::string& reason = {}) const {
+        if (const EventHandler handler = handler_) { // a copy, which outlives the line
+            handler(event, reason);
+        }
+    }
+
+private:
+    EventHandler handler_;
+};
+
+} // namespace varda::inline core

@@ -1,0 +1,127 @@
+#include "core/link/link_port.h"
+
+#include "core/base/conversion.h"
+#include "core/base/period_timer.h"
+#include "core/base/scope_exit.h"
+#include "core/link/comm_error.h"
+#include "core/link/form.h"
+#include "core/protocol/frame.h"
+
+#include <array>
+
+namespace varda::inline core {
+namespace {
+
+constexpr std::string_view openCaption = "Open Port";
+constexpr std::string_view closeCaption = "Close Port";
+
+constexpr std::array<std::string_view, 6> usedOnlyWhileClosed = {"cmdCommTest", "cbPort",    "cbBaudRate",
+                                                                 "cbDataBit",   "cbStopBit", "cbParityBit"};
+
+std::string_view parityLetter(std::string_view parity) {
+    // kept: any other text leaves the settings without a parity letter
+    return parity == "NONE" ? "n," : parity == "EVEN" ? "e," : parity == "ODD" ? "o," : "";
+}
+
+} // namespace
+
+std::string LinkPort::settingText(std::string_view list, const std::string& startValue) {
+    if (form_.text(list).empty()) {
+        form_.setText(list, startValue);
+    }
+    return form_.text(list);
+}
+
+std::string LinkPort::MakeCommSettings() {
+    std::string settings = settingText("cbBaudRate", "9600") + ",";
+    settings += parityLetter(settingText("cbParityBit", "NONE"));
+    settings += settingText("cbDataBit", "8") + ",";
+    return settings + settingText("cbStopBit", "1");
+}
+
+void LinkPort::showPortError(const RuntimeError& error) {
+    form_.showMessage(std::to_string(error.number()) + " " + error.what(), "Error");
+}
+
+void LinkPort::cmdCommTest_Click() {
+    const std::string name = form_.text("cbPort");
+    try {
+        commTest_.setCommPort(name);
+        commTest_.open();
+    } catch (const RuntimeError& error) {
+        if (error.number() == comm_error::inUse) {
+            form_.showMessage("Already Using Port !! Please Select Another Port", "Error");
+        } else {
+            showPortError(error);
+        }
+        return;
+    }
+    if (!commTest_.isOpen()) {
+        form_.showMessage("Error !!", "Comm. Port");
+        return;
+    }
+    commTest_.close();
+    link_.port().setCommPort(name);
+    form_.setEnabled("cmdPortOpen", true);
+}
+
+void LinkPort::cmdPortOpen_Click() {
+    if (form_.text("cmdPortOpen") == openCaption) {
+        openPort();
+    } else {
+        closePort();
+    }
+}
+
+void LinkPort::openPort() {
+    form_.setText("cmdPortOpen", std::string(closeCaption));
+    try {
+        link_.port().setSettings(MakeCommSettings());
+        link_.port().open();
+    } catch (const RuntimeError& error) {
+        form_.setText("cmdPortOpen", std::string(openCaption));
+        showPortError(error);
+        return;
+    }
+    link_.connectionOpened();
+    switchOpened(true);
+    if (const Route* const route = findRoute(link_.state().CommMode)) {
+        form_.setEnabled(route->periodField, false);
+        form_.setEnabled(route->enabledByOpening, true);
+        if (route->bitMode == command::bitRead) {
+            form_.change(route->destination);
+            form_.change(route->source);
+        }
+        tmrComm_.setInterval(toInteger(form_.text(route->periodField)));
+    }
+    tmrComm_.start();
+}
+
+void LinkPort::closePort() {
+    form_.setText("cmdPortOpen", std::string(openCaption));
+    link_.port().close();
+    switchOpened(false);
+    if (const Route* const route = findRoute(link_.state().CommMode)) {
+        form_.setEnabled(route->periodField, true);
+        form_.setEnabled(route->sendButton, false);
+    }
+    form_.setEnabled("cmdSimStart", false);
+    tmrComm_.stop();
+}
+
+void LinkPort::switchOpened(bool open) {
+    for (const std::string_view control : usedOnlyWhileClosed) {
+        form_.setEnabled(control, !open);
+    }
+}
+
+void LinkPort::hangUp(const std::string& reason) {
+    link_.commPLC_OnComm(CommEvent::HungUp);
+    const ScopeExit closed([this, &reason] {
+        closePort();
+        showPortError({comm_error::readError, reason});
+    });
+    stopRuns_(); // may fail where a period is no number; the port closes all the same
+}
+
+} // namespace varda::inline core

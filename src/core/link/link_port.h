@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/link/serial_link.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace varda::inline core {
+
+class PeriodTimer;
+class RuntimeError;
+
+/// Testing, opening and closing the port, with every control that this switches.
+class LinkPort {
+public:
+    /// @param commTest serves the port test alone
+    LinkPort(Port& commTest, SerialLink& link, PeriodTimer& tmrComm, Form& form)
+        : commTest_(commTest), link_(link), tmrComm_(tmrComm), form_(form) {}
+
+    /// Stops whatever runs by itself on the open port, as its stop button does: a scenario, the monitor.
+    void setStopRuns(std::function<void()> stopRuns) { stopRuns_ = std::move(stopRuns); }
+
+    /// The settings text of the four lists, for example "9600,n,8,1"; empty lists get their start value
+    /// first.
+    std::string MakeCommSettings();
+
+    /// Tests the port of the list; the last port that passed is the one that opens.
+    void cmdCommTest_Click();
+
+    /// Opens or closes, by the button's caption.
+    void cmdPortOpen_Click();
+
+    /// The line went away: stops what runs, closes as the button does, says why.
+    void hangUp(const std::string& reason);
+
+private:
+    void openPort();
+    void closePort();
+    void switchOpened(bool open);
+    void showPortError(const RuntimeError& error);
+    std::string settingText(std::string_view list, const std::string& startValue);
+
+    Port& commTest_;
+    SerialLink& link_;
+    PeriodTimer& tmrComm_;
+    Form& form_;
+    std::function<void()> stopRuns_ = [] {};
+};
+
+} // namespace varda::inline core

@@ -1,0 +1,41 @@
+#include "core/protocol/frame.h"
+
+#include "core/protocol/crc16.h"
+
+#include <algorithm>
+#include <array>
+
+namespace varda::inline core {
+namespace {
+
+constexpr std::array<Command, 6> table = {{
+    {command::bitRead, Access::Bit, false},
+    {command::bitWrite, Access::Bit, true},
+    {command::wordRead, Access::Word, false},
+    {command::wordWrite, Access::Word, true},
+    {command::mixedRead, Access::None, false},
+    {command::mixedWrite, Access::None, true},
+}};
+
+} // namespace
+
+std::span<const Command> commands() { return table; }
+
+const Command* findCommand(std::uint8_t code) {
+    const auto* const found = std::ranges::find(table, code, &Command::code);
+    return found != table.end() ? found : nullptr;
+}
+
+std::optional<Frame> parse(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < frame_size::envelope || bytes.size() < frame_size::envelope + bytes[offset::length]) {
+        return std::nullopt;
+    }
+    const std::size_t checked = frame_size::header + bytes[offset::length];
+    if (crc16(bytes.first(checked)) != bytes[checked] + 256 * bytes[checked + 1]) {
+        return std::nullopt;
+    }
+    return Frame{bytes[offset::destination], bytes[offset::source], bytes[offset::command],
+                 bytes.subspan(offset::body, bytes[offset::length])};
+}
+
+} // namespace varda::inline core

@@ -1,0 +1,140 @@
+#include "core/protocol/frame_image.h"
+
+#include "core/base/conversion.h"
+#include "core/base/runtime_error.h"
+#include "core/protocol/crc16.h"
+#include "core/protocol/hex_text.h"
+
+#include <algorithm>
+#include <span>
+
+namespace varda::inline core {
+
+void FrameImage::check(std::size_t index) const {
+    if (index >= bytes_.size() || index >= texts_.size()) {
+        throw subscriptOutOfRange();
+    }
+}
+
+const std::string& FrameImage::text(std::size_t index) const {
+    if (index >= texts_.size()) {
+        throw subscriptOutOfRange();
+    }
+    return texts_[index];
+}
+
+std::uint8_t FrameImage::byte(std::size_t index) const {
+    check(index);
+    return bytes_[index];
+}
+
+void FrameImage::set(std::size_t index, std::uint8_t value) {
+    check(index);
+    texts_[index] = hex(value, 2);
+    bytes_[index] = value;
+}
+
+void FrameImage::setText(std::size_t index, std::string_view hexText) {
+    check(index);
+    bytes_[index] = byteFromHex(hexText);
+    texts_[index] = hexText;
+}
+
+void FrameImage::reset(std::size_t first, std::size_t last) {
+    check(last);
+    for (std::size_t index = first; index <= last; ++index) {
+        set(index, 0);
+    }
+}
+
+void FrameImage::clearBytes(std::size_t first, std::size_t last) {
+    check(last);
+    std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(first),
+              bytes_.begin() + static_cast<std::ptrdiff_t>(last) + 1, std::uint8_t{0});
+}
+
+void FrameImage::setLowHigh(std::size_t index, std::string_view digits) {
+    check(index + 1);
+    if (digits.size() < 4) {
+        throw subscriptOutOfRange();
+    }
+    setText(index, digits.substr(2, 2));
+    setText(index + 1, digits.substr(0, 2));
+}
+
+void FrameImage::appendCrc(std::size_t count) {
+    check(count + 1);
+    const std::uint16_t check = crc16(std::span(bytes_).first(count));
+    set(count, static_cast<std::uint8_t>(check & 0xFFU));
+    set(count + 1, static_cast<std::uint8_t>(check >> 8U));
+}
+
+void FrameImage::complete(std::size_t last) {
+    fillEmptyTexts(last);
+    takeTexts(0, last);
+}
+
+void FrameImage::fillEmptyTexts(std::size_t last) {
+    check(last);
+    for (std::size_t index = 0; index <= last; ++index) {
+        if (texts_[index].empty()) {
+            set(index, 0);
+        }
+    }
+}
+
+void FrameImage::takeTexts(std::size_t first, std::size_t last) {
+    check(last);
+    for (std::size_t index = first; index <= last; ++index) {
+        bytes_[index] = texts_[index].empty() ? std::uint8_t{0} : byteFromHex(texts_[index]);
+    }
+}
+
+std::string FrameImage::display(std::size_t last) {
+    fillEmptyTexts(last);
+    std::string shown;
+    for (std::size_t index = 0; index <= last; ++index) {
+        shown += texts_[index] + ' ';
+    }
+    return shown;
+}
+
+Bytes FrameImage::wire(std::size_t count) const {
+    if (count > bytes_.size()) {
+        throw subscriptOutOfRange();
+    }
+    return {bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+FrameImage& FrameImages::of(std::uint8_t code) {
+    switch (code) {
+    case command::bitRead:
+    case command::wordRead:
+        return read;
+    case command::bitWrite:
+    case command::wordWrite:
+        return write;
+    case command::mixedRead:
+        return mixedRead;
+    case command::mixedWrite:
+        return mixedWrite;
+    default:
+        throw subscriptOutOfRange();
+    }
+}
+
+void AppendCRC16(FrameImages& images, std::uint8_t code, std::size_t count) {
+    const bool mixed = code == command::mixedRead || code == command::mixedWrite;
+    images.of(code).appendCrc(mixed ? count + offset::body : count);
+}
+
+void setStation(FrameImage& image, std::size_t index, std::string_view text) {
+    try {
+        // kept: no leading zero, so a station below 16 shows as one digit
+        image.setText(index, hex(toByte(toInteger(text))));
+    } catch (const RuntimeError&) {
+        image.set(index, 0);
+    }
+}
+
+} // namespace varda::inline core

@@ -1,0 +1,76 @@
+#include "core/protocol/hex_text.h"
+
+#include "core/base/conversion.h"
+#include "core/base/runtime_error.h"
+
+#include <array>
+#include <charconv>
+
+namespace varda::inline core {
+namespace {
+
+constexpr std::string_view digitsOfHex = "0123456789ABCDEF";
+
+std::string zeroFilled(const std::string& text, std::size_t digits) {
+    return text.size() < digits ? std::string(digits - text.size(), '0') + text : text;
+}
+
+void appendByte(std::string& text, std::uint8_t byte) {
+    text += digitsOfHex[byte >> 4U];
+    text += digitsOfHex[byte & 0xFU];
+}
+
+} // namespace
+
+std::string hex(int value) {
+    auto bits = static_cast<unsigned>(value) & 0xFFFFU;
+    std::string text;
+    do {
+        text.insert(text.begin(), digitsOfHex[bits & 0xFU]);
+        bits >>= 4U;
+    } while (bits != 0);
+    return text;
+}
+
+std::string hex(int value, std::size_t digits) {
+    const std::string text = zeroFilled(hex(value), digits);
+    return text.substr(text.size() - digits);
+}
+
+std::string decimal(int value, std::size_t digits) { return zeroFilled(std::to_string(value), digits); }
+
+std::string hexGroups(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    text.reserve(bytes.size() * 3);
+    for (const std::uint8_t byte : bytes) {
+        appendByte(text, byte);
+        text += ' ';
+    }
+    return text;
+}
+
+std::string hexRun(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    text.reserve(bytes.size() * 2);
+    for (const std::uint8_t byte : bytes) {
+        appendByte(text, byte);
+    }
+    return text;
+}
+
+int fromHex(std::string_view text) {
+    std::uint16_t value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value, 16);
+    if (stop != end || error == std::errc::invalid_argument) {
+        throw typeMismatch();
+    }
+    if (error == std::errc::result_out_of_range) {
+        throw overflow();
+    }
+    return value;
+}
+
+std::uint8_t byteFromHex(std::string_view text) { return toByte(fromHex(text)); }
+
+} // namespace varda::inline core

@@ -1,0 +1,73 @@
+#include "core/protocol/point_list.h"
+
+#include "core/base/conversion.h"
+
+namespace varda::inline core {
+namespace {
+
+constexpr char tab = '\t';
+
+Access accessOf(std::string_view line) {
+    return line.front() == 'B' ? Access::Bit : line.front() == 'W' ? Access::Word : Access::None;
+}
+
+std::string_view before(std::string_view text, char separator) {
+    return text.substr(0, text.find(separator));
+}
+
+std::string_view behind(std::string_view text, char separator) {
+    const std::size_t at = text.find(separator);
+    return at == std::string_view::npos ? std::string_view() : text.substr(at + 1);
+}
+
+} // namespace
+
+std::string bitPointLine(std::string_view kind, std::string_view number, std::string_view bit,
+                         std::string_view value) {
+    return std::string("BIT\t").append(kind).append(number).append(".").append(bit).append("\t").append(
+        value);
+}
+
+std::string wordPointLine(std::string_view kind, std::string_view number, std::string_view value) {
+    return std::string("WORD\t").append(kind).append(number).append("\t").append(value);
+}
+
+std::string_view pointValue(std::string_view line) {
+    const std::size_t lastTab = line.rfind(tab);
+    return lastTab == std::string_view::npos ? line : line.substr(lastTab + 1);
+}
+
+Point parsePoint(std::string_view line) {
+    const Access access = accessOf(line);
+    const std::string_view reg = before(behind(line, tab), tab);
+    // kept: one character is cut off as the kind, so the number of "TC", "SV", "PV" and "SR" is no number
+    const std::string_view number = reg.empty() ? reg : reg.substr(1);
+    return {access, std::string(reg.substr(0, 1)),
+            toInteger(access == Access::Bit ? before(number, '.') : number),
+            access == Access::Bit ? toInteger(behind(number, '.')) : 0, std::string(pointValue(line))};
+}
+
+std::uint8_t GetListDataLength(std::span<const std::string> lines, int perBit, int perWord) {
+    std::uint8_t sum = 0;
+    for (const std::string& line : lines) {
+        if (!line.empty()) {
+            const Access access = accessOf(line);
+            sum = toByte(sum + (access == Access::Bit ? perBit : access == Access::Word ? perWord : 0));
+        }
+    }
+    return sum;
+}
+
+std::uint8_t GetMRAnswerLength(std::span<const std::string> lines) {
+    std::uint8_t sum = 0;
+    for (const std::string& line : lines) {
+        if (!line.empty()) {
+            const Access access = accessOf(line);
+            const int perPoint = access == Access::Bit ? 1 : access == Access::Word ? 2 : 0;
+            sum = toByte(sum + perPoint * toInteger(pointValue(line)));
+        }
+    }
+    return sum;
+}
+
+} // namespace varda::inline core

@@ -1,0 +1,28 @@
+#include "core/runs/monitor_line.h"
+
+#include "core/protocol/hex_text.h"
+
+#include <algorithm>
+#include <span>
+
+namespace varda::inline core {
+
+std::string MonitorLine::text(std::size_t most) const {
+    const auto shown = std::span(burst).first(std::min(most, burst.size()));
+    if (!asCharacters) {
+        return stamp + hexGroups(shown);
+    }
+    std::string line = stamp;
+    line.reserve(line.size() + 2 * shown.size());
+    for (const std::uint8_t byte : shown) {
+        line += static_cast<char>(byte);
+        line += ' ';
+    }
+    return line;
+}
+
+std::string timeStamp(int hour, int minute, int second) {
+    return std::to_string(hour) + ":" + std::to_string(minute) + ":" + std::to_string(second) + " - ";
+}
+
+} // namespace varda::inline core

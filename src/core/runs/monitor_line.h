@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/base/bytes.h"
+
+#include <string>
+
+namespace varda::inline core {
+
+/// One line of the monitor: a burst, and how it was to be shown when it came.
+///
+/// The line keeps the bytes and makes its text when it is asked for, so that a flood costs no more than its
+/// own bytes.
+struct MonitorLine {
+    std::string stamp; ///< time stamp and " - ", or empty
+    Bytes burst;
+    bool asCharacters; ///< else in hexadecimal digits
+
+    /// The stamp, then each byte and a space: two upper-case digits, or the byte itself as its character's
+    /// code (Latin-1).
+    /// @param most at most so many bytes of the burst
+    std::string text(std::size_t most) const;
+    std::string text() const { return text(burst.size()); }
+};
+
+/// Time of reception as the stamp of a line, without leading zeros: "9:5:7 - ".
+/// @param hour 0 .. 23 @param minute, second 0 .. 59
+std::string timeStamp(int hour, int minute, int second);
+
+/// A list of lines restarts when more than so many stand in it.
+constexpr std::size_t monitorLineLimit = 2000;
+
+} // namespace varda::inline core

@@ -1,0 +1,95 @@
+#include "window/master/master_page.h"
+
+#include "core/base/scope_exit.h"
+#include "core/link/form.h"
+#include "core/link/period.h"
+#include "core/link/serial_link.h"
+#include "core/protocol/frame_image.h"
+#include "window/controls/events.h"
+#include "window/controls/period_steps.h"
+#include "window/controls/period_typing.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include <limits>
+
+namespace varda::window {
+
+MasterPage::MasterPage(const PageContext& context, std::uint8_t code, QWidget* parent)
+    : QWidget(parent), context_(context), route_(*findRoute(code)) {}
+
+void MasterPage::adopt(const Controls& controls) {
+    controls_ = controls;
+    Events& events = context_.events;
+    events.option(controls.bitOption, [this] { optionChosen(Access::Bit); });
+    events.option(controls.wordOption, [this] { optionChosen(Access::Word); });
+    const auto destination = [this] { takeStation(offset::destination); };
+    const auto source = [this] { takeStation(offset::source); };
+    events.field(controls.destination, destination, {.keyPress = {}, .lostFocus = destination});
+    events.field(controls.source, source, {.keyPress = {}, .lostFocus = source});
+    events.textChange(controls.period,
+                      [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
+    new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
+    new PeriodTyping(controls.period); // installed last, it sees first what the steps take for themselves
+    events.click(controls.send, [this] { sendRequest(); });
+}
+
+Access MasterPage::access() const {
+    return controls_.bitOption->isChecked()    ? Access::Bit
+           : controls_.wordOption->isChecked() ? Access::Word
+                                               : Access::None;
+}
+
+FrameImage& MasterPage::image() { return context_.images.of(static_cast<std::uint8_t>(route_.bitMode)); }
+
+void MasterPage::stopRepeating() { controls_.continuous->setChecked(false); }
+
+void MasterPage::chooseBitOption() { context_.events.choose(controls_.bitOption); }
+
+void MasterPage::clearRequest() { controls_.request->clear(); }
+
+void MasterPage::clearAnswer() { controls_.answer->clear(); }
+
+void MasterPage::showRequest() { controls_.request->setPlainText(QString::fromStdString(displayString())); }
+
+void MasterPage::makeRequest() {
+    makeFormat();
+    showRequest();
+}
+
+std::string MasterPage::stationText(std::size_t index) const {
+    const QLineEdit* const field = index == offset::destination ? controls_.destination : controls_.source;
+    return field->text().toStdString();
+}
+
+void MasterPage::takeStation(std::size_t index) {
+    clearRequest();
+    setStation(image(), index, stationText(index));
+    makeRequest();
+}
+
+void MasterPage::takeStations() {
+    takeStation(offset::destination);
+    takeStation(offset::source);
+}
+
+void MasterPage::writeAddress(const std::string& digits) {
+    image().setLowHigh(offset::address, digits);
+    makeRequest();
+}
+
+void MasterPage::sendRequest() {
+    if (!context_.link.requiredFieldsFilled(route_)) {
+        return;
+    }
+    // Off and on again within one event would not be seen, but would take the focus and the caret from the
+    // user: only the end of it is carried out.
+    const ScopeExit switchedOn([this] { switchOnAfterSend(); });
+    buildAndSend();
+}
+
+} // namespace varda::window

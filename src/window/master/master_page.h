@@ -1,0 +1,85 @@
+#pragma once
+
+#include "core/link/routes.h"
+#include "core/protocol/registers.h"
+#include "window/controls/page_context.h"
+
+#include <QWidget>
+
+#include <string>
+
+class QCheckBox;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QRadioButton;
+
+namespace varda::inline core {
+class FrameImage;
+} // namespace varda::inline core
+
+namespace varda::window {
+
+/// What the four master pages have in common: two options for the access, two stations, a period, a request
+/// that is shown while its fields change, and a send button.
+class MasterPage : public QWidget {
+    Q_OBJECT
+
+public:
+    /// The Click of the send button: checks the fields, sends, and switches on what a send switches off.
+    void sendRequest();
+
+protected:
+    /// The controls of the page's form that the common behaviour works on.
+    struct Controls {
+        QRadioButton* bitOption;
+        QRadioButton* wordOption;
+        QLineEdit* destination;
+        QLineEdit* source;
+        QLineEdit* period;
+        QCheckBox* continuous;
+        QPushButton* send;
+        QPlainTextEdit* request;
+        QPlainTextEdit* answer;
+    };
+
+    /// @param code any request code of the page
+    MasterPage(const PageContext& context, std::uint8_t code, QWidget* parent);
+
+    /// Takes the controls over and binds them; called once by the page's constructor.
+    void adopt(const Controls& controls);
+
+    /// An option was chosen: sets the page up for that access.
+    virtual void optionChosen(Access access) = 0;
+    /// Make...Format of the page. @throws RuntimeError where a field or a point cannot be read
+    virtual void makeFormat() = 0;
+    /// Display...String of the page.
+    virtual std::string displayString() = 0;
+    /// Builds and sends the request; the required fields are filled.
+    virtual void buildAndSend() = 0;
+    /// Switches on again what the send had switched off.
+    virtual void switchOnAfterSend() = 0;
+
+    const PageContext& context() const { return context_; }
+    const Route& route() const { return route_; }
+    Access access() const;
+    FrameImage& image();
+
+    std::string stationText(std::size_t index) const;
+    void stopRepeating();
+    void chooseBitOption();
+    void clearRequest();
+    void clearAnswer();
+    void showRequest();
+    void makeRequest();
+    void takeStation(std::size_t index);
+    void takeStations();
+    void writeAddress(const std::string& digits);
+
+private:
+    PageContext context_;
+    const Route& route_;
+    Controls controls_{};
+};
+
+} // namespace varda::window

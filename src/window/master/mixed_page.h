@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/protocol/mixed_requests.h"
+#include "window/master/master_page.h"
+#include "window/master/register_fields.h"
+
+#include <string>
+#include <vector>
+
+class QListWidget;
+class QListWidgetItem;
+
+namespace varda::window {
+
+/// What the two mixed pages have in common: a list of points that is edited on the page and turned into one
+/// request. The lines of the list are the only store of the points.
+class MixedPage : public MasterPage {
+    Q_OBJECT
+
+public:
+    std::vector<std::string> pointLines() const;
+
+protected:
+    struct ListControls {
+        QComboBox* registerKind;
+        QComboBox* registerNumber;
+        QComboBox* registerBit;
+        QWidget* bitPoint;
+        QComboBox* count; ///< nullptr where each line is one point
+        QListWidget* points;
+        QPushButton* add;
+        QPushButton* remove;
+    };
+
+    MixedPage(const PageContext& context, std::uint8_t code, QWidget* parent);
+    void adopt(const Controls& controls, const ListControls& lists);
+
+    /// The line of the point that the fields name. @throws RuntimeError where a value cannot be read
+    virtual std::string newLine() const = 0;
+    /// The size of a list as the add button looks at it. @throws RuntimeError 6, 13
+    virtual int listLength(const std::vector<std::string>& lines) const = 0;
+    /// Writes the body of the request from the lines. @throws RuntimeError 6, 13
+    virtual void makeBody(const std::vector<std::string>& lines) = 0;
+    /// Length of the answer to the lines, in bytes. @throws RuntimeError 6, 13
+    virtual int answerLength(const std::vector<std::string>& lines) const = 0;
+
+    /// What both pages do when their mode is chosen: continuous sending off, bit points, LEN of the image 0;
+    /// the points stay.
+    void prepareMode();
+    void offer(Access access, int countLimit);
+    void selectLine(std::size_t line);
+    StationTexts stationTexts() const;
+    std::string fieldText(const QComboBox* list) const;
+    const ListControls& lists() const { return lists_; }
+
+    void buildAndSend() override;
+    void switchOnAfterSend() override;
+
+private:
+    void bindLists();
+    void bitChosen();
+    void countChosen();
+    void addLine();
+    void removeLine();
+    void lineChosen();
+    QListWidgetItem* markedLine() const;
+    bool pointIsNamed() const;
+
+    ListControls lists_{};
+    std::unique_ptr<RegisterFields> register_;
+};
+
+} // namespace varda::window

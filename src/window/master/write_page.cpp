@@ -1,0 +1,285 @@
+#include "window/master/write_page.h"
+
+#include "core/base/conversion.h"
+#include "core/link/form.h"
+#include "core/link/serial_link.h"
+#include "core/protocol/frame_image.h"
+#include "core/protocol/hex_text.h"
+#include "core/protocol/single_requests.h"
+#include "ui_write_page.h"
+#include "window/controls/events.h"
+#include "window/controls/make_form.h"
+#include "window/master/frmWriteWord.h"
+#include "window/master/write_grid.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace varda::window {
+namespace {
+
+constexpr int noCount = -1;
+constexpr int noNumber = -1;
+constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
+
+} // namespace
+
+WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
+    : MasterPage(context, command::bitWrite, parent),
+      ui_(makeForm<Ui::WritePage>(this)),
+      register_(ui_->cbWRegister, ui_->cbWRegAddress, ui_->cbWRegBit, ui_->lblWBitPoint, ui_->cbWLength),
+      grid_(
+          new WriteGrid(ui_->gridWriteData,
+                        [this](int position) { this->context().events.guard([&] { editCell(position); }); })),
+      random_(std::move(random)) {
+    adopt({ui_->optWrite_0, ui_->optWrite_1, ui_->txtWDDA, ui_->txtWDSA, ui_->txtWriteTimerValue,
+           ui_->chkWTimer, ui_->cmdWDSend, ui_->txtSendWData, ui_->txtReceiveWData});
+    Events& events = context.events;
+    // kept: a key typed into the kind list re-runs the count's handler
+    events.field(ui_->cbWRegister, [this] { cbWRegister_Change(); },
+                 {.keyPress = [this] { cbWLength_Change(); }, .lostFocus = {}});
+    events.field(ui_->cbWRegAddress, [this] { cbWRegAddress_Change(); });
+    events.field(ui_->cbWRegBit, [this] { cbWRegBit_Change(); });
+    events.field(ui_->cbWLength, [this] { cbWLength_Change(); });
+    events.click(ui_->chkCounter, [this] { chooseDataMode(ui_->chkCounter, ui_->chkRandomWrite); });
+    events.click(ui_->chkRandomWrite, [this] { chooseDataMode(ui_->chkRandomWrite, ui_->chkCounter); });
+}
+
+WritePage::~WritePage() = default;
+
+void WritePage::enterMode() {
+    stopRepeating();
+    chooseBitOption();
+    ui_->cmdWDSend->setEnabled(context().link.port().isOpen());
+}
+
+void WritePage::optionChosen(Access access) {
+    context().link.enterMode(access == Access::Bit ? route().bitMode : route().wordMode);
+    register_.offer(access, writeLimit(access));
+    numberOfBits_.clear();
+    ui_->chkCounter->setEnabled(access == Access::Word);
+    ui_->chkRandomWrite->setEnabled(access == Access::Word);
+    clearWriteRequest(context().images);
+    grid_->showColumnHeadings(access);
+    grid_->emptyCells();
+    takeStations();
+}
+
+void WritePage::makeFormat() {
+    if (ui_->cbWLength->currentText().isEmpty()) {
+        ui_->cbWLength->setEditText(QStringLiteral("1"));
+    }
+    MakeWriteFormat(context().images, access(), count());
+}
+
+std::string WritePage::displayString() { return DisplayWString(context().images); }
+
+int WritePage::count() const {
+    return readInteger(ui_->cbWLength->currentText().toStdString()).value_or(noCount);
+}
+
+int WritePage::bit() const { return register_.bitNumber(); }
+
+void WritePage::cbWRegister_Change() {
+    clearRequest();
+    register_.offerNumbers();
+    numberOfBits_.clear();
+    layGrid();
+    showRequest();
+}
+
+void WritePage::cbWRegAddress_Change() {
+    clearRequest();
+    if (!register_.hasKind()) {
+        return;
+    }
+    if (register_.hasNumber()) {
+        const int word = register_.wordAddress(access());
+        if (access() == Access::Word) {
+            writeAddress(wordAddressText(word));
+        }
+    }
+    if (register_.numberText() != numberOfBits_) { // a key that leaves the number leaves the bit as well
+        numberOfBits_ = register_.numberText();
+        register_.offerBits();
+    }
+    layGrid();
+    showRequest();
+}
+
+void WritePage::cbWRegBit_Change() {
+    clearRequest();
+    if (!register_.hasKind() || !register_.hasNumber()) {
+        ui_->cbWRegBit->clearEditText();
+        return;
+    }
+    if (access() == Access::Bit && register_.hasBit()) {
+        writeAddress(bitAddressText(register_.wordAddress(Access::Bit), bit()));
+        layGrid();
+    }
+    showRequest();
+}
+
+void WritePage::cbWLength_Change() {
+    clearRequest();
+    const auto typed = readInteger(ui_->cbWLength->currentText().toStdString());
+    if (!typed) {
+        ui_->cbWLength->clearEditText();
+        return;
+    }
+    setWriteCount(context().images, access(), *typed);
+    if (isWriteCount(access(), *typed)) {
+        layRows();
+        grid_->emptyCells();
+    }
+    makeRequest();
+}
+
+void WritePage::layGrid() {
+    layRows();
+    if (access() == Access::Bit) {
+        showBits();
+    } else {
+        showWords();
+    }
+}
+
+bool WritePage::isForAllRows() const { return ui_->cbWLength->currentText() == QLatin1String("0"); }
+
+int WritePage::rowsOf(std::optional<int> bit) const {
+    if (isForAllRows()) {
+        return countOfAllRows;
+    }
+    const int typed = ui_->cbWLength->currentText().isEmpty() ? 0 : count(); // an emptied count has no points
+    if (!isWriteCount(access(), typed)) {
+        return grid_->cells() / WriteGrid::columns;
+    }
+    return std::max((bit ? *bit - 1 : 0) + typed, 0) / WriteGrid::columns + 1;
+}
+
+/// A number or a bit that cannot be read costs the headings or the rule's bit, never the request.
+void WritePage::layRows() {
+    const bool chosen = register_.hasKind() && register_.hasNumber();
+    if (chosen && !register_.hasBit() && !isForAllRows()) {
+        ui_->cbWRegBit->setEditText(QStringLiteral("1")); // kept: the row rule needs a bit, in word mode too
+    }
+    const int rows = rowsOf(chosen ? register_.readableBit() : std::nullopt);
+    const int first = chosen ? register_.readableNumber().value_or(noNumber) : noNumber;
+    const int step = access() == Access::Bit ? 1 : WriteGrid::columns;
+    grid_->layRows(rows, first >= 0 ? register_.kindText() : std::string(), first, step);
+}
+
+void WritePage::showBits() {
+    grid_->emptyCells();
+    const std::optional<int> bit = register_.readableBit();
+    const int framed = bit ? framedWriteCount(context().images, Access::Bit) : 0;
+    for (int index = 0; index < framed; ++index) {
+        if (isWriteBitOn(context().images, static_cast<std::size_t>(index))) {
+            grid_->setText(*bit + index + 1, QStringLiteral("ON"));
+        }
+    }
+}
+
+/// The cells behind the frame's words keep what was typed: the image holds the check there.
+void WritePage::showWords() {
+    const int framed = framedWriteCount(context().images, Access::Word);
+    for (int position = 1; position <= framed; ++position) {
+        grid_->showWord(position, writeWord(context().images, static_cast<std::size_t>(position - 1)));
+    }
+}
+
+void WritePage::chooseDataMode(QCheckBox* chosen, QCheckBox* other) {
+    other->setChecked(false);
+    chosen->setChecked(true); // kept: a click on the ticked box leaves it ticked
+}
+
+void WritePage::DisplayWMessage(const std::string& text) { context().form.setText(route().status, text); }
+
+bool WritePage::CheckWriteCell(int position) {
+    const bool bits = access() == Access::Bit;
+    if ((bits && !register_.hasBit()) || !register_.hasNumber() || !register_.hasKind() ||
+        ui_->cbWLength->currentText().isEmpty()) {
+        DisplayWMessage("Fill Register, Address, Length");
+    }
+    // kept: words are counted from the register number, although their data is not
+    const int before = bits ? bit() : register_.number();
+    const int points =
+        ui_->cbWLength->currentText().isEmpty() ? 0 : framedWriteCount(context().images, access());
+    const bool valid = position > before && position <= before + points;
+    DisplayWMessage(valid ? "" : "Invalid Range !!");
+    return valid;
+}
+
+void WritePage::editCell(int position) {
+    if (!allFilled(context().form, fieldsNeededToSend(route(), context().form)) ||
+        !CheckWriteCell(position)) {
+        return;
+    }
+    if (access() == Access::Bit) {
+        toggleBit(position);
+    } else {
+        openWordDialog(position);
+    }
+}
+
+void WritePage::toggleBit(int position) {
+    const QString shown = grid_->text(position);
+    const auto index = static_cast<std::size_t>(position - 1 - bit());
+    if (shown.isEmpty() || shown == QLatin1String("OFF")) {
+        setWriteBit(context().images, index, true);
+        grid_->setText(position, QStringLiteral("ON"));
+    } else if (shown == QLatin1String("ON")) {
+        setWriteBit(context().images, index, false);
+        grid_->setText(position, QString()); // kept: the cell becomes empty, not "OFF"
+    }
+    makeRequest();
+}
+
+QString WritePage::registerName(int position) const {
+    const RegisterKind* const kind = findRegisterKind(register_.kindText());
+    const int number = register_.number() + position - 1;
+    return QString::fromStdString(register_.kindText() + " " +
+                                  decimal(number, kind != nullptr ? kind->listWidth : 1));
+}
+
+void WritePage::openWordDialog(int position) {
+    auto* const dialog = new FrmWriteWord(context().events, registerName(position), grid_->text(position),
+                                          grid_->isHexadecimal(position), this);
+    connect(dialog, &FrmWriteWord::outOfRange, this, [this, position] {
+        DisplayWMessage("Rage Over (0 to 65535)");
+        grid_->setText(position, QString());
+    });
+    connect(dialog, &FrmWriteWord::valueAccepted, this,
+            [this, position](int value, const QString& text, bool hexadecimal) {
+                context().events.guard([&] { storeWord(position, value, text, hexadecimal); });
+            });
+    dialog->open();
+}
+
+void WritePage::storeWord(int position, int value, const QString& text, bool hexadecimal) {
+    // kept: the register number is not subtracted, so above number 0 values land further on in the frame
+    setWriteWord(context().images, static_cast<std::size_t>(position - 1), value);
+    grid_->setWord(position, value, text, hexadecimal);
+    makeRequest();
+}
+
+void WritePage::fillData() {
+    if (ui_->chkRandomWrite->isChecked()) {
+        fillRandomWords(context().images, random_);
+        makeRequest();
+    } // kept: the counter fill is an empty operation, the data goes out unchanged
+}
+
+void WritePage::buildAndSend() {
+    makeRequest(); // before any random data: completing an emptied count resets the data
+    if (!context().link.startRequest(route())) {
+        return;
+    }
+    clearAnswer();
+    fillData();
+    context().link.SendRequest(writeWire(context().images), writeAnswerLength);
+}
+
+void WritePage::switchOnAfterSend() { context().form.EnableWriteControls(true); }
+
+} // namespace varda::window

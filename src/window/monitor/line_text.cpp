@@ -1,0 +1,62 @@
+#include "window/monitor/line_text.h"
+
+#include <QFontDatabase>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace varda::window {
+namespace {
+
+constexpr int margin = 6;
+
+int columnWidth(const QWidget* widget) {
+    return std::max(1, widget->fontMetrics().horizontalAdvance(QLatin1Char('0')));
+}
+
+} // namespace
+
+LineText::LineText(QWidget* parent) : QFrame(parent) {
+    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setFrameShape(QFrame::Box);
+    setBackgroundRole(QPalette::Base);
+    setForegroundRole(QPalette::Text);
+    setAutoFillBackground(true);
+}
+
+void LineText::setText(const QString& text) {
+    text_ = text;
+    update();
+}
+
+qsizetype LineText::charactersInRow(int width) const {
+    constexpr qsizetype group = 6; // whole groups of two digits and a blank, or of a character and a blank
+    return std::max<qsizetype>((width - 2 * margin) / columnWidth(this) / group, 1) * group;
+}
+
+QSize LineText::sizeToShowAll(int widest) const {
+    const qsizetype inRow = std::clamp<qsizetype>(text_.size(), 1, charactersInRow(widest));
+    const qsizetype rows = (text_.size() + inRow - 1) / inRow;
+    const qsizetype height =
+        std::min<qsizetype>(rows * fontMetrics().lineSpacing() + qsizetype{2} * margin, QWIDGETSIZE_MAX);
+    constexpr int roundedUp = 6; // so that the same characters fit a row again
+    return {std::min(static_cast<int>(inRow + roundedUp) * columnWidth(this) + 2 * margin, widest),
+            static_cast<int>(height)};
+}
+
+void LineText::paintEvent(QPaintEvent* event) {
+    QFrame::paintEvent(event);
+    QPainter painter(this);
+    const int spacing = fontMetrics().lineSpacing();
+    const qsizetype inRow = charactersInRow(width());
+    const int last = (height() - 2 * margin) / spacing;
+    for (int row = 0; row < last && row * inRow < text_.size(); ++row) {
+        const int baseline = margin + row * spacing + fontMetrics().ascent();
+        QString shown = text_.mid(row * inRow, inRow);
+        shown.replace(QLatin1Char('\t'), QLatin1Char(' ')); // a tab would push the rest of its row out
+        painter.drawText(margin, baseline, shown);
+    }
+}
+
+} // namespace varda::window

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "core/link/port.h"
+#include "core/runs/monitor_log.h"
+#include "window/controls/page_context.h"
+#include "window/monitor/monitor_model.h"
+
+#include <QTime>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+namespace varda::window {
+
+namespace Ui {
+class MonitorPage;
+}
+class FileDialogs;
+class FrmMonitoringData;
+
+/// "Monitoring": lists every burst that the open port receives, and keeps a log of it.
+class MonitorPage : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY(MonitorPage)
+
+public:
+    /// What the page asks of the window beyond its controls.
+    struct Surroundings {
+        FileDialogs& files;
+        Clock& clock;
+        std::function<QTime()> now; ///< time of day for the stamps
+    };
+
+    MonitorPage(const PageContext& context, Surroundings surroundings, QWidget* parent = nullptr);
+    ~MonitorPage() override;
+
+    /// The mode was chosen: the log's controls follow its check box.
+    void enterMode() { chkMonLog_Click(); }
+
+    /// Lists one burst, and logs it where a log was chosen.
+    void listBurst(const Bytes& burst);
+    /// Stops a monitoring run as its stop button does; nothing where none runs.
+    void stopRun();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void bind();
+    void cmdMonStart_Click();
+    void cmdMonStop_Click();
+    void cmdMonLogFile_Click();
+    void chkMonLog_Click();
+    void cmdClear_Click();
+
+    void openLog();
+    void writeLog(const std::string& line);
+    void showLine();
+    bool isBelowLines(const QEvent& press) const;
+
+    PageContext context_;
+    Surroundings surroundings_;
+    std::unique_ptr<Ui::MonitorPage> ui_;
+    MonitorModel lines_;
+    MonitorLog log_;
+    FrmMonitoringData* frmMonitoringData_;
+    QString logToolTip_;     ///< of the log's check box while nothing is wrong
+    bool isRunning_ = false; ///< from Start to Stop, whatever CommMode is meanwhile
+};
+
+} // namespace varda::window

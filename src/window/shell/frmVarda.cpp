@@ -1,0 +1,272 @@
+#include "window/shell/frmVarda.h"
+
+#include "core/base/runtime_error.h"
+#include "core/link/period.h"
+#include "core/protocol/registers.h"
+#include "ui_frmVarda.h"
+#include "window/controls/lists.h"
+#include "window/controls/make_form.h"
+#include "window/master/mixed_read_page.h"
+#include "window/master/mixed_write_page.h"
+#include "window/master/read_page.h"
+#include "window/master/write_page.h"
+#include "window/monitor/monitor_page.h"
+#include "window/scenario/scenario_panel.h"
+#include "window/shell/frames.h"
+#include "window/shell/frmAbout.h"
+#include "window/shell/look.h"
+#include "window/shell/modes.h"
+#include "window/shell/port_box.h"
+#include "window/simulator/simulation_page.h"
+#include "window/system/external_program.h"
+
+#include <QCloseEvent>
+#include <QShortcut>
+
+namespace varda::window {
+namespace {
+
+std::vector<std::string> portListTexts() {
+    constexpr int ports = 20;
+    std::vector<std::string> texts;
+    texts.reserve(ports);
+    for (int number = 1; number <= ports; ++number) {
+        texts.push_back("COM" + std::to_string(number));
+    }
+    return texts;
+}
+
+} // namespace
+
+FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
+    : QMainWindow(parent),
+      ui_(makeForm<Ui::FrmVarda>(this)),
+      programFolder_(surroundings.programFolder),
+      clock_(surroundings.clock, events_),
+      commPLC_(surroundings.makeLine),
+      commTest_(surroundings.makeLine),
+      tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
+      tmrScenario_(
+          surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
+      link_(commPLC_, clock_, form_),
+      linkPort_(commTest_, link_, *tmrComm_, form_),
+      files_(this, surroundings.programFolder) {
+    makePages(surroundings);
+    addPages();
+    form_.collectControls(*this);
+    bind();
+    addShortcuts();
+    Form_Load();
+}
+
+FrmVarda::~FrmVarda() = default;
+
+void FrmVarda::makePages(const Surroundings& surroundings) {
+    const PageContext context = {form_, events_, link_, images_, *tmrComm_};
+    readPage_ = new ReadPage(context, this);
+    writePage_ = new WritePage(context, surroundings.random, this);
+    mixedReadPage_ = new MixedReadPage(context, this);
+    mixedWritePage_ = new MixedWritePage(context, this);
+    simulationPage_ = new SimulationPage(context, files_, this);
+    monitorPage_ = new MonitorPage(context, {files_, clock_, surroundings.now}, this);
+    scenarioPanel_ =
+        new ScenarioPanel(context, {*tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
+    link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
+                    .answerRequest = [this] { return simulationPage_->answerRequest(); }});
+    linkPort_.setStopRuns([this] { stopRuns(); });
+}
+
+void FrmVarda::addPages() {
+    pages_ = {
+        {ui_->optMode_0, ui_->pageReadLayout, readPage_, [this] { readPage_->enterMode(); }},
+        {ui_->optMode_1, ui_->pageWriteLayout, writePage_, [this] { writePage_->enterMode(); }},
+        {ui_->optMode_2, ui_->pageMixedReadLayout, mixedReadPage_, [this] { mixedReadPage_->enterMode(); }},
+        {ui_->optMode_3, ui_->pageMixedWriteLayout, mixedWritePage_,
+         [this] { mixedWritePage_->enterMode(); }},
+        {ui_->optMode_4, ui_->pageSimulationLayout, simulationPage_,
+         [this] { simulationPage_->enterMode(); }},
+        {ui_->optMode_5, ui_->pageMonitorLayout, monitorPage_, [this] { monitorPage_->enterMode(); }}};
+    for (const ModePage& mode : pages_) {
+        mode.holder->addWidget(mode.page);
+    }
+    ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
+    useFixedWidthForFrames(this);
+    keepDisabledTextsReadable(this);
+    nameListsBeside(this);
+    keepFramesReadable(this);
+    chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
+                   ui_->optMode_4, ui_->optMode_5, ui_->tabMode, ui_->scenarioHolder, ui_->txtTotalData,
+                   ui_->txtCurrentData, ui_->txtWatchDog, ui_->cmdHelp, ui_->cmdAbout, ui_->cmdEnd});
+}
+
+void FrmVarda::bind() {
+    for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
+        events_.option(modeOption(index), [this, index] { optMode_Click(index); });
+    }
+    keepTabsFromWheel(ui_->settingsTabs);
+    keepTabsFromWheel(ui_->tabMode);
+    connect(ui_->tabMode, &QTabWidget::currentChanged, this,
+            [this](int index) { modeOption(index)->setChecked(true); });
+    events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
+    events_.click(ui_->cmdPortOpen, [this] {
+        linkPort_.cmdPortOpen_Click();
+        showUnsentFrames(); // of this connection none
+    });
+    events_.click(ui_->cmdHelp, [this] { cmdHelp_Click(); });
+    events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
+    events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
+    commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
+        events_.guard([this, event, &reason] { commPLC_Event(event, reason); });
+    });
+}
+
+void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
+    switch (event) {
+    case CommEvent::Received:
+        link_.commPLC_OnComm(event);
+        break;
+    case CommEvent::Unsent:
+        showUnsentFrames();
+        break;
+    case CommEvent::HungUp:
+        showUnsentFrames();
+        linkPort_.hangUp(reason);
+        break;
+    }
+}
+
+void FrmVarda::showUnsentFrames() {
+    const std::size_t unsent = commPLC_.unsentWrites();
+    ui_->slowLine->setText(unsent == 0 ? QString()
+                                       : tr("The line is too slow. Frames not sent: %1").arg(unsent));
+}
+
+void FrmVarda::addShortcuts() {
+    const auto add = [this](const QKeySequence& keys, const std::function<void()>& press) {
+        auto* const shortcut = new QShortcut(keys, this);
+        shortcut->setAutoRepeat(false); // a key that is held would flood the line, or open manual upon manual
+        connect(shortcut, &QShortcut::activated, this, press);
+    };
+    add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
+    add(Qt::Key_F5, [this] { sendShownRequest(); });
+    for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
+        add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(Qt::Key_1 + index)), [this, index] {
+            modeOption(index)->setFocus(Qt::ShortcutFocusReason); // as a click does
+            modeOption(index)->click();
+        });
+    }
+}
+
+void FrmVarda::sendShownRequest() {
+    const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
+    if (index < masterRoutes().size() && form_.isEnabled(masterRoutes()[index].sendButton)) {
+        events_.guard([this, index] { form_.press(masterRoutes()[index].sendButton); });
+    }
+}
+
+void FrmVarda::Form_Load() {
+    fillSerialLists();
+    tmrComm_->setInterval(startPeriod);
+    tmrScenario_->setInterval(startPeriod);
+    form_.setEnabled("cmdRDSend", false);
+    form_.setEnabled("cmdSimStart", false);
+    link_.showCounters();
+    form_.setText("txtWatchDog", "0");
+    events_.choose(modeOption(0));
+}
+
+void FrmVarda::fillSerialLists() {
+    for (QComboBox* const list :
+         {ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit, ui_->cbStopBit, ui_->cbParityBit}) {
+        letTypeInto(list);
+    }
+    fillList(ui_->cbPort, portListTexts(), "COM1");
+    fillList(ui_->cbBaudRate, {"38400", "19200", "9600", "4800", "2400"}, "9600");
+    fillList(ui_->cbDataBit, {"8", "7", "6"}, "8");
+    fillList(ui_->cbStopBit, {"1", "2"}, "1");
+    fillList(ui_->cbParityBit, {"NONE", "EVEN", "ODD"}, "NONE");
+    offerRealPorts(ui_->cbPort);
+}
+
+void FrmVarda::optMode_Click(int index) {
+    if (index < 0 || index >= static_cast<int>(modes.size())) {
+        return;
+    }
+    monitorPage_->stopRun(); // closes the log
+    const Mode& mode = modes.at(static_cast<std::size_t>(index));
+    {
+        const QSignalBlocker once(modeOption(index));
+        modeOption(index)->setChecked(true);
+    }
+    ui_->tabMode->setCurrentIndex(index);
+    link_.enterMode(mode.commMode);
+    for (std::size_t group = 0; group < mode.groups.size(); ++group) {
+        form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
+    }
+    scenarioPanel_->switchRunButtons();
+    enterMode(index);
+}
+
+std::int16_t FrmVarda::shownCommMode() const {
+    const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
+    if (index >= masterRoutes().size()) {
+        return modes.at(index).commMode;
+    }
+    const Route& route = masterRoutes()[index];
+    return form_.isTicked(route.wordOption) ? route.wordMode : route.bitMode;
+}
+
+void FrmVarda::stopRuns() {
+    monitorPage_->stopRun();
+    scenarioPanel_->stop();
+}
+
+void FrmVarda::enterMode(int index) {
+    if (index <= 1) {
+        form_.setEnabled("Frame2_0", index == 0);
+        form_.setEnabled("Frame2_1", index == 1);
+    }
+    pages_.at(static_cast<std::size_t>(index)).enter();
+    if (modes.at(static_cast<std::size_t>(index)).commMode != comm_mode::monitorIdle) {
+        simulationPage_->switchStartButton();
+    }
+}
+
+void FrmVarda::closePort() {
+    monitorPage_->stopRun();
+    try {
+        scenarioPanel_->stop();
+    } catch (const RuntimeError&) { // NOLINT(bugprone-empty-catch): a bad period is no matter at the end
+    }
+    if (commPLC_.isOpen()) {
+        commPLC_.close();
+    }
+    tmrComm_->stop();
+}
+
+void FrmVarda::cmdHelp_Click() {
+    const QString file = programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
+    startProgram(QStringLiteral("hh ") + file, this,
+                 [this](const RuntimeError& error) { events_.report(error); });
+}
+
+void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }
+
+void FrmVarda::cmdEnd_Click() {
+    closePort();
+    close();
+}
+
+void FrmVarda::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) { // the desktop has turned dark or light
+        keepDisabledTextsReadable(this);
+    }
+}
+
+void FrmVarda::closeEvent(QCloseEvent* event) {
+    closePort();
+    event->accept();
+}
+
+} // namespace varda::window

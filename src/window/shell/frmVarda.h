@@ -1,0 +1,124 @@
+#pragma once
+
+#include "core/link/link_port.h"
+#include "core/link/mscomm.h"
+#include "core/link/serial_link.h"
+#include "core/protocol/frame_image.h"
+#include "window/controls/events.h"
+#include "window/controls/file_dialogs.h"
+#include "window/controls/guarded_clock.h"
+#include "window/controls/message_boxes.h"
+#include "window/shell/window_form.h"
+#include "window/system/timers.h"
+
+#include <QMainWindow>
+#include <QTime>
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+class QLayout;
+class QRadioButton;
+
+namespace varda::window {
+
+namespace Ui {
+class FrmVarda;
+}
+class MixedReadPage;
+class MixedWritePage;
+class MonitorPage;
+class ReadPage;
+class ScenarioPanel;
+class SimulationPage;
+class WritePage;
+
+/// The main window: owns the link, the timers, the frame images and the pages, and wires them; switches the
+/// modes.
+class FrmVarda : public QMainWindow {
+    Q_OBJECT
+    Q_DISABLE_COPY(FrmVarda)
+
+public:
+    /// What the window takes from outside, so that tests can put their own in its place.
+    struct Surroundings {
+        Clock& clock;                                    ///< where waits come from
+        MSComm::LineFactory makeLine;                    ///< turns a port's name into a closed line
+        std::function<double()> random;                  ///< draws a number of at least 0 and below 1
+        QString programFolder;                           ///< the program's own folder, where dialogs start
+        std::function<QTime()> now = QTime::currentTime; ///< time of day for the monitor's stamps
+        /// Makes a stopped period timer that runs `tick` at each of its ticks.
+        std::function<std::unique_ptr<PeriodTimer>(std::function<void()> tick)> makeTimer =
+            [](std::function<void()> tick) { return std::make_unique<QtPeriodTimer>(std::move(tick)); };
+    };
+
+    explicit FrmVarda(const Surroundings& surroundings, QWidget* parent = nullptr);
+    ~FrmVarda() override;
+
+    Form& form() { return form_; }
+    LinkState& linkState() { return link_.state(); }
+    const FrameImages& images() const { return images_; }
+
+    /// Shows the page of a mode and prepares it; an index outside 0 .. 5 does nothing.
+    void optMode_Click(int index);
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    /// What belongs to one mode: its option, the place of its page, the page, and what choosing it prepares.
+    struct ModePage {
+        QRadioButton* option;
+        QLayout* holder;
+        QWidget* page;
+        std::function<void()> enter;
+    };
+
+    void makePages(const Surroundings& surroundings);
+    void addPages();
+    void bind();
+    void Form_Load();
+    void fillSerialLists();
+    void enterMode(int index);
+    std::int16_t shownCommMode() const;
+    void stopRuns();
+    void commPLC_Event(CommEvent event, const std::string& reason);
+    void showUnsentFrames();
+    void addShortcuts();
+    void sendShownRequest();
+    void cmdHelp_Click();
+    void cmdAbout_Click();
+    void cmdEnd_Click();
+    void closePort();
+    QRadioButton* modeOption(int index) const { return pages_.at(static_cast<std::size_t>(index)).option; }
+
+    std::unique_ptr<Ui::FrmVarda> ui_;
+    QString programFolder_;
+    MessageBoxes boxes_{this};
+    Events events_{boxes_};
+    WindowForm form_{events_, boxes_};
+    GuardedClock clock_;
+
+    MSComm commPLC_;
+    MSComm commTest_;
+    std::unique_ptr<PeriodTimer> tmrComm_;
+    std::unique_ptr<PeriodTimer> tmrScenario_;
+    FrameImages images_;
+    SerialLink link_;
+    LinkPort linkPort_;
+    FileDialogs files_;
+
+    ReadPage* readPage_ = nullptr;
+    WritePage* writePage_ = nullptr;
+    MixedReadPage* mixedReadPage_ = nullptr;
+    MixedWritePage* mixedWritePage_ = nullptr;
+    SimulationPage* simulationPage_ = nullptr;
+    MonitorPage* monitorPage_ = nullptr;
+    ScenarioPanel* scenarioPanel_ = nullptr;
+    std::vector<ModePage> pages_; ///< in the order of the modes
+};
+
+} // namespace varda::window

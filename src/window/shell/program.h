@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/virtual/controller.h"
+#include "window/shell/frmVarda.h"
+#include "window/system/timers.h"
+
+#include <random>
+
+namespace varda::window {
+
+/// Gives the application object the program's name, version, icon and style.
+void prepareApplication();
+
+/// What differs between the program and a test of it.
+struct ProgramParts {
+    QString folder;                                  ///< the program's own folder, where dialogs start
+    std::uint_fast32_t seed;                         ///< of the random data
+    std::function<QTime()> now = QTime::currentTime; ///< time of day for the monitor's stamps
+};
+
+/// The program without its application object: the main window and what it takes from outside.
+class Program {
+public:
+    explicit Program(const ProgramParts& parts);
+
+    FrmVarda& window() { return window_; }
+    Controller& controller() { return controller_; }
+
+private:
+    QtClock clock_;
+    Controller controller_;
+    std::mt19937 generator_;
+    FrmVarda window_;
+};
+
+} // namespace varda::window

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/link/form.h"
+
+#include <QHash>
+#include <QString>
+
+class QWidget;
+
+namespace varda::window {
+
+class Events;
+class MessageBoxes;
+
+/// The main window as the link and the pages see it: its controls by name, its handlers, its message boxes.
+class WindowForm : public Form {
+public:
+    WindowForm(Events& events, MessageBoxes& boxes) : events_(events), boxes_(boxes) {}
+
+    /// Takes in every named control below `window`; called once, when all pages stand.
+    void collectControls(QWidget& window);
+
+    std::string text(std::string_view control) const override;
+    void setText(std::string_view control, const std::string& text) override;
+    std::vector<std::string> lines(std::string_view listBox) const override;
+    bool isTicked(std::string_view control) const override;
+    void setTicked(std::string_view control, bool ticked) override;
+    bool isEnabled(std::string_view control) const override;
+    void setEnabled(std::string_view control, bool enabled) override;
+    void enableGroup(ControlGroup group, bool enabled) override;
+    void SetScenarioButtons(bool enabled) override;
+    void press(std::string_view button) override;
+    void change(std::string_view field) override;
+    void showMessage(const std::string& text, const std::string& title) override;
+    void ask(const std::string& text, const std::string& title,
+             std::function<void(bool yes)> answered) override;
+
+private:
+    QWidget* find(std::string_view control) const;
+
+    Events& events_;
+    MessageBoxes& boxes_;
+    QHash<QString, QWidget*> controls_;
+};
+
+} // namespace varda::window

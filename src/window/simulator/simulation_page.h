@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/pairs/packet_builders.h"
+#include "core/pairs/sim_kinds.h"
+#include "core/runs/responder.h"
+#include "window/controls/page_context.h"
+#include "window/simulator/packet_lists.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace varda::window {
+
+namespace Ui {
+class SimulationPage;
+}
+class FileDialogs;
+
+/// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
+class SimulationPage : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY(SimulationPage)
+
+public:
+    SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent = nullptr);
+    ~SimulationPage() override;
+
+    /// The mode was chosen: bit reading, stations 255, editing buttons off; the packet table stays.
+    void enterMode();
+
+    /// The start button follows whether the table has pairs and the port is open. It does nothing when it is
+    /// pressed: answering depends on the mode alone.
+    void switchStartButton() { lists_->switchStartButton(); }
+
+    /// Answers the request that was received. @return false where no prepared request equals it
+    bool answerRequest() { return responder_.answer(); }
+
+private:
+    void bind();
+    void prepareMode();
+    void cbSimMode_Change();
+    /// Where points were collected, asks whether to register the pair that stands in the texts.
+    /// @param accepted runs first on Yes @param next runs after either answer
+    void offerToRegister(const std::function<void()>& accepted, const std::function<void()>& next);
+    /// Adds the pair that stands in the texts as it is; nothing where one of them is empty.
+    void registerPair();
+    void changeMode();
+    void showFieldsOf(const SimKind& kind);
+    void cbSimModeS_Click();
+    void cbSimReg_Change();
+    void cbSimLength_Click();
+    void rebuildRequest();
+    /// The length of a read; nothing where the text is none of 1 .. 255.
+    std::optional<int> typedLength() const;
+    void cmdSimAddListBox_Click();
+    void cmdSimDelListBox_Click();
+    void cmdSimSendDataInputOK_Click();
+    void cmdSimInputOK_Click();
+    void sendMixedFrame(bool isRead);
+    void lstSimReceive_DblClick(int row);
+    void reload(const SimKind& kind, const PreparedRequest& request, const std::string& answer);
+
+    const SimKind* kind() const;
+    SimFields fields() const;
+    SimPosition position() const;
+    void showPosition(const SimPosition& position);
+    std::string newPoint() const;
+    bool onOffIsChosen() const;
+    void ShowSimReceive(const std::string& text);
+    void ShowSimSend(const std::string& text);
+
+    PageContext context_;
+    std::unique_ptr<Ui::SimulationPage> ui_;
+    PacketLists* lists_;
+    Responder responder_;
+};
+
+} // namespace varda::window

@@ -1,0 +1,139 @@
+#include "core/base/name_index.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <iostream>
+#include <random>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace varda {
+namespace {
+
+/// A hash without a seed, FNV-1; each block of a name leads it from one state to the next.
+std::uint32_t plainHash(std::uint32_t state, const std::string& block) {
+    for (const char character : block) {
+        state = (state * 16777619U) ^ static_cast<std::uint8_t>(character);
+    }
+    return state;
+}
+
+class CollidingBlocks {
+public:
+    /// Two blocks that lead from the present state to one and the same, which becomes the present one.
+    std::pair<std::string, std::string> next() {
+        std::unordered_map<std::uint32_t, std::string> seen;
+        for (;;) {
+            const std::string block = anyBlock();
+            const std::uint32_t state = plainHash(state_, block);
+            const auto [found, isNew] = seen.emplace(state, block);
+            if (!isNew && found->second != block) {
+                state_ = state;
+                return {found->second, block};
+            }
+        }
+    }
+
+private:
+    std::string anyBlock() {
+        std::string block(8, 'a');
+        for (char& character : block) {
+            character = static_cast<char>('a' + static_cast<int>(random_() % 26));
+        }
+        return block;
+    }
+
+    std::mt19937 random_{1};
+    std::uint32_t state_ = 2166136261U;
+};
+
+/// Twice as many names for each pair of blocks, all of them with one plain hash.
+std::vector<std::string> collidingNames(int pairs) {
+    CollidingBlocks blocks;
+    std::vector<std::string> names = {""};
+    for (int pair = 0; pair < pairs; ++pair) {
+        const auto [one, other] = blocks.next();
+        std::vector<std::string> longer;
+        for (const std::string& name : names) {
+            longer.push_back(name + one);
+            longer.push_back(name + other);
+        }
+        names = std::move(longer);
+    }
+    return names;
+}
+
+TEST(NameIndex, AFileOfCollidingKeysTakesNoMoreComparisonsThanAnother) {
+    const std::vector<std::string> names = collidingNames(11);
+    std::set<std::uint32_t> plainHashes;
+    NameIndex index;
+    std::size_t comparisons = 0;
+    const auto find = [&](const std::string& name) {
+        return index.find(hashOfName(name), [&](std::uint32_t item) {
+            ++comparisons;
+            return names[item] == name;
+        });
+    };
+    for (std::uint32_t item = 0; item < names.size(); ++item) {
+        plainHashes.insert(plainHash(2166136261U, names[item]));
+        ASSERT_FALSE(find(names[item]).has_value());
+        index.insert(hashOfName(names[item]), item);
+    }
+    EXPECT_EQ(plainHashes.size(), 1U); // else the test proves nothing
+    EXPECT_LT(comparisons, names.size()) << "adding";
+    comparisons = 0;
+    for (std::uint32_t item = 0; item < names.size(); ++item) {
+        ASSERT_EQ(find(names[item]), item);
+    }
+    EXPECT_LT(comparisons, 2 * names.size()) << "looking up";
+}
+
+TEST(NameIndex, HashOfANameIgnoresTheCaseOfAToZAlone) {
+    constexpr std::uint32_t seed = 7;
+    std::cout << "seed " << seed << '\n';
+    std::mt19937 random(seed);
+    for (int round = 0; round < 10'000; ++round) {
+        std::string name;
+        for (auto length = random() % 20; length > 0; --length) {
+            name.push_back(static_cast<char>(static_cast<unsigned char>(random() & 0xFFU)));
+        }
+        std::string other = name;
+        for (char& character : other) {
+            if ((character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z')) {
+                character = static_cast<char>(character ^ (random() % 2 == 0 ? 0x20 : 0));
+            }
+        }
+        ASSERT_TRUE(equalNames(name, other)) << round;
+        ASSERT_EQ(hashOfName(name), hashOfName(other)) << round;
+    }
+    EXPECT_NE(hashOfName("@"), hashOfName("`"));
+    EXPECT_NE(hashOfName("["), hashOfName("{"));
+    EXPECT_NE(hashOfName("\xC4"), hashOfName("\xE4"));
+}
+
+TEST(NameIndex, NamesOfDifferentLengthsHaveDifferentHashes) {
+    std::set<std::uint32_t> hashes;
+    for (std::size_t length = 0; length < 64; ++length) {
+        hashes.insert(hashOfName(std::string(length, '\0')));
+    }
+    EXPECT_EQ(hashes.size(), 64U);
+}
+
+TEST(SeededHash, TextsThatDifferInCaseAloneDoNotCollide) {
+    std::set<std::size_t> hashes;
+    for (unsigned cases = 0; cases < 1024; ++cases) {
+        std::string text(10, 'a');
+        for (unsigned place = 0; place < text.size(); ++place) {
+            text[place] = (cases >> place) % 2 == 0 ? 'a' : 'A';
+        }
+        hashes.insert(SeededHash()(text));
+    }
+    EXPECT_EQ(hashes.size(), 1024U);
+}
+
+} // namespace
+} // namespace varda
