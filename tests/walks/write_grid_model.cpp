@@ -38,7 +38,9 @@ void WritePageModel::startBit() {
 
 void WritePageModel::showCells(const std::map<int, std::string>& before) {
     const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
-    for (int point = 0; bits() && !text("cbWRegBit").empty() && point < count(); ++point) {
+    const int points =
+        (static_cast<int>(length()) - 2) / (bits() ? 1 : 2); // of the image, whose data is shown
+    for (int point = 0; bits() && !text("cbWRegBit").empty() && point < points; ++point) {
         if (image_.at(dataBegin + static_cast<std::size_t>(point)) == "FF") {
             cells_[begin + point] = "ON";
         }
@@ -51,7 +53,7 @@ void WritePageModel::showCells(const std::map<int, std::string>& before) {
         const bool hexadecimal = hexadecimalCells_.count(word) != 0;
         if (typed && (hexadecimal ? hexNumber(shown->second) : number32(shown->second)).value == value) {
             cells_[word] = shown->second; // as it was typed
-        } else if (value != 0 && word < count()) {
+        } else if (value != 0 && word < points) {
             cells_[word] = std::to_string(value);
             hexadecimalCells_.erase(word);
         }
