@@ -20,7 +20,7 @@ MixedPageModel::MixedPageModel(MasterNames names, ListNames listNames)
     setItems(this->names().bit, bitEntries());
 }
 
-std::vector<Action> MixedPageModel::beginning() const {
+std::vector<Action> MixedPageModel::opening() const {
     return {{"click", "cmdCommTest", ""}, {"click", "cmdPortOpen", ""}};
 }
 

@@ -9,7 +9,7 @@ namespace varda::walks {
 /// What the two mixed pages share: a list of points, and a request that is built of it.
 class MixedPageModel : public MasterModel {
 public:
-    std::vector<Action> beginning() const override;
+    std::vector<Action> opening() const override;
     Shown shown() const override;
 
 protected:
