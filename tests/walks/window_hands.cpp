@@ -146,7 +146,9 @@ std::string WindowHands::seeBox() {
 
 std::string WindowHands::logText(const std::string& file) {
     std::string text = test::bytesOf(window_.folder().file(file));
-    std::erase(text, '\r');
+    for (std::size_t end = 0; (end = text.find("\r\n", end)) != std::string::npos; ++end) {
+        text.erase(end, 1); // the end of a line; a received CR stays, with a space behind it
+    }
     return text;
 }
 
