@@ -60,6 +60,7 @@ WalkWindow::WalkWindow(int mode, std::uint_fast32_t seed)
                QTime::currentTime,
                [this](std::function<void()> tick) { return makeTimer(std::move(tick)); }}) {
     window_.resize(1024, 768);
+    window_.setUpdatesEnabled(false); // nobody looks at it, and painting would take most of the time
     window_.show();
     QApplication::setActiveWindow(&window_);
     if (mode != 0) {
