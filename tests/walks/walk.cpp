@@ -62,8 +62,8 @@ private:
         for (const auto& [name, expected] : model_->expected()) {
             const std::string actual = hands_->shown(name);
             if (actual != expected && leftOut.find("," + name + ",") == std::string::npos) {
-                difference_ +=
-                    "  " + name + "\n    expected: " + expected + "\n    actual:   " + actual + '\n';
+                difference_.append("  ").append(name).append("\n    expected: ").append(expected);
+                difference_.append("\n    actual:   ").append(actual).append("\n");
             }
         }
     }
