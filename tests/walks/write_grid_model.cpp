@@ -40,12 +40,14 @@ void WritePageModel::showCells(const std::map<int, std::string>& before) {
     const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
     const int points =
         (static_cast<int>(length()) - 2) / (bits() ? 1 : 2); // of the image, whose data is shown
+    const int cells = columns * (rows_ - 1);
     for (int point = 0; bits() && !text("cbWRegBit").empty() && point < points; ++point) {
-        if (image_.at(dataBegin + static_cast<std::size_t>(point)) == "FF") {
+        const bool isOn = image_.at(dataBegin + static_cast<std::size_t>(point)) == "FF";
+        if (isOn && begin + point < cells) {
             cells_[begin + point] = "ON";
         }
     }
-    for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
+    for (int word = 0; !bits() && word < cells; ++word) {
         const std::size_t place = dataBegin + 2 * static_cast<std::size_t>(word);
         const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
         const auto shown = before.find(word);
