@@ -1,6 +1,6 @@
 #pragma once
 
-namespace varda::test {
+namespace varda {
 
 /// Whether a sanitizer watches this program. It keeps freed memory for a while and opens files of its own, so
 /// that figures about memory and about file handles say nothing there.
@@ -10,4 +10,4 @@ constexpr bool isSanitized = true;
 constexpr bool isSanitized = false;
 #endif
 
-} // namespace varda::test
+} // namespace varda
