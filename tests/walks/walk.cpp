@@ -169,7 +169,7 @@ void walk(const Subject& subject) {
     const int walks = std::max(1, setting("VARDA_WALKS", 200) / subject.share);
     const auto first =
         static_cast<std::uint32_t>(setting("VARDA_WALK_FIRST_SEED", static_cast<int>(subject.firstSeed)));
-    std::cout << "seeds " << first << " .. " << first + static_cast<unsigned>(walks) - 1 << std::flush;
+    std::cout << "seeds " << first << " .. " << first + static_cast<unsigned>(walks) - 1 << std::endl;
     std::size_t actions = 0;
     int differences = 0;
     for (int round = 0; round < walks && differences < setting("VARDA_WALK_DIFFERENCES", 3); ++round) {
@@ -177,7 +177,7 @@ void walk(const Subject& subject) {
         actions += walked.actions;
         differences += walked.differs ? 1 : 0;
     }
-    std::cout << ": " << actions << " actions\n";
+    std::cout << actions << " actions\n";
 }
 
 } // namespace varda::walks
