@@ -20,7 +20,7 @@
 namespace varda::window {
 
 MasterPage::MasterPage(const PageContext& context, std::uint8_t code, QWidget* parent)
-    : QWidget(parent), context_(context), route_(*findRoute(code)) {}
+    : ModePage(parent), context_(context), route_(*findRoute(code)) {}
 
 void MasterPage::adopt(const Controls& controls) {
     controls_ = controls;
@@ -37,6 +37,12 @@ void MasterPage::adopt(const Controls& controls) {
     new PeriodTyping(controls.period); // installed last, it sees first what the steps take for themselves
     events.click(controls.send, [this] { sendRequest(); });
 }
+
+std::int16_t MasterPage::commMode() const {
+    return access() == Access::Word ? route_.wordMode : route_.bitMode;
+}
+
+void MasterPage::clickSend() { controls_.send->click(); }
 
 Access MasterPage::access() const {
     return controls_.bitOption->isChecked()    ? Access::Bit

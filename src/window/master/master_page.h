@@ -2,9 +2,8 @@
 
 #include "core/link/routes.h"
 #include "core/protocol/registers.h"
+#include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
-
-#include <QWidget>
 
 #include <string>
 
@@ -22,12 +21,15 @@ namespace varda::window {
 
 /// What the four master pages have in common: two options for the access, two stations, a period, a request
 /// that is shown while its fields change, and a send button.
-class MasterPage : public QWidget {
+class MasterPage : public ModePage {
     Q_OBJECT
 
 public:
     /// The Click of the send button: checks the fields, sends, and switches on what a send switches off.
     void sendRequest();
+
+    std::int16_t commMode() const override;
+    void clickSend() override;
 
 protected:
     /// The controls of the page's form that the common behaviour works on.

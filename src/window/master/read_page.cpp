@@ -29,6 +29,8 @@ ReadPage::ReadPage(const PageContext& context, QWidget* parent)
 ReadPage::~ReadPage() = default;
 
 void ReadPage::enterMode() {
+    ui_->Frame2_0->setEnabled(true);
+    context().form.setEnabled("Frame2_1", false);
     stopRepeating();
     chooseBitOption();
     register_.offerBits();

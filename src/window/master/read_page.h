@@ -20,8 +20,8 @@ public:
     explicit ReadPage(const PageContext& context, QWidget* parent = nullptr);
     ~ReadPage() override;
 
-    /// The mode was chosen: continuous sending off, bit reading, lists filled anew.
-    void enterMode();
+    /// Continuous sending off, bit reading, lists filled anew.
+    void enterMode() override;
 
 protected:
     void optionChosen(Access access) override;

@@ -48,6 +48,8 @@ WritePage::WritePage(const PageContext& context, std::function<double()> random,
 WritePage::~WritePage() = default;
 
 void WritePage::enterMode() {
+    ui_->Frame2_1->setEnabled(true);
+    context().form.setEnabled("Frame2_0", false);
     stopRepeating();
     chooseBitOption();
     ui_->cmdWDSend->setEnabled(context().link.port().isOpen());

@@ -28,8 +28,8 @@ public:
     WritePage(const PageContext& context, std::function<double()> random, QWidget* parent = nullptr);
     ~WritePage() override;
 
-    /// The mode was chosen: continuous sending off, bit writing, lists and grid prepared anew.
-    void enterMode();
+    /// Continuous sending off, bit writing, lists and grid prepared anew.
+    void enterMode() override;
 
 protected:
     void optionChosen(Access access) override;

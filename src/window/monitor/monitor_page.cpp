@@ -27,7 +27,7 @@ FileDialogs::Kind logFiles() { return {QStringLiteral(".log"), QStringLiteral("L
 } // namespace
 
 MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, QWidget* parent)
-    : QWidget(parent),
+    : ModePage(parent),
       context_(context),
       surroundings_(std::move(surroundings)),
       ui_(std::make_unique<Ui::MonitorPage>()),
@@ -152,7 +152,7 @@ bool MonitorPage::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease) {
         frmMonitoringData_->closeLine();
     }
-    return QWidget::eventFilter(watched, event);
+    return ModePage::eventFilter(watched, event);
 }
 
 } // namespace varda::window

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "core/link/port.h"
+#include "core/link/routes.h"
 #include "core/runs/monitor_log.h"
+#include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
 #include "window/monitor/monitor_model.h"
 
 #include <QTime>
-#include <QWidget>
 
 #include <functional>
 #include <memory>
@@ -20,7 +21,7 @@ class FileDialogs;
 class FrmMonitoringData;
 
 /// "Monitoring": lists every burst that the open port receives, and keeps a log of it.
-class MonitorPage : public QWidget {
+class MonitorPage : public ModePage {
     Q_OBJECT
     Q_DISABLE_COPY(MonitorPage)
 
@@ -35,8 +36,9 @@ public:
     MonitorPage(const PageContext& context, Surroundings surroundings, QWidget* parent = nullptr);
     ~MonitorPage() override;
 
-    /// The mode was chosen: the log's controls follow its check box.
-    void enterMode() { chkMonLog_Click(); }
+    std::int16_t commMode() const override { return comm_mode::monitorIdle; }
+    /// The log's controls follow its check box.
+    void enterMode() override { chkMonLog_Click(); }
 
     /// Lists one burst, and logs it where a log was chosen.
     void listBurst(const Bytes& burst);

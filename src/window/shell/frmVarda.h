@@ -16,10 +16,10 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
-class QLayout;
 class QRadioButton;
 
 namespace varda::window {
@@ -27,13 +27,10 @@ namespace varda::window {
 namespace Ui {
 class FrmVarda;
 }
-class MixedReadPage;
-class MixedWritePage;
+class ModePage;
 class MonitorPage;
-class ReadPage;
 class ScenarioPanel;
 class SimulationPage;
-class WritePage;
 
 /// The main window: owns the link, the timers, the frame images and the pages, and wires them; switches the
 /// modes.
@@ -61,7 +58,7 @@ public:
     LinkState& linkState() { return link_.state(); }
     const FrameImages& images() const { return images_; }
 
-    /// Shows the page of a mode and prepares it; an index outside 0 .. 5 does nothing.
+    /// Shows the page of a mode and prepares it; an index that is no mode's does nothing.
     void optMode_Click(int index);
 
 protected:
@@ -69,12 +66,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    /// What belongs to one mode: its option, the place of its page, the page, and what choosing it prepares.
-    struct ModePage {
+    struct Mode {
         QRadioButton* option;
-        QLayout* holder;
-        QWidget* page;
-        std::function<void()> enter;
+        QWidget* tab;
+        std::optional<ControlGroup> group; ///< the controls that are on in this mode alone
+        ModePage* page;
     };
 
     void makePages(const Surroundings& surroundings);
@@ -82,18 +78,16 @@ private:
     void bind();
     void Form_Load();
     void fillSerialLists();
-    void enterMode(int index);
-    std::int16_t shownCommMode() const;
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
     void showUnsentFrames();
     void addShortcuts();
-    void sendShownRequest();
     void cmdHelp_Click();
     void cmdAbout_Click();
     void cmdEnd_Click();
     void closePort();
-    QRadioButton* modeOption(int index) const { return pages_.at(static_cast<std::size_t>(index)).option; }
+    const Mode& shownMode() const;
+    void enableGroups(const Mode& mode);
 
     std::unique_ptr<Ui::FrmVarda> ui_;
     QString programFolder_;
@@ -111,14 +105,10 @@ private:
     LinkPort linkPort_;
     FileDialogs files_;
 
-    ReadPage* readPage_ = nullptr;
-    WritePage* writePage_ = nullptr;
-    MixedReadPage* mixedReadPage_ = nullptr;
-    MixedWritePage* mixedWritePage_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
-    std::vector<ModePage> pages_; ///< in the order of the modes
+    std::vector<Mode> modes_; ///< in the order of their options
 };
 
 } // namespace varda::window

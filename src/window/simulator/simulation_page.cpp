@@ -39,7 +39,7 @@ std::string repeated(std::string_view group, int times) {
 } // namespace
 
 SimulationPage::SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent)
-    : QWidget(parent),
+    : ModePage(parent),
       context_(context),
       ui_(makeForm<Ui::SimulationPage>(this)),
       lists_(new PacketLists(context, files, *ui_, this, [this](int row) { lstSimReceive_DblClick(row); })),

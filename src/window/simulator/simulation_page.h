@@ -1,12 +1,12 @@
 #pragma once
 
+#include "core/link/routes.h"
 #include "core/pairs/packet_builders.h"
 #include "core/pairs/sim_kinds.h"
 #include "core/runs/responder.h"
+#include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
 #include "window/simulator/packet_lists.h"
-
-#include <QWidget>
 
 #include <functional>
 #include <memory>
@@ -20,7 +20,7 @@ class SimulationPage;
 class FileDialogs;
 
 /// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
-class SimulationPage : public QWidget {
+class SimulationPage : public ModePage {
     Q_OBJECT
     Q_DISABLE_COPY(SimulationPage)
 
@@ -28,8 +28,9 @@ public:
     SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent = nullptr);
     ~SimulationPage() override;
 
-    /// The mode was chosen: bit reading, stations 255, editing buttons off; the packet table stays.
-    void enterMode();
+    std::int16_t commMode() const override { return comm_mode::simulation; }
+    /// Bit reading, stations 255, editing buttons off; the packet table stays.
+    void enterMode() override;
 
     /// The start button follows whether the table has pairs and the port is open. It does nothing when it is
     /// pressed: answering depends on the mode alone.

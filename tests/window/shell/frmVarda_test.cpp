@@ -1,7 +1,6 @@
 #include "core/link/routes.h"
 #include "support/window_test.h"
 #include "window/shell/control_groups.h"
-#include "window/shell/modes.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -19,6 +18,8 @@ namespace varda::test {
 
 using namespace window;
 namespace {
+
+constexpr std::array<int, 6> commModes = {0x21, 0x22, 0x25, 0x26, 0xFF, 0x80};
 
 class MainWindowTest : public WindowTest {
 protected:
@@ -54,7 +55,6 @@ TEST_F(MainWindowTest, PortListOffersTwentyPorts) {
 }
 
 TEST_F(MainWindowTest, EveryModeSetsItsPageAndCommMode) {
-    const std::array<int, 6> commModes = {0x21, 0x22, 0x25, 0x26, 0xFF, 0x80};
     for (int index = 5; index >= 0; --index) {
         driver.click(option(index).c_str());
         EXPECT_EQ(shownPage(), index);
@@ -67,7 +67,7 @@ TEST_F(MainWindowTest, ChoosingATabIsChoosingItsMode) {
     for (int index = 5; index >= 0; --index) {
         driver.find<QTabWidget>("tabMode")->setCurrentIndex(index);
         EXPECT_TRUE(isChosen(index));
-        EXPECT_EQ(driver.link().CommMode, modes.at(static_cast<std::size_t>(index)).commMode);
+        EXPECT_EQ(driver.link().CommMode, commModes.at(static_cast<std::size_t>(index)));
     }
 }
 
