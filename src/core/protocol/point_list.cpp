@@ -37,12 +37,12 @@ std::string_view pointValue(std::string_view line) {
     return lastTab == std::string_view::npos ? line : line.substr(lastTab + 1);
 }
 
-Point parsePoint(std::string_view line) {
+PointLine parsePointLine(std::string_view line) {
     const Access access = accessOf(line);
-    const std::string_view reg = before(behind(line, tab), tab);
+    const std::string_view named = before(behind(line, tab), tab);
     // kept: one character is cut off as the kind, so the number of "TC", "SV", "PV" and "SR" is no number
-    const std::string_view number = reg.empty() ? reg : reg.substr(1);
-    return {access, std::string(reg.substr(0, 1)),
+    const std::string_view number = named.empty() ? named : named.substr(1);
+    return {access, std::string(named.substr(0, 1)),
             toInteger(access == Access::Bit ? before(number, '.') : number),
             access == Access::Bit ? toInteger(behind(number, '.')) : 0, std::string(pointValue(line))};
 }

@@ -211,17 +211,17 @@ SimFields SimulationPage::fields() const {
 }
 
 void SimulationPage::showPosition(const SimPosition& position) {
-    if (textOf(ui_->cbSimReg) != position.reg) {
-        ui_->cbSimReg->setEditText(QString::fromUtf8(position.reg));
+    if (textOf(ui_->cbSimReg) != position.kind) {
+        ui_->cbSimReg->setEditText(QString::fromUtf8(position.kind));
     }
-    ui_->cbSimAddress->setEditText(QString::fromUtf8(position.address));
+    ui_->cbSimAddress->setEditText(QString::fromUtf8(position.number));
     ui_->cbSimBit->setEditText(QString::fromUtf8(position.bit));
 }
 
 void SimulationPage::rebuildRequest() {
     const SimKind* const chosen = kind();
     const SimPosition here = position();
-    if (chosen == nullptr || chosen->isWrite || here.reg.empty() || here.address.empty() ||
+    if (chosen == nullptr || chosen->isWrite || here.kind.empty() || here.number.empty() ||
         (chosen->access == Access::Bit && here.bit.empty()) || textOf(ui_->cbSimLength).empty()) {
         return; // a write request is built from its points, a read request once its fields are filled
     }
@@ -374,8 +374,8 @@ void SimulationPage::lstSimReceive_DblClick(int row) {
     const std::string answer = pair < table.answers().size() ? table.answers()[pair] : std::string();
     const PreparedRequest prepared = parsePreparedRequest(request);
     const SimKind* const reloaded = findSimKind(prepared.mode);
-    ui_->cbSimDA->setEditText(QString::fromUtf8(prepared.da));
-    ui_->cbSimSA->setEditText(QString::fromUtf8(prepared.sa));
+    ui_->cbSimDA->setEditText(QString::fromUtf8(prepared.destination));
+    ui_->cbSimSA->setEditText(QString::fromUtf8(prepared.source));
     if (!prepared.mode.empty()) {
         ui_->cbSimMode->setCurrentText(QString::fromUtf8(prepared.mode));
     }
@@ -393,7 +393,7 @@ void SimulationPage::reload(const SimKind& kind, const PreparedRequest& request,
     showFieldsOf(kind);
     showPosition(request.position);
     const QSignalBlocker silent(ui_->cbSimLength);
-    ui_->cbSimLength->setEditText(QString::fromUtf8(request.length));
+    ui_->cbSimLength->setEditText(QString::fromUtf8(request.count));
     for (const std::string& point : request.points) {
         ui_->lstSimMixed->addItem(QString::fromUtf8(point));
     }
