@@ -77,9 +77,6 @@ void MakeWriteFormat(FrameImages& images, Access access, int count) {
         image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count) & 0xFF));
     }
     const std::size_t covered = offset::body + bodyLength(image);
-    if (access == Access::Word) {
-        image.takeTexts(offset::data, covered + frame_size::check - 1);
-    }
     AppendCRC16(images, code, covered);
     image.complete(covered + frame_size::check - 1);
 }
@@ -110,9 +107,7 @@ bool isWriteBitOn(const FrameImages& images, std::size_t index) {
 }
 
 void clearWriteRequest(FrameImages& images) {
-    constexpr std::size_t lastClearedByte = 50;
     constexpr std::size_t lastEntry = 1023;
-    images.write.clearBytes(0, lastClearedByte);
     images.write.reset(offset::length, lastEntry);
 }
 

@@ -202,15 +202,6 @@ TEST(SingleWrite, WordOf4660GoesLowByteFirst) {
     EXPECT_EQ(DisplayWString(images), "1 0 24 04 00 02 34 12 41 EE ");
 }
 
-TEST(SingleWrite, DataBytesOfAWordWriteAreMadeFromTheirTextsBeforeTheCheck) {
-    FrameImages images = preparedForWrite();
-    setWordAddress(images.write, "W", 0);
-    setWriteWord(images, 0, 4660);
-    images.write.clearBytes(6, 7);
-    MakeWriteFormat(images, Access::Word, 1);
-    EXPECT_EQ(writeWire(images), (Bytes{0x01, 0x00, 0x24, 0x04, 0x00, 0x02, 0x34, 0x12, 0x41, 0xEE}));
-}
-
 TEST(SingleWrite, WordsStandTwoEntriesApart) {
     FrameImages images = preparedForWrite();
     setWriteWord(images, 3, 65535);
