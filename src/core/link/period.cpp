@@ -2,37 +2,19 @@
 
 #include "core/base/conversion.h"
 #include "core/base/period_timer.h"
-#include "core/base/runtime_error.h"
-#include "core/link/form.h"
 
-#include <optional>
-#include <string>
+#include <algorithm>
 
 namespace varda::inline core {
-namespace {
 
-std::optional<int> typedPeriod(const std::string& text) {
-    try {
-        return toInteger(text);
-    } catch (const RuntimeError&) {
-        return std::nullopt;
-    }
-}
-
-} // namespace
-
-void takePeriod(Form& form, PeriodTimer& tmrComm, std::string_view periodField) {
+void takePeriod(PeriodTimer& tmrComm, std::string_view typed,
+                const std::function<void(int period)>& rewrite) {
     tmrComm.stop();
-    const std::optional<int> typed = typedPeriod(form.text(periodField));
-    int period = typed.value_or(startPeriod);
-    if (period < shortestPeriod) {
-        period = shortestPeriod;
-    }
-    if (period > longestPeriod) {
-        period = longestPeriod; // kept: a 16-bit number never gets here
-    }
-    if (period != typed) {
-        form.setText(periodField, std::to_string(period));
+    const std::optional<int> number = readInteger(typed);
+    // kept: a 16-bit number is never beyond the longest
+    const int period = std::clamp(number.value_or(startPeriod), shortestPeriod, longestPeriod);
+    if (period != number) {
+        rewrite(period);
     }
     tmrComm.setInterval(period);
     tmrComm.start();

@@ -96,10 +96,11 @@ void parseBody(PreparedRequest& prepared, const Bytes& bytes, const Command& com
     if (bytes.size() < offset::data + (command.writes ? frame_size::check : 1)) {
         throw typeMismatch();
     }
-    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], command.access);
+    const Access access = *command.access;
+    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], access);
     if (command.writes) {
         const auto data = std::span(bytes).subspan(offset::data);
-        rebuildPoints(prepared, data.first(data.size() - frame_size::check), command.access);
+        rebuildPoints(prepared, data.first(data.size() - frame_size::check), access);
     } else {
         prepared.count = std::to_string(bytes[offset::count]);
     }
@@ -137,7 +138,7 @@ PreparedRequest parsePreparedRequest(std::string_view request) {
     const Command* const command = commandOf(request);
     if (command != nullptr) {
         prepared.mode = modeOf(*command);
-        prepared.supported = command->access != Access::None;
+        prepared.supported = command->access.has_value();
     }
     if (prepared.supported) {
         parseBody(prepared, bytesOfFrameText(request), *command);

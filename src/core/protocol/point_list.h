@@ -12,11 +12,11 @@ namespace varda::inline core {
 
 /// One line of a mixed page's point list, cut into its fields.
 struct PointLine {
-    Access access;
-    std::string kind;  ///< one character, see parsePointLine
-    int number;        ///< register number
-    int bit;           ///< first bit, 0 for words
-    std::string value; ///< text behind the last TAB: a count, "ON" or "OFF", or hexadecimal digits
+    std::optional<Access> access; ///< none where the line has neither tag
+    std::string kind;             ///< one character, see parsePointLine
+    int number;                   ///< register number
+    int bit;                      ///< first bit, 0 for words
+    std::string value;            ///< text behind the last TAB: a count, "ON" or "OFF", or hexadecimal digits
 };
 
 /// "BIT", TAB, kind and number "." bit, TAB, value.

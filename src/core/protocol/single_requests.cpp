@@ -15,14 +15,14 @@ std::uint8_t writeCode(Access access) {
 
 } // namespace
 
-void MakeReadFormat(FrameImages& images, Access access) {
+void MakeReadFormat(FrameImages& images, std::optional<Access> access) {
     FrameImage& image = images.read;
     const std::uint8_t code = access == Access::Bit ? command::bitRead : command::wordRead;
-    if (access != Access::None) {
+    if (access) {
         image.set(offset::command, code);
     }
     image.set(offset::length, frame_size::readBody);
-    if (access != Access::None) {
+    if (access) {
         AppendCRC16(images, code, frame_size::header + frame_size::readBody);
     }
     image.complete(readBytes - 1);

@@ -4,13 +4,14 @@
 #include "core/protocol/registers.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace varda::inline core {
 
 /// Completes the read image: command, LEN 3, frame check, empty texts made "00".
-/// @param access None leaves the check as it stands
-void MakeReadFormat(FrameImages& images, Access access);
+/// @param access none leaves command and check as they stand
+void MakeReadFormat(FrameImages& images, std::optional<Access> access);
 
 /// The read request as shown: nine groups, each followed by a space.
 std::string DisplayRString(FrameImages& images);

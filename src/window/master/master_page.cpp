@@ -24,6 +24,7 @@ MasterPage::MasterPage(const PageContext& context, std::uint8_t code, QWidget* p
 
 void MasterPage::adopt(const Controls& controls) {
     controls_ = controls;
+    fields_.emplace(controls.registerLists);
     Events& events = context_.events;
     events.option(controls.bitOption, [this] { optionChosen(Access::Bit); });
     events.option(controls.wordOption, [this] { optionChosen(Access::Word); });
@@ -31,8 +32,7 @@ void MasterPage::adopt(const Controls& controls) {
     const auto source = [this] { takeStation(offset::source); };
     events.field(controls.destination, destination, {.keyPress = {}, .lostFocus = destination});
     events.field(controls.source, source, {.keyPress = {}, .lostFocus = source});
-    events.textChange(controls.period,
-                      [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
+    events.textChange(controls.period, [this] { takePeriod(); });
     new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
     new PeriodTyping(controls.period); // installed last, it sees first what the steps take for themselves
     events.click(controls.send, [this] { sendRequest(); });
@@ -44,10 +44,10 @@ std::int16_t MasterPage::commMode() const {
 
 void MasterPage::clickSend() { controls_.send->click(); }
 
-Access MasterPage::access() const {
-    return controls_.bitOption->isChecked()    ? Access::Bit
-           : controls_.wordOption->isChecked() ? Access::Word
-                                               : Access::None;
+std::optional<Access> MasterPage::chosenAccess() const {
+    return controls_.bitOption->isChecked()    ? std::optional(Access::Bit)
+           : controls_.wordOption->isChecked() ? std::optional(Access::Word)
+                                               : std::nullopt;
 }
 
 FrameImage& MasterPage::image() { return context_.images.of(static_cast<std::uint8_t>(route_.bitMode)); }
@@ -79,13 +79,17 @@ void MasterPage::takeStation(std::size_t index) {
 }
 
 void MasterPage::takeStations() {
-    takeStation(offset::destination);
-    takeStation(offset::source);
+    clearRequest();
+    for (const std::size_t index : {offset::destination, offset::source}) {
+        setStation(image(), index, stationText(index));
+    }
+    makeRequest();
 }
 
-void MasterPage::writeAddress(const std::string& digits) {
-    image().setLowHigh(offset::address, digits);
-    makeRequest();
+void MasterPage::takePeriod() {
+    QLineEdit* const field = controls_.period;
+    core::takePeriod(context_.tmrComm, field->text().toStdString(),
+                     [field](int period) { field->setText(QString::number(period)); });
 }
 
 void MasterPage::sendRequest() {

@@ -4,7 +4,9 @@
 #include "core/protocol/registers.h"
 #include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
+#include "window/controls/register_fields.h"
 
+#include <optional>
 #include <string>
 
 class QCheckBox;
@@ -19,8 +21,8 @@ class FrameImage;
 
 namespace varda::window {
 
-/// What the four master pages have in common: two options for the access, two stations, a period, a request
-/// that is shown while its fields change, and a send button.
+/// What the four master pages have in common: two options for the access, two stations, the register of a
+/// point, a period, a request that is shown while its fields change, and a send button.
 class MasterPage : public ModePage {
     Q_OBJECT
 
@@ -38,9 +40,10 @@ protected:
         QRadioButton* wordOption;
         QLineEdit* destination;
         QLineEdit* source;
-        QLineEdit* period;
-        QCheckBox* continuous;
+        RegisterFields::Lists registerLists;
         QPushButton* send;
+        QCheckBox* continuous;
+        QLineEdit* period;
         QPlainTextEdit* request;
         QPlainTextEdit* answer;
     };
@@ -53,7 +56,7 @@ protected:
 
     /// An option was chosen: sets the page up for that access.
     virtual void optionChosen(Access access) = 0;
-    /// Make...Format of the page. @throws RuntimeError where a field or a point cannot be read
+    /// Make...Format of the page. @throws RuntimeError where a point cannot be read
     virtual void makeFormat() = 0;
     /// Display...String of the page.
     virtual std::string displayString() = 0;
@@ -64,7 +67,10 @@ protected:
 
     const PageContext& context() const { return context_; }
     const Route& route() const { return route_; }
-    Access access() const;
+    Access access() const { return chosenAccess().value_or(Access::Bit); }
+    std::optional<Access> chosenAccess() const;
+    RegisterFields& fields() { return *fields_; }
+    const RegisterFields& fields() const { return *fields_; }
     FrameImage& image();
 
     std::string stationText(std::size_t index) const;
@@ -74,14 +80,16 @@ protected:
     void clearAnswer();
     void showRequest();
     void makeRequest();
-    void takeStation(std::size_t index);
     void takeStations();
-    void writeAddress(const std::string& digits);
 
 private:
+    void takeStation(std::size_t index);
+    void takePeriod();
+
     PageContext context_;
     const Route& route_;
     Controls controls_{};
+    std::optional<RegisterFields> fields_;
 };
 
 } // namespace varda::window

@@ -14,8 +14,10 @@
 #include "ui_scenario_panel.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
+#include "window/controls/lists.h"
 #include "window/controls/period_steps.h"
 #include "window/controls/profile_files.h"
+#include "window/controls/texts.h"
 #include "window/scenario/frame_line_delegate.h"
 #include "window/system/file_name.h"
 
@@ -106,7 +108,7 @@ void ScenarioPanel::saveTo(const QString& path) {
     context_.form.setText("txtSimStatus", "");
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
-    storeScenario(context_.form.lines("lstSchedule"), file);
+    storeScenario(linesOf(ui_->lstSchedule), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
     saveOrTell(file, name, context_, [this] {
         context_.form.setText("txtSimStatus",
@@ -215,7 +217,7 @@ void ScenarioPanel::sendNextLine() {
         return;
     }
     const std::string line = ui_->lstSchedule->item(row)->text().toStdString();
-    context_.form.setText("txtScnSend", line);
+    showText(ui_->txtScnSend, line);
     const Bytes frame = scenarioFrame(line);
     context_.link.sendScenarioFrame(frame, scenarioAnswerLength(frame));
 }

@@ -6,6 +6,7 @@
 #include "core/runs/responder.h"
 #include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
+#include "window/controls/register_fields.h"
 #include "window/simulator/packet_lists.h"
 
 #include <functional>
@@ -54,8 +55,8 @@ private:
     void cbSimReg_Change();
     void cbSimLength_Click();
     void rebuildRequest();
-    /// The length of a read; nothing where the text is none of 1 .. 255.
-    std::optional<int> typedLength() const;
+    /// The count of a read; nothing where the text is none of 1 .. 255.
+    std::optional<int> typedCount() const;
     void cmdSimAddListBox_Click();
     void cmdSimDelListBox_Click();
     void cmdSimSendDataInputOK_Click();
@@ -75,6 +76,7 @@ private:
 
     PageContext context_;
     std::unique_ptr<Ui::SimulationPage> ui_;
+    RegisterFields register_;
     PacketLists* lists_;
     Responder responder_;
 };

@@ -1,9 +1,10 @@
 #include "core/link/period.h"
 
-#include "support/fake_form.h"
 #include "support/manual_clock.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
 
 namespace varda::test {
 namespace {
@@ -18,10 +19,28 @@ std::ostream& operator<<(std::ostream& out, const Typed& typed) { return out << 
 
 class PeriodTest : public testing::TestWithParam<Typed> {
 protected:
+    /// The Change handler of the field.
+    void change() {
+        takePeriod(tmrComm, field, [this](int period) {
+            ++rewritten;
+            wasRunning |= tmrComm.isRunning();
+            type(std::to_string(period));
+        });
+    }
+    void type(const std::string& text) {
+        const bool changed = field != text;
+        field = text;
+        if (changed) {
+            change();
+        }
+    }
+
     ManualClock clock;
-    FakeForm form;
     int ticks = 0;
     ManualTimer tmrComm{clock, [this] { ++ticks; }};
+    std::string field = "500";
+    int rewritten = 0;
+    bool wasRunning = false; ///< while the field was rewritten
 };
 
 INSTANTIATE_TEST_SUITE_P(
@@ -39,27 +58,23 @@ INSTANTIATE_TEST_SUITE_P(
                     Typed{"100x", "500", 500}));
 
 TEST_P(PeriodTest, TextBecomesTheIntervalOfTheRunningTimer) {
-    for (const char* const field :
-         {"txtReadTimerValue", "txtWriteTimerValue", "txtMReadTimerValue", "txtMWriteTimerValue"}) {
-        tmrComm.setInterval(7);
-        tmrComm.stop();
-        form.setText(field, GetParam().text);
+    tmrComm.setInterval(7);
+    takePeriod(tmrComm, GetParam().text, [this](int period) {
+        field = std::to_string(period);
+        ++rewritten;
+    });
 
-        takePeriod(form, tmrComm, field);
-
-        EXPECT_EQ(form.text(field), GetParam().shown);
-        EXPECT_EQ(tmrComm.interval(), GetParam().interval);
-        EXPECT_TRUE(tmrComm.isRunning());
-    }
-    EXPECT_TRUE(form.messages().empty());
+    EXPECT_EQ(rewritten, GetParam().shown == GetParam().text ? 0 : 1);
+    EXPECT_EQ(rewritten == 0 ? GetParam().text : field, GetParam().shown);
+    EXPECT_EQ(tmrComm.interval(), GetParam().interval);
+    EXPECT_TRUE(tmrComm.isRunning());
 }
 
 TEST_P(PeriodTest, RewritingTheFieldMayRunItsChangeHandlerAgain) {
-    form.onTextChange("txtReadTimerValue", [this] { takePeriod(form, tmrComm, "txtReadTimerValue"); });
-    form.setText("txtReadTimerValue", "7000");
-    form.setText("txtReadTimerValue", GetParam().text);
+    type("7000");
+    type(GetParam().text);
 
-    EXPECT_EQ(form.text("txtReadTimerValue"), GetParam().shown);
+    EXPECT_EQ(field, GetParam().shown);
     EXPECT_EQ(tmrComm.interval(), GetParam().interval);
     EXPECT_TRUE(tmrComm.isRunning());
 }
@@ -67,14 +82,9 @@ TEST_P(PeriodTest, RewritingTheFieldMayRunItsChangeHandlerAgain) {
 TEST_F(PeriodTest, TimerIsStoppedWhileTheFieldIsRewritten) {
     tmrComm.setInterval(500);
     tmrComm.start();
-    form.setText("txtReadTimerValue", "50");
-    int rewritten = 0;
-    form.onTextChange("txtReadTimerValue", [&] {
-        ++rewritten;
-        EXPECT_FALSE(tmrComm.isRunning());
-    });
-    takePeriod(form, tmrComm, "txtReadTimerValue");
+    type("50");
     EXPECT_EQ(rewritten, 1);
+    EXPECT_FALSE(wasRunning);
     EXPECT_TRUE(tmrComm.isRunning());
 }
 
@@ -82,8 +92,7 @@ TEST_F(PeriodTest, ChangeStartsTheFullPeriodAnew) {
     tmrComm.setInterval(500);
     tmrComm.start();
     clock.advance(400);
-    form.setText("txtReadTimerValue", "300");
-    takePeriod(form, tmrComm, "txtReadTimerValue");
+    type("300");
 
     clock.advance(299);
     EXPECT_EQ(ticks, 0);
@@ -95,8 +104,7 @@ TEST_F(PeriodTest, ChangeToTheSamePeriodStartsItAnewToo) {
     tmrComm.setInterval(500);
     tmrComm.start();
     clock.advance(400);
-    form.setText("txtReadTimerValue", "500");
-    takePeriod(form, tmrComm, "txtReadTimerValue");
+    type(" 500");
 
     clock.advance(499);
     EXPECT_EQ(ticks, 0);

@@ -112,11 +112,11 @@ TEST(SingleRead, SpareTextsBehindTheFrameStayEmpty) {
 
 TEST(SingleRead, WithoutAChosenModeCommandAndCheckStayAsTheyStand) {
     FrameImages images;
-    MakeReadFormat(images, Access::None);
+    MakeReadFormat(images, std::nullopt);
     EXPECT_EQ(DisplayRString(images), "00 00 00 03 00 00 00 00 00 ");
     MakeReadFormat(images, Access::Bit);
     setReadCount(images, 1);
-    MakeReadFormat(images, Access::None);
+    MakeReadFormat(images, std::nullopt);
     EXPECT_EQ(DisplayRString(images), "00 00 21 03 00 00 01 A7 43 ");
 }
 
