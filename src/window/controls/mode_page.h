@@ -1,8 +1,10 @@
 #pragma once
 
+#include "core/link/routes.h"
+
 #include <QWidget>
 
-#include <cstdint>
+#include <string>
 
 namespace varda::window {
 
@@ -13,12 +15,14 @@ class ModePage : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// CommMode of the page and of the option that is chosen on it.
-    virtual std::int16_t commMode() const = 0;
+    /// What the link does while the page is shown with its options as they stand.
+    virtual Mode mode() const = 0;
     /// The mode was chosen and its controls are switched: prepares the page.
     virtual void enterMode() = 0;
     /// Clicks the page's send button, where it has one.
     virtual void clickSend() {}
+    /// The request that the page shows; empty where it has none.
+    virtual std::string requestText() const { return {}; }
 };
 
 } // namespace varda::window

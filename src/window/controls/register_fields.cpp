@@ -57,7 +57,7 @@ bool RegisterFields::hasNumber() const { return isFilled(lists_.number); }
 
 bool RegisterFields::hasBit() const { return isFilled(lists_.bit); }
 
-bool RegisterFields::hasCount() const { return isFilled(lists_.count); }
+bool RegisterFields::hasCount() const { return lists_.count == nullptr || isFilled(lists_.count); }
 
 bool RegisterFields::isNamed(Access access) const {
     return hasKind() && hasNumber() && (access == Access::Word || hasBit());

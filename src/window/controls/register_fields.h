@@ -41,6 +41,7 @@ public:
     bool hasKind() const;
     bool hasNumber() const;
     bool hasBit() const;
+    /// True where the page has no count.
     bool hasCount() const;
     /// Whether the register of a first point is named, for bit access with its bit.
     bool isNamed(Access access) const;

@@ -2,29 +2,11 @@
 
 #include <QComboBox>
 #include <QFontMetrics>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QString>
 
 #include <algorithm>
 #include <string>
 
 namespace varda::window {
-
-/// Shows a text; caret and selection of one that is shown already stay.
-inline void showText(QLineEdit* line, const std::string& text) {
-    const QString shown = QString::fromStdString(text);
-    if (line->text() != shown) {
-        line->setText(shown);
-    }
-}
-
-inline void showText(QPlainTextEdit* field, const std::string& text) {
-    const QString shown = QString::fromStdString(text);
-    if (field->toPlainText() != shown) {
-        field->setPlainText(shown);
-    }
-}
 
 inline std::string textOf(const QComboBox* list) { return list->currentText().toStdString(); }
 

@@ -30,8 +30,15 @@ public:
     /// The Click of the send button: checks the fields, sends, and switches on what a send switches off.
     void sendRequest();
 
-    std::int16_t commMode() const override;
+    /// A tick on which the page may send by itself: does so where its box is ticked and every field is
+    /// filled. @throws RuntimeError of the send; the box is not ticked any more then
+    void repeatRequest();
+
+    Mode mode() const override;
+    std::string requestText() const override;
     void clickSend() override;
+    /// Continuous sending ends, and can be begun again only once it is enabled.
+    void enableSending(bool enabled);
 
 protected:
     /// The controls of the page's form that the common behaviour works on.
@@ -46,10 +53,11 @@ protected:
         QLineEdit* period;
         QPlainTextEdit* request;
         QPlainTextEdit* answer;
+        QLineEdit* status;
     };
 
-    /// @param code any request code of the page
-    MasterPage(const PageContext& context, std::uint8_t code, QWidget* parent);
+    /// @param bitMode what the link does while the page's bit option is chosen
+    MasterPage(const PageContext& context, Mode bitMode, QWidget* parent);
 
     /// Takes the controls over and binds them; called once by the page's constructor.
     void adopt(const Controls& controls);
@@ -66,7 +74,6 @@ protected:
     virtual void switchOnAfterSend() = 0;
 
     const PageContext& context() const { return context_; }
-    const Route& route() const { return route_; }
     Access access() const { return chosenAccess().value_or(Access::Bit); }
     std::optional<Access> chosenAccess() const;
     RegisterFields& fields() { return *fields_; }
@@ -74,6 +81,12 @@ protected:
     FrameImage& image();
 
     std::string stationText(std::size_t index) const;
+    /// Empties the status line and prepares the link. @return false where the port is closed, which the
+    /// status line tells then
+    bool startRequest();
+    /// All is well where no option is chosen.
+    bool isFilledToSend() const { return !chosenAccess() || fields().isNamed(access()); }
+    void showStatus(const std::string& text);
     void stopRepeating();
     void chooseBitOption();
     void clearRequest();

@@ -1,10 +1,10 @@
 #include "window/master/mixed_page.h"
 
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/point_list.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 #include "window/controls/lists.h"
 
 #include <QComboBox>
@@ -61,10 +61,7 @@ void MixedPage::countChosen() {
 
 std::vector<std::string> MixedPage::pointLines() const { return linesOf(list_.lines); }
 
-bool MixedPage::pointIsNamed() const {
-    const bool isCounted = fields().lists().count == nullptr || fields().hasCount();
-    return fields().isNamed(access()) && isCounted;
-}
+bool MixedPage::pointIsNamed() const { return fields().isNamed(access()) && fields().hasCount(); }
 
 void MixedPage::addLine() {
     if (!pointIsNamed()) {
@@ -99,15 +96,26 @@ void MixedPage::lineChosen() {
 
 void MixedPage::buildAndSend() {
     const std::vector<std::string> lines = pointLines();
-    makeBody(lines);
+    makeBody(lines, [this](std::size_t line) { selectLine(line); });
     makeRequest();
     clearAnswer();
     const int expected = answerLength(lines);
-    if (context().link.startRequest(route())) {
-        const auto code = static_cast<std::uint8_t>(route().bitMode);
-        context().link.SendRequest(mixedWire(context().images, code), expected);
+    if (startRequest()) {
+        context().link.SendRequest(wire(), expected);
     }
 }
+
+void MixedPage::sendAsItStands() {
+    makeBody(pointLines(), {});
+    makeRequest();
+    if (!context().link.port().isOpen()) {
+        showStatus("Port Closed");
+        return;
+    }
+    context().link.sendUnawaited(wire());
+}
+
+Bytes MixedPage::wire() const { return mixedWire(context().images, static_cast<std::uint8_t>(mode())); }
 
 void MixedPage::switchOnAfterSend() { context().form.SetScenarioButtons(true); }
 

@@ -16,6 +16,11 @@ namespace varda::window {
 class MixedPage : public MasterPage {
     Q_OBJECT
 
+public:
+    /// Sends the request as its fields and points stand now, and awaits no answer.
+    /// @throws RuntimeError where a field or a point cannot be read, and the port's
+    void sendAsItStands();
+
 protected:
     struct ListControls {
         QListWidget* lines;
@@ -30,8 +35,9 @@ protected:
     virtual std::string newLine() const = 0;
     /// The size of a list as the add button looks at it. @throws RuntimeError 6, 13
     virtual int listLength(const std::vector<std::string>& lines) const = 0;
-    /// Writes the body of the request from the lines. @throws RuntimeError 6, 13
-    virtual void makeBody(const std::vector<std::string>& lines) = 0;
+    /// Writes the body of the request from the lines. @param visit told each line in turn
+    /// @throws RuntimeError 6, 13
+    virtual void makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) = 0;
     /// Length of the answer to the lines, in bytes. @throws RuntimeError 6, 13
     virtual int answerLength(const std::vector<std::string>& lines) const = 0;
 
@@ -53,6 +59,7 @@ private:
     void lineChosen();
     QListWidgetItem* markedLine() const;
     bool pointIsNamed() const;
+    Bytes wire() const;
 
     ListControls list_{};
 };

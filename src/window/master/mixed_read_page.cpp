@@ -8,7 +8,7 @@
 namespace varda::window {
 
 MixedReadPage::MixedReadPage(const PageContext& context, QWidget* parent)
-    : MixedPage(context, command::mixedRead, parent), ui_(makeForm<Ui::MixedReadPage>(this)) {
+    : MixedPage(context, Mode::MixedRead, parent), ui_(makeForm<Ui::MixedReadPage>(this)) {
     adopt({.bitOption = ui_->optMRead_0,
            .wordOption = ui_->optMRead_1,
            .destination = ui_->txtMRDDA,
@@ -22,7 +22,8 @@ MixedReadPage::MixedReadPage(const PageContext& context, QWidget* parent)
            .continuous = ui_->chkMRTimer,
            .period = ui_->txtMReadTimerValue,
            .request = ui_->txtSendMRData,
-           .answer = ui_->txtReceiveMRData},
+           .answer = ui_->txtReceiveMRData,
+           .status = ui_->txtMRStatus},
           {.lines = ui_->lstMRReadReg, .add = ui_->cmdMRAdd, .remove = ui_->cmdMRDel});
 }
 
@@ -56,8 +57,8 @@ int MixedReadPage::listLength(const std::vector<std::string>& lines) const {
     return GetMRAnswerLength(lines);
 }
 
-void MixedReadPage::makeBody(const std::vector<std::string>& lines) {
-    MakeMRDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });
+void MixedReadPage::makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) {
+    MakeMRDataFormat(context().images, lines, visit);
 }
 
 int MixedReadPage::answerLength(const std::vector<std::string>& lines) const {

@@ -8,7 +8,6 @@
 #include "ui_mixed_write_page.h"
 #include "window/controls/events.h"
 #include "window/controls/make_form.h"
-#include "window/controls/texts.h"
 
 #include <algorithm>
 
@@ -46,7 +45,7 @@ bool areDigits(const QString& text, bool hexadecimal) {
 } // namespace
 
 MixedWritePage::MixedWritePage(const PageContext& context, QWidget* parent)
-    : MixedPage(context, command::mixedWrite, parent), ui_(makeForm<Ui::MixedWritePage>(this)) {
+    : MixedPage(context, Mode::MixedWrite, parent), ui_(makeForm<Ui::MixedWritePage>(this)) {
     ui_->optMWBData_0->setChecked(true);
     adopt({.bitOption = ui_->optMWrite_0,
            .wordOption = ui_->optMWrite_1,
@@ -61,7 +60,8 @@ MixedWritePage::MixedWritePage(const PageContext& context, QWidget* parent)
            .continuous = ui_->chkMWTimer,
            .period = ui_->txtMWriteTimerValue,
            .request = ui_->txtSendMWData,
-           .answer = ui_->txtReceiveMWData},
+           .answer = ui_->txtReceiveMWData,
+           .status = ui_->txtMWStatus},
           {.lines = ui_->lstMWWriteReg, .add = ui_->cmdMWAdd, .remove = ui_->cmdMWDel});
     context.events.textChange(ui_->txtMWData, [this] { txtMWData_Change(); });
     connect(ui_->chkHexDec, &QCheckBox::toggled, this, [this] { chkHexDec_Click(); });
@@ -95,7 +95,7 @@ void MixedWritePage::txtMWData_Change() {
         ui_->txtMWData->end(false);
     }
     if (accepted != text) {
-        showText(ui_->txtMWStatus, areDigits(text, hexadecimal) ? "Range Over" : "Invalid Data");
+        showStatus(areDigits(text, hexadecimal) ? "Range Over" : "Invalid Data");
     }
 }
 
@@ -121,8 +121,8 @@ int MixedWritePage::listLength(const std::vector<std::string>& lines) const {
     return GetListDataLength(lines);
 }
 
-void MixedWritePage::makeBody(const std::vector<std::string>& lines) {
-    MakeMWDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });
+void MixedWritePage::makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) {
+    MakeMWDataFormat(context().images, lines, visit);
 }
 
 int MixedWritePage::answerLength(const std::vector<std::string>& /*lines*/) const {

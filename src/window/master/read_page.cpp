@@ -1,16 +1,16 @@
 #include "window/master/read_page.h"
 
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/single_requests.h"
 #include "ui_read_page.h"
+#include "window/controls/form.h"
 #include "window/controls/make_form.h"
 
 namespace varda::window {
 
 ReadPage::ReadPage(const PageContext& context, QWidget* parent)
-    : SinglePage(context, command::bitRead, parent), ui_(makeForm<Ui::ReadPage>(this)) {
+    : SinglePage(context, Mode::BitRead, parent), ui_(makeForm<Ui::ReadPage>(this)) {
     adopt({.bitOption = ui_->optRead_0,
            .wordOption = ui_->optRead_1,
            .destination = ui_->txtRDDA,
@@ -24,7 +24,8 @@ ReadPage::ReadPage(const PageContext& context, QWidget* parent)
            .continuous = ui_->chkRTimer,
            .period = ui_->txtReadTimerValue,
            .request = ui_->txtSendRData,
-           .answer = ui_->txtReceiveRData});
+           .answer = ui_->txtReceiveRData,
+           .status = ui_->txtRStatus});
 }
 
 ReadPage::~ReadPage() = default;
@@ -51,7 +52,7 @@ std::string ReadPage::displayString() { return DisplayRString(context().images);
 void ReadPage::buildAndSend() {
     makeRequest();
     clearAnswer();
-    if (context().link.startRequest(route())) {
+    if (startRequest()) {
         const std::uint8_t count = context().images.read.byte(offset::count);
         context().link.SendRequest(readWire(context().images), readAnswerLength(access(), count));
     }

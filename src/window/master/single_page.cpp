@@ -20,7 +20,7 @@ void SinglePage::adopt(const Controls& controls) {
 }
 
 void SinglePage::optionChosen(Access access) {
-    context().link.enterMode(access == Access::Bit ? route().bitMode : route().wordMode);
+    context().link.enterMode(mode());
     fields().offer(access, countLimit(access));
     accessTaken(access);
     takeStations();

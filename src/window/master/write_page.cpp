@@ -1,14 +1,13 @@
 #include "window/master/write_page.h"
 
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/single_requests.h"
 #include "ui_write_page.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 #include "window/controls/make_form.h"
-#include "window/controls/texts.h"
 #include "window/master/frmWriteWord.h"
 #include "window/master/write_grid.h"
 
@@ -25,7 +24,7 @@ constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
 } // namespace
 
 WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
-    : SinglePage(context, command::bitWrite, parent),
+    : SinglePage(context, Mode::BitWrite, parent),
       ui_(makeForm<Ui::WritePage>(this)),
       grid_(
           new WriteGrid(ui_->gridWriteData,
@@ -44,7 +43,8 @@ WritePage::WritePage(const PageContext& context, std::function<double()> random,
            .continuous = ui_->chkWTimer,
            .period = ui_->txtWriteTimerValue,
            .request = ui_->txtSendWData,
-           .answer = ui_->txtReceiveWData});
+           .answer = ui_->txtReceiveWData,
+           .status = ui_->txtWStatus});
     Events& events = context.events;
     events.click(ui_->chkCounter, [this] { chooseDataMode(ui_->chkCounter, ui_->chkRandomWrite); });
     events.click(ui_->chkRandomWrite, [this] { chooseDataMode(ui_->chkRandomWrite, ui_->chkCounter); });
@@ -170,7 +170,7 @@ void WritePage::chooseDataMode(QCheckBox* chosen, QCheckBox* other) {
     chosen->setChecked(true); // kept: a click on the ticked box leaves it ticked
 }
 
-void WritePage::DisplayWMessage(const std::string& text) { showText(ui_->txtWStatus, text); }
+void WritePage::DisplayWMessage(const std::string& text) { showStatus(text); }
 
 bool WritePage::CheckWriteCell(int position) {
     const bool bits = access() == Access::Bit;
@@ -186,7 +186,7 @@ bool WritePage::CheckWriteCell(int position) {
 }
 
 void WritePage::editCell(int position) {
-    if (!fields().isNamed(access()) || !CheckWriteCell(position)) {
+    if (!isFilledToSend() || !CheckWriteCell(position)) {
         return;
     }
     if (access() == Access::Bit) {
@@ -246,7 +246,7 @@ void WritePage::fillData() {
 
 void WritePage::buildAndSend() {
     makeRequest(); // before any random data: completing an emptied count resets the data
-    if (!context().link.startRequest(route())) {
+    if (!startRequest()) {
         return;
     }
     clearAnswer();

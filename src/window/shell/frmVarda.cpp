@@ -49,7 +49,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
       tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
       tmrScenario_(
           surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
-      link_(commPLC_, clock_, form_),
+      link_(commPLC_, clock_),
       linkPort_(commTest_, link_, *tmrComm_, form_),
       files_(this, surroundings.programFolder) {
     makePages(surroundings);
@@ -63,27 +63,53 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 FrmVarda::~FrmVarda() = default;
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
-    const PageContext context = {form_, events_, link_, images_, *tmrComm_};
-    simulationPage_ = new SimulationPage(context, files_, this);
+    const PageContext context = {form_,     events_,
+                                 link_,     images_,
+                                 *tmrComm_, [this] { return presenter_.isFreeForRun(commPLC_.isOpen()); }};
+    auto* const readPage = new ReadPage(context, this);
+    auto* const writePage = new WritePage(context, surroundings.random, this);
+    auto* const mixedReadPage = new MixedReadPage(context, this);
+    auto* const mixedWritePage = new MixedWritePage(context, this);
+    masters_ = {readPage, writePage, mixedReadPage, mixedWritePage};
+    simulationPage_ = new SimulationPage(context,
+                                         {files_,
+                                          [mixedReadPage, mixedWritePage](Mode mixedMode) {
+                                              MixedPage* const page =
+                                                  mixedMode == Mode::MixedRead
+                                                      ? static_cast<MixedPage*>(mixedReadPage)
+                                                      : mixedWritePage;
+                                              page->sendAsItStands();
+                                          }},
+                                         this);
     monitorPage_ = new MonitorPage(context, {files_, clock_, surroundings.now}, this);
-    scenarioPanel_ = new ScenarioPanel(
-        context, {*tmrScenario_, files_, [this] { return shownMode().page->commMode(); }}, this);
-    modes_ = {
-        {ui_->optMode_0, ui_->pageRead, ControlGroup::Read, new ReadPage(context, this)},
-        {ui_->optMode_1, ui_->pageWrite, ControlGroup::Write,
-         new WritePage(context, surroundings.random, this)},
-        {ui_->optMode_2, ui_->pageMixedRead, ControlGroup::MixedRead, new MixedReadPage(context, this)},
-        {ui_->optMode_3, ui_->pageMixedWrite, ControlGroup::MixedWrite, new MixedWritePage(context, this)},
-        {ui_->optMode_4, ui_->pageSimulation, ControlGroup::Simulation, simulationPage_},
-        {ui_->optMode_5, ui_->pageMonitor, std::nullopt, monitorPage_}};
-    link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
-                    .answerRequest = [this] { return simulationPage_->answerRequest(); }});
+    scenarioPanel_ = new ScenarioPanel(context,
+                                       {.tmrScenario = *tmrScenario_,
+                                        .files = files_,
+                                        .shownMode = [this] { return shownMode().page->mode(); },
+                                        .shownRequest = [this] { return shownMode().page->requestText(); },
+                                        .stopMonitor = [this] { monitorPage_->stopRun(); },
+                                        .enableMasters = [this](bool enabled) { enableMasters(enabled); }},
+                                       this);
+    modes_ = {{ui_->optMode_0, ui_->pageRead, ControlGroup::Read, readPage},
+              {ui_->optMode_1, ui_->pageWrite, ControlGroup::Write, writePage},
+              {ui_->optMode_2, ui_->pageMixedRead, ControlGroup::MixedRead, mixedReadPage},
+              {ui_->optMode_3, ui_->pageMixedWrite, ControlGroup::MixedWrite, mixedWritePage},
+              {ui_->optMode_4, ui_->pageSimulation, ControlGroup::Simulation, simulationPage_},
+              {ui_->optMode_5, ui_->pageMonitor, std::nullopt, monitorPage_}};
+    link_.setRoles(
+        {.repeat = [this](Mode mode) { repeatRequest(mode); },
+         .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
+    for (LinkObserver* const observer :
+         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(simulationPage_),
+          static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
+        link_.observe(*observer);
+    }
     linkPort_.setStopRuns([this] { stopRuns(); });
 }
 
 void FrmVarda::addPages() {
     QList<QWidget*> tabOrder = {ui_->settingsTabs};
-    for (const Mode& mode : modes_) {
+    for (const ModeRow& mode : modes_) {
         mode.tab->layout()->addWidget(mode.page);
         tabOrder.append(mode.option);
     }
@@ -148,11 +174,23 @@ void FrmVarda::addShortcuts() {
     add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
     add(Qt::Key_F5, [this] { shownMode().page->clickSend(); });
     int key = Qt::Key_1;
-    for (const Mode& mode : modes_) {
+    for (const ModeRow& mode : modes_) {
         add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(key++)), [option = mode.option] {
             option->setFocus(Qt::ShortcutFocusReason); // as a click does
             option->click();
         });
+    }
+}
+
+void FrmVarda::repeatRequest(Mode mode) {
+    const auto page = static_cast<std::size_t>(findRoute(mode) - masterRoutes().data());
+    masters_.at(page)->repeatRequest();
+}
+
+void FrmVarda::enableMasters(bool enabled) {
+    ui_->tabMode->setEnabled(enabled);
+    for (MasterPage* const page : masters_) {
+        page->enableSending(enabled);
     }
 }
 
@@ -185,13 +223,13 @@ void FrmVarda::optMode_Click(int index) {
         return;
     }
     monitorPage_->stopRun(); // closes the log
-    const Mode& mode = modes_[static_cast<std::size_t>(index)];
+    const ModeRow& mode = modes_[static_cast<std::size_t>(index)];
     {
         const QSignalBlocker once(mode.option);
         mode.option->setChecked(true);
     }
     ui_->tabMode->setCurrentWidget(mode.tab);
-    link_.enterMode(mode.page->commMode());
+    link_.enterMode(mode.page->mode());
     enableGroups(mode);
     scenarioPanel_->switchRunButtons();
     mode.page->enterMode();
@@ -200,17 +238,17 @@ void FrmVarda::optMode_Click(int index) {
     }
 }
 
-void FrmVarda::enableGroups(const Mode& mode) {
-    for (const Mode& other : modes_) {
+void FrmVarda::enableGroups(const ModeRow& mode) {
+    for (const ModeRow& other : modes_) {
         if (other.group) {
             form_.enableGroup(*other.group, other.group == mode.group);
         }
     }
-    form_.EnableScenarioControls(findRoute(mode.page->commMode()) != nullptr);
+    form_.EnableScenarioControls(findRoute(mode.page->mode()) != nullptr);
 }
 
-const FrmVarda::Mode& FrmVarda::shownMode() const {
-    return *std::ranges::find(modes_, ui_->tabMode->currentWidget(), &Mode::tab);
+const FrmVarda::ModeRow& FrmVarda::shownMode() const {
+    return *std::ranges::find(modes_, ui_->tabMode->currentWidget(), &ModeRow::tab);
 }
 
 void FrmVarda::stopRuns() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/link/link_port.h"
 #include "core/link/mscomm.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
@@ -8,12 +7,15 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/shell/link_port.h"
+#include "window/shell/link_presenter.h"
 #include "window/shell/window_form.h"
 #include "window/system/timers.h"
 
 #include <QMainWindow>
 #include <QTime>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,6 +29,7 @@ namespace varda::window {
 namespace Ui {
 class FrmVarda;
 }
+class MasterPage;
 class ModePage;
 class MonitorPage;
 class ScenarioPanel;
@@ -55,7 +58,7 @@ public:
     ~FrmVarda() override;
 
     Form& form() { return form_; }
-    LinkState& linkState() { return link_.state(); }
+    SerialLink& link() { return link_; }
     const FrameImages& images() const { return images_; }
 
     /// Shows the page of a mode and prepares it; an index that is no mode's does nothing.
@@ -66,7 +69,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    struct Mode {
+    struct ModeRow {
         QRadioButton* option;
         QWidget* tab;
         std::optional<ControlGroup> group; ///< the controls that are on in this mode alone
@@ -78,6 +81,8 @@ private:
     void bind();
     void Form_Load();
     void fillSerialLists();
+    void repeatRequest(Mode mode);
+    void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
     void showUnsentFrames();
@@ -86,8 +91,8 @@ private:
     void cmdAbout_Click();
     void cmdEnd_Click();
     void closePort();
-    const Mode& shownMode() const;
-    void enableGroups(const Mode& mode);
+    const ModeRow& shownMode() const;
+    void enableGroups(const ModeRow& mode);
 
     std::unique_ptr<Ui::FrmVarda> ui_;
     QString programFolder_;
@@ -102,13 +107,15 @@ private:
     std::unique_ptr<PeriodTimer> tmrScenario_;
     FrameImages images_;
     SerialLink link_;
+    LinkPresenter presenter_{form_};
     LinkPort linkPort_;
     FileDialogs files_;
 
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
-    std::vector<Mode> modes_; ///< in the order of their options
+    std::vector<ModeRow> modes_;       ///< in the order of their options
+    std::vector<MasterPage*> masters_; ///< in the order of masterRoutes()
 };
 
 } // namespace varda::window

@@ -21,15 +21,22 @@ class SimulationPage;
 class FileDialogs;
 
 /// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
-class SimulationPage : public ModePage {
+class SimulationPage : public ModePage, public LinkObserver {
     Q_OBJECT
     Q_DISABLE_COPY(SimulationPage)
 
 public:
-    SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent = nullptr);
+    /// What the page asks of the window beyond its controls.
+    struct Surroundings {
+        FileDialogs& files;
+        /// Sends what stands on one of the mixed pages.
+        std::function<void(Mode mixedMode)> sendMixedRequest;
+    };
+
+    SimulationPage(const PageContext& context, const Surroundings& surroundings, QWidget* parent = nullptr);
     ~SimulationPage() override;
 
-    std::int16_t commMode() const override { return comm_mode::simulation; }
+    Mode mode() const override { return Mode::Simulation; }
     /// Bit reading, stations 255, editing buttons off; the packet table stays.
     void enterMode() override;
 
@@ -37,8 +44,9 @@ public:
     /// pressed: answering depends on the mode alone.
     void switchStartButton() { lists_->switchStartButton(); }
 
-    /// Answers the request that was received. @return false where no prepared request equals it
-    bool answerRequest() { return responder_.answer(); }
+    const Responder& responder() const { return responder_; }
+    /// Shows a request that came in, and the pair that answered it.
+    void told(const Exchange& exchange) override;
 
 private:
     void bind();
@@ -61,7 +69,6 @@ private:
     void cmdSimDelListBox_Click();
     void cmdSimSendDataInputOK_Click();
     void cmdSimInputOK_Click();
-    void sendMixedFrame(bool isRead);
     void lstSimReceive_DblClick(int row);
     void reload(const SimKind& kind, const PreparedRequest& request, const std::string& answer);
 
@@ -75,6 +82,7 @@ private:
     void ShowSimSend(const std::string& text);
 
     PageContext context_;
+    std::function<void(Mode mixedMode)> sendMixedRequest_;
     std::unique_ptr<Ui::SimulationPage> ui_;
     RegisterFields register_;
     PacketLists* lists_;

@@ -52,7 +52,7 @@ TEST_F(ScenarioPanelTest, RunNeedsAnOpenPort) {
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.boxText(), "Please Port Open !!");
     EXPECT_EQ(driver.boxTitle(), "Warning");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ScenarioPanelTest, RunWaitsForTheReadAndTheWritePageAlone) {
@@ -65,7 +65,7 @@ TEST_F(ScenarioPanelTest, RunWaitsForTheReadAndTheWritePageAlone) {
     driver.closeBox();
     driver.find<QCheckBox>("chkWTimer")->setChecked(false);
     driver.click("cmdRunScenario");
-    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xC0});
     EXPECT_FALSE(driver.find<QCheckBox>("chkMRTimer")->isChecked());
 }
 
@@ -93,7 +93,7 @@ TEST_F(ScenarioPanelTest, StopSwitchesEverythingBack) {
     driver.click("optRead_1");
     driver.click("cmdRunScenario");
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x23);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x23});
     EXPECT_TRUE(driver.isEnabled("tabMode"));
     EXPECT_EQ(masterControlsOn(), 13);
     EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
@@ -126,7 +126,7 @@ TEST_F(ScenarioPanelTest, SilenceStopsTheRunAndIsToldOnTheWritePage) {
     openLine();
     driver.click("cmdRunScenario");
     EXPECT_TRUE(showsSoon("txtWStatus", "No Answer From PLC"));
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
 }
 
@@ -148,7 +148,7 @@ TEST_F(ScenarioPanelTest, PeriodThatIsNoNumberIsReportedWithEverythingSwitchedBa
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
     EXPECT_TRUE(driver.isEnabled("tabMode"));
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ScenarioPanelTest, NegativePeriodIsReported) {
@@ -167,9 +167,9 @@ TEST_F(ScenarioPanelTest, PeriodOfZeroSendsNothingUntilStop) {
     driver.click("cmdRunScenario");
     runFor(std::chrono::milliseconds(100));
     EXPECT_TRUE(line.readAvailable().empty());
-    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xC0});
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ScenarioPanelTest, StopAlwaysStopsAlsoWithABadPeriod) {
@@ -178,7 +178,7 @@ TEST_F(ScenarioPanelTest, StopAlwaysStopsAlsoWithABadPeriod) {
     driver.click("cmdRunScenario");
     paste("txtScnPeriod", "abc");
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_TRUE(driver.isEnabled("tabMode"));
     EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
 }
@@ -207,7 +207,7 @@ TEST_F(ScenarioPanelTest, EditingStaysOffBehindARunOnTheSimulationPage) {
     driver.click("optMode_4");
     driver.click("cmdRunScenario");
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0xFF);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xFF});
     EXPECT_FALSE(driver.isEnabled("cmdAddScenario"));
     EXPECT_FALSE(driver.isEnabled("cmdLoadScenario"));
 }
@@ -218,10 +218,10 @@ TEST_F(ScenarioPanelTest, RunEndsMonitoringFirst) {
     driver.click("optMode_5");
     driver.click("cmdMonStart");
     driver.click("cmdRunScenario");
-    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xC0});
     EXPECT_TRUE(driver.find("chkMonLog")->isEnabledTo(driver.find("tabMode")));
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x80);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x80});
 }
 
 TEST_F(ScenarioPanelTest, ModeClickLetsTheSendingGoOn) {
@@ -231,7 +231,7 @@ TEST_F(ScenarioPanelTest, ModeClickLetsTheSendingGoOn) {
     driver.click("cmdRunScenario");
     sent(4);
     driver.click("optMode_1");
-    EXPECT_EQ(driver.link().CommMode, 0x22);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x22});
     EXPECT_GE(sent(8).size(), 8U);
 }
 
@@ -242,7 +242,7 @@ TEST_F(ScenarioPanelTest, HangUpStopsTheRun) {
     line.closeFarEnd();
     ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
     EXPECT_TRUE(driver.isEnabled("tabMode"));
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_EQ(text("cmdPortOpen"), "Open Port");
 }
 

@@ -19,7 +19,8 @@ namespace varda::test {
 using namespace window;
 namespace {
 
-constexpr std::array<int, 6> commModes = {0x21, 0x22, 0x25, 0x26, 0xFF, 0x80};
+constexpr std::array<Mode, 6> commModes = {Mode{0x21}, Mode{0x22}, Mode{0x25},
+                                           Mode{0x26}, Mode{0xFF}, Mode{0x80}};
 
 class MainWindowTest : public WindowTest {
 protected:
@@ -31,7 +32,7 @@ protected:
 TEST_F(MainWindowTest, StartsOnTheReadPageWithTheStartSettings) {
     EXPECT_EQ(driver.window().windowTitle().toStdString(), "VR-Series PLC Test & Simulator");
     EXPECT_EQ(shownPage(), 0);
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_EQ(text("cbPort"), "COM1");
     EXPECT_EQ(text("cbBaudRate"), "9600");
     EXPECT_EQ(text("cbDataBit"), "8");
@@ -75,14 +76,14 @@ TEST_F(MainWindowTest, ModeIndexOutOfRangeIsIgnored) {
     driver.window().optMode_Click(6);
     driver.window().optMode_Click(-1);
     EXPECT_EQ(shownPage(), 0);
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(MainWindowTest, ChoosingAChosenModeAgainByProgramRunsItAgain) {
     driver.click("optRead_1");
     driver.window().optMode_Click(0);
     EXPECT_TRUE(driver.find<QAbstractButton>("optRead_0")->isChecked());
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(MainWindowTest, ReadModeEnablesTheReceiveFieldsOfAllPages) {
@@ -187,7 +188,7 @@ TEST_F(MainWindowTest, ModeChangeLeavesTheRunningTimersInterval) {
     paste("txtReadTimerValue", "100");
     openLine();
     driver.click("optMode_1");
-    driver.link().WaitingAnswer = true;
+    LinkStateOfATest::of(driver.window().link()).WaitingAnswer = true;
     EXPECT_TRUE(runUntil([this] { return text("txtWatchDog") == "3"; }, std::chrono::milliseconds(1200)));
 }
 
