@@ -1,3 +1,4 @@
+#include "support/link_state.h"
 #include "window/scenario/scenario_panel_fixture.h"
 
 #include <QCheckBox>
@@ -134,8 +135,9 @@ TEST_F(ScenarioPanelTest, RunStartsFromNoSilenceAndNothingAwaited) {
     addLines({bitRead});
     paste("txtScnPeriod", "0"); // sends nothing
     openLine();
-    driver.link().WaitTicks = 13; // of a request that nobody answered
-    driver.link().WaitingAnswer = true;
+    LinkState& state = LinkStateOfATest::of(driver.window().link());
+    state.WaitTicks = 13; // of a request that nobody answered
+    state.WaitingAnswer = true;
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.link().WaitTicks, 0);
     EXPECT_FALSE(driver.link().WaitingAnswer);
