@@ -1,3 +1,4 @@
+#include "support/link_state.h"
 #include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
@@ -183,8 +184,9 @@ TEST_F(ScenarioPanelTest, RunStartsFromNoSilenceAndNothingAwaited) {
     addLines({bitRead});
     paste("txtScnPeriod", "0"); // sends nothing
     openLine();
-    driver.link().WaitTicks = 13; // of a request that nobody answered
-    driver.link().WaitingAnswer = true;
+    LinkState& state = LinkStateOfATest::of(driver.window().link());
+    state.WaitTicks = 13; // of a request that nobody answered
+    state.WaitingAnswer = true;
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.link().WaitTicks, 0);
     EXPECT_FALSE(driver.link().WaitingAnswer);
