@@ -49,9 +49,10 @@ std::size_t Connection::inBufferCount() const {
 }
 
 Bytes Connection::read() {
-    const Lock lock(mutex_);
+    Lock lock(mutex_);
     Bytes bytes = input_.take();
     readOnWhereThereIsRoom();
+    tellOfTheEnd(lock);
     return bytes;
 }
 
@@ -63,7 +64,7 @@ std::vector<Arrival> Connection::arrivals() const {
 /// A read may have its bytes already while its handler has not run yet: it is cancelled, and dropped if that
 /// comes too late.
 void Connection::discard() {
-    const Lock lock(mutex_);
+    Lock lock(mutex_);
     input_.clear();
     if (reading_) {
         reading_->isDropped = true;
@@ -72,6 +73,7 @@ void Connection::discard() {
     }
     driver::discardInput(port_.native_handle());
     readOnWhereThereIsRoom();
+    tellOfTheEnd(lock);
 }
 
 void Connection::keepFirst(std::size_t most) {
@@ -112,7 +114,9 @@ void Connection::run() noexcept {
     try {
         context_.run();
     } catch (const std::exception&) { // no memory left, for example
-        fail();
+        Lock lock(mutex_);
+        isGone_ = true;
+        tellOfTheEnd(lock);
     }
 }
 
@@ -182,9 +186,25 @@ void Connection::sent(const std::error_code& error, std::size_t count) {
     sendWaiting();
 }
 
+/// What came in before comes first, if somebody reads it soon.
 void Connection::fail() {
     Lock lock(mutex_);
-    if (!std::exchange(isGone_, true)) {
+    if (std::exchange(isGone_, true)) {
+        return;
+    }
+    if (input_.count() == 0) {
+        tellOfTheEnd(lock);
+        return;
+    }
+    endOfReading_.expires_after(timeToRead);
+    endOfReading_.async_wait([this](const std::error_code&) {
+        Lock later(mutex_);
+        tellOfTheEnd(later);
+    });
+}
+
+void Connection::tellOfTheEnd(Lock& lock) {
+    if (isGone_ && !std::exchange(isEndTold_, true)) {
         tellOf(&News::hungUp, lock);
     }
 }
