@@ -25,11 +25,10 @@ bool isOfNoDevice(const std::error_code& error) noexcept {
     case ERROR_INVALID_NAME:
     case ERROR_BAD_PATHNAME:
     case ERROR_BAD_UNIT:
-    case ERROR_BAD_COMMAND: // what drivers say once their device is gone, and the two below
+    case ERROR_BAD_COMMAND: // what drivers say once their device is gone, and the next three
     case ERROR_GEN_FAILURE:
     case ERROR_DEVICE_REMOVED:
     case ERROR_DEV_NOT_EXIST:
-    case ERROR_NO_SUCH_DEVICE:
     case ERROR_IO_DEVICE:
         return true;
     default:
