@@ -66,7 +66,7 @@ private:
     struct Reading {
         asio::cancellation_signal end;
         std::array<std::uint8_t, 4096> piece{};
-        bool isDropped = false;
+        bool isDropped = false; ///< set under both locks
     };
 
     void run() noexcept;
@@ -76,28 +76,34 @@ private:
     void sendWaiting();
     void sent(const std::error_code& error, std::size_t count);
     void fail();
-    void tellOfTheEnd(std::unique_lock<std::mutex>& lock);
+    void tellOfTheEnd(std::unique_lock<std::mutex>& input);
     void readOnWhereThereIsRoom();
-    void tellOf(bool News::*event, std::unique_lock<std::mutex>& lock);
+    bool mayReadOn() const;
+    bool isGone() const;
+    void tellOf(bool News::*event, std::unique_lock<std::mutex>& input);
 
     const std::function<void()> tell_;
     asio::io_context context_{1}; ///< for one thread
     asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
 
-    mutable std::mutex mutex_; ///< guards all below
+    // Two of them, so that who takes what came in never waits for the next read to begin. Where both are
+    // locked, the port's comes first.
+    mutable std::mutex portMutex_; ///< guards the port and what is under way there
     asio::serial_port port_{context_};
-    News news_;
-    bool isTold_ = false;
-    bool isGone_ = false;
-    bool isEndTold_ = false;
-    asio::steady_timer endOfReading_{context_};
-    InputBuffer input_;
     std::shared_ptr<Reading> reading_; ///< null while the input buffer is full
     Bytes sending_;                    ///< being handed to the driver
     std::size_t handedOver_ = 0;       ///< bytes of these that it has
     Bytes waiting_;                    ///< behind them
+
+    mutable std::mutex inputMutex_; ///< guards what has come of it
+    InputBuffer input_;
+    News news_;
+    bool isTold_ = false;
+    bool isGone_ = false;
+    bool isEndTold_ = false;
     std::size_t unsentWrites_ = 0;
 
+    asio::steady_timer endOfReading_{context_}; ///< the thread's
     std::thread thread_;
 };
 
