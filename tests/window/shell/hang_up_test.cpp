@@ -126,6 +126,23 @@ TEST_P(HangUpTest, IsOneEventAndOneBoxAndSendingGoesOnAfterwards) {
     EXPECT_EQ(next.read(9).size(), 9U);
 }
 
+using LastAnswerTest = WindowTest;
+
+TEST_F(LastAnswerTest, ThatCameBeforeTheHangUpIsShownBeforeTheBox) {
+    openLine();
+    driver.choose("cbRegister", "M");
+    driver.choose("cbRegAddress", "0002");
+    driver.choose("cbRegBit", "3");
+    driver.choose("cbRLength", "1");
+    driver.click("cmdRDSend");
+    sent(9);
+    line.write({0xFF, 0xFF, 0xA1, 0x01, 0xFF, 0x10, 0x32});
+    ASSERT_TRUE(runUntil([this] { return driver.link().InReceive; }));
+    line.closeFarEnd();
+    ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+    EXPECT_EQ(text("txtReceiveRData"), "FF FF A1 01 FF 10 32 ");
+}
+
 std::string nameOf(const testing::TestParamInfo<State>& state) {
     constexpr std::array names = {"Idle",       "Waiting",         "Sending",        "Continuous", "Scenario",
                                   "Simulation", "SettlingRequest", "MonitorWithLog", "DialogOpen"};
