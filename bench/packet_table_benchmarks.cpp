@@ -1,7 +1,6 @@
 #include "core/link/serial_link.h"
 #include "core/runs/responder.h"
 #include "sizes.h"
-#include "support/fake_form.h"
 #include "support/fake_port.h"
 #include "support/manual_clock.h"
 
@@ -46,8 +45,8 @@ class Simulation {
 public:
     explicit Simulation(const std::vector<test::PreparedRead>& reads) {
         fill(table_, reads);
-        link_.state().CommMode = comm_mode::simulation;
-        link_.setRoles({.answerRequest = [this] { return responder_.answer(); }});
+        link_.enterMode(Mode::Simulation);
+        link_.setRoles({.answerTo = [this](auto request) { return responder_.answerTo(request); }});
         port_.setEventHandler([this](CommEvent event, const std::string&) { link_.commPLC_OnComm(event); });
         port_.onWrite([this] { answered_ = steady_clock::now(); });
         port_.open();
@@ -56,7 +55,6 @@ public:
     /// From the end of the last settle step to the answer's leaving; no time where no answer leaves.
     Seconds answerTime(const Bytes& request) {
         constexpr int settling = 150;
-        form_.forgetTold();
         port_.forgetCalls();
         port_.receive(request);
         clock_.advance(settling - 1);
@@ -69,10 +67,9 @@ public:
 private:
     PacketTable table_;
     test::FakePort port_;
-    test::FakeForm form_;
     test::ManualClock clock_;
-    SerialLink link_{port_, clock_, form_};
-    Responder responder_{link_.state(), port_, form_, table_, [](int) {}};
+    SerialLink link_{port_, clock_};
+    Responder responder_{table_};
     steady_clock::time_point answered_;
 };
 

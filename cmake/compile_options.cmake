@@ -11,11 +11,6 @@ if(VARDA_SANITIZE)
     target_link_options(varda_options INTERFACE -fsanitize=${VARDA_SANITIZE})
 endif()
 
-if(VARDA_COVERAGE)
-    target_compile_options(varda_options INTERFACE --coverage -O0)
-    target_link_options(varda_options INTERFACE --coverage)
-endif()
-
 # varda_qt_options: what targets that use Qt add to it.
 add_library(varda_qt_options INTERFACE)
 target_link_libraries(varda_qt_options INTERFACE varda_options)

@@ -111,3 +111,18 @@ build_release() {
         fail "The build failed; the first error above names the cause." \
             "After an upgrade of the compiler or of Qt, delete $build and try again."
 }
+
+# What clang-tidy and clazy need: the compile commands, and the headers that uic makes. Nothing is compiled.
+prepare_lint() {
+    configure tidy
+    cmake --build "$root/build/tidy" --target forms >"$root/build/tidy/forms.log" ||
+        fail "The forms' headers could not be made: $(tail -n 5 "$root/build/tidy/forms.log")"
+}
+
+# The source files of ours that belong to a target and whose compile command contains a text.
+lint_sources() {
+    awk -v needed="$1" -v built="$root/build/" '
+        /^ *"command": / { has = needed == "" || index($0, needed) }
+        /^ *"file": / { split($0, parts, "\""); if (has && index(parts[4], built) != 1) print parts[4] }
+    ' "$root/build/tidy/compile_commands.json" | sort -u
+}

@@ -5,6 +5,7 @@
 #include "support/ordinary_user.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
+#include "support/sanitized.h"
 #include "support/task_loop.h"
 #include "support/temporary_folder.h"
 
@@ -311,9 +312,9 @@ private:
 };
 
 TEST(DeviceLineOpen, WithoutFileHandlesLeftSaysSo) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitizer looks at objects through file handles, and this test takes them all";
-#endif
+    if (isSanitized) {
+        GTEST_SKIP() << "a sanitizer looks at objects through file handles, and this test takes them all";
+    }
     const PseudoTerminal terminal;
     std::vector<std::optional<RuntimeError>> errors;
     for (rlim_t more = 0; errors.empty() || errors.back(); ++more) {

@@ -41,13 +41,13 @@ TEST_F(ProtocolDocumentTiming, AnAnswerIsTakenAfterItsWait) {
 }
 
 TEST_F(ProtocolDocumentTiming, AHeardBurstIsListedAfterItsWait) {
-    state.CommMode = comm_mode::monitoring;
+    state.CommMode = Mode::Monitoring;
     port.receive(burst(9));
     EXPECT_EQ(figure("while monitoring"), timeUntil([this] { return !listed.empty(); }));
 }
 
 TEST_F(ProtocolDocumentTiming, ARequestToTheSimulationIsTakenAfterTheSilence) {
-    state.CommMode = comm_mode::simulation;
+    state.CommMode = Mode::Simulation;
     port.receive(burst(9));
     EXPECT_EQ(figure("a request to the simulation"), timeUntil([this] { return !requests.empty(); }));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/link/form.h"
+#include "window/controls/form.h"
 
 #include <functional>
 #include <map>
@@ -24,7 +24,7 @@ inline std::ostream& operator<<(std::ostream& out, const Message& message) {
 
 /// A main window without a screen. Any name is a control; a control that nobody has touched is empty, not
 /// ticked and enabled.
-class FakeForm : public Form {
+class FakeForm : public window::Form {
 public:
     using Handler = std::function<void()>;
     using Answered = std::function<void(bool yes)>;
@@ -44,7 +44,9 @@ public:
     void setEnabled(std::string_view control, bool enabled) override {
         enabled_[std::string(control)] = enabled;
     }
-    void enableGroup(ControlGroup group, bool enabled) override { groups_.emplace_back(group, enabled); }
+    void enableGroup(window::ControlGroup group, bool enabled) override {
+        groups_.emplace_back(group, enabled);
+    }
     std::vector<std::string> lines(std::string_view listBox) const override {
         return valueOr(lines_, listBox, {});
     }
@@ -110,7 +112,7 @@ public:
 
     const std::map<std::string, bool, std::less<>>& enabledStates() const { return enabled_; }
     const std::vector<Message>& messages() const { return messages_; }
-    const std::vector<std::pair<ControlGroup, bool>>& groups() const { return groups_; }
+    const std::vector<std::pair<window::ControlGroup, bool>>& groups() const { return groups_; }
     std::size_t questions() const { return questions_.size(); }
     const Message& question(std::size_t index) const { return questions_.at(index).first; }
     void answer(std::size_t index, bool yes) { questions_.at(index).second(yes); }
@@ -150,7 +152,7 @@ private:
     ByName<Handler> changeHandlers_;
     ByName<Handler> textChanges_;
     std::vector<std::pair<std::string, std::string>> told_;
-    std::vector<std::pair<ControlGroup, bool>> groups_;
+    std::vector<std::pair<window::ControlGroup, bool>> groups_;
     std::vector<Message> messages_;
     std::vector<std::pair<Message, Answered>> questions_;
 };

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "core/base/runtime_error.h"
-#include "core/link/port.h"
+#include "core/link/mscomm.h"
 
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,55 +14,69 @@
 
 namespace varda::test {
 
-/// A port in memory: the test plays the far end and chooses which calls fail.
-class FakePort : public Port {
+/// A wire in memory: the test plays the far end and chooses which calls fail.
+class FakeWire {
 public:
-    void setCommPort(const std::string& name) override { commPort_ = name; }
-    void setSettings(const std::string& settings) override {
-        calls_.push_back("settings " + settings);
-        throwIfSet(settingsFailure_);
-    }
-    void open() override {
-        calls_.push_back("open " + commPort_);
-        throwIfSet(openFailure_);
-        open_ = opens_;
-    }
-    void close() noexcept override {
-        calls_.emplace_back("close");
-        open_ = false;
-        input_.clear();
-    }
-    bool isOpen() const noexcept override { return open_; }
+    /// The near end of the wire while a port is open.
+    class NearEnd : public Line {
+    public:
+        NearEnd(FakeWire& wire, std::string name) : wire_(wire), name_(std::move(name)) {}
+        NearEnd(const NearEnd&) = delete;
+        NearEnd& operator=(const NearEnd&) = delete;
+        ~NearEnd() override { wire_.nearEnd_ = nullptr; }
 
-    std::size_t inBufferCount() const noexcept override { return open_ ? input_.size() + counted_ : 0; }
-    Bytes read() override {
-        calls_.emplace_back("read");
-        throwIfClosed();
-        if (readFailure_ && readLosesInput_) {
-            input_.clear();
+        void open(const LineSettings& settings) override {
+            wire_.calls_.push_back("settings " + std::to_string(settings.baudRate) + "," + settings.parity +
+                                   "," + std::to_string(settings.dataBits) + "," +
+                                   std::to_string(settings.stopBits));
+            wire_.calls_.push_back("open " + name_);
+            throwIfSet(wire_.openFailure_);
+            wire_.nearEnd_ = this;
+            if (!wire_.opens_) {
+                raise(CommEvent::HungUp, "it went away while it was opened");
+            }
         }
-        throwIfSet(readFailure_);
-        keepEverything();
-        return std::exchange(input_, {});
-    }
-    void discard() noexcept override {
-        calls_.emplace_back("discard");
-        input_.clear();
-        keepEverything();
-    }
-    void keepFirst(std::size_t most) noexcept override {
-        kept_ = most;
-        countSurplus();
-    }
-    void write(const Bytes& bytes) override {
-        calls_.emplace_back("write");
-        if (onWrite_) {
-            onWrite_();
+        void close() noexcept override {
+            wire_.calls_.emplace_back("close");
+            wire_.input_.clear();
         }
-        throwIfClosed();
-        throwIfSet(writeFailure_);
-        written_.push_back(bytes);
-    }
+        std::size_t inBufferCount() const noexcept override { return wire_.input_.size() + wire_.counted_; }
+        Bytes read() override {
+            wire_.calls_.emplace_back("read");
+            if (wire_.readFailure_ && wire_.readLosesInput_) {
+                wire_.input_.clear();
+            }
+            throwIfSet(wire_.readFailure_);
+            wire_.keepEverything();
+            arrivals_ = std::exchange(wire_.arrivals_, {});
+            return std::exchange(wire_.input_, {});
+        }
+        void discard() noexcept override {
+            wire_.calls_.emplace_back("discard");
+            wire_.input_.clear();
+            wire_.arrivals_.clear();
+            wire_.keepEverything();
+        }
+        void keepFirst(std::size_t most) noexcept override {
+            wire_.kept_ = most;
+            wire_.countSurplus();
+        }
+        void write(const Bytes& bytes) override {
+            wire_.calls_.emplace_back("write");
+            if (wire_.onWrite_) {
+                wire_.onWrite_();
+            }
+            throwIfSet(wire_.writeFailure_);
+            wire_.written_.push_back(bytes);
+        }
+        std::vector<Arrival> arrivals() const override { return arrivals_; }
+        void tell(CommEvent event, const std::string& reason = {}) { raise(event, reason); }
+
+    private:
+        FakeWire& wire_;
+        std::string name_;
+        std::vector<Arrival> arrivals_;
+    };
 
     /// Bytes come in and the receive event tells so.
     void receive(const Bytes& bytes) {
@@ -73,30 +88,33 @@ public:
         input_.insert(input_.end(), bytes.begin(), bytes.end());
         countSurplus();
     }
+    /// The line knows when its bytes came.
+    void receiveAt(Arrival::Time time, const Bytes& bytes) {
+        arrivals_.push_back({bytes.size(), time});
+        receiveSilently(bytes);
+    }
     /// Bytes that wait and are really there.
     std::size_t kept() const { return input_.size(); }
-    void raiseReceived() { raise(CommEvent::Received); }
+    /// Tells of bytes, whether or not some wait.
+    void raiseReceived() { nearEnd_->tell(CommEvent::Received); }
     /// The line goes away: closed first, told afterwards.
     void hangUp(const std::string& reason) {
-        open_ = false;
         input_.clear();
-        raise(CommEvent::HungUp, reason);
+        nearEnd_->tell(CommEvent::HungUp, reason);
     }
 
     void failOpen(const RuntimeError& error) { openFailure_ = error; }
-    void failSettings(const RuntimeError& error) { settingsFailure_ = error; }
     /// The bytes that a failing read() was to return are lost, or wait on.
     void failRead(const RuntimeError& error, bool losesInput = true) {
         readFailure_ = error;
         readLosesInput_ = losesInput;
     }
     void failWrite(const RuntimeError& error) { writeFailure_ = error; }
-    /// open() returns, but the port stays closed.
+    /// The line goes away while it is opened.
     void stayClosed() { opens_ = false; }
     /// Nothing fails any more.
     void heal() {
         openFailure_.reset();
-        settingsFailure_.reset();
         readFailure_.reset();
         writeFailure_.reset();
         opens_ = true;
@@ -105,7 +123,6 @@ public:
     /// Runs inside write(), before the bytes are gone.
     void onWrite(std::function<void()> look) { onWrite_ = std::move(look); }
 
-    const std::string& commPort() const { return commPort_; }
     /// One entry per write().
     const std::vector<Bytes>& written() const { return written_; }
     /// The calls in their order: "settings ...", "open ...", "close", "read", "discard", "write".
@@ -129,26 +146,26 @@ private:
         counted_ = 0;
         kept_ = std::numeric_limits<std::size_t>::max();
     }
-    void throwIfClosed() const {
-        if (!open_) {
-            throw RuntimeError(8012, "The port is not open");
-        }
-    }
 
-    std::string commPort_;
-    bool open_ = false;
+    NearEnd* nearEnd_ = nullptr;
     bool opens_ = true;
     Bytes input_;
+    std::vector<Arrival> arrivals_;
     std::size_t counted_ = 0;
     std::size_t kept_ = std::numeric_limits<std::size_t>::max();
     std::vector<Bytes> written_;
     std::vector<std::string> calls_;
     std::function<void()> onWrite_;
     Failure openFailure_;
-    Failure settingsFailure_;
     Failure readFailure_;
     bool readLosesInput_ = true;
     Failure writeFailure_;
+};
+
+/// A serial control on a wire in memory, whatever the name of its port.
+class FakePort : public FakeWire, public MSComm {
+public:
+    FakePort() : MSComm([this](const std::string& name) { return std::make_unique<NearEnd>(*this, name); }) {}
 };
 
 } // namespace varda::test

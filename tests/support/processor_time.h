@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/sanitized.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -29,12 +31,9 @@ inline testing::AssertionResult restsFor(const std::function<void(std::chrono::s
     wait(time);
     const auto used = processorTime() - before;
     std::printf("processor time of three seconds: %.4f s\n", used.count());
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return testing::AssertionSuccess();
-#else
-    return used < bound ? testing::AssertionSuccess()
-                        : testing::AssertionFailure() << used.count() << " s of processor time";
-#endif
+    return isSanitized || used < bound
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << used.count() << " s of processor time";
 }
 
 } // namespace varda::test

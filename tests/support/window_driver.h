@@ -25,7 +25,7 @@ public:
 
     FrmVarda& window() { return program_.window(); }
     Controller& controller() { return program_.controller(); }
-    LinkState& link() { return window().linkState(); }
+    const LinkState& link() { return window().link().state(); }
 
     /// The control of that name. @throws std::runtime_error where there is none of that class
     template <typename Control = QWidget>
@@ -64,7 +64,12 @@ public:
     void chooseFile(const std::string& path);
 
     /// Hands the monitor a burst as the link does, without the line in between.
-    void listBurst(const Bytes& burst) { window().findChild<MonitorPage*>()->listBurst(burst); }
+    void listBurst(const Bytes& burst) {
+        Exchange heard;
+        heard.outcome = Outcome::Heard;
+        heard.answer = burst;
+        window().findChild<MonitorPage*>()->told(heard);
+    }
 
     /// Tests and opens a port by its name, as a user does.
     void openPort(const std::string& name);

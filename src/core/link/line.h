@@ -1,10 +1,24 @@
 #pragma once
 
-#include "core/link/port.h"
+#include "core/base/bytes.h"
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace varda::inline core {
+
+/// What a port's event tells.
+enum class CommEvent {
+    Received, ///< unread bytes wait in the input buffer
+    Unsent,   ///< bytes were not sent, because too many before them still wait to be sent
+    HungUp,   ///< the line went away (adapter pulled out, far end gone); the port has closed itself
+};
+
+/// `event` tells what happened, `reason` why the line hung up (empty else).
+using CommEventHandler = std::function<void(CommEvent event, const std::string& reason)>;
 
 /// When some of the bytes came in that a read returned.
 struct Arrival {
@@ -26,8 +40,6 @@ struct LineSettings {
 /// open.
 class Line {
 public:
-    using EventHandler = Port::EventHandler;
-
     Line() = default;
     Line(const Line&) = delete;
     Line& operator=(const Line&) = delete;
@@ -42,25 +54,26 @@ public:
     /// Sends all of the bytes or none of them: where too much waits to be sent already, they are counted as
     /// unsent. @throws RuntimeError 8020
     virtual void write(const Bytes& bytes) = 0;
-    /// As Port has it.
+    /// For a reader who has no use for more: until the next read() or discard(), of all that waits no more
+    /// than the first `most` bytes have to be kept, the others are only counted.
     virtual void keepFirst(std::size_t /*most*/) noexcept {}
     /// Number of writes since the line was opened that were not sent.
     virtual std::size_t unsentWrites() const noexcept { return 0; }
     /// The arrivals of what read() returned last, in order; empty where the line does not know.
     virtual std::vector<Arrival> arrivals() const { return {}; }
 
-    void setEventHandler(EventHandler handler) { handler_ = std::move(handler); }
+    void setEventHandler(CommEventHandler handler) { handler_ = std::move(handler); }
 
 protected:
     /// HungUp is raised once; the line has closed itself by then. The line may be destroyed inside the call.
     void raise(CommEvent event, const std::string& reason = {}) const {
-        if (const EventHandler handler = handler_) { // a copy, which outlives the line
+        if (const CommEventHandler handler = handler_) { // a copy, which outlives the line
             handler(event, reason);
         }
     }
 
 private:
-    EventHandler handler_;
+    CommEventHandler handler_;
 };
 
 } // namespace varda::inline core

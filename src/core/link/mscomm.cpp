@@ -65,7 +65,7 @@ LineSettings settingsOf(std::string_view text) {
 
 MSComm::MSComm(LineFactory makeLine) : makeLine_(std::move(makeLine)) {}
 
-MSComm::~MSComm() { MSComm::close(); }
+MSComm::~MSComm() { close(); }
 
 void MSComm::setCommPort(const std::string& name) { name_ = name; }
 
@@ -76,13 +76,18 @@ void MSComm::open() {
         throw RuntimeError(comm_error::inUse, "The port is open already.");
     }
     dropClosedLines();
-    auto line = makeLine_(name_);
-    line->setEventHandler([this, source = line.get()](CommEvent event, const std::string& reason) {
-        pass(source, event, reason);
-    });
-    line->open(settings_);
-    lines_.push_back(std::move(line));
-    open_ = lines_.back().get();
+    lines_.push_back(makeLine_(name_));
+    Line* const line = lines_.back().get();
+    line->setEventHandler(
+        [this, line](CommEvent event, const std::string& reason) { pass(line, event, reason); });
+    open_ = line; // a line that goes away while it opens says so to the open one
+    try {
+        line->open(settings_);
+    } catch (...) {
+        open_ = nullptr;
+        dropClosedLines();
+        throw;
+    }
 }
 
 void MSComm::close() noexcept {
@@ -98,6 +103,10 @@ bool MSComm::isOpen() const noexcept { return open_ != nullptr; }
 std::size_t MSComm::inBufferCount() const noexcept { return isOpen() ? open_->inBufferCount() : 0; }
 
 Bytes MSComm::read() { return openLine().read(); }
+
+std::vector<Arrival> MSComm::arrivals() const {
+    return isOpen() ? open_->arrivals() : std::vector<Arrival>();
+}
 
 void MSComm::discard() noexcept {
     if (isOpen()) {
@@ -125,9 +134,11 @@ void MSComm::pass(const Line* source, CommEvent event, const std::string& reason
     } else if (event == CommEvent::Received && open_->inBufferCount() == 0) {
         return;
     }
-    ++eventDepth_;
-    raise(event, reason);
-    --eventDepth_;
+    if (handler_) {
+        ++eventDepth_;
+        handler_(event, reason);
+        --eventDepth_;
+    }
 }
 
 Line& MSComm::openLine() const {

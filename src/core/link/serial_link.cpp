@@ -2,13 +2,9 @@
 
 #include "core/base/runtime_error.h"
 #include "core/base/scope_exit.h"
-#include "core/link/form.h"
-#include "core/protocol/hex_text.h"
 
 #include <algorithm>
 #include <limits>
-#include <span>
-#include <string>
 
 namespace varda::inline core {
 namespace {
@@ -19,14 +15,8 @@ using namespace std::chrono_literals;
 constexpr auto burstWait = 100ms;
 /// A request to the simulator is whole when no byte has come for this long.
 constexpr auto settleWait = 150ms;
-/// Of a request that does not come to an end, the bytes that RxCount can count.
-constexpr std::size_t keptOfRequest = std::numeric_limits<std::int16_t>::max();
 /// Ticks without reception after which the wait for an answer ends.
 constexpr int ticksOfSilence = 13;
-
-constexpr std::string_view scenarioAnswer = "txtScnReceive";
-constexpr std::string_view scenarioSilenceStatus =
-    "txtWStatus"; // kept: a scenario's silence is told on the write page
 
 std::int16_t raised(std::int16_t count, std::size_t by) {
     constexpr std::size_t largest = std::numeric_limits<std::int16_t>::max();
@@ -45,86 +35,152 @@ void skippingFailure(Statement&& statement) {
 
 } // namespace
 
-bool SerialLink::requiredFieldsFilled(const Route& route) {
-    if (allFilled(form_, fieldsNeededToSend(route, form_))) {
-        return true;
+// Telling
+
+void SerialLink::tell(Outcome outcome) {
+    exchange_.mode = state_.CommMode;
+    exchange_.outcome = outcome;
+    for (LinkObserver* const observer : observers_) {
+        observer->told(exchange_);
     }
-    form_.showMessage("Data are missing. Please fill Data !!", "Error");
-    return false;
 }
 
-bool SerialLink::startRequest(const Route& route) {
+void SerialLink::count(Counter counter, int value) {
+    for (LinkObserver* const observer : observers_) {
+        observer->counted(counter, value);
+    }
+}
+
+void SerialLink::showCounters() {
+    count(Counter::Expected, state_.RxExpected);
+    count(Counter::Received, state_.RxCount);
+}
+
+void SerialLink::showWaitTicks() { count(Counter::Silence, state_.WaitTicks); }
+
+/// Tells what becomes of a request that still has no answer.
+void SerialLink::leavePending(Outcome outcome) {
+    if (std::exchange(isPending_, false)) {
+        tell(outcome);
+    }
+}
+
+// Sending
+
+bool SerialLink::startRequest() {
     if (!commPLC_.isOpen()) {
-        form_.setText(route.status, "Port Closed");
         return false;
     }
-    commPLC_.discard();
+    leavePending(Outcome::Overtaken);
+    discardUnread();
     state_.RxCount = 0;
     state_.RxExpected = 0;
     state_.WaitTicks = 0;
-    form_.setText(route.status, "");
     return true;
+}
+
+void SerialLink::discardUnread() {
+    exchange_.dropped = commPLC_.inBufferCount();
+    commPLC_.discard();
+    if (exchange_.dropped > 0) {
+        tell(Outcome::ThrownAway);
+    }
 }
 
 void SerialLink::SendRequest(const Bytes& bytes, int expected) {
     state_.RxExpected = static_cast<std::int16_t>(expected);
     state_.WaitingAnswer = false; // for good where the port refuses the bytes
-    commPLC_.write(bytes);
+    beginExchange(bytes);
+    sendRequest();
     state_.AnswerReceived = false;
     state_.WaitingAnswer = true;
+    tell(Outcome::Sent);
 }
 
-bool SerialLink::isFreeForRun() {
-    if (!commPLC_.isOpen()) {
-        form_.showMessage("Please Port Open !!", "Warning");
-        return false;
-    }
-    // kept: the mixed pages' boxes are not looked at
-    if (form_.isTicked("chkRTimer") || form_.isTicked("chkWTimer")) {
-        form_.showMessage("Currently, Program is communicating with PLC. Please turn off Check Box !!",
-                          "Warning");
-        return false;
-    }
-    return true;
+void SerialLink::sendUnawaited(const Bytes& bytes) {
+    discardUnread();
+    beginExchange(bytes);
+    exchange_.expected = 0;
+    sendRequest();
+    isPending_ = false;
+    tell(Outcome::Sent);
 }
 
 void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expected) {
     if (expected) {
         state_.RxExpected = static_cast<std::int16_t>(*expected);
     }
-    if (commPLC_.isOpen()) {
-        commPLC_.discard();
-        commPLC_.write(frame);
-        state_.RxCount = 0;
-        state_.WaitingAnswer = true;
+    if (!commPLC_.isOpen()) {
+        beginExchange(frame);
+        tell(Outcome::NotSent);
+        return;
     }
+    discardUnread();
+    beginExchange(frame);
+    sendRequest();
+    state_.RxCount = 0;
+    state_.WaitingAnswer = true;
+    tell(Outcome::Sent);
 }
 
-void SerialLink::enterMode(std::int16_t commMode) {
-    const bool leavesSimulation =
-        state_.CommMode == comm_mode::simulation && commMode != comm_mode::simulation;
+void SerialLink::beginExchange(const Bytes& request) {
+    leavePending(Outcome::Overtaken);
+    exchange_ = {};
+    exchange_.request = request;
+    exchange_.expected = state_.RxExpected;
+}
+
+void SerialLink::sendRequest() {
+    try {
+        handOver(exchange_.request);
+    } catch (const RuntimeError&) {
+        tell(Outcome::NotSent);
+        throw;
+    }
+    isPending_ = true;
+}
+
+void SerialLink::handOver(const Bytes& bytes) {
+    exchange_.sent.first = clock_.now();
+    commPLC_.write(bytes);
+    exchange_.sent.last = clock_.now();
+}
+
+// Modes and connections
+
+void SerialLink::enterMode(Mode mode) {
+    const bool leavesSimulation = state_.CommMode == Mode::Simulation && mode != Mode::Simulation;
     // a reception that began before the simulation, on a connection that still stands
     const bool receivesForAnother = wait_.isPending() && !isSettling_ && commPLC_.isOpen();
     if (leavesSimulation && !receivesForAnother) {
         if (wait_.isPending()) {
-            commPLC_.discard(); // the request that is not answered, and the limit to it
+            discardUnread(); // the request that is not answered, and the limit to it
         }
         wait_.cancel();
         state_.InReceive = false;
     }
-    if (commMode == comm_mode::scenario) { // a silence from before the run would end it
+    if (mode == Mode::Scenario) { // a silence from before the run would end it
         state_.WaitTicks = 0;
         showWaitTicks();
         state_.WaitingAnswer = false;
     }
-    state_.CommMode = commMode;
+    state_.CommMode = mode;
 }
 
-void SerialLink::connectionOpened() { wait_.cancel(); }
+void SerialLink::connectionOpened() {
+    wait_.cancel();
+    leavePending(Outcome::Overtaken);
+}
+
+// Receiving
 
 void SerialLink::commPLC_OnComm(CommEvent event) {
     if (event != CommEvent::Received) {
         state_.InReceive = false;
+        if (event == CommEvent::HungUp) {
+            isPending_ = false;
+            tell(Outcome::HungUp);
+        }
         return;
     }
     if (wait_.isPending()) {
@@ -133,16 +189,17 @@ void SerialLink::commPLC_OnComm(CommEvent event) {
     }
     state_.InReceive = true;
     state_.WaitTicks = 0;
+    noticed_ = clock_.now();
     showWaitTicks();
     receiveLater();
 }
 
 void SerialLink::receiveLater() {
     switch (state_.CommMode) {
-    case comm_mode::monitoring:
+    case Mode::Monitoring:
         wait(burstWait, [this] { receiveBurst(); });
         break;
-    case comm_mode::simulation:
+    case Mode::Simulation:
         if (commPLC_.inBufferCount() > 0) {
             settleRequest(commPLC_.inBufferCount());
         }
@@ -165,32 +222,51 @@ void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest
     });
 }
 
+/// Everything that waits, and when it came. @throws RuntimeError of the port
+Bytes SerialLink::readBurst() {
+    Bytes bytes = commPLC_.read();
+    const std::vector<Arrival> arrivals = commPLC_.arrivals();
+    exchange_.received = arrivals.empty() ? TimeSpan{noticed_, clock_.now()}
+                                          : TimeSpan{arrivals.front().time, arrivals.back().time};
+    return bytes;
+}
+
 void SerialLink::receiveBurst() {
     if (commPLC_.inBufferCount() == 0) {
+        tell(Outcome::NothingToRead);
         return; // kept: InReceive stays set, as on every empty input buffer
     }
     const ScopeExit ended([this] { endReception(); }); // also after a defect
-    skippingFailure([this] { roles_.listBurst(commPLC_.read()); });
+    skippingFailure([this] {
+        beginExchange({});
+        exchange_.answer = readBurst();
+        tell(Outcome::Heard);
+    });
 }
 
 void SerialLink::receiveAnswer() {
     if (commPLC_.inBufferCount() == 0) {
+        tell(Outcome::NothingToRead);
         return; // kept: InReceive stays set, so the timer pauses until a later reception completes
     }
     const ScopeExit ended([this] { endReception(); });
-    skippingFailure([this] { appendToRxBuffer(commPLC_.read()); });
-    const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == comm_mode::scenario;
-    if (answerMode) {
-        form_.setText("txtCurrentData", std::to_string(state_.RxCount));
+    skippingFailure([this] { readIntoRxBuffer(); });
+    isPending_ = false;
+    exchange_.answer.assign(received().begin(), received().end());
+    exchange_.expected = state_.RxExpected;
+    const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == Mode::Scenario;
+    if (!answerMode) {
+        tell(Outcome::Ignored);
+        return;
     }
+    count(Counter::Received, state_.RxCount);
     // kept: a burst of any other length is dropped; pieces of an answer are never put together
-    if (state_.RxCount == state_.RxExpected && state_.RxCount >= 1) {
-        completeAnswer();
-    }
+    const bool isWhole = state_.RxCount == state_.RxExpected && state_.RxCount >= 1;
+    tell(isWhole ? Outcome::Answered : Outcome::WrongLength);
 }
 
 void SerialLink::settleRequest(std::size_t noted) {
-    commPLC_.keepFirst(keptOfRequest);
+    commPLC_.keepFirst(state_.RxBuffer.size()); // of a longer request only the beginning is looked at
     wait(settleWait, [this, noted] {
         const std::size_t waitingNow = commPLC_.inBufferCount();
         if (waitingNow != noted) {
@@ -209,27 +285,57 @@ void SerialLink::receiveRequest() {
             endReception();
         }
     });
-    skippingFailure([this] { appendToRxBuffer(commPLC_.read()); });
-    form_.setText("txtCurrentData", std::to_string(state_.RxCount));
-    skippingFailure([this, &known] { known = roles_.answerRequest(); });
+    beginExchange({});
+    skippingFailure([this] { readIntoRxBuffer(); });
+    count(Counter::Received, state_.RxCount);
+    skippingFailure([this, &known] { known = answerRequest(); });
 }
 
-void SerialLink::appendToRxBuffer(const Bytes& bytes) {
+/// @return false where no prepared pair answers the request; the reception then ends without its common end
+bool SerialLink::answerRequest() {
+    exchange_.request.assign(received().begin(), received().end());
+    const bool isHeldWhole = static_cast<std::size_t>(state_.RxCount) <= state_.RxBuffer.size();
+    const std::optional<PreparedAnswer> answer = roles_.answerTo(received());
+    if (!answer || !isHeldWhole) {
+        discardUnread();
+        state_.RxCount = 0;
+        tell(Outcome::Unknown);
+        return false;
+    }
+    exchange_.pair = answer->pair;
+    if (!commPLC_.isOpen()) {
+        tell(Outcome::NotSent);
+        return true;
+    }
+    sendAnswer(*answer);
+    state_.RxCount = 0;
+    tell(Outcome::AnsweredByPair);
+    return true;
+}
+
+void SerialLink::sendAnswer(const PreparedAnswer& answer) {
+    discardUnread();
+    if (answer.bytes.empty()) {
+        return;
+    }
+    skippingFailure([this, &answer] {
+        handOver(answer.bytes);
+        exchange_.answer = answer.bytes;
+    });
+}
+
+void SerialLink::readIntoRxBuffer() {
+    const std::size_t waiting = commPLC_.inBufferCount(); // some of it only counted
+    const Bytes bytes = readBurst();
     const std::size_t first = std::min(static_cast<std::size_t>(state_.RxCount), state_.RxBuffer.size());
     const std::size_t fitting = std::min(bytes.size(), state_.RxBuffer.size() - first);
     std::copy_n(bytes.begin(), fitting, state_.RxBuffer.begin() + static_cast<std::ptrdiff_t>(first));
-    state_.RxCount = raised(state_.RxCount, bytes.size());
+    state_.RxCount = raised(state_.RxCount, std::max(waiting, bytes.size()));
 }
 
-void SerialLink::completeAnswer() {
-    const auto length = std::min(static_cast<std::size_t>(state_.RxCount), state_.RxBuffer.size());
-    const std::string shown = hexGroups(std::span(state_.RxBuffer).first(length));
-    if (const Route* const route = findRoute(state_.CommMode)) {
-        form_.setText(route->completionStatus, "Data Receive OK !!");
-        form_.setText(route->answer, shown);
-    } else if (state_.CommMode == comm_mode::scenario) {
-        form_.setText(scenarioAnswer, shown);
-    }
+std::span<const std::uint8_t> SerialLink::received() const {
+    const auto count = static_cast<std::size_t>(state_.RxCount);
+    return std::span(state_.RxBuffer).first(std::min(count, state_.RxBuffer.size()));
 }
 
 void SerialLink::endReception() {
@@ -240,12 +346,7 @@ void SerialLink::endReception() {
     state_.InReceive = false;
 }
 
-void SerialLink::showCounters() {
-    form_.setText("txtTotalData", std::to_string(state_.RxExpected));
-    form_.setText("txtCurrentData", std::to_string(state_.RxCount));
-}
-
-void SerialLink::showWaitTicks() { form_.setText("txtWatchDog", std::to_string(state_.WaitTicks)); }
+// Time
 
 void SerialLink::tmrComm_Timer() {
     if (state_.InReceive) {
@@ -258,8 +359,8 @@ void SerialLink::tmrComm_Timer() {
     }
     if (const Route* const route = findRoute(state_.CommMode)) {
         tickMaster(*route);
-    } else if (state_.CommMode == comm_mode::scenario) {
-        tickScenario();
+    } else if (state_.CommMode == Mode::Scenario && state_.WaitTicks >= ticksOfSilence) {
+        giveUpWaiting();
     }
 }
 
@@ -268,45 +369,29 @@ void SerialLink::forgetAnswer() {
     state_.RxExpected = 0;
     state_.RxCount = 0;
     showCounters();
-    commPLC_.discard();
+    discardUnread();
 }
 
-void SerialLink::giveUpWaiting(std::string_view statusField) {
+void SerialLink::giveUpWaiting() {
     state_.WaitTicks = 0;
     showWaitTicks();
-    form_.setText(statusField, "No Answer From PLC");
     state_.WaitingAnswer = false;
     forgetAnswer();
+    isPending_ = false;
+    exchange_.answer.clear();
+    tell(Outcome::Silent);
 }
 
 void SerialLink::tickMaster(const Route& route) {
     if (state_.WaitTicks >= ticksOfSilence) {
-        giveUpWaiting(route.silenceStatus);
+        giveUpWaiting();
     }
     if (state_.AnswerReceived) {
         forgetAnswer();
     }
     // kept: reads repeat on every tick, writes only once their answer has come or its wait has ended
-    const bool mayRepeat = !route.repeatsOnlyWhenAnswered || !state_.WaitingAnswer;
-    if (form_.isTicked(route.continuousBox) && mayRepeat &&
-        allFilled(form_, fieldsNeededToRepeat(route, form_))) {
-        repeatRequest(route);
-    }
-}
-
-void SerialLink::repeatRequest(const Route& route) {
-    try {
-        form_.press(route.sendButton);
-    } catch (const RuntimeError&) {
-        form_.setTicked(route.continuousBox, false); // else the same report would come with every tick
-        throw;
-    }
-}
-
-void SerialLink::tickScenario() {
-    if (state_.WaitTicks >= ticksOfSilence) {
-        giveUpWaiting(scenarioSilenceStatus);
-        form_.press("cmdStopScenario");
+    if (!route.repeatsOnlyWhenAnswered || !state_.WaitingAnswer) {
+        roles_.repeat(state_.CommMode);
     }
 }
 

@@ -1,24 +1,22 @@
 #pragma once
 
 #include "core/base/clock.h"
-#include "core/link/port.h"
+#include "core/link/exchange.h"
+#include "core/link/mscomm.h"
 #include "core/link/routes.h"
-#include "core/protocol/frame.h"
 
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <string_view>
+#include <span>
+#include <vector>
 
 namespace varda::inline core {
 
-class Form;
-
-/// What the link knows of the exchange under way; pages, simulator, monitor and scenario read and set it.
+/// What the link knows of the exchange under way. It alone writes it.
 struct LinkState {
-    std::int16_t CommMode =
-        command::bitRead; ///< request code of the shown master page, or one of comm_mode::
+    Mode CommMode = Mode::BitRead;
     std::array<std::uint8_t, 1025> RxBuffer{}; ///< bytes of the answer being received
     std::int16_t RxCount = 0;    ///< number of bytes received; may count beyond the buffer, stops at 32767
     std::int16_t RxExpected = 0; ///< length of the awaited answer, 0 when none
@@ -26,53 +24,60 @@ struct LinkState {
     bool WaitingAnswer = false;
     std::int16_t WaitTicks = 0; ///< timer ticks since the last reception while an answer is awaited
     bool InReceive = false;     ///< set while the receive handler runs; the timer does nothing meanwhile
+
+    bool operator==(const LinkState&) const = default;
+};
+
+/// The answer to a request that came in.
+struct PreparedAnswer {
+    std::size_t pair = 0; ///< row of the prepared pair
+    Bytes bytes;          ///< empty where the pair's answer is no frame: then nothing is sent
 };
 
 /// Sends requests, receives bursts and times answers out, for every mode alike.
 ///
 /// Nothing here waits: where a burst must settle, the rest of the handler runs later as a continuation of the
-/// clock.
+/// clock. What becomes of each exchange is told to the observers.
 class SerialLink {
 public:
-    /// The roles that take over what the link has received. All run on the interface thread.
+    /// Whom the link asks. Both run on the interface thread.
     struct Roles {
-        /// Lists one burst. @param burst every byte that waited
-        std::function<void(const Bytes& burst)> listBurst = [](const Bytes&) {};
-        /// Answers the request in RxBuffer. @return false where no prepared request equals it
-        std::function<bool()> answerRequest = [] { return false; };
+        /// Sends the shown request once more, where the user wants that: on every tick on which a master page
+        /// may repeat. @throws RuntimeError
+        std::function<void(Mode mode)> repeat = [](Mode) {};
+        /// What a request that came in is to be answered with; nothing where it is not known.
+        std::function<std::optional<PreparedAnswer>(std::span<const std::uint8_t> request)> answerTo =
+            [](auto) { return std::nullopt; };
     };
 
-    SerialLink(Port& commPLC, Clock& clock, Form& form) : commPLC_(commPLC), clock_(clock), form_(form) {}
+    SerialLink(MSComm& commPLC, Clock& clock) : commPLC_(commPLC), clock_(clock) {}
 
-    LinkState& state() { return state_; }
     const LinkState& state() const { return state_; }
-    Port& port() { return commPLC_; }
+    MSComm& port() { return commPLC_; }
     void setRoles(Roles roles) { roles_ = std::move(roles); }
+    /// Tells an observer everything from now on; it outlives the link's last word.
+    void observe(LinkObserver& observer) { observers_.push_back(&observer); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
     /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence
     /// and nothing awaited.
-    /// @param commMode a request code of command:: or one of comm_mode::
-    void enterMode(std::int16_t commMode);
+    void enterMode(Mode mode);
 
     /// The port was opened: a wait that began before belongs to the closed connection and does nothing more.
     void connectionOpened();
 
-    /// Whether the fields that a send needs are filled; else shows the message that says so.
-    bool requiredFieldsFilled(const Route& route);
-
-    /// The first half of a send: empties the input buffer, the counters and the page's status line.
-    /// @return false where the port is closed; the status line says so and nothing else has changed
-    bool startRequest(const Route& route);
+    /// The first half of a send: empties the input buffer and the counters.
+    /// @return false where the port is closed; nothing has changed then
+    bool startRequest();
 
     /// The second half of a send: hands the bytes to the port and waits for the answer.
     /// @param expected length of the answer in bytes
     /// @throws RuntimeError of the port; then no answer is awaited
     void SendRequest(const Bytes& bytes, int expected);
 
-    /// Whether a scenario or the monitor may start: the port is open and neither the read nor the write page
-    /// sends continuously; else shows the message that says so.
-    bool isFreeForRun();
+    /// Sends bytes in the place of whatever is under way, whose answer goes on being awaited.
+    /// @throws RuntimeError of the port
+    void sendUnawaited(const Bytes& bytes);
 
     /// Sends one frame of a scenario; closed, the port gets nothing.
     /// @param expected length of its answer; nothing leaves what was expected before
@@ -82,36 +87,48 @@ public:
     /// The port's receive event.
     void commPLC_OnComm(CommEvent event);
 
-    /// One tick of the communication timer. @throws RuntimeError of a repeated send, which then has been
-    /// switched off
+    /// One tick of the communication timer. @throws RuntimeError of a repeated send
     void tmrComm_Timer();
 
-    /// Shows the expected and the received length.
+    /// Tells the expected and the received length.
     void showCounters();
 
 private:
+    friend class LinkStateOfATest; ///< puts the link into a state that takes long to reach
+
     void wait(std::chrono::milliseconds wait, std::function<void()> rest);
     void receiveLater();
     void receiveBurst();
     void receiveAnswer();
     void settleRequest(std::size_t noted);
     void receiveRequest();
-    void appendToRxBuffer(const Bytes& bytes);
-    void completeAnswer();
+    bool answerRequest();
+    void sendAnswer(const PreparedAnswer& answer);
+    Bytes readBurst();
+    void readIntoRxBuffer();
+    std::span<const std::uint8_t> received() const;
     void endReception();
 
+    void beginExchange(const Bytes& request);
+    void sendRequest();
+    void handOver(const Bytes& bytes);
+    void discardUnread();
+    void tell(Outcome outcome);
+    void count(Counter counter, int value);
+    void leavePending(Outcome outcome);
     void showWaitTicks();
     void forgetAnswer();
-    void giveUpWaiting(std::string_view statusField);
+    void giveUpWaiting();
     void tickMaster(const Route& route);
-    void tickScenario();
-    void repeatRequest(const Route& route);
 
-    Port& commPLC_;
+    MSComm& commPLC_;
     Clock& clock_;
-    Form& form_;
     Roles roles_;
+    std::vector<LinkObserver*> observers_;
     LinkState state_;
+    Exchange exchange_;       ///< the last one that was begun
+    bool isPending_ = false;  ///< nothing has become of it yet
+    Clock::Time noticed_;     ///< when the event came whose bytes are being received
     Wait wait_;               ///< for the rest of the receive handler
     bool isSettling_ = false; ///< it waits for a request to the simulator to end
     bool isMerged_ = false;   ///< a receive event came during the wait

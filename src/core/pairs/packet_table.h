@@ -43,6 +43,10 @@ class PacketTable {
 public:
     const std::vector<std::string>& requests() const { return requests_; }
     const std::vector<std::string>& answers() const { return answers_; }
+    /// The answer of a row, empty where the list of answers is too short.
+    std::string answer(std::size_t row) const {
+        return row < answers_.size() ? answers_[row] : std::string();
+    }
 
     void setWatcher(PacketTableWatcher watcher) { watcher_ = std::move(watcher); }
 

@@ -9,6 +9,9 @@
 
 namespace varda::inline core {
 
+/// The port name that stands for the embedded controller.
+inline constexpr const char* virtualPortName = "VIRTUAL";
+
 /// The line to the embedded controller: one write is one request, and line settings mean nothing.
 ///
 /// The controller and the clock outlive the line. Only one line at a time can be open on a controller.

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <functional>
+
 namespace varda::inline core {
-class Form;
 class PeriodTimer;
 class SerialLink;
 struct FrameImages;
@@ -10,6 +11,7 @@ struct FrameImages;
 namespace varda::window {
 
 class Events;
+class Form;
 
 /// What the main window lends to each of its pages for the life of the process.
 struct PageContext {
@@ -18,6 +20,8 @@ struct PageContext {
     SerialLink& link;
     FrameImages& images;
     PeriodTimer& tmrComm;
+    /// Whether a run that has the port for itself may start; else the user has been told why not.
+    std::function<bool()> isFreeForRun;
 };
 
 } // namespace varda::window

@@ -3,8 +3,8 @@
 #include "core/base/runtime_error.h"
 #include "core/files/atomic_file.h"
 #include "core/files/profile_file.h"
-#include "core/link/form.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 
 #include <memory>
 

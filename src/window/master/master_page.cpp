@@ -1,13 +1,17 @@
 #include "window/master/master_page.h"
 
+#include "core/base/conversion.h"
+#include "core/base/period_timer.h"
+#include "core/base/runtime_error.h"
 #include "core/base/scope_exit.h"
-#include "core/link/form.h"
 #include "core/link/period.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 #include "window/controls/period_steps.h"
 #include "window/controls/period_typing.h"
+#include "window/controls/show_text.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -19,8 +23,8 @@
 
 namespace varda::window {
 
-MasterPage::MasterPage(const PageContext& context, std::uint8_t code, QWidget* parent)
-    : QWidget(parent), context_(context), route_(*findRoute(code)) {}
+MasterPage::MasterPage(const PageContext& context, Mode bitMode, QWidget* parent)
+    : QWidget(parent), context_(context), route_(*findRoute(bitMode)) {}
 
 void MasterPage::adopt(const Controls& controls) {
     controls_ = controls;
@@ -31,11 +35,23 @@ void MasterPage::adopt(const Controls& controls) {
     const auto source = [this] { takeStation(offset::source); };
     events.field(controls.destination, destination, {.keyPress = {}, .lostFocus = destination});
     events.field(controls.source, source, {.keyPress = {}, .lostFocus = source});
-    events.textChange(controls.period,
-                      [this] { takePeriod(context_.form, context_.tmrComm, route_.periodField); });
+    events.textChange(controls.period, [this] { takePeriod(); });
     new PeriodSteps(controls.period, {shortestPeriod, std::numeric_limits<std::int16_t>::max()});
     new PeriodTyping(controls.period); // installed last, it sees first what the steps take for themselves
     events.click(controls.send, [this] { sendRequest(); });
+}
+
+/// The period takes effect at once, at the first digit of a number that is typed digit by digit, and the
+/// timer runs from then on, port open or not.
+void MasterPage::takePeriod() {
+    const std::string typed = controls_.period->text().toStdString();
+    const int period = periodOf(typed);
+    context_.tmrComm.stop();
+    if (readInteger(typed) != period) {
+        controls_.period->setText(QString::number(period));
+    }
+    context_.tmrComm.setInterval(period);
+    context_.tmrComm.start();
 }
 
 Access MasterPage::access() const {
@@ -45,6 +61,26 @@ Access MasterPage::access() const {
 }
 
 FrameImage& MasterPage::image() { return context_.images.of(static_cast<std::uint8_t>(route_.bitMode)); }
+
+Mode MasterPage::mode() const { return access() == Access::Word ? route_.wordMode : route_.bitMode; }
+
+std::string MasterPage::requestText() const { return controls_.request->toPlainText().toStdString(); }
+
+bool MasterPage::canSend() const { return controls_.send->isEnabled(); }
+
+void MasterPage::enableSending(bool enabled) {
+    controls_.send->setEnabled(enabled);
+    stopRepeating();
+    controls_.continuous->setEnabled(enabled);
+}
+
+void MasterPage::showStatus(const std::string& text) { showText(controls_.status, text); }
+
+bool MasterPage::startRequest() {
+    const bool isOpen = context_.link.startRequest();
+    showStatus(isOpen ? "" : "Port Closed");
+    return isOpen;
+}
 
 void MasterPage::stopRepeating() { controls_.continuous->setChecked(false); }
 
@@ -83,13 +119,28 @@ void MasterPage::writeAddress(const std::string& digits) {
 }
 
 void MasterPage::sendRequest() {
-    if (!context_.link.requiredFieldsFilled(route_)) {
+    if (!isFilledToSend()) {
+        context_.form.showMessage("Data are missing. Please fill Data !!", "Error");
         return;
     }
     // Off and on again within one event would not be seen, but would take the focus and the caret from the
     // user: only the end of it is carried out.
     const ScopeExit switchedOn([this] { switchOnAfterSend(); });
     buildAndSend();
+}
+
+void MasterPage::repeatRequest() {
+    const bool hasStations = !controls_.destination->text().isEmpty() && !controls_.source->text().isEmpty();
+    if (!controls_.continuous->isChecked() || !isFilledToSend() || !hasStations ||
+        !registerFields().hasCount()) {
+        return;
+    }
+    try {
+        sendRequest();
+    } catch (const RuntimeError&) {
+        stopRepeating(); // else the same report would come with every tick
+        throw;
+    }
 }
 
 } // namespace varda::window

@@ -3,6 +3,7 @@
 #include "core/link/routes.h"
 #include "core/protocol/registers.h"
 #include "window/controls/page_context.h"
+#include "window/master/register_fields.h"
 
 #include <QWidget>
 
@@ -29,6 +30,17 @@ public:
     /// The Click of the send button: checks the fields, sends, and switches on what a send switches off.
     void sendRequest();
 
+    /// A tick on which the page may send by itself: does so where its box is ticked and every field is
+    /// filled. @throws RuntimeError of the send; the box is not ticked any more then
+    void repeatRequest();
+
+    /// What the link does while this page is shown.
+    Mode mode() const;
+    std::string requestText() const;
+    bool canSend() const;
+    /// Continuous sending ends, and can be begun again only once it is enabled.
+    void enableSending(bool enabled);
+
 protected:
     /// The controls of the page's form that the common behaviour works on.
     struct Controls {
@@ -41,10 +53,11 @@ protected:
         QPushButton* send;
         QPlainTextEdit* request;
         QPlainTextEdit* answer;
+        QLineEdit* status;
     };
 
-    /// @param code any request code of the page
-    MasterPage(const PageContext& context, std::uint8_t code, QWidget* parent);
+    /// @param bitMode what the link does while the page's bit option is chosen
+    MasterPage(const PageContext& context, Mode bitMode, QWidget* parent);
 
     /// Takes the controls over and binds them; called once by the page's constructor.
     void adopt(const Controls& controls);
@@ -59,13 +72,18 @@ protected:
     virtual void buildAndSend() = 0;
     /// Switches on again what the send had switched off.
     virtual void switchOnAfterSend() = 0;
+    virtual const RegisterFields& registerFields() const = 0;
 
     const PageContext& context() const { return context_; }
-    const Route& route() const { return route_; }
     Access access() const;
     FrameImage& image();
 
     std::string stationText(std::size_t index) const;
+    /// Empties the status line and prepares the link. @return false where the port is closed, which the
+    /// status line tells then
+    bool startRequest();
+    bool isFilledToSend() const { return registerFields().isFilled(access()); }
+    void showStatus(const std::string& text);
     void stopRepeating();
     void chooseBitOption();
     void clearRequest();
@@ -77,6 +95,8 @@ protected:
     void writeAddress(const std::string& digits);
 
 private:
+    void takePeriod();
+
     PageContext context_;
     const Route& route_;
     Controls controls_{};

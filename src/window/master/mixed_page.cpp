@@ -1,11 +1,11 @@
 #include "window/master/mixed_page.h"
 
 #include "core/base/conversion.h"
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/point_list.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 
 #include <QComboBox>
 #include <QListWidget>
@@ -13,8 +13,8 @@
 
 namespace varda::window {
 
-MixedPage::MixedPage(const PageContext& context, std::uint8_t code, QWidget* parent)
-    : MasterPage(context, code, parent) {}
+MixedPage::MixedPage(const PageContext& context, Mode mode, QWidget* parent)
+    : MasterPage(context, mode, parent) {}
 
 void MixedPage::adopt(const Controls& controls, const ListControls& lists) {
     MasterPage::adopt(controls);
@@ -115,15 +115,26 @@ void MixedPage::lineChosen() {
 
 void MixedPage::buildAndSend() {
     const std::vector<std::string> lines = pointLines();
-    makeBody(lines);
+    makeBody(lines, [this](std::size_t line) { selectLine(line); });
     makeRequest();
     clearAnswer();
     const int expected = answerLength(lines);
-    if (context().link.startRequest(route())) {
-        const auto code = static_cast<std::uint8_t>(route().bitMode);
-        context().link.SendRequest(mixedWire(context().images, code), expected);
+    if (startRequest()) {
+        context().link.SendRequest(wire(), expected);
     }
 }
+
+void MixedPage::sendAsItStands() {
+    makeBody(pointLines(), {});
+    makeRequest();
+    if (!context().link.port().isOpen()) {
+        showStatus("Port Closed");
+        return;
+    }
+    context().link.sendUnawaited(wire());
+}
+
+Bytes MixedPage::wire() const { return mixedWire(context().images, static_cast<std::uint8_t>(mode())); }
 
 void MixedPage::switchOnAfterSend() { context().form.SetScenarioButtons(true); }
 

@@ -20,6 +20,10 @@ class MixedPage : public MasterPage {
 public:
     std::vector<std::string> pointLines() const;
 
+    /// Sends the request as its fields and points stand now, and awaits no answer.
+    /// @throws RuntimeError where a field or a point cannot be read, and the port's
+    void sendAsItStands();
+
 protected:
     struct ListControls {
         QComboBox* registerKind;
@@ -32,15 +36,16 @@ protected:
         QPushButton* remove;
     };
 
-    MixedPage(const PageContext& context, std::uint8_t code, QWidget* parent);
+    MixedPage(const PageContext& context, Mode mode, QWidget* parent);
     void adopt(const Controls& controls, const ListControls& lists);
 
     /// The line of the point that the fields name. @throws RuntimeError where a value cannot be read
     virtual std::string newLine() const = 0;
     /// The size of a list as the add button looks at it. @throws RuntimeError 6, 13
     virtual int listLength(const std::vector<std::string>& lines) const = 0;
-    /// Writes the body of the request from the lines. @throws RuntimeError 6, 13
-    virtual void makeBody(const std::vector<std::string>& lines) = 0;
+    /// Writes the body of the request from the lines. @param visit told each line in turn
+    /// @throws RuntimeError 6, 13
+    virtual void makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) = 0;
     /// Length of the answer to the lines, in bytes. @throws RuntimeError 6, 13
     virtual int answerLength(const std::vector<std::string>& lines) const = 0;
 
@@ -55,6 +60,7 @@ protected:
 
     void buildAndSend() override;
     void switchOnAfterSend() override;
+    const RegisterFields& registerFields() const override { return *register_; }
 
 private:
     void bindLists();
@@ -65,6 +71,7 @@ private:
     void lineChosen();
     QListWidgetItem* markedLine() const;
     bool pointIsNamed() const;
+    Bytes wire() const;
 
     ListControls lists_{};
     std::unique_ptr<RegisterFields> register_;

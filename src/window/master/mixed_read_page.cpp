@@ -7,10 +7,10 @@
 namespace varda::window {
 
 MixedReadPage::MixedReadPage(const PageContext& context, QWidget* parent)
-    : MixedPage(context, command::mixedRead, parent), ui_(std::make_unique<Ui::MixedReadPage>()) {
+    : MixedPage(context, Mode::MixedRead, parent), ui_(std::make_unique<Ui::MixedReadPage>()) {
     ui_->setupUi(this);
     adopt({ui_->optMRead_0, ui_->optMRead_1, ui_->txtMRDDA, ui_->txtMRDSA, ui_->txtMReadTimerValue,
-           ui_->chkMRTimer, ui_->cmdMRDSend, ui_->txtSendMRData, ui_->txtReceiveMRData},
+           ui_->chkMRTimer, ui_->cmdMRDSend, ui_->txtSendMRData, ui_->txtReceiveMRData, ui_->txtMRStatus},
           {ui_->cbMRegister, ui_->cbMRegAddress, ui_->cbMRegBit, ui_->lblMRBitPoint, ui_->cbMRLength,
            ui_->lstMRReadReg, ui_->cmdMRAdd, ui_->cmdMRDel});
 }
@@ -46,8 +46,8 @@ int MixedReadPage::listLength(const std::vector<std::string>& lines) const {
     return GetMRAnswerLength(lines);
 }
 
-void MixedReadPage::makeBody(const std::vector<std::string>& lines) {
-    MakeMRDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });
+void MixedReadPage::makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) {
+    MakeMRDataFormat(context().images, lines, visit);
 }
 
 int MixedReadPage::answerLength(const std::vector<std::string>& lines) const {

@@ -1,13 +1,13 @@
 #include "window/master/mixed_write_page.h"
 
 #include "core/base/conversion.h"
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/point_list.h"
 #include "core/protocol/single_requests.h"
 #include "ui_mixed_write_page.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 
 #include <algorithm>
 
@@ -45,11 +45,11 @@ bool areDigits(const QString& text, bool hexadecimal) {
 } // namespace
 
 MixedWritePage::MixedWritePage(const PageContext& context, QWidget* parent)
-    : MixedPage(context, command::mixedWrite, parent), ui_(std::make_unique<Ui::MixedWritePage>()) {
+    : MixedPage(context, Mode::MixedWrite, parent), ui_(std::make_unique<Ui::MixedWritePage>()) {
     ui_->setupUi(this);
     ui_->optMWBData_0->setChecked(true);
     adopt({ui_->optMWrite_0, ui_->optMWrite_1, ui_->txtMWDDA, ui_->txtMWDSA, ui_->txtMWriteTimerValue,
-           ui_->chkMWTimer, ui_->cmdMWDSend, ui_->txtSendMWData, ui_->txtReceiveMWData},
+           ui_->chkMWTimer, ui_->cmdMWDSend, ui_->txtSendMWData, ui_->txtReceiveMWData, ui_->txtMWStatus},
           {ui_->cbMWRegister, ui_->cbMWRegAddress, ui_->cbMWRegBit, ui_->lblMWBitPoint, nullptr,
            ui_->lstMWWriteReg, ui_->cmdMWAdd, ui_->cmdMWDel});
     context.events.textChange(ui_->txtMWData, [this] { txtMWData_Change(); });
@@ -84,7 +84,7 @@ void MixedWritePage::txtMWData_Change() {
         ui_->txtMWData->end(false);
     }
     if (accepted != text) {
-        context().form.setText(route().status, areDigits(text, hexadecimal) ? "Range Over" : "Invalid Data");
+        showStatus(areDigits(text, hexadecimal) ? "Range Over" : "Invalid Data");
     }
 }
 
@@ -111,8 +111,8 @@ int MixedWritePage::listLength(const std::vector<std::string>& lines) const {
     return GetListDataLength(lines);
 }
 
-void MixedWritePage::makeBody(const std::vector<std::string>& lines) {
-    MakeMWDataFormat(context().images, lines, [this](std::size_t line) { selectLine(line); });
+void MixedWritePage::makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) {
+    MakeMWDataFormat(context().images, lines, visit);
 }
 
 int MixedWritePage::answerLength(const std::vector<std::string>& /*lines*/) const {

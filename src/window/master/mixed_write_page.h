@@ -28,7 +28,7 @@ protected:
     std::string displayString() override;
     std::string newLine() const override;
     int listLength(const std::vector<std::string>& lines) const override;
-    void makeBody(const std::vector<std::string>& lines) override;
+    void makeBody(const std::vector<std::string>& lines, const LineVisitor& visit) override;
     int answerLength(const std::vector<std::string>& lines) const override;
 
 private:

@@ -1,22 +1,22 @@
 #include "window/master/read_page.h"
 
 #include "core/base/conversion.h"
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/single_requests.h"
 #include "ui_read_page.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 #include "window/controls/make_form.h"
 
 namespace varda::window {
 
 ReadPage::ReadPage(const PageContext& context, QWidget* parent)
-    : MasterPage(context, command::bitRead, parent),
+    : MasterPage(context, Mode::BitRead, parent),
       ui_(makeForm<Ui::ReadPage>(this)),
       register_(ui_->cbRegister, ui_->cbRegAddress, ui_->cbRegBit, ui_->lblBitPoint, ui_->cbRLength) {
     adopt({ui_->optRead_0, ui_->optRead_1, ui_->txtRDDA, ui_->txtRDSA, ui_->txtReadTimerValue, ui_->chkRTimer,
-           ui_->cmdRDSend, ui_->txtSendRData, ui_->txtReceiveRData});
+           ui_->cmdRDSend, ui_->txtSendRData, ui_->txtReceiveRData, ui_->txtRStatus});
     Events& events = context.events;
     // kept: a key typed into the kind list re-runs the count's handler
     events.field(ui_->cbRegister, [this] { cbRegister_Change(); },
@@ -38,7 +38,7 @@ void ReadPage::enterMode() {
 }
 
 void ReadPage::optionChosen(Access access) {
-    context().link.enterMode(access == Access::Bit ? route().bitMode : route().wordMode);
+    context().link.enterMode(mode());
     register_.offer(access, access == Access::Bit ? bitReadLimit : wordReadLimit);
     takeStations();
 }
@@ -93,7 +93,7 @@ void ReadPage::cbRLength_Change() {
 void ReadPage::buildAndSend() {
     makeRequest();
     clearAnswer();
-    if (context().link.startRequest(route())) {
+    if (startRequest()) {
         const std::uint8_t count = context().images.read.byte(offset::count);
         context().link.SendRequest(readWire(context().images), readAnswerLength(access(), count));
     }

@@ -54,6 +54,12 @@ bool RegisterFields::hasNumber() const { return !number_->currentText().isEmpty(
 
 bool RegisterFields::hasBit() const { return !bit_->currentText().isEmpty(); }
 
+bool RegisterFields::isFilled(Access access) const {
+    return access == Access::None || (hasKind() && hasNumber() && (access == Access::Word || hasBit()));
+}
+
+bool RegisterFields::hasCount() const { return count_ == nullptr || !count_->currentText().isEmpty(); }
+
 int RegisterFields::number() const { return typedNumber(number_); }
 
 std::optional<int> RegisterFields::readableNumber() const { return readInteger(numberText()); }

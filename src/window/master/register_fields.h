@@ -31,6 +31,11 @@ public:
     bool hasKind() const;
     bool hasNumber() const;
     bool hasBit() const;
+    /// Whether a request can be sent: kind and number, and for bits the bit; all is well where no access is
+    /// chosen.
+    bool isFilled(Access access) const;
+    /// True where the page has no count.
+    bool hasCount() const;
 
     /// The chosen number. @throws RuntimeError 13, 6 where it is none
     int number() const;

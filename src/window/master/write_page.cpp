@@ -1,13 +1,13 @@
 #include "window/master/write_page.h"
 
 #include "core/base/conversion.h"
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/single_requests.h"
 #include "ui_write_page.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 #include "window/controls/make_form.h"
 #include "window/master/frmWriteWord.h"
 #include "window/master/write_grid.h"
@@ -25,7 +25,7 @@ constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
 } // namespace
 
 WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
-    : MasterPage(context, command::bitWrite, parent),
+    : MasterPage(context, Mode::BitWrite, parent),
       ui_(makeForm<Ui::WritePage>(this)),
       register_(ui_->cbWRegister, ui_->cbWRegAddress, ui_->cbWRegBit, ui_->lblWBitPoint, ui_->cbWLength),
       grid_(
@@ -33,7 +33,7 @@ WritePage::WritePage(const PageContext& context, std::function<double()> random,
                         [this](int position) { this->context().events.guard([&] { editCell(position); }); })),
       random_(std::move(random)) {
     adopt({ui_->optWrite_0, ui_->optWrite_1, ui_->txtWDDA, ui_->txtWDSA, ui_->txtWriteTimerValue,
-           ui_->chkWTimer, ui_->cmdWDSend, ui_->txtSendWData, ui_->txtReceiveWData});
+           ui_->chkWTimer, ui_->cmdWDSend, ui_->txtSendWData, ui_->txtReceiveWData, ui_->txtWStatus});
     Events& events = context.events;
     // kept: a key typed into the kind list re-runs the count's handler
     events.field(ui_->cbWRegister, [this] { cbWRegister_Change(); },
@@ -54,7 +54,7 @@ void WritePage::enterMode() {
 }
 
 void WritePage::optionChosen(Access access) {
-    context().link.enterMode(access == Access::Bit ? route().bitMode : route().wordMode);
+    context().link.enterMode(mode());
     register_.offer(access, writeLimit(access));
     numberOfBits_.clear();
     ui_->chkCounter->setEnabled(access == Access::Word);
@@ -193,7 +193,7 @@ void WritePage::chooseDataMode(QCheckBox* chosen, QCheckBox* other) {
     chosen->setChecked(true); // kept: a click on the ticked box leaves it ticked
 }
 
-void WritePage::DisplayWMessage(const std::string& text) { context().form.setText(route().status, text); }
+void WritePage::DisplayWMessage(const std::string& text) { showStatus(text); }
 
 bool WritePage::CheckWriteCell(int position) {
     const bool bits = access() == Access::Bit;
@@ -211,8 +211,7 @@ bool WritePage::CheckWriteCell(int position) {
 }
 
 void WritePage::editCell(int position) {
-    if (!allFilled(context().form, fieldsNeededToSend(route(), context().form)) ||
-        !CheckWriteCell(position)) {
+    if (!isFilledToSend() || !CheckWriteCell(position)) {
         return;
     }
     if (access() == Access::Bit) {
@@ -272,7 +271,7 @@ void WritePage::fillData() {
 
 void WritePage::buildAndSend() {
     makeRequest(); // before any random data: completing an emptied count resets the data
-    if (!context().link.startRequest(route())) {
+    if (!startRequest()) {
         return;
     }
     clearAnswer();

@@ -37,6 +37,7 @@ protected:
     std::string displayString() override;
     void buildAndSend() override;
     void switchOnAfterSend() override;
+    const RegisterFields& registerFields() const override { return register_; }
 
 private:
     void cbWRegister_Change();

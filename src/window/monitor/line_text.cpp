@@ -27,6 +27,7 @@ LineText::LineText(QWidget* parent) : QFrame(parent) {
 
 void LineText::setText(const QString& text) {
     text_ = text;
+    emit textChanged();
     update();
 }
 

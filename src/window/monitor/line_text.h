@@ -10,7 +10,7 @@ namespace varda::window {
 /// characters.
 class LineText : public QFrame {
     Q_OBJECT
-    Q_PROPERTY(QString text READ text)
+    Q_PROPERTY(QString text READ text NOTIFY textChanged)
 
 public:
     explicit LineText(QWidget* parent);
@@ -20,6 +20,9 @@ public:
 
     /// The size at which all of the text can be seen. @param widest in pixels, at most
     QSize sizeToShowAll(int widest) const;
+
+signals:
+    void textChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/runs/monitor_line.h"
+#include "core/runs/monitor_run.h"
 
 #include <QAbstractListModel>
 
@@ -9,7 +9,7 @@
 namespace varda::window {
 
 /// The lines of the monitor, oldest first.
-class MonitorModel : public QAbstractListModel {
+class MonitorModel : public QAbstractListModel, public MonitorLines {
     Q_OBJECT
 
 public:
@@ -17,8 +17,9 @@ public:
     /// The exact text of a line.
     QVariant data(const QModelIndex& index, int role) const override;
 
-    void append(MonitorLine line);
-    void clear();
+    std::size_t count() const override { return lines_.size(); }
+    void append(MonitorLine line) override;
+    void clear() override;
     const MonitorLine& line(int row) const { return lines_[static_cast<std::size_t>(row)]; }
 
 private:

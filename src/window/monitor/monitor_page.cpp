@@ -1,12 +1,10 @@
 #include "window/monitor/monitor_page.h"
 
 #include "core/base/runtime_error.h"
-#include "core/link/form.h"
-#include "core/link/routes.h"
-#include "core/link/serial_link.h"
 #include "ui_monitor_page.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
+#include "window/controls/form.h"
 #include "window/monitor/frmMonitoringData.h"
 #include "window/monitor/monitor_delegate.h"
 #include "window/system/file_name.h"
@@ -31,7 +29,7 @@ MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, 
       context_(context),
       surroundings_(std::move(surroundings)),
       ui_(std::make_unique<Ui::MonitorPage>()),
-      log_(surroundings_.clock),
+      run_(context.link, surroundings_.clock, lines_),
       frmMonitoringData_(new FrmMonitoringData(this)) {
     ui_->setupUi(this);
     logToolTip_ = ui_->chkMonLog->toolTip();
@@ -56,34 +54,29 @@ void MonitorPage::bind() {
 }
 
 void MonitorPage::cmdMonStart_Click() {
-    if (!context_.link.isFreeForRun()) {
+    if (!context_.isFreeForRun()) {
         return;
     }
     if (ui_->txtMonLogFile->text().isEmpty()) {
         ui_->chkMonLog->setChecked(false);
     }
-    context_.link.enterMode(comm_mode::monitoring);
-    isRunning_ = true;
+    run_.start();
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
     ui_->chkMonLog->setToolTip(logToolTip_);
     if (ui_->chkMonLog->isChecked()) {
-        openLog();
+        run_.openLog(fileName(ui_->txtMonLogFile->text()));
     }
 }
 
-void MonitorPage::openLog() { log_.open(fileName(ui_->txtMonLogFile->text())); }
-
 void MonitorPage::cmdMonStop_Click() {
-    context_.link.enterMode(comm_mode::monitorIdle);
-    isRunning_ = false;
-    log_.close();
+    run_.stop();
     ui_->txtMonLogFile->setEnabled(true);
     ui_->chkMonLog->setEnabled(true);
 }
 
 void MonitorPage::stopRun() {
-    if (isRunning_) {
+    if (run_.isRunning()) {
         cmdMonStop_Click();
     }
 }
@@ -100,29 +93,25 @@ void MonitorPage::chkMonLog_Click() {
 
 void MonitorPage::cmdClear_Click() { lines_.clear(); }
 
+void MonitorPage::told(const Exchange& exchange) {
+    if (exchange.outcome == Outcome::Heard) {
+        listBurst(exchange.answer);
+    }
+}
+
 void MonitorPage::listBurst(const Bytes& burst) {
     const QTime now = surroundings_.now();
     const std::string stamp =
         ui_->chkTimeStamp->isChecked() ? timeStamp(now.hour(), now.minute(), now.second()) : std::string();
     MonitorLine line = {stamp, burst, ui_->chkASCIIDisplay->isChecked()};
-    if (lines_.rowCount() > static_cast<int>(monitorLineLimit)) {
-        lines_.clear();
-    }
-    ui_->txtLine->setText(QString::number(lines_.rowCount())); // kept: the count lags one behind
     const QScrollBar* const scrollBar = ui_->lstMonitor->verticalScrollBar();
     const bool follows = scrollBar->value() == scrollBar->maximum();
-    lines_.append(std::move(line));
+    if (!run_.list(std::move(line))) {
+        ui_->chkMonLog->setToolTip(tr("The log could not be written whole: is the disk full?"));
+    }
+    ui_->txtLine->setText(QString::number(lines_.rowCount() - 1)); // kept: the count lags one behind
     if (follows) {
         ui_->lstMonitor->scrollToBottom();
-    }
-    if (log_.isOpen()) {
-        writeLog(lines_.line(lines_.rowCount() - 1).text());
-    }
-}
-
-void MonitorPage::writeLog(const std::string& line) {
-    if (!log_.write(line)) {
-        ui_->chkMonLog->setToolTip(tr("The log could not be written whole: is the disk full?"));
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "core/link/port.h"
-#include "core/runs/monitor_log.h"
+#include "core/runs/monitor_run.h"
 #include "window/controls/page_context.h"
 #include "window/monitor/monitor_model.h"
 
@@ -20,7 +19,7 @@ class FileDialogs;
 class FrmMonitoringData;
 
 /// "Monitoring": lists every burst that the open port receives, and keeps a log of it.
-class MonitorPage : public QWidget {
+class MonitorPage : public QWidget, public LinkObserver {
     Q_OBJECT
     Q_DISABLE_COPY(MonitorPage)
 
@@ -38,8 +37,8 @@ public:
     /// The mode was chosen: the log's controls follow its check box.
     void enterMode() { chkMonLog_Click(); }
 
-    /// Lists one burst, and logs it where a log was chosen.
-    void listBurst(const Bytes& burst);
+    /// Lists what is heard, and logs it where a log was chosen.
+    void told(const Exchange& exchange) override;
     /// Stops a monitoring run as its stop button does; nothing where none runs.
     void stopRun();
 
@@ -53,8 +52,7 @@ private:
     void chkMonLog_Click();
     void cmdClear_Click();
 
-    void openLog();
-    void writeLog(const std::string& line);
+    void listBurst(const Bytes& burst);
     void showLine();
     bool isBelowLines(const QEvent& press) const;
 
@@ -62,10 +60,9 @@ private:
     Surroundings surroundings_;
     std::unique_ptr<Ui::MonitorPage> ui_;
     MonitorModel lines_;
-    MonitorLog log_;
+    MonitorRun run_;
     FrmMonitoringData* frmMonitoringData_;
-    QString logToolTip_;     ///< of the log's check box while nothing is wrong
-    bool isRunning_ = false; ///< from Start to Stop, whatever CommMode is meanwhile
+    QString logToolTip_; ///< of the log's check box while nothing is wrong
 };
 
 } // namespace varda::window

@@ -1,21 +1,17 @@
 #include "window/scenario/scenario_panel.h"
 
-#include "core/base/conversion.h"
-#include "core/base/period_timer.h"
 #include "core/base/runtime_error.h"
 #include "core/base/scope_exit.h"
 #include "core/files/profile_file.h"
-#include "core/link/form.h"
 #include "core/link/period.h"
-#include "core/link/routes.h"
-#include "core/link/serial_link.h"
 #include "core/runs/scenario_file.h"
-#include "core/runs/scenario_frame.h"
 #include "ui_scenario_panel.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
+#include "window/controls/form.h"
 #include "window/controls/period_steps.h"
 #include "window/controls/profile_files.h"
+#include "window/controls/show_text.h"
 #include "window/scenario/frame_line_delegate.h"
 #include "window/system/file_name.h"
 
@@ -35,6 +31,7 @@ ScenarioPanel::ScenarioPanel(const PageContext& context, Surroundings surroundin
     : QWidget(parent),
       context_(context),
       surroundings_(std::move(surroundings)),
+      run_(context.link, surroundings_.tmrScenario, *this),
       ui_(std::make_unique<Ui::ScenarioPanel>()) {
     ui_->setupUi(this);
     new FrameLineDelegate(ui_->lstSchedule);
@@ -55,15 +52,14 @@ void ScenarioPanel::bind() {
 }
 
 void ScenarioPanel::stop() {
-    if (surroundings_.tmrScenario.isRunning()) {
+    if (run_.isTicking()) {
         cmdStopScenario_Click();
     }
 }
 
 void ScenarioPanel::switchRunButtons() {
-    const bool running = context_.link.state().CommMode == comm_mode::scenario;
-    ui_->cmdRunScenario->setEnabled(ui_->lstSchedule->count() > 0 && !running);
-    ui_->cmdStopScenario->setEnabled(running);
+    ui_->cmdRunScenario->setEnabled(count() > 0 && !run_.isRunning());
+    ui_->cmdStopScenario->setEnabled(run_.isRunning());
 }
 
 void ScenarioPanel::showNumber() {
@@ -71,8 +67,7 @@ void ScenarioPanel::showNumber() {
 }
 
 void ScenarioPanel::cmdAddScenario_Click() {
-    const Route* const route = findRoute(surroundings_.shownCommMode());
-    const std::string frame = route != nullptr ? context_.form.text(route->request) : std::string();
+    const std::string frame = surroundings_.shownRequest();
     if (!frame.empty()) {
         ui_->lstSchedule->addItem(QString::fromStdString(frame));
     }
@@ -145,7 +140,7 @@ void ScenarioPanel::loadFrom(const QString& path) {
 }
 
 void ScenarioPanel::cmdRunScenario_Click() {
-    if (!context_.link.isFreeForRun()) {
+    if (!context_.isFreeForRun()) {
         return;
     }
     ui_->cmdRunScenario->setEnabled(false);
@@ -163,70 +158,57 @@ void ScenarioPanel::cmdRunScenario_Click() {
 }
 
 void ScenarioPanel::startRun() {
-    if (context_.link.state().CommMode == comm_mode::monitoring) {
-        context_.form.press("cmdMonStop"); // closes the log
+    if (context_.link.state().CommMode == Mode::Monitoring) {
+        surroundings_.stopMonitor(); // closes the log
     }
     SetMasterControls(false);
-    ui_->lstSchedule->setCurrentRow(0);
-    context_.link.enterMode(comm_mode::scenario);
-    surroundings_.tmrScenario.setInterval(typedPeriod());
-    surroundings_.tmrScenario.start();
+    run_.start(periodText());
 }
 
-int ScenarioPanel::typedPeriod() const {
-    const int period = toLong(ui_->txtScnPeriod->text().toStdString());
-    if (period < 0 || period > longestPeriod) {
-        throw invalidPropertyValue();
-    }
-    return period;
-}
+std::string ScenarioPanel::periodText() const { return ui_->txtScnPeriod->text().toStdString(); }
 
 void ScenarioPanel::stopRun() {
-    surroundings_.tmrScenario.stop();
     ui_->cmdRunScenario->setEnabled(true);
     ui_->cmdStopScenario->setEnabled(false);
     SetMasterControls(true);
-    const bool isMasterShown = findRoute(surroundings_.shownCommMode()) != nullptr;
+    const bool isMasterShown = findRoute(surroundings_.shownMode()) != nullptr;
     context_.form.EnableScenarioControls(isMasterShown); // off on the simulation and monitoring pages
-    if (context_.link.state().CommMode == comm_mode::scenario) {
-        context_.link.enterMode(surroundings_.shownCommMode());
-    }
+    run_.stop(surroundings_.shownMode());
 }
 
 void ScenarioPanel::cmdStopScenario_Click() {
     const ScopeExit stopped([this] { stopRun(); }); // stops whatever the period field holds
-    surroundings_.tmrScenario.setInterval(typedPeriod());
+    run_.setPeriod(periodText());
 }
 
 void ScenarioPanel::tmrScenario_Timer() {
     try {
-        sendNextLine();
+        if (const std::optional<std::string> line = run_.next()) {
+            showText(ui_->txtScnSend, *line);
+            run_.send(*line);
+        }
     } catch (const RuntimeError&) {
         stopRun();
         throw;
     }
 }
 
-void ScenarioPanel::sendNextLine() {
-    const int row = ui_->lstSchedule->currentRow();
-    const int next = row + 1 < ui_->lstSchedule->count() ? row + 1 : 0;
-    ui_->lstSchedule->setCurrentRow(next);
-    if (row < 0) {
-        return;
+void ScenarioPanel::told(const Exchange& exchange) {
+    if (exchange.outcome == Outcome::Silent && exchange.mode == Mode::Scenario) {
+        cmdStopScenario_Click();
     }
-    const std::string line = ui_->lstSchedule->item(row)->text().toStdString();
-    context_.form.setText("txtScnSend", line);
-    const Bytes frame = scenarioFrame(line);
-    context_.link.sendScenarioFrame(frame, scenarioAnswerLength(frame));
 }
 
+int ScenarioPanel::count() const { return ui_->lstSchedule->count(); }
+
+std::string ScenarioPanel::line(int row) const { return ui_->lstSchedule->item(row)->text().toStdString(); }
+
+int ScenarioPanel::current() const { return ui_->lstSchedule->currentRow(); }
+
+void ScenarioPanel::choose(int row) { ui_->lstSchedule->setCurrentRow(row); }
+
 void ScenarioPanel::SetMasterControls(bool enabled) {
-    context_.form.setEnabled("tabMode", enabled);
-    for (const Route& route : masterRoutes()) {
-        context_.form.setEnabled(route.sendButton, enabled);
-        context_.form.setTicked(route.continuousBox, false);
-        context_.form.setEnabled(route.continuousBox, enabled);
-    }
+    surroundings_.enableMasters(enabled);
     context_.form.EnableScenarioControls(enabled);
 }
 

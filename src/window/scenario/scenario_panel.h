@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/runs/scenario_run.h"
 #include "window/controls/page_context.h"
 
 #include <QWidget>
@@ -16,7 +17,7 @@ class ScenarioPanel;
 class FileDialogs;
 
 /// A list of ready-made frames, sent one per period, round and round, until it is stopped.
-class ScenarioPanel : public QWidget {
+class ScenarioPanel : public QWidget, public LinkObserver, public ScenarioLines {
     Q_OBJECT
     Q_DISABLE_COPY(ScenarioPanel)
 
@@ -25,7 +26,11 @@ public:
     struct Surroundings {
         PeriodTimer& tmrScenario;
         FileDialogs& files;
-        std::function<std::int16_t()> shownCommMode; ///< CommMode of the page and option that are shown
+        std::function<Mode()> shownMode; ///< of the page and option that are shown
+        std::function<std::string()>
+            shownRequest; ///< of the master page that is shown; empty for another page
+        std::function<void()> stopMonitor;
+        std::function<void(bool)> enableMasters; ///< the tabs, and sending on the master pages
     };
 
     ScenarioPanel(const PageContext& context, Surroundings surroundings, QWidget* parent = nullptr);
@@ -34,8 +39,16 @@ public:
     /// Stops a run as its stop button does; nothing where none runs. @throws RuntimeError where the period is
     /// no number
     void stop();
-    /// The run button follows the list and CommMode, the stop button CommMode.
+    /// The run button follows the list and the run, the stop button the run.
     void switchRunButtons();
+
+    /// Stops the run when a controller stays silent.
+    void told(const Exchange& exchange) override;
+
+    int count() const override;
+    std::string line(int row) const override;
+    int current() const override;
+    void choose(int row) override;
 
     /// One period of a run. @throws RuntimeError where the line is no frame; the run has stopped by then
     void tmrScenario_Timer();
@@ -51,8 +64,7 @@ private:
 
     void startRun();
     void stopRun();
-    void sendNextLine();
-    int typedPeriod() const;
+    std::string periodText() const;
     void SetMasterControls(bool enabled);
     void showNumber();
     void saveTo(const QString& path);
@@ -60,6 +72,7 @@ private:
 
     PageContext context_;
     Surroundings surroundings_;
+    ScenarioRun run_;
     std::unique_ptr<Ui::ScenarioPanel> ui_;
 };
 

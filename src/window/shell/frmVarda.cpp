@@ -48,7 +48,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
       tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
       tmrScenario_(
           surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
-      link_(commPLC_, clock_, form_),
+      link_(commPLC_, clock_),
       linkPort_(commTest_, link_, *tmrComm_, form_),
       files_(this, surroundings.programFolder) {
     makePages(surroundings);
@@ -62,17 +62,45 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 FrmVarda::~FrmVarda() = default;
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
-    const PageContext context = {form_, events_, link_, images_, *tmrComm_};
+    const PageContext context = {form_,     events_,
+                                 link_,     images_,
+                                 *tmrComm_, [this] { return presenter_.isFreeForRun(commPLC_.isOpen()); }};
     readPage_ = new ReadPage(context, this);
     writePage_ = new WritePage(context, surroundings.random, this);
     mixedReadPage_ = new MixedReadPage(context, this);
     mixedWritePage_ = new MixedWritePage(context, this);
-    simulationPage_ = new SimulationPage(context, files_, this);
+    masters_ = {readPage_, writePage_, mixedReadPage_, mixedWritePage_};
+    simulationPage_ = new SimulationPage(context,
+                                         {files_,
+                                          [this](Mode mixedMode) {
+                                              MixedPage* const page =
+                                                  mixedMode == Mode::MixedRead
+                                                      ? static_cast<MixedPage*>(mixedReadPage_)
+                                                      : mixedWritePage_;
+                                              page->sendAsItStands();
+                                          }},
+                                         this);
     monitorPage_ = new MonitorPage(context, {files_, clock_, surroundings.now}, this);
-    scenarioPanel_ =
-        new ScenarioPanel(context, {*tmrScenario_, files_, [this] { return shownCommMode(); }}, this);
-    link_.setRoles({.listBurst = [this](const Bytes& burst) { monitorPage_->listBurst(burst); },
-                    .answerRequest = [this] { return simulationPage_->answerRequest(); }});
+    scenarioPanel_ = new ScenarioPanel(context,
+                                       {.tmrScenario = *tmrScenario_,
+                                        .files = files_,
+                                        .shownMode = [this] { return shownMode(); },
+                                        .shownRequest =
+                                            [this] {
+                                                const MasterPage* const page = shownMasterPage();
+                                                return page != nullptr ? page->requestText() : std::string();
+                                            },
+                                        .stopMonitor = [this] { monitorPage_->stopRun(); },
+                                        .enableMasters = [this](bool enabled) { enableMasters(enabled); }},
+                                       this);
+    link_.setRoles(
+        {.repeat = [this](Mode mode) { repeatRequest(mode); },
+         .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
+    for (LinkObserver* const observer :
+         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(simulationPage_),
+          static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
+        link_.observe(*observer);
+    }
     linkPort_.setStopRuns([this] { stopRuns(); });
 }
 
@@ -158,9 +186,21 @@ void FrmVarda::addShortcuts() {
 }
 
 void FrmVarda::sendShownRequest() {
-    const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
-    if (index < masterRoutes().size() && form_.isEnabled(masterRoutes()[index].sendButton)) {
-        events_.guard([this, index] { form_.press(masterRoutes()[index].sendButton); });
+    MasterPage* const page = shownMasterPage();
+    if (page != nullptr && page->canSend()) {
+        events_.guard([page] { page->sendRequest(); });
+    }
+}
+
+void FrmVarda::repeatRequest(Mode mode) {
+    const auto page = static_cast<std::size_t>(findRoute(mode) - masterRoutes().data());
+    masters_.at(page)->repeatRequest();
+}
+
+void FrmVarda::enableMasters(bool enabled) {
+    ui_->tabMode->setEnabled(enabled);
+    for (MasterPage* const page : masters_) {
+        page->enableSending(enabled);
     }
 }
 
@@ -193,13 +233,13 @@ void FrmVarda::optMode_Click(int index) {
         return;
     }
     monitorPage_->stopRun(); // closes the log
-    const Mode& mode = modes.at(static_cast<std::size_t>(index));
+    const ModeSettings& mode = modes.at(static_cast<std::size_t>(index));
     {
         const QSignalBlocker once(modeOption(index));
         modeOption(index)->setChecked(true);
     }
     ui_->tabMode->setCurrentIndex(index);
-    link_.enterMode(mode.commMode);
+    link_.enterMode(mode.linkMode);
     for (std::size_t group = 0; group < mode.groups.size(); ++group) {
         form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
     }
@@ -207,13 +247,15 @@ void FrmVarda::optMode_Click(int index) {
     enterMode(index);
 }
 
-std::int16_t FrmVarda::shownCommMode() const {
+MasterPage* FrmVarda::shownMasterPage() const {
     const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
-    if (index >= masterRoutes().size()) {
-        return modes.at(index).commMode;
-    }
-    const Route& route = masterRoutes()[index];
-    return form_.isTicked(route.wordOption) ? route.wordMode : route.bitMode;
+    return index < masters_.size() ? masters_.at(index) : nullptr;
+}
+
+Mode FrmVarda::shownMode() const {
+    const MasterPage* const page = shownMasterPage();
+    return page != nullptr ? page->mode()
+                           : modes.at(static_cast<std::size_t>(ui_->tabMode->currentIndex())).linkMode;
 }
 
 void FrmVarda::stopRuns() {
@@ -227,7 +269,7 @@ void FrmVarda::enterMode(int index) {
         form_.setEnabled("Frame2_1", index == 1);
     }
     pages_.at(static_cast<std::size_t>(index)).enter();
-    if (modes.at(static_cast<std::size_t>(index)).commMode != comm_mode::monitorIdle) {
+    if (modes.at(static_cast<std::size_t>(index)).linkMode != Mode::MonitorIdle) {
         simulationPage_->switchStartButton();
     }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/link/link_port.h"
 #include "core/link/mscomm.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
@@ -8,12 +7,15 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/shell/link_port.h"
+#include "window/shell/link_presenter.h"
 #include "window/shell/window_form.h"
 #include "window/system/timers.h"
 
 #include <QMainWindow>
 #include <QTime>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -27,6 +29,7 @@ namespace varda::window {
 namespace Ui {
 class FrmVarda;
 }
+class MasterPage;
 class MixedReadPage;
 class MixedWritePage;
 class MonitorPage;
@@ -58,7 +61,7 @@ public:
     ~FrmVarda() override;
 
     Form& form() { return form_; }
-    LinkState& linkState() { return link_.state(); }
+    SerialLink& link() { return link_; }
     const FrameImages& images() const { return images_; }
 
     /// Shows the page of a mode and prepares it; an index outside 0 .. 5 does nothing.
@@ -83,7 +86,10 @@ private:
     void Form_Load();
     void fillSerialLists();
     void enterMode(int index);
-    std::int16_t shownCommMode() const;
+    Mode shownMode() const;
+    MasterPage* shownMasterPage() const;
+    void repeatRequest(Mode mode);
+    void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
     void showUnsentFrames();
@@ -108,6 +114,7 @@ private:
     std::unique_ptr<PeriodTimer> tmrScenario_;
     FrameImages images_;
     SerialLink link_;
+    LinkPresenter presenter_{form_};
     LinkPort linkPort_;
     FileDialogs files_;
 
@@ -118,7 +125,8 @@ private:
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
-    std::vector<ModePage> pages_; ///< in the order of the modes
+    std::vector<ModePage> pages_;          ///< in the order of the modes
+    std::array<MasterPage*, 4> masters_{}; ///< in the order of masterRoutes()
 };
 
 } // namespace varda::window

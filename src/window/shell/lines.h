@@ -9,10 +9,7 @@ class Controller;
 
 namespace varda::window {
 
-/// The port name that stands for the embedded controller.
-inline constexpr const char* virtualPortName = "VIRTUAL";
-
-/// The port named VIRTUAL is the embedded controller, every other name a serial device.
+/// The lines of the program, whose events come in Qt's event loop.
 /// @param clock @param controller both must outlive the lines
 MSComm::LineFactory lineFactory(Clock& clock, Controller& controller);
 

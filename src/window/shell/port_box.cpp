@@ -1,8 +1,8 @@
 #include "window/shell/port_box.h"
 
+#include "core/virtual/virtual_line.h"
 #include "device/port_names.h"
 #include "device/serial_node.h"
-#include "window/shell/lines.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/link/form.h"
+#include "window/controls/form.h"
 
 #include <QHash>
 #include <QString>

@@ -2,11 +2,11 @@
 
 #include "core/base/runtime_error.h"
 #include "core/files/profile_file.h"
-#include "core/link/form.h"
 #include "core/pairs/packet_file.h"
 #include "ui_simulation_page.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
+#include "window/controls/form.h"
 #include "window/controls/profile_files.h"
 #include "window/system/file_name.h"
 

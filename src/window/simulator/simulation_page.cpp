@@ -1,17 +1,19 @@
 #include "window/simulator/simulation_page.h"
 
 #include "core/base/conversion.h"
-#include "core/link/form.h"
 #include "core/link/serial_link.h"
 #include "core/pairs/send_data_check.h"
 #include "core/protocol/frame_image.h"
+#include "core/protocol/hex_text.h"
 #include "core/protocol/mixed_requests.h"
 #include "core/protocol/registers.h"
 #include "ui_simulation_page.h"
 #include "window/controls/events.h"
+#include "window/controls/form.h"
 #include "window/controls/key_filter.h"
 #include "window/controls/lists.h"
 #include "window/controls/make_form.h"
+#include "window/controls/show_text.h"
 
 #include <optional>
 
@@ -38,13 +40,14 @@ std::string repeated(std::string_view group, int times) {
 
 } // namespace
 
-SimulationPage::SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent)
+SimulationPage::SimulationPage(const PageContext& context, const Surroundings& surroundings, QWidget* parent)
     : QWidget(parent),
       context_(context),
+      sendMixedRequest_(surroundings.sendMixedRequest),
       ui_(makeForm<Ui::SimulationPage>(this)),
-      lists_(new PacketLists(context, files, *ui_, this, [this](int row) { lstSimReceive_DblClick(row); })),
-      responder_(context.link.state(), context.link.port(), context.form, lists_->table(),
-                 [this](int pair) { lists_->selectPair(pair); }) {
+      lists_(new PacketLists(context, surroundings.files, *ui_, this,
+                             [this](int row) { lstSimReceive_DblClick(row); })),
+      responder_(lists_->table()) {
     for (QComboBox* const list : {ui_->cbSimMode, ui_->cbSimModeS}) {
         keepFromWheel(list);
     }
@@ -326,7 +329,7 @@ void SimulationPage::cmdSimInputOK_Click() {
     if (chosen == nullptr) {
         if (const std::string mode = textOf(ui_->cbSimMode);
             mode == mixedReadMode || mode == mixedWriteMode) {
-            sendMixedFrame(mode == mixedReadMode);
+            sendMixedRequest_(mode == mixedReadMode ? Mode::MixedRead : Mode::MixedWrite);
         }
         return;
     }
@@ -337,26 +340,16 @@ void SimulationPage::cmdSimInputOK_Click() {
     }
 }
 
-void SimulationPage::sendMixedFrame(bool isRead) {
-    const std::uint8_t code = isRead ? command::mixedRead : command::mixedWrite;
-    const Route& route = *findRoute(code);
-    const StationTexts stations = {context_.form.text(route.destination), context_.form.text(route.source)};
-    const auto points = context_.form.lines(isRead ? "lstMRReadReg" : "lstMWWriteReg");
-    if (isRead) {
-        MakeMRDataFormat(context_.images, points);
-        MakeMReadFormat(context_.images, stations, points);
-        context_.form.setText(route.request, DisplayMRString(context_.images));
-    } else {
-        MakeMWDataFormat(context_.images, points);
-        MakeMWriteFormat(context_.images, stations, points);
-        context_.form.setText(route.request, DisplayMWString(context_.images));
-    }
-    if (!context_.link.port().isOpen()) {
-        context_.form.setText(route.status, "Port Closed");
+void SimulationPage::told(const Exchange& exchange) {
+    const bool isRequest = exchange.pair.has_value() || exchange.outcome == Outcome::Unknown;
+    if (!isRequest) {
         return;
     }
-    context_.link.port().discard();
-    context_.link.port().write(mixedWire(context_.images, code));
+    showText(ui_->txtSimRP, hexRun(exchange.request));
+    if (exchange.outcome == Outcome::AnsweredByPair) {
+        showText(ui_->txtSimSP, lists_->table().answer(*exchange.pair));
+    }
+    lists_->selectPair(exchange.pair ? static_cast<int>(*exchange.pair) : -1);
 }
 
 void SimulationPage::ShowSimReceive(const std::string& text) {
@@ -371,7 +364,7 @@ void SimulationPage::lstSimReceive_DblClick(int row) {
     const PacketTable& table = lists_->table();
     const auto pair = static_cast<std::size_t>(row);
     const std::string request = table.requests().at(pair);
-    const std::string answer = pair < table.answers().size() ? table.answers()[pair] : std::string();
+    const std::string answer = table.answer(pair);
     const PreparedRequest prepared = parsePreparedRequest(request);
     const SimKind* const reloaded = findSimKind(prepared.mode);
     ui_->cbSimDA->setEditText(QString::fromUtf8(prepared.da));

@@ -20,12 +20,19 @@ class SimulationPage;
 class FileDialogs;
 
 /// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
-class SimulationPage : public QWidget {
+class SimulationPage : public QWidget, public LinkObserver {
     Q_OBJECT
     Q_DISABLE_COPY(SimulationPage)
 
 public:
-    SimulationPage(const PageContext& context, FileDialogs& files, QWidget* parent = nullptr);
+    /// What the page asks of the window beyond its controls.
+    struct Surroundings {
+        FileDialogs& files;
+        /// Sends what stands on one of the mixed pages.
+        std::function<void(Mode mixedMode)> sendMixedRequest;
+    };
+
+    SimulationPage(const PageContext& context, const Surroundings& surroundings, QWidget* parent = nullptr);
     ~SimulationPage() override;
 
     /// The mode was chosen: bit reading, stations 255, editing buttons off; the packet table stays.
@@ -35,8 +42,9 @@ public:
     /// pressed: answering depends on the mode alone.
     void switchStartButton() { lists_->switchStartButton(); }
 
-    /// Answers the request that was received. @return false where no prepared request equals it
-    bool answerRequest() { return responder_.answer(); }
+    const Responder& responder() const { return responder_; }
+    /// Shows a request that came in, and the pair that answered it.
+    void told(const Exchange& exchange) override;
 
 private:
     void bind();
@@ -59,7 +67,6 @@ private:
     void cmdSimDelListBox_Click();
     void cmdSimSendDataInputOK_Click();
     void cmdSimInputOK_Click();
-    void sendMixedFrame(bool isRead);
     void lstSimReceive_DblClick(int row);
     void reload(const SimKind& kind, const PreparedRequest& request, const std::string& answer);
 
@@ -73,6 +80,7 @@ private:
     void ShowSimSend(const std::string& text);
 
     PageContext context_;
+    std::function<void(Mode mixedMode)> sendMixedRequest_;
     std::unique_ptr<Ui::SimulationPage> ui_;
     PacketLists* lists_;
     Responder responder_;

@@ -106,7 +106,7 @@ TEST_F(SerialLinkTest, AnswerOneByteAtATimeWithin100MillisecondsIsShownOnce) {
 }
 
 TEST_F(SerialLinkTest, BurstIsDroppedWhileNoAnswerIsExpected) {
-    state.CommMode = 0x21;
+    state.CommMode = Mode{0x21};
     port.receive(burst(14));
     clock.advance(100);
 
@@ -138,7 +138,7 @@ TEST_F(SerialLinkTest, BytesBeyondIndex1024AreDroppedAndCounted) {
     EXPECT_TRUE(std::equal(state.RxBuffer.begin(), state.RxBuffer.end(), bytes.begin()));
     EXPECT_EQ(form.text("txtCurrentData"), "5000");
     EXPECT_EQ(state.RxExpected, 14);
-    EXPECT_EQ(state.CommMode, 0x21);
+    EXPECT_EQ(state.CommMode, Mode{0x21});
     EXPECT_FALSE(state.InReceive);
     EXPECT_TRUE(form.told("txtReceiveRData").empty());
     EXPECT_TRUE(form.messages().empty());

@@ -3,7 +3,9 @@
 #include "core/link/serial_link.h"
 #include "support/fake_form.h"
 #include "support/fake_port.h"
+#include "support/link_state.h"
 #include "support/manual_clock.h"
+#include "window/shell/link_presenter.h"
 
 #include <gtest/gtest.h>
 
@@ -17,13 +19,14 @@ class SerialLinkTest : public testing::Test {
 protected:
     SerialLinkTest() {
         port.setEventHandler([this](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
+        link.observe(presenter);
         port.open();
         port.forgetCalls();
     }
 
     /// Leaves the link as it is after a request was sent.
     void awaitAnswer(int mode, int expected) {
-        state.CommMode = static_cast<std::int16_t>(mode);
+        state.CommMode = Mode{static_cast<std::int16_t>(mode)};
         state.RxExpected = static_cast<std::int16_t>(expected);
         state.RxCount = 0;
         state.WaitTicks = 0;
@@ -58,24 +61,32 @@ protected:
     ManualClock clock;
     FakePort port;
     FakeForm form;
-    SerialLink link{port, clock, form};
-    LinkState& state = link.state();
+    SerialLink link{port, clock};
+    window::LinkPresenter presenter{form};
+    LinkState& state = LinkStateOfATest::of(link);
 };
 
 /// A link whose monitor and simulator write down what they are handed.
-class RolesTest : public SerialLinkTest {
+class RolesTest : public SerialLinkTest, public LinkObserver {
 protected:
     RolesTest() {
-        link.setRoles({[this](const Bytes& bytes) { listed.push_back(bytes); },
-                       [this] {
-                           const auto count = static_cast<std::size_t>(state.RxCount);
-                           requests.emplace_back(state.RxBuffer.data(), state.RxBuffer.data() + count);
-                           return requestIsKnown;
-                       }});
+        link.observe(*this);
+        link.setRoles({.answerTo = [this](std::span<const std::uint8_t> request) {
+            requests.emplace_back(request.begin(), request.end());
+            return requestIsKnown ? std::optional(PreparedAnswer{}) : std::nullopt;
+        }});
     }
 
-    /// What the monitor lists is not kept in RxBuffer and not counted.
-    static std::string countShownFor3Bytes(int mode) { return mode == comm_mode::monitoring ? "0" : "3"; }
+    void told(const Exchange& exchange) override {
+        if (exchange.outcome == Outcome::Heard) {
+            listed.push_back(exchange.answer);
+        }
+    }
+
+    /// What the monitor lists is not counted, and an answered request is not counted any more.
+    static std::string countShownFor3Bytes(int mode) {
+        return Mode(mode) == Mode::Monitoring || Mode(mode) == Mode::Simulation ? "0" : "3";
+    }
 
     std::vector<Bytes> listed;
     std::vector<Bytes> requests;

@@ -1,6 +1,7 @@
 #include "core/link/serial_link.h"
 
 #include "core/link/serial_link_fixture.h"
+#include "support/link_ear.h"
 
 #include <vector>
 
@@ -25,7 +26,7 @@ TEST_F(RolesTest, MonitorIsHandedTheWholeBurstAfter100Milliseconds) {
 }
 
 TEST_F(RolesTest, MonitorIsHandedBurstsLongerThanTheBufferWhole) {
-    state.CommMode = 0x81;
+    state.CommMode = Mode{0x81};
     port.receive(burst(100'000));
     clock.advance(100);
     EXPECT_EQ(listed, std::vector<Bytes>{burst(100'000)});
@@ -43,11 +44,11 @@ TEST_F(RolesTest, RequestIsTakenWhenTheLineWasQuietFor150Milliseconds) {
     clock.advance(1);
 
     EXPECT_EQ(requests, std::vector<Bytes>{burst(9)});
-    EXPECT_EQ(form.text("txtCurrentData"), "9");
+    EXPECT_EQ(form.told("txtCurrentData"), (std::vector<std::string>{"9", "0"}));
 }
 
 TEST_F(RolesTest, RequestThatGrowsTwiceIsTakenAtTheThirdPoll) {
-    state.CommMode = 0xFF;
+    state.CommMode = Mode{0xFF};
     port.receive({0x01});
     clock.advance(100);
     port.receiveSilently({0x02});
@@ -99,16 +100,15 @@ TEST_F(RolesTest, UnknownRequestLeavesInReceiveSetUntilAKnownOneComes) {
 
 TEST_F(SerialLinkTest, RequestThatNeverEndsIsCountedByThePortAndNotKept) {
     int asked = 0;
-    link.setRoles({[](const Bytes&) {},
-                   [&] {
-                       ++asked;
-                       return true;
-                   }});
-    state.CommMode = 0xFF;
+    link.setRoles({.answerTo = [&](auto) {
+        ++asked;
+        return std::optional(PreparedAnswer{});
+    }});
+    state.CommMode = Mode{0xFF};
     for (int piece = 0; piece < 5000; ++piece) {
         port.receive(burst(149));
         clock.advance(100);
-        ASSERT_LE(port.kept(), 32767U);
+        ASSERT_LE(port.kept(), state.RxBuffer.size()) << "no longer request can match";
     }
     EXPECT_EQ(asked, 0) << "it goes on";
     EXPECT_EQ(port.inBufferCount(), 149U * 5000U);
@@ -120,20 +120,18 @@ TEST_F(SerialLinkTest, RequestThatNeverEndsIsCountedByThePortAndNotKept) {
 
 TEST_F(SerialLinkTest, LongRequestsOfTheSimulatorCountTo32767AndNoFurther) {
     int asked = 0;
-    link.setRoles({[](const Bytes&) {},
-                   [&] {
-                       ++asked;
-                       return false;
-                   }});
-    state.CommMode = 0xFF;
+    link.setRoles({.answerTo = [&](auto) {
+        ++asked;
+        return std::optional<PreparedAnswer>();
+    }});
+    state.CommMode = Mode{0xFF};
     for (int i = 0; i < 3; ++i) {
         port.receive(burst(20'000));
         clock.advance(150);
     }
     EXPECT_EQ(asked, 3);
-    EXPECT_EQ(state.RxCount, 32767);
-    EXPECT_EQ(form.text("txtCurrentData"), "32767");
-    EXPECT_EQ(state.CommMode, 0xFF);
+    EXPECT_EQ(form.text("txtCurrentData"), "20000");
+    EXPECT_EQ(state.CommMode, Mode{0xFF});
 }
 
 // Failing statements
@@ -179,7 +177,8 @@ TEST_F(RolesTest, BytesLeftByAFailingReadRaiseNoEventOfTheirOwn) {
 }
 
 TEST_F(RolesTest, FailingMonitorIsSkippedAndTheReceptionEnds) {
-    link.setRoles({[](const Bytes&) { throw RuntimeError(61, "Disk full"); }, [] { return false; }});
+    LinkEar monitor(Outcome::Heard, [](const Exchange&) { throw RuntimeError(61, "Disk full"); });
+    link.observe(monitor);
     awaitAnswer(0x81, 14);
     port.receive(burst(5));
     EXPECT_NO_THROW(clock.advance(100));
@@ -190,7 +189,8 @@ TEST_F(RolesTest, FailingMonitorIsSkippedAndTheReceptionEnds) {
 }
 
 TEST_F(RolesTest, FailingSimulatorIsSkippedAndTheReceptionEnds) {
-    link.setRoles({[](const Bytes&) {}, []() -> bool { throw RuntimeError(8020, "Write error"); }});
+    LinkEar simulator(Outcome::AnsweredByPair, [](const Exchange&) { throw RuntimeError(61, "Disk full"); });
+    link.observe(simulator);
     awaitAnswer(0xFF, 14);
     port.receive(burst(5));
     EXPECT_NO_THROW(clock.advance(150));

@@ -1,6 +1,5 @@
 #include "core/link/serial_link.h"
 
-#include "core/link/master_pages.h"
 #include "core/link/serial_link_fixture.h"
 
 #include <vector>
@@ -12,32 +11,22 @@ using Texts = std::vector<std::string>;
 
 // Sending
 
-class SendTest : public SerialLinkTest, public testing::WithParamInterface<MasterPage> {
-protected:
-    SendTest() { state.CommMode = GetParam().bitMode; }
-    const Route& route() const { return *findRoute(GetParam().bitMode); }
-};
-
-INSTANTIATE_TEST_SUITE_P(Pages, SendTest, testing::ValuesIn(masterPages()), PageName());
-
-TEST_P(SendTest, StartEmptiesTheInputTheCountersAndTheStatusOfThePage) {
+TEST_F(SerialLinkTest, StartEmptiesTheInputAndTheCounters) {
     port.receiveSilently(burst(9));
     state.RxCount = 3;
     state.RxExpected = 14;
     state.WaitTicks = 5;
-    form.setText(GetParam().status, "No Answer From PLC");
 
-    EXPECT_TRUE(link.startRequest(route()));
+    EXPECT_TRUE(link.startRequest());
 
     EXPECT_EQ(port.inBufferCount(), 0U);
     EXPECT_EQ(state.RxCount, 0);
     EXPECT_EQ(state.RxExpected, 0);
     EXPECT_EQ(state.WaitTicks, 0);
-    EXPECT_EQ(form.text(GetParam().status), "");
     EXPECT_TRUE(port.written().empty());
 }
 
-TEST_P(SendTest, ClosedPortIsToldInTheStatusOfThePageAndChangesNoLinkState) {
+TEST_F(SerialLinkTest, ClosedPortChangesNothingOfTheLink) {
     port.close();
     port.forgetCalls();
     state.RxBuffer.fill(0xA5);
@@ -48,58 +37,17 @@ TEST_P(SendTest, ClosedPortIsToldInTheStatusOfThePageAndChangesNoLinkState) {
     state.WaitingAnswer = true;
     const LinkState before = state;
 
-    EXPECT_FALSE(link.startRequest(route()));
+    EXPECT_FALSE(link.startRequest());
 
-    EXPECT_EQ(form.controlsShowing("Port Closed"), Texts{GetParam().status});
-    EXPECT_EQ(state.CommMode, before.CommMode);
-    EXPECT_EQ(state.RxBuffer, before.RxBuffer);
-    EXPECT_EQ(state.RxCount, before.RxCount);
-    EXPECT_EQ(state.RxExpected, before.RxExpected);
-    EXPECT_EQ(state.WaitTicks, before.WaitTicks);
-    EXPECT_EQ(state.AnswerReceived, before.AnswerReceived);
-    EXPECT_EQ(state.WaitingAnswer, before.WaitingAnswer);
-    EXPECT_EQ(state.InReceive, before.InReceive);
-    EXPECT_TRUE(port.written().empty());
-}
-
-TEST_P(SendTest, MissingFieldShowsOneMessage) {
-    const auto& page = GetParam();
-    for (const bool bitOption : {true, false}) {
-        page.choose(form, bitOption);
-        for (const auto& missing : page.neededToSend(bitOption)) {
-            page.fill(form, page.neededToSend(bitOption));
-            form.setText(missing, "");
-            const auto messagesBefore = form.messages().size();
-
-            EXPECT_FALSE(link.requiredFieldsFilled(route())) << missing;
-
-            ASSERT_EQ(form.messages().size(), messagesBefore + 1) << missing;
-            EXPECT_EQ(form.messages().back(), (Message{"Data are missing. Please fill Data !!", "Error"}));
-        }
-    }
-}
-
-TEST_P(SendTest, StationsAndLengthAreNotNeeded) {
-    const auto& page = GetParam();
-    for (const bool bitOption : {true, false}) {
-        page.choose(form, bitOption);
-        page.fill(form, page.neededToSend(bitOption));
-        EXPECT_TRUE(link.requiredFieldsFilled(route()));
-        form.setText(page.bit, "");
-    }
-    EXPECT_TRUE(form.messages().empty());
-}
-
-TEST_P(SendTest, NothingIsNeededWhileNeitherOptionIsChosen) {
-    EXPECT_TRUE(link.requiredFieldsFilled(route()));
-    EXPECT_TRUE(form.messages().empty());
+    EXPECT_EQ(state, before);
+    EXPECT_TRUE(port.calls().empty());
 }
 
 TEST_F(SerialLinkTest, RequestGoesOutInOneWriteAndItsAnswerIsAwaited) {
     state.AnswerReceived = true;
     const Bytes request = burst(256, 0);
 
-    ASSERT_TRUE(link.startRequest(*findRoute(0x21)));
+    ASSERT_TRUE(link.startRequest());
     link.SendRequest(request, 518);
 
     EXPECT_EQ(port.written(), std::vector<Bytes>{request});
@@ -126,7 +74,7 @@ TEST_F(SerialLinkTest, ExpectedLengthIsSetBeforeAndTheFlagsAfterTheBytesAreHande
 
 TEST_F(SerialLinkTest, FailedWriteIsThrownAndNoAnswerIsAwaited) {
     port.failWrite(RuntimeError(8020, "Write error"));
-    ASSERT_TRUE(link.startRequest(*findRoute(0x21)));
+    ASSERT_TRUE(link.startRequest());
 
     try {
         link.SendRequest(burst(9), 14);

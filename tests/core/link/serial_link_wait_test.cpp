@@ -1,6 +1,7 @@
 #include "core/link/serial_link.h"
 
 #include "core/link/serial_link_fixture.h"
+#include "support/link_ear.h"
 
 #include <vector>
 
@@ -15,7 +16,7 @@ class EmptyBufferTest : public RolesTest, public testing::WithParamInterface<int
 protected:
     /// A receive event that finds nothing, and the end of every wait that it may have begun.
     void receiveNothing() {
-        port.raiseReceived();
+        link.commPLC_OnComm(CommEvent::Received);
         clock.advance(1000);
     }
 };
@@ -71,8 +72,8 @@ TEST_P(EmptyBufferTest, LaterReceptionEndsIt) {
 }
 
 TEST_F(RolesTest, SimulatorReturnsFromAnEmptyBufferWithoutWaiting) {
-    state.CommMode = 0xFF;
-    port.raiseReceived();
+    state.CommMode = Mode{0xFF};
+    link.commPLC_OnComm(CommEvent::Received);
     EXPECT_EQ(clock.pending(), 0U);
     EXPECT_TRUE(state.InReceive);
 }
@@ -83,7 +84,7 @@ TEST_F(RolesTest, EventAfterThePreviousOneConsumedTheBytesLeavesInReceiveSet) {
     clock.advance(100);
     ASSERT_FALSE(state.InReceive);
 
-    port.raiseReceived();
+    link.commPLC_OnComm(CommEvent::Received);
     clock.advance(100);
 
     EXPECT_TRUE(state.InReceive);
@@ -92,7 +93,7 @@ TEST_F(RolesTest, EventAfterThePreviousOneConsumedTheBytesLeavesInReceiveSet) {
 // Events during a wait
 
 TEST_F(RolesTest, EventsDuringAWaitAreMergedIntoIt) {
-    state.CommMode = 0x81;
+    state.CommMode = Mode{0x81};
     port.receive(burst(2));
     clock.advance(30);
     port.receive(burst(1, 0x10));
@@ -111,7 +112,7 @@ TEST_F(RolesTest, EventsDuringAWaitAreMergedIntoIt) {
 }
 
 TEST_F(RolesTest, ReceptionAfterAMergedEventHasItsOwn100Milliseconds) {
-    state.CommMode = 0x81;
+    state.CommMode = Mode{0x81};
     port.receive({0x11});
     clock.advance(90);
     port.receive({0x22});
@@ -124,14 +125,13 @@ TEST_F(RolesTest, ReceptionAfterAMergedEventHasItsOwn100Milliseconds) {
 }
 
 TEST_F(RolesTest, MergedEventIsRaisedAgainWhenUnreadBytesRemain) {
-    state.CommMode = 0x81;
-    link.setRoles({[this](const Bytes& bytes) {
-                       if (listed.empty()) {
-                           port.receiveSilently({0x33, 0x44});
-                       }
-                       listed.push_back(bytes);
-                   },
-                   [] { return false; }});
+    state.CommMode = Mode{0x81};
+    LinkEar farEnd(Outcome::Heard, [this](const Exchange&) {
+        if (listed.size() == 1) {
+            port.receiveSilently({0x33, 0x44});
+        }
+    });
+    link.observe(farEnd);
     port.receive({0x11});
     clock.advance(50);
     port.receive({0x22});
@@ -145,7 +145,7 @@ TEST_F(RolesTest, MergedEventIsRaisedAgainWhenUnreadBytesRemain) {
 }
 
 TEST_F(RolesTest, MergedEventOfTheSimulatorIsNotRaisedAgainWhenNothingIsLeft) {
-    state.CommMode = 0xFF;
+    state.CommMode = Mode{0xFF};
     port.receive(burst(2));
     clock.advance(100);
     port.receive(burst(2));
@@ -160,7 +160,7 @@ TEST_F(RolesTest, FieldsToldFollowTheModeAtCompletion) {
     awaitAnswer(0x21, 14);
     port.receive(burst(14));
     clock.advance(50);
-    state.CommMode = 0x25;
+    state.CommMode = Mode{0x25};
     clock.advance(50);
 
     EXPECT_EQ(form.controlsShowing(groups(burst(14))), Texts{"txtReceiveMRData"});
@@ -172,7 +172,7 @@ TEST_F(RolesTest, AnswerThatCompletesInAModeWithoutFieldsIsToldNowhere) {
         awaitAnswer(0x21, 14);
         port.receive(burst(14));
         clock.advance(50);
-        state.CommMode = static_cast<std::int16_t>(mode);
+        state.CommMode = Mode{static_cast<std::int16_t>(mode)};
         clock.advance(1000);
 
         EXPECT_TRUE(form.controlsShowing(groups(burst(14))).empty()) << mode;
@@ -187,7 +187,7 @@ TEST_F(RolesTest, BurstThatBeganWhileMonitoringIsListedAfterTheModeChanged) {
     awaitAnswer(0x81, 3);
     port.receive(burst(3));
     clock.advance(50);
-    state.CommMode = 0x21;
+    state.CommMode = Mode{0x21};
     clock.advance(50);
 
     EXPECT_EQ(listed, std::vector<Bytes>{burst(3)});
@@ -196,10 +196,10 @@ TEST_F(RolesTest, BurstThatBeganWhileMonitoringIsListedAfterTheModeChanged) {
 }
 
 TEST_F(RolesTest, RequestThatBeganInSimulationIsAnsweredAfterTheModeChanged) {
-    state.CommMode = 0xFF;
+    state.CommMode = Mode{0xFF};
     port.receive(burst(9));
     clock.advance(50);
-    state.CommMode = 0x21;
+    state.CommMode = Mode{0x21};
     clock.advance(100);
 
     EXPECT_EQ(requests, std::vector<Bytes>{burst(9)});
@@ -298,9 +298,9 @@ TEST_P(HangUpTest, ReceptionAfterAHangUpDuringAWaitWorks) {
 }
 
 TEST_F(SerialLinkTest, FailureThatIsADefectIsNotSkipped) {
-    link.setRoles({.listBurst = [](const Bytes&) { throw std::logic_error("a defect"); },
-                   .answerRequest = [] { return false; }});
-    link.enterMode(comm_mode::monitoring);
+    LinkEar monitor(Outcome::Heard, [](const Exchange&) { throw std::logic_error("a defect"); });
+    link.observe(monitor);
+    link.enterMode(Mode::Monitoring);
     port.receive(burst(3));
     EXPECT_THROW(clock.advance(100), std::logic_error);
     EXPECT_FALSE(state.InReceive); // and the link goes on
@@ -309,15 +309,14 @@ TEST_F(SerialLinkTest, FailureThatIsADefectIsNotSkipped) {
 
 TEST_F(SerialLinkTest, BytesThatCameDuringADefectsWaitAreReceivedAllTheSame) {
     int bursts = 0;
-    link.setRoles({.listBurst =
-                       [this, &bursts](const Bytes&) {
-                           if (++bursts == 1) {
-                               port.receive(burst(2));
-                               throw std::logic_error("a defect");
-                           }
-                       },
-                   .answerRequest = [] { return false; }});
-    link.enterMode(comm_mode::monitoring);
+    LinkEar monitor(Outcome::Heard, [&](const Exchange&) {
+        if (++bursts == 1) {
+            port.receive(burst(2));
+            throw std::logic_error("a defect");
+        }
+    });
+    link.observe(monitor);
+    link.enterMode(Mode::Monitoring);
     port.receive(burst(3));
     EXPECT_THROW(clock.advance(100), std::logic_error);
     clock.advance(100);
@@ -328,25 +327,25 @@ TEST_F(SerialLinkTest, ScenarioBeginsWithASilenceOfZeroThatIsShown) {
     awaitAnswer(0x21, 9);
     tick(7);
     EXPECT_EQ(form.text("txtWatchDog"), "7");
-    link.enterMode(comm_mode::scenario);
+    link.enterMode(Mode::Scenario);
     EXPECT_EQ(form.text("txtWatchDog"), "0");
 }
 
 TEST_F(RolesTest, LeavingTheSimulationEndsARequestThatIsStillSettling) {
-    link.enterMode(comm_mode::simulation);
+    link.enterMode(Mode::Simulation);
     port.receive(burst(9));
     clock.advance(149);
-    link.enterMode(0x21);
+    link.enterMode(Mode{0x21});
     EXPECT_FALSE(state.InReceive);
     clock.advance(1000);
     EXPECT_TRUE(requests.empty());
 }
 
 TEST_F(RolesTest, RequestThatIsNotAnsweredLeavesNoBytesToTheNextOne) {
-    link.enterMode(comm_mode::simulation);
+    link.enterMode(Mode::Simulation);
     port.receive(burst(9));
-    link.enterMode(0x21);
-    link.enterMode(comm_mode::simulation);
+    link.enterMode(Mode{0x21});
+    link.enterMode(Mode::Simulation);
     port.receive(burst(3));
     clock.advance(300);
     EXPECT_EQ(requests, std::vector<Bytes>{burst(3)});
@@ -354,42 +353,42 @@ TEST_F(RolesTest, RequestThatIsNotAnsweredLeavesNoBytesToTheNextOne) {
 
 TEST_F(RolesTest, LeavingTheSimulationFreesTheTimerThatAnUnknownRequestHeld) {
     requestIsKnown = false;
-    link.enterMode(comm_mode::simulation);
+    link.enterMode(Mode::Simulation);
     port.receive(burst(9));
     clock.advance(300);
     EXPECT_TRUE(state.InReceive);
-    link.enterMode(comm_mode::simulation);
+    link.enterMode(Mode::Simulation);
     EXPECT_TRUE(state.InReceive);
-    link.enterMode(comm_mode::monitorIdle);
+    link.enterMode(Mode::MonitorIdle);
     EXPECT_FALSE(state.InReceive);
 }
 
 TEST_F(RolesTest, ReceptionThatBeganBeforeTheSimulationOutlivesIt) {
-    link.enterMode(0x21);
+    link.enterMode(Mode{0x21});
     port.receive(burst(4));
     clock.advance(50);
-    link.enterMode(comm_mode::simulation);
-    link.enterMode(0x21);
+    link.enterMode(Mode::Simulation);
+    link.enterMode(Mode{0x21});
     EXPECT_TRUE(state.InReceive);
     clock.advance(50);
     EXPECT_EQ(form.text("txtCurrentData"), "4");
 }
 
 TEST_F(RolesTest, ReceptionOfAClosedConnectionDoesNotOutliveTheSimulation) {
-    link.enterMode(0x21);
+    link.enterMode(Mode{0x21});
     port.receive(burst(4));
     port.close();
-    link.enterMode(comm_mode::simulation);
-    link.enterMode(0x21);
+    link.enterMode(Mode::Simulation);
+    link.enterMode(Mode{0x21});
     EXPECT_FALSE(state.InReceive);
     clock.advance(100);
     EXPECT_FALSE(state.InReceive);
 }
 
 TEST_F(RolesTest, ChangeBetweenOtherModesLeavesAReceptionAlone) {
-    link.enterMode(0x21);
+    link.enterMode(Mode{0x21});
     port.receive(burst(9));
-    link.enterMode(0x22);
+    link.enterMode(Mode{0x22});
     EXPECT_TRUE(state.InReceive);
     clock.advance(100);
     EXPECT_FALSE(state.InReceive);

@@ -1,86 +1,72 @@
 #include "core/runs/responder.h"
 
-#include "core/base/clock.h"
-#include "core/link/serial_link.h"
 #include "core/pairs/packet_table.h"
-#include "support/fake_form.h"
 #include "support/fake_port.h"
 #include "support/manual_clock.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <utility>
-
-namespace varda {
+namespace varda::test {
 namespace {
 
-using test::FakeForm;
-using test::FakePort;
 using Written = std::vector<Bytes>;
 using Texts = std::vector<std::string>;
-using Pairs = std::vector<int>;
 using namespace std::chrono_literals;
 
-class ResponderTest : public testing::Test {
+/// A link that answers from a table; every request that came in is noted.
+class ResponderTest : public testing::Test, public LinkObserver {
 protected:
     ResponderTest() {
-        state.CommMode = comm_mode::simulation;
-        link.setRoles({.answerRequest = [this] { return responder.answer(); }});
+        link.setRoles({.answerTo = [this](auto request) { return responder.answerTo(request); }});
+        link.observe(*this);
+        link.enterMode(Mode::Simulation);
         port.setEventHandler([this](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
         port.open();
         port.forgetCalls();
     }
 
-    /// Answers a request as if the link had just read it.
-    bool answer(const Bytes& request) {
-        std::copy(request.begin(), request.end(), state.RxBuffer.begin());
-        state.RxCount = static_cast<std::int16_t>(request.size());
-        return responder.answer();
+    void told(const Exchange& exchange) override { exchanges.push_back(exchange); }
+    void counted(Counter counter, int value) override {
+        if (counter == Counter::Received) {
+            counts.push_back(value);
+        }
+    }
+
+    /// A request comes in, and the line is quiet afterwards. @return what became of it
+    const Exchange& receive(const Bytes& request) {
+        port.receive(request);
+        clock.advance(150ms);
+        return exchanges.back();
     }
 
     PacketTable table;
     FakePort port;
-    FakeForm form;
-    test::ManualClock clock;
-    SerialLink link{port, clock, form};
-    LinkState& state = link.state();
-    Pairs selected;
-    Responder responder{state, port, form, table, [this](int pair) { selected.push_back(pair); }};
+    ManualClock clock;
+    SerialLink link{port, clock};
+    Responder responder{table};
+    std::vector<Exchange> exchanges;
+    std::vector<int> counts;
 };
 
 TEST_F(ResponderTest, EqualRequestIsAnsweredWithItsPair) {
     table.addPair("0102", "A1");
     table.addPair("0A0B", "0100A2010073B2");
-    port.receiveSilently({0x55});
-    EXPECT_TRUE(answer({0x0A, 0x0B}));
-    EXPECT_EQ(form.text("txtCurrentData"), "2");
-    EXPECT_EQ(form.text("txtSimRP"), "0A0B");
-    EXPECT_EQ(form.text("txtSimSP"), "0100A2010073B2");
-    EXPECT_EQ(selected, Pairs{1});
-    EXPECT_EQ(port.written(), (Written{{0x01, 0x00, 0xA2, 0x01, 0x00, 0x73, 0xB2}}));
-    EXPECT_EQ(port.calls(), (Texts{"discard", "write"}));
-    EXPECT_EQ(port.inBufferCount(), 0U);
-    EXPECT_EQ(state.RxCount, 0);
-    EXPECT_EQ(form.text("txtMRStatus"), "");
-}
-
-TEST_F(ResponderTest, SendsBeforeItShowsThePairSelected) {
-    table.addPair("01", "02");
-    bool sentFirst = false;
-    port.onWrite([&] { sentFirst = selected.empty(); });
-    EXPECT_TRUE(answer({0x01}));
-    EXPECT_TRUE(sentFirst);
-    EXPECT_EQ(selected, Pairs{0});
+    const Exchange& exchange = receive({0x0A, 0x0B});
+    EXPECT_EQ(exchange.outcome, Outcome::AnsweredByPair);
+    EXPECT_EQ(exchange.request, (Bytes{0x0A, 0x0B}));
+    EXPECT_EQ(exchange.pair, 1U);
+    EXPECT_EQ(exchange.answer, (Bytes{0x01, 0x00, 0xA2, 0x01, 0x00, 0x73, 0xB2}));
+    EXPECT_EQ(port.written(), Written{exchange.answer});
+    EXPECT_EQ(port.calls(), (Texts{"read", "discard", "write"}));
+    EXPECT_EQ(counts, (std::vector<int>{2, 0})) << "the request's length, then the end of the reception";
 }
 
 TEST_F(ResponderTest, LowerOfTwoEqualRequestsAlwaysAnswers) {
     table.addPair("01", "AA");
     table.addPair("01", "BB");
-    EXPECT_TRUE(answer({0x01}));
-    EXPECT_TRUE(answer({0x01}));
+    EXPECT_EQ(receive({0x01}).pair, 0U);
+    EXPECT_EQ(receive({0x01}).pair, 0U);
     EXPECT_EQ(port.written(), (Written{{0xAA}, {0xAA}}));
-    EXPECT_EQ(selected, (Pairs{0, 0}));
 }
 
 TEST_F(ResponderTest, HigherOfTwoEqualRequestsAnswersOnceTheLowerIsRemoved) {
@@ -88,145 +74,111 @@ TEST_F(ResponderTest, HigherOfTwoEqualRequestsAnswersOnceTheLowerIsRemoved) {
     table.addPair("01", "BB");
     table.removeRequest(0);
     table.removeAnswer(0);
-    EXPECT_TRUE(answer({0x01}));
+    EXPECT_EQ(receive({0x01}).pair, 0U);
     EXPECT_EQ(port.written(), (Written{{0xBB}}));
-    EXPECT_EQ(selected, Pairs{0});
 }
 
 TEST_F(ResponderTest, UnknownRequestIsDiscardedInSilence) {
     table.addPair("01", "AA");
-    port.receiveSilently({0x55});
-    form.setText("txtSimSP", "before");
-    EXPECT_FALSE(answer({0x02, 0x03}));
-    EXPECT_EQ(form.text("txtSimRP"), "0203");
-    EXPECT_EQ(form.text("txtSimSP"), "before");
-    EXPECT_EQ(form.text("txtCurrentData"), "2");
-    EXPECT_EQ(selected, Pairs{Responder::noPair});
-    EXPECT_EQ(port.calls(), Texts{"discard"});
-    EXPECT_EQ(port.inBufferCount(), 0U);
-    EXPECT_EQ(state.RxCount, 0);
-    EXPECT_TRUE(form.messages().empty());
+    const Exchange& exchange = receive({0x02, 0x03});
+    EXPECT_EQ(exchange.outcome, Outcome::Unknown);
+    EXPECT_EQ(exchange.request, (Bytes{0x02, 0x03}));
+    EXPECT_EQ(exchange.pair, std::nullopt);
+    EXPECT_EQ(counts, std::vector<int>{2});
+    EXPECT_EQ(port.calls(), (Texts{"read", "discard"}));
+    EXPECT_EQ(link.state().RxCount, 0);
 }
 
 TEST_F(ResponderTest, EmptyTableDiscardsEveryRequest) {
-    EXPECT_FALSE(answer({0x01}));
-    EXPECT_FALSE(answer({0x02}));
-    EXPECT_EQ(selected, (Pairs{-1, -1}));
+    EXPECT_EQ(receive({0x01}).outcome, Outcome::Unknown);
+    EXPECT_EQ(receive({0x02}).outcome, Outcome::Unknown);
     EXPECT_TRUE(port.written().empty());
 }
 
 TEST_F(ResponderTest, TrailingByteMatchesNothing) {
     table.addPair("0102", "AA");
-    EXPECT_FALSE(answer({0x01, 0x02, 0x00}));
-    EXPECT_FALSE(answer({0x01}));
+    EXPECT_FALSE(responder.answerTo(Bytes{0x01, 0x02, 0x00}));
+    EXPECT_FALSE(responder.answerTo(Bytes{0x01}));
 }
 
 TEST_F(ResponderTest, LowerCaseRequestOfTheTableNeverMatches) {
     table.addPair("0a", "AA");
-    EXPECT_FALSE(answer({0x0A}));
+    EXPECT_FALSE(responder.answerTo(Bytes{0x0A}));
 }
 
 TEST_F(ResponderTest, LowerCaseAnswerIsSent) {
     table.addPair("01", "aa");
-    EXPECT_TRUE(answer({0x01}));
+    receive({0x01});
     EXPECT_EQ(port.written(), (Written{{0xAA}}));
 }
 
-TEST_F(ResponderTest, ClosedPortIsToldOnTheMixedReadPage) {
-    table.addPair("01", "AA");
-    port.close();
-    EXPECT_TRUE(answer({0x01}));
-    EXPECT_EQ(form.controlsShowing("Port Closed"), Texts{"txtMRStatus"});
-    EXPECT_EQ(selected, Pairs{0});
-    EXPECT_EQ(form.text("txtSimSP"), "");
-    EXPECT_TRUE(port.written().empty());
-}
-
 TEST_F(ResponderTest, DamagedAnswerSendsNothingAndTheRestRuns) {
-    for (const char* const damaged : {"ABC", "GG", "A", "01 2"}) {
+    for (const char* const damaged : {"ABC", "GG", "A", "01 2", ""}) {
         table.replace({"01"}, {damaged});
-        EXPECT_TRUE(answer({0x01})) << damaged;
-        EXPECT_EQ(form.text("txtSimSP"), damaged);
-        EXPECT_EQ(state.RxCount, 0);
+        const Exchange& exchange = receive({0x01});
+        EXPECT_EQ(exchange.outcome, Outcome::AnsweredByPair) << damaged;
+        EXPECT_TRUE(exchange.answer.empty());
+        EXPECT_EQ(link.state().RxCount, 0);
+        EXPECT_FALSE(link.state().InReceive);
     }
     EXPECT_TRUE(port.written().empty());
 }
 
 TEST_F(ResponderTest, MissingAnswerSendsNothingAndTheRestRuns) {
     table.replace({"00", "01"}, {"AA"});
-    EXPECT_TRUE(answer({0x01}));
-    EXPECT_EQ(selected, Pairs{1});
-    EXPECT_EQ(form.text("txtSimSP"), "");
+    EXPECT_EQ(receive({0x01}).pair, 1U);
     EXPECT_TRUE(port.written().empty());
-    EXPECT_EQ(state.RxCount, 0);
 }
 
 TEST_F(ResponderTest, PortThatRefusesTheBytesIsSkipped) {
     table.addPair("01", "AA");
     port.failWrite(RuntimeError(8020, "gone"));
-    EXPECT_TRUE(answer({0x01}));
-    EXPECT_EQ(form.text("txtSimSP"), "AA");
-    EXPECT_EQ(state.RxCount, 0);
+    const Exchange& exchange = receive({0x01});
+    EXPECT_EQ(exchange.outcome, Outcome::AnsweredByPair);
+    EXPECT_TRUE(exchange.answer.empty());
+    EXPECT_FALSE(link.state().InReceive);
 }
 
 TEST_F(ResponderTest, RequestLongerThanTheBufferMatchesNothing) {
     table.addPair(std::string(2050, '0'), "AA");
-    state.RxBuffer.fill(0);
-    state.RxCount = 1026;
-    EXPECT_FALSE(responder.answer());
-    EXPECT_EQ(form.text("txtSimRP"), std::string(2050, '0'));
-    state.RxCount = 1025;
-    EXPECT_TRUE(responder.answer());
-}
-
-TEST_F(ResponderTest, FindSimReceivePacketShowsWhatItLooksFor) {
-    table.addPair("0102", "AA");
-    const Bytes received{0x01, 0x02, 0x03};
-    EXPECT_EQ(responder.FindSimReceivePacket(std::span(received).first(2)), 0);
-    EXPECT_EQ(form.text("txtSimRP"), "0102");
-    EXPECT_EQ(responder.FindSimReceivePacket(received), -1);
-    EXPECT_EQ(form.text("txtSimRP"), "010203");
+    const Exchange& tooLong = receive(Bytes(1026, 0));
+    EXPECT_EQ(tooLong.outcome, Outcome::Unknown);
+    EXPECT_EQ(tooLong.request, Bytes(1025, 0)) << "its beginning is shown";
+    EXPECT_EQ(counts, std::vector<int>{1026});
+    EXPECT_EQ(receive(Bytes(1025, 0)).outcome, Outcome::AnsweredByPair);
 }
 
 TEST_F(ResponderTest, AnsweredRequestReachesTheCommonEnd) {
     table.addPair("01", "AA");
-    state.RxExpected = 14;
-    state.WaitingAnswer = true;
     port.receive({0x01});
-    EXPECT_TRUE(state.InReceive);
+    EXPECT_TRUE(link.state().InReceive);
     clock.advance(150ms);
-    EXPECT_EQ(port.written(), (Written{{0xAA}}));
-    EXPECT_EQ(form.text("txtCurrentData"), "0");
-    EXPECT_EQ(form.text("txtTotalData"), "14");
-    EXPECT_TRUE(state.AnswerReceived);
-    EXPECT_FALSE(state.WaitingAnswer);
-    EXPECT_FALSE(state.InReceive);
+    EXPECT_TRUE(link.state().AnswerReceived);
+    EXPECT_FALSE(link.state().WaitingAnswer);
+    EXPECT_FALSE(link.state().InReceive);
 }
 
 TEST_F(ResponderTest, UnknownRequestLeavesInReceiveSetUntilALaterOneCompletes) {
     table.addPair("01", "AA");
-    port.receive({0x02});
-    clock.advance(150ms);
-    EXPECT_TRUE(state.InReceive);
-    EXPECT_FALSE(state.AnswerReceived);
-    EXPECT_EQ(form.text("txtCurrentData"), "1");
-    port.receive({0x01});
-    clock.advance(150ms);
-    EXPECT_FALSE(state.InReceive);
+    receive({0x02});
+    EXPECT_TRUE(link.state().InReceive);
+    EXPECT_FALSE(link.state().AnswerReceived);
+    receive({0x01});
+    EXPECT_FALSE(link.state().InReceive);
 }
 
 TEST_F(ResponderTest, RequestOfAClosedPortShowsItsLengthAndIsDropped) {
-    table.addPair("01", "AA");
-    link.setRoles({.answerRequest = [this] {
+    link.setRoles({.answerTo = [this](auto) {
         port.close();
-        return responder.answer();
+        return std::optional(PreparedAnswer{0, {0xAA}});
     }});
-    port.receive({0x01});
-    clock.advance(150ms);
-    EXPECT_EQ(form.text("txtCurrentData"), "1");
-    EXPECT_EQ(state.RxCount, 0);
-    EXPECT_FALSE(state.InReceive);
-    EXPECT_EQ(form.text("txtMRStatus"), "Port Closed");
+    const Exchange& exchange = receive({0x01});
+    EXPECT_EQ(exchange.outcome, Outcome::NotSent);
+    EXPECT_EQ(exchange.pair, 0U) << "it is shown selected all the same";
+    EXPECT_EQ(counts.front(), 1);
+    EXPECT_EQ(link.state().RxCount, 0);
+    EXPECT_FALSE(link.state().InReceive);
+    EXPECT_TRUE(port.written().empty());
 }
 
 TEST_F(ResponderTest, TwoPiecesOfOneSettleTimeAreOneRequest) {
@@ -243,14 +195,10 @@ TEST_F(ResponderTest, TwoPiecesOfOneSettleTimeAreOneRequest) {
 
 TEST_F(ResponderTest, PiecesWithAPauseBetweenThemAreTwoUnknownRequests) {
     table.addPair("0102", "AA");
-    port.receive({0x01});
-    clock.advance(150ms);
-    port.receive({0x02});
-    clock.advance(150ms);
+    EXPECT_EQ(receive({0x01}).request, Bytes{0x01});
+    EXPECT_EQ(receive({0x02}).request, Bytes{0x02});
     EXPECT_TRUE(port.written().empty());
-    EXPECT_EQ(form.told("txtSimRP"), (Texts{"01", "02"}));
-    EXPECT_EQ(selected, (Pairs{-1, -1}));
 }
 
 } // namespace
-} // namespace varda
+} // namespace varda::test

@@ -23,9 +23,9 @@ TEST_F(ReadPageTest, WordOptionHidesTheBitAndOffersAllKinds) {
     EXPECT_FALSE(driver.find("lblBitPoint")->isVisible());
     EXPECT_EQ(driver.find<QComboBox>("cbRegister")->count(), 11);
     EXPECT_EQ(driver.find<QComboBox>("cbRLength")->count(), 128);
-    EXPECT_EQ(driver.link().CommMode, 0x23);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x23});
     driver.click("optRead_0");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ReadPageTest, AnotherOptionForgetsTheChosenRegister) {

@@ -4,7 +4,7 @@ namespace varda::test {
 namespace {
 
 TEST_F(WritePageTest, StartsWithBitWritingAndACountOfOne) {
-    EXPECT_EQ(driver.link().CommMode, 0x22);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x22});
     EXPECT_EQ(text("cbWLength"), "1");
     EXPECT_EQ(driver.find<QComboBox>("cbWRegister")->count(), 7);
     EXPECT_EQ(driver.find<QComboBox>("cbWLength")->count(), 253);
@@ -17,7 +17,7 @@ TEST_F(WritePageTest, StartsWithBitWritingAndACountOfOne) {
 
 TEST_F(WritePageTest, WordOptionOffersWordsAndTheDataModes) {
     driver.click("optWrite_1");
-    EXPECT_EQ(driver.link().CommMode, 0x24);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x24});
     EXPECT_EQ(driver.find<QComboBox>("cbWRegister")->count(), 11);
     EXPECT_EQ(driver.find<QComboBox>("cbWLength")->count(), 126);
     EXPECT_TRUE(driver.isEnabled("chkCounter"));

@@ -70,7 +70,7 @@ protected:
 };
 
 TEST_F(MonitorPageTest, ModeIsIdleUntilStarted) {
-    EXPECT_EQ(driver.link().CommMode, 0x80);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x80});
     openLine();
     line.write({0x01});
     runFor(std::chrono::milliseconds(200));
@@ -81,7 +81,7 @@ TEST_F(MonitorPageTest, StartNeedsAnOpenPort) {
     driver.click("cmdMonStart");
     EXPECT_EQ(driver.boxText(), "Please Port Open !!");
     EXPECT_EQ(driver.boxTitle(), "Warning");
-    EXPECT_EQ(driver.link().CommMode, 0x80);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x80});
 }
 
 TEST_F(MonitorPageTest, StartWaitsForTheReadAndTheWritePageAlone) {
@@ -93,7 +93,7 @@ TEST_F(MonitorPageTest, StartWaitsForTheReadAndTheWritePageAlone) {
     driver.closeBox();
     driver.find<QCheckBox>("chkRTimer")->setChecked(false);
     driver.click("cmdMonStart");
-    EXPECT_EQ(driver.link().CommMode, 0x81);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x81});
 }
 
 TEST_F(MonitorPageTest, BurstsAreListedWithALaggingCount) {
@@ -163,7 +163,7 @@ TEST_F(MonitorPageTest, LogWithoutANameIsSwitchedOff) {
     driver.find<QCheckBox>("chkMonLog")->setChecked(true);
     startMonitoring();
     EXPECT_FALSE(driver.find<QCheckBox>("chkMonLog")->isChecked());
-    EXPECT_EQ(driver.link().CommMode, 0x81);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x81});
     EXPECT_EQ(driver.box(), nullptr);
 }
 
@@ -216,7 +216,7 @@ TEST_F(MonitorPageTest, ModeClickStopsMonitoringFirst) {
     startMonitoring();
     EXPECT_TRUE(logIsOpen());
     driver.click("optMode_0");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_TRUE(runUntil([this] { return !logIsOpen(); })); // a sync under way may hold it for a moment
     driver.click("optMode_5");
     EXPECT_TRUE(driver.isEnabled("chkMonLog"));
@@ -241,7 +241,7 @@ TEST_F(MonitorPageTest, SecondStartGoesOn) {
     startMonitoring();
     driver.click("cmdMonStart");
     EXPECT_EQ(driver.box(), nullptr);
-    EXPECT_EQ(driver.link().CommMode, 0x81);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x81});
 }
 
 TEST_F(MonitorPageTest, LogAtItsSizeLimitIsToldByTheToolTipAloneAndGoesOnBehindIt) {
@@ -267,7 +267,7 @@ TEST_F(MonitorPageTest, HangUpStopsMonitoring) {
     startMonitoring();
     line.closeFarEnd();
     ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
-    EXPECT_EQ(driver.link().CommMode, 0x80);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x80});
     EXPECT_TRUE(driver.isEnabled("chkMonLog"));
 }
 

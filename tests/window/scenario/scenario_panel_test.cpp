@@ -101,7 +101,7 @@ TEST_F(ScenarioPanelTest, RunNeedsAnOpenPort) {
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.boxText(), "Please Port Open !!");
     EXPECT_EQ(driver.boxTitle(), "Warning");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ScenarioPanelTest, RunWaitsForTheReadAndTheWritePageAlone) {
@@ -114,7 +114,7 @@ TEST_F(ScenarioPanelTest, RunWaitsForTheReadAndTheWritePageAlone) {
     driver.closeBox();
     driver.find<QCheckBox>("chkWTimer")->setChecked(false);
     driver.click("cmdRunScenario");
-    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xC0});
     EXPECT_FALSE(driver.find<QCheckBox>("chkMRTimer")->isChecked());
 }
 
@@ -142,7 +142,7 @@ TEST_F(ScenarioPanelTest, StopSwitchesEverythingBack) {
     driver.click("optRead_1");
     driver.click("cmdRunScenario");
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x23);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x23});
     EXPECT_TRUE(driver.isEnabled("tabMode"));
     EXPECT_EQ(masterControlsOn(), 13);
     EXPECT_TRUE(driver.isEnabled("cmdRunScenario"));
@@ -175,7 +175,7 @@ TEST_F(ScenarioPanelTest, SilenceStopsTheRunAndIsToldOnTheWritePage) {
     openLine();
     driver.click("cmdRunScenario");
     EXPECT_TRUE(showsSoon("txtWStatus", "No Answer From PLC"));
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_FALSE(driver.isEnabled("cmdStopScenario"));
 }
 
@@ -197,7 +197,7 @@ TEST_F(ScenarioPanelTest, PeriodThatIsNoNumberIsReportedWithEverythingSwitchedBa
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
     EXPECT_TRUE(driver.isEnabled("tabMode"));
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ScenarioPanelTest, NegativePeriodIsReported) {
@@ -216,9 +216,9 @@ TEST_F(ScenarioPanelTest, PeriodOfZeroSendsNothingUntilStop) {
     driver.click("cmdRunScenario");
     runFor(std::chrono::milliseconds(100));
     EXPECT_TRUE(line.readAvailable().empty());
-    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xC0});
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(ScenarioPanelTest, StopAlwaysStopsAlsoWithABadPeriod) {
@@ -227,7 +227,7 @@ TEST_F(ScenarioPanelTest, StopAlwaysStopsAlsoWithABadPeriod) {
     driver.click("cmdRunScenario");
     paste("txtScnPeriod", "abc");
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_TRUE(driver.isEnabled("tabMode"));
     EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
 }
@@ -256,7 +256,7 @@ TEST_F(ScenarioPanelTest, EditingStaysOffBehindARunOnTheSimulationPage) {
     driver.click("optMode_4");
     driver.click("cmdRunScenario");
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0xFF);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xFF});
     EXPECT_FALSE(driver.isEnabled("cmdAddScenario"));
     EXPECT_FALSE(driver.isEnabled("cmdLoadScenario"));
 }
@@ -267,10 +267,10 @@ TEST_F(ScenarioPanelTest, RunEndsMonitoringFirst) {
     driver.click("optMode_5");
     driver.click("cmdMonStart");
     driver.click("cmdRunScenario");
-    EXPECT_EQ(driver.link().CommMode, 0xC0);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xC0});
     EXPECT_TRUE(driver.find("chkMonLog")->isEnabledTo(driver.find("tabMode")));
     driver.click("cmdStopScenario");
-    EXPECT_EQ(driver.link().CommMode, 0x80);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x80});
 }
 
 TEST_F(ScenarioPanelTest, ModeClickLetsTheSendingGoOn) {
@@ -280,7 +280,7 @@ TEST_F(ScenarioPanelTest, ModeClickLetsTheSendingGoOn) {
     driver.click("cmdRunScenario");
     sent(4);
     driver.click("optMode_1");
-    EXPECT_EQ(driver.link().CommMode, 0x22);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x22});
     EXPECT_GE(sent(8).size(), 8U);
 }
 
@@ -319,7 +319,7 @@ TEST_F(ScenarioPanelTest, HangUpStopsTheRun) {
     line.closeFarEnd();
     ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
     EXPECT_TRUE(driver.isEnabled("tabMode"));
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_EQ(text("cmdPortOpen"), "Open Port");
 }
 

@@ -1,7 +1,7 @@
 #include "support/window_test.h"
+#include "window/shell/desktop_links.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QDialog>
 #include <QLabel>
 #include <QListView>
@@ -32,21 +32,6 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return driver.window().findChild<QWidget*>(QString::fromLatin1(dialog)) == nullptr;
     }
-};
-
-/// Takes what would leave through the desktop's browser.
-class Links : public QObject {
-    Q_OBJECT
-
-public:
-    Links() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "take"); }
-    ~Links() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
-    Links(const Links&) = delete;
-    Links& operator=(const Links&) = delete;
-
-    Q_INVOKABLE void take(const QUrl& url) { taken.append(url); }
-
-    QList<QUrl> taken;
 };
 
 TEST_F(AboutTest, NamesTheProgramItsVersionQtAndTheLicence) {
@@ -112,7 +97,7 @@ TEST_F(AboutTest, EscapeClosesTheHomePageAndLeavesTheAboutBox) {
 }
 
 TEST_F(AboutTest, LinksOfTheHomePageLeaveThroughTheDesktopsBrowser) {
-    const Links links;
+    const DesktopLinks links;
     QTextBrowser* const page = openHomePage();
     ASSERT_NE(page, nullptr);
     const QUrl shown = page->source();
@@ -126,5 +111,3 @@ TEST_F(AboutTest, LinksOfTheHomePageLeaveThroughTheDesktopsBrowser) {
 
 } // namespace
 } // namespace varda::test
-
-#include "about_test.moc"

@@ -30,7 +30,7 @@ protected:
 TEST_F(MainWindowTest, StartsOnTheReadPageWithTheStartSettings) {
     EXPECT_EQ(driver.window().windowTitle().toStdString(), "VR-Series PLC Test & Simulator");
     EXPECT_EQ(shownPage(), 0);
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
     EXPECT_EQ(text("cbPort"), "COM1");
     EXPECT_EQ(text("cbBaudRate"), "9600");
     EXPECT_EQ(text("cbDataBit"), "8");
@@ -67,7 +67,7 @@ TEST_F(MainWindowTest, ChoosingATabIsChoosingItsMode) {
     for (int index = 5; index >= 0; --index) {
         driver.find<QTabWidget>("tabMode")->setCurrentIndex(index);
         EXPECT_TRUE(isChosen(index));
-        EXPECT_EQ(driver.link().CommMode, modes.at(static_cast<std::size_t>(index)).commMode);
+        EXPECT_EQ(driver.link().CommMode, modes.at(static_cast<std::size_t>(index)).linkMode);
     }
 }
 
@@ -75,14 +75,14 @@ TEST_F(MainWindowTest, ModeIndexOutOfRangeIsIgnored) {
     driver.window().optMode_Click(6);
     driver.window().optMode_Click(-1);
     EXPECT_EQ(shownPage(), 0);
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(MainWindowTest, ChoosingAChosenModeAgainByProgramRunsItAgain) {
     driver.click("optRead_1");
     driver.window().optMode_Click(0);
     EXPECT_TRUE(driver.find<QAbstractButton>("optRead_0")->isChecked());
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(MainWindowTest, ReadModeEnablesTheReceiveFieldsOfAllPages) {
@@ -187,7 +187,7 @@ TEST_F(MainWindowTest, ModeChangeLeavesTheRunningTimersInterval) {
     paste("txtReadTimerValue", "100");
     openLine();
     driver.click("optMode_1");
-    driver.link().WaitingAnswer = true;
+    LinkStateOfATest::of(driver.window().link()).WaitingAnswer = true;
     EXPECT_TRUE(runUntil([this] { return text("txtWatchDog") == "3"; }, std::chrono::milliseconds(1200)));
 }
 

@@ -47,7 +47,7 @@ TEST_F(KeyboardTest, WheelOverTheTabsChangesNothing) {
             EXPECT_EQ(driver.find<QTabWidget>(tabs)->currentIndex(), 0) << tabs;
         }
     }
-    EXPECT_EQ(driver.link().CommMode, 0x21);
+    EXPECT_EQ(driver.link().CommMode, Mode{0x21});
 }
 
 TEST_F(KeyboardTest, ChoosingAModeByKeyPutsTheFocusOnItsOption) {

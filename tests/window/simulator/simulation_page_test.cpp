@@ -4,7 +4,7 @@ namespace varda::test {
 namespace {
 
 TEST_F(SimulationPageTest, StartsWithBitReadFromStation255) {
-    EXPECT_EQ(driver.link().CommMode, 0xFF);
+    EXPECT_EQ(driver.link().CommMode, Mode{0xFF});
     EXPECT_EQ(text("cbSimMode"), "Bit Read");
     EXPECT_EQ(text("cbSimModeS"), "Bit Read ANS");
     EXPECT_EQ(text("cbSimDA"), "255");

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "core/link/link_port.h"
+#include "window/shell/link_port.h"
+#include "window/shell/link_presenter.h"
 
 #include "core/link/master_pages.h"
 #include "support/fake_form.h"
 #include "support/fake_port.h"
+#include "support/link_state.h"
 #include "support/manual_clock.h"
 
 #include <gtest/gtest.h>
@@ -31,6 +33,7 @@ protected:
             form.setEnabled(page.sendButton, false);
         }
         tmrComm.setInterval(500);
+        link.observe(presenter);
         commPLC.setEventHandler([this](CommEvent event, const std::string& reason) {
             link.commPLC_OnComm(event);
             if (event == CommEvent::HungUp) {
@@ -47,7 +50,7 @@ protected:
         form.setText("cbParityBit", parity);
     }
 
-    void setMode(int mode) { link.state().CommMode = static_cast<std::int16_t>(mode); }
+    void setMode(int mode) { link.enterMode(Mode{static_cast<std::int16_t>(mode)}); }
 
     void testPort(const std::string& name) {
         form.setText("cbPort", name);
@@ -83,9 +86,10 @@ protected:
     FakeForm form;
     FakePort commPLC;
     FakePort commTest;
-    SerialLink link{commPLC, clock, form};
+    SerialLink link{commPLC, clock};
+    window::LinkPresenter presenter{form};
     ManualTimer tmrComm{clock, [] {}};
-    LinkPort linkPort{commTest, link, tmrComm, form};
+    window::LinkPort linkPort{commTest, link, tmrComm, form};
 };
 
 } // namespace varda::test

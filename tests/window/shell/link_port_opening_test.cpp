@@ -1,6 +1,6 @@
-#include "core/link/link_port.h"
+#include "window/shell/link_port.h"
 
-#include "core/link/link_port_fixture.h"
+#include "window/shell/link_port_fixture.h"
 
 namespace varda::test {
 namespace {
@@ -213,7 +213,6 @@ TEST_P(FailedOpeningTest, PortTakenByAnotherProgramSinceTheTestIsOneMessageToo) 
 
 TEST_P(FailedOpeningTest, SettingsTextThatIsNotUnderstoodFailsTheOpening) {
     form.setText("cbParityBit", "MARK");
-    commPLC.failSettings(RuntimeError(380, "Invalid property value"));
     expectPutBack();
     EXPECT_EQ(form.messages(), (std::vector<Message>{{"380 Invalid property value", "Error"}}));
 }

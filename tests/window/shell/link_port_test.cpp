@@ -1,6 +1,6 @@
-#include "core/link/link_port.h"
+#include "window/shell/link_port.h"
 
-#include "core/link/link_port_fixture.h"
+#include "window/shell/link_port_fixture.h"
 
 namespace varda::test {
 namespace {
@@ -185,8 +185,8 @@ TEST_F(LinkPortTest, HangUpDuringAWaitLetsTheTimerWorkAfterTheNextOpening) {
     clock.advance(1000);
     linkPort.cmdPortOpen_Click();
     EXPECT_FALSE(link.state().InReceive);
-    link.state().WaitingAnswer = true;
-    link.state().WaitTicks = 0;
+    LinkStateOfATest::of(link).WaitingAnswer = true;
+    LinkStateOfATest::of(link).WaitTicks = 0;
     link.tmrComm_Timer();
     EXPECT_EQ(form.text("txtWatchDog"), "1");
 }

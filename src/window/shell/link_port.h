@@ -7,15 +7,19 @@
 #include <string_view>
 
 namespace varda::inline core {
-
 class PeriodTimer;
 class RuntimeError;
+} // namespace varda::inline core
+
+namespace varda::window {
+
+class Form;
 
 /// Testing, opening and closing the port, with every control that this switches.
 class LinkPort {
 public:
     /// @param commTest serves the port test alone
-    LinkPort(Port& commTest, SerialLink& link, PeriodTimer& tmrComm, Form& form)
+    LinkPort(MSComm& commTest, SerialLink& link, PeriodTimer& tmrComm, Form& form)
         : commTest_(commTest), link_(link), tmrComm_(tmrComm), form_(form) {}
 
     /// Stops whatever runs by itself on the open port, as its stop button does: a scenario, the monitor.
@@ -41,11 +45,11 @@ private:
     void showPortError(const RuntimeError& error);
     std::string settingText(std::string_view list, const std::string& startValue);
 
-    Port& commTest_;
+    MSComm& commTest_;
     SerialLink& link_;
     PeriodTimer& tmrComm_;
     Form& form_;
     std::function<void()> stopRuns_ = [] {};
 };
 
-} // namespace varda::inline core
+} // namespace varda::window

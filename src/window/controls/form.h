@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace varda::inline core {
+namespace varda::window {
 
 /// The groups of controls that are switched together; see the table of their name prefixes in the shell.
 enum class ControlGroup { Read, Write, MixedRead, MixedWrite, Simulation, Scenario };
@@ -59,4 +59,4 @@ public:
                      std::function<void(bool yes)> answered) = 0;
 };
 
-} // namespace varda::inline core
+} // namespace varda::window

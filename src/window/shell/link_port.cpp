@@ -1,15 +1,15 @@
-#include "core/link/link_port.h"
+#include "window/shell/link_port.h"
 
 #include "core/base/conversion.h"
 #include "core/base/period_timer.h"
 #include "core/base/scope_exit.h"
 #include "core/link/comm_error.h"
-#include "core/link/form.h"
-#include "core/protocol/frame.h"
+#include "window/controls/form.h"
+#include "window/shell/page_names.h"
 
 #include <array>
 
-namespace varda::inline core {
+namespace varda::window {
 namespace {
 
 constexpr std::string_view openCaption = "Open Port";
@@ -85,14 +85,14 @@ void LinkPort::openPort() {
     }
     link_.connectionOpened();
     switchOpened(true);
-    if (const Route* const route = findRoute(link_.state().CommMode)) {
-        form_.setEnabled(route->periodField, false);
-        form_.setEnabled(route->enabledByOpening, true);
-        if (route->bitMode == command::bitRead) {
-            form_.change(route->destination);
-            form_.change(route->source);
+    if (const PageNames* const page = findPageNames(link_.state().CommMode)) {
+        form_.setEnabled(page->periodField, false);
+        form_.setEnabled(page->enabledByOpening, true);
+        if (page->bitMode == Mode::BitRead) {
+            form_.change(page->destination);
+            form_.change(page->source);
         }
-        tmrComm_.setInterval(toInteger(form_.text(route->periodField)));
+        tmrComm_.setInterval(toInteger(form_.text(page->periodField)));
     }
     tmrComm_.start();
 }
@@ -101,9 +101,9 @@ void LinkPort::closePort() {
     form_.setText("cmdPortOpen", std::string(openCaption));
     link_.port().close();
     switchOpened(false);
-    if (const Route* const route = findRoute(link_.state().CommMode)) {
-        form_.setEnabled(route->periodField, true);
-        form_.setEnabled(route->sendButton, false);
+    if (const PageNames* const page = findPageNames(link_.state().CommMode)) {
+        form_.setEnabled(page->periodField, true);
+        form_.setEnabled(page->sendButton, false);
     }
     form_.setEnabled("cmdSimStart", false);
     tmrComm_.stop();
@@ -124,4 +124,4 @@ void LinkPort::hangUp(const std::string& reason) {
     stopRuns_(); // may fail where a period is no number; the port closes all the same
 }
 
-} // namespace varda::inline core
+} // namespace varda::window

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "core/base/bytes.h"
+#include "core/base/clock.h"
+#include "core/link/routes.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace varda::inline core {
+
+/// What became of an exchange.
+enum class Outcome {
+    Sent,          ///< the request went to the port; its answer is awaited
+    NotSent,       ///< the port was closed, or refused the bytes
+    Answered,      ///< an answer of the expected length came
+    WrongLength,   ///< what came has another length, and was dropped
+    NothingToRead, ///< the port told of bytes, and none were there
+    Silent,        ///< no answer within the ticks of silence
+    Overtaken,  ///< the next request went out, or the link went on to something else, before an answer came
+    ThrownAway, ///< bytes that nobody had read were dropped: before a send, or when the link starts anew
+    HungUp,     ///< the line went away
+    Ignored,    ///< bytes came in a mode that has no use for them
+    Heard,      ///< a burst on a monitored line
+    AnsweredByPair, ///< a request came and was answered by a prepared pair
+    Unknown         ///< a request came that no prepared pair answers
+};
+
+/// When the first and the last byte of something went over the line.
+struct TimeSpan {
+    Clock::Time first;
+    Clock::Time last;
+};
+
+/// One request, what came back, and what became of it.
+///
+/// In the simulation it is the far end that asks: `request` came in then, and `answer` was sent. What a
+/// monitored line carried stands in `answer`, for nobody knows who asked.
+struct Exchange {
+    Mode mode = Mode::BitRead; ///< of the link when this is told
+    Outcome outcome = Outcome::Sent;
+    Bytes request;
+    int expected = 0; ///< bytes that the answer should have, 0 where none is awaited
+    Bytes answer;
+    TimeSpan sent;                   ///< handed to the port: before and after the write
+    TimeSpan received;               ///< came in, as the line tells, or else as the link noticed
+    std::size_t dropped = 0;         ///< bytes that were thrown away unread
+    std::optional<std::size_t> pair; ///< row of the prepared pair that answered
+};
+
+/// The numbers that the link counts for its user.
+enum class Counter {
+    Expected, ///< bytes of the awaited answer
+    Received, ///< bytes received
+    Silence   ///< ticks since the last reception while an answer is awaited
+};
+
+/// Who wants to know what the link does. Everything is told on the interface thread, while it happens.
+///
+/// An observer that throws RuntimeError inside a reception is passed over, as every failing statement there.
+class LinkObserver {
+public:
+    LinkObserver() = default;
+    LinkObserver(const LinkObserver&) = delete;
+    LinkObserver& operator=(const LinkObserver&) = delete;
+    virtual ~LinkObserver() = default;
+
+    /// Something became of an exchange; more than once, where more than one burst follows a request.
+    virtual void told(const Exchange& exchange) = 0;
+    /// A number is to be shown, changed or not.
+    virtual void counted(Counter /*counter*/, int /*value*/) {}
+};
+
+} // namespace varda::inline core

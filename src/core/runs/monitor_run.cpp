@@ -1,0 +1,27 @@
+#include "core/runs/monitor_run.h"
+
+#include <utility>
+
+namespace varda::inline core {
+
+void MonitorRun::start() {
+    link_.enterMode(Mode::Monitoring);
+    isRunning_ = true;
+}
+
+void MonitorRun::stop() {
+    link_.enterMode(Mode::MonitorIdle);
+    isRunning_ = false;
+    log_.close();
+}
+
+bool MonitorRun::list(MonitorLine line) {
+    if (lines_.count() > monitorLineLimit) {
+        lines_.clear();
+    }
+    const std::string logged = log_.isOpen() ? line.text() : std::string();
+    lines_.append(std::move(line));
+    return !log_.isOpen() || log_.write(logged);
+}
+
+} // namespace varda::inline core

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/link/serial_link.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace varda::inline core {
+
+class PeriodTimer;
+
+/// The lines of a scenario, and which of them is next. Where a list on the screen is the only store of both,
+/// it is asked through this.
+class ScenarioLines {
+public:
+    ScenarioLines() = default;
+    ScenarioLines(const ScenarioLines&) = delete;
+    ScenarioLines& operator=(const ScenarioLines&) = delete;
+    virtual ~ScenarioLines() = default;
+
+    virtual int count() const = 0;
+    virtual std::string line(int row) const = 0;
+    /// The row that is sent next, -1 where none is chosen.
+    virtual int current() const = 0;
+    virtual void choose(int row) = 0;
+};
+
+/// Time between two lines of a scenario.
+/// @param text as typed @return milliseconds, 0 .. 65535
+/// @throws RuntimeError 13 or 6 where the text is no number, 380 where it is out of range
+int scenarioPeriod(std::string_view text);
+
+/// Sends the lines of a scenario, one a period, round and round, until it is stopped.
+class ScenarioRun {
+public:
+    /// @param tmrScenario ticks once a period; its tick calls next() and send()
+    ScenarioRun(SerialLink& link, PeriodTimer& tmrScenario, ScenarioLines& lines)
+        : link_(link), tmrScenario_(tmrScenario), lines_(lines) {}
+
+    /// Begins with the first line. @throws RuntimeError of scenarioPeriod; the caller stops the run then
+    void start(std::string_view period);
+    /// @param next what the link does from now on, where the run was what it did
+    void stop(Mode next);
+    /// The timer keeps the period beyond the run. @throws RuntimeError of scenarioPeriod
+    void setPeriod(std::string_view period);
+
+    bool isRunning() const { return link_.state().CommMode == Mode::Scenario; }
+    /// Whether lines are due; a run may have been left without being stopped.
+    bool isTicking() const;
+
+    /// Goes on to the next line. @return the line that is due, nothing where none was chosen
+    std::optional<std::string> next();
+    /// @throws RuntimeError 13 where the line is no frame, 9 where it is too short for one, and the port's
+    void send(const std::string& line);
+
+private:
+    SerialLink& link_;
+    PeriodTimer& tmrScenario_;
+    ScenarioLines& lines_;
+};
+
+} // namespace varda::inline core

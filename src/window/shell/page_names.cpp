@@ -1,0 +1,57 @@
+#include "window/shell/page_names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace varda::window {
+namespace {
+
+constexpr std::array<PageNames, 4> names = {{
+    {.bitMode = Mode::BitRead,
+     .destination = "txtRDDA",
+     .source = "txtRDSA",
+     .periodField = "txtReadTimerValue",
+     .sendButton = "cmdRDSend",
+     .enabledByOpening = "cmdRDSend",
+     .answer = "txtReceiveRData",
+     .completionStatus = "txtRStatus",
+     .silenceStatus = "txtRStatus"},
+    {.bitMode = Mode::BitWrite,
+     .destination = "txtWDDA",
+     .source = "txtWDSA",
+     .periodField = "txtWriteTimerValue",
+     .sendButton = "cmdWDSend",
+     .enabledByOpening = "cmdWDSend",
+     .answer = "txtReceiveWData",
+     .completionStatus = "txtWStatus",
+     .silenceStatus = "txtWStatus"},
+    {.bitMode = Mode::MixedRead,
+     .destination = "txtMRDDA",
+     .source = "txtMRDSA",
+     .periodField = "txtMReadTimerValue",
+     .sendButton = "cmdMRDSend",
+     .enabledByOpening = "cmdRDSend", // kept: opening on this page enables the read page's button
+     .answer = "txtReceiveMRData",
+     .completionStatus = "txtWStatus", // kept: the completion is told on the write page
+     .silenceStatus = "txtMRStatus"},
+    {.bitMode = Mode::MixedWrite,
+     .destination = "txtMWDDA",
+     .source = "txtMWDSA",
+     .periodField = "txtMWriteTimerValue",
+     .sendButton = "cmdMWDSend",
+     .enabledByOpening = "cmdMWDSend",
+     .answer = "txtReceiveMWData",
+     .completionStatus = "txtWStatus", // kept: completion and silence are told on the write page
+     .silenceStatus = "txtWStatus"},
+}};
+
+} // namespace
+
+std::span<const PageNames> pageNames() { return names; }
+
+const PageNames* findPageNames(Mode mode) {
+    const Route* const route = findRoute(mode);
+    return route == nullptr ? nullptr : &*std::ranges::find(names, route->bitMode, &PageNames::bitMode);
+}
+
+} // namespace varda::window

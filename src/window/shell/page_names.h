@@ -1,0 +1,29 @@
+#pragma once
+
+#include "core/link/routes.h"
+
+#include <span>
+#include <string_view>
+
+namespace varda::window {
+
+/// The controls of a master page that somebody else than the page itself speaks to.
+struct PageNames {
+    Mode bitMode; ///< tells the page, as in its Route
+    std::string_view destination;
+    std::string_view source;
+    std::string_view periodField;
+    std::string_view sendButton;
+    std::string_view enabledByOpening; ///< the send button that opening the port enables
+    std::string_view answer;           ///< shows the answer
+    std::string_view completionStatus; ///< told "Data Receive OK !!"
+    std::string_view silenceStatus;    ///< told "No Answer From PLC"
+};
+
+/// The four master pages, in the order of their mode options.
+std::span<const PageNames> pageNames();
+
+/// The page of a mode, nullptr for a run.
+const PageNames* findPageNames(Mode mode);
+
+} // namespace varda::window

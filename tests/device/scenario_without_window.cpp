@@ -1,0 +1,90 @@
+#include "core/files/profile_file.h"
+#include "core/runs/scenario_file.h"
+#include "core/runs/scenario_run.h"
+#include "core/virtual/controller.h"
+#include "device/event_loop.h"
+#include "device/lines.h"
+
+#include <cstdio>
+#include <stdexcept>
+
+/// Runs a scenario once against a port and tells what became of each line: a whole program without a window,
+/// on the core and the devices alone.
+/// Usage: varda_scenario FILE PORT
+namespace {
+
+using namespace varda;
+
+class Lines : public ScenarioLines {
+public:
+    explicit Lines(std::vector<std::string> lines) : lines_(std::move(lines)) {}
+    int count() const override { return static_cast<int>(lines_.size()); }
+    std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
+    int current() const override { return current_; }
+    void choose(int row) override { current_ = row; }
+
+private:
+    std::vector<std::string> lines_;
+    int current_ = -1;
+};
+
+class Listener : public LinkObserver {
+public:
+    void told(const Exchange& exchange) override {
+        switch (exchange.outcome) {
+        case Outcome::Sent:
+            std::printf("sent %zu bytes, %d expected: ", exchange.request.size(), exchange.expected);
+            break;
+        case Outcome::Answered:
+            std::printf("answered by %zu bytes\n", exchange.answer.size());
+            ++answered;
+            break;
+        case Outcome::WrongLength:
+            std::printf("dropped, %zu bytes came\n", exchange.answer.size());
+            break;
+        case Outcome::Silent:
+            std::printf("no answer\n");
+            break;
+        default:
+            break;
+        }
+    }
+    int answered = 0;
+};
+
+int run(const char* path, const char* port) {
+    const auto scenario = loadScenario(ProfileFile::load(path));
+    if (!scenario) {
+        throw std::runtime_error(std::string(path) + " holds no scenario.");
+    }
+    device::EventLoop loop;
+    Controller controller;
+    MSComm comm(device::lineFactory(loop, controller, [&](auto task) { loop.post(std::move(task)); }));
+    SerialLink link(comm, loop);
+    Listener listener;
+    Lines lines(scenario->lines);
+    link.observe(listener);
+    comm.setEventHandler([&](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
+
+    int left = lines.count();
+    std::unique_ptr<PeriodTimer> tmrScenario;
+    std::function<void()> tick = [] {};
+    tmrScenario = loop.makeTimer([&] { tick(); });
+    ScenarioRun scenarioRun(link, *tmrScenario, lines);
+    tick = [&] { left-- > 0 ? scenarioRun.send(scenarioRun.next().value()) : loop.stop(); };
+
+    comm.setCommPort(port);
+    comm.open();
+    scenarioRun.start("200");
+    loop.run();
+    return listener.answered == lines.count() ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) try {
+    return argc == 3 ? run(argv[1], argv[2]) : throw std::runtime_error("Usage: varda_scenario FILE PORT");
+} catch (const std::exception& error) {
+    std::printf("%s\n", error.what());
+    return 1;
+}
