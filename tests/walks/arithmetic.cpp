@@ -106,7 +106,8 @@ unsigned crc(const Octets& octets, std::size_t count) {
     return check;
 }
 
-bool hasRightCrc(const Octets& frame, std::size_t length) {
+bool hasRightCrc(const Octets& frame) {
+    const std::size_t length = frame.size() < 4 ? 0 : frame[3] + std::size_t{6};
     if (length < 6 || frame.size() < length) {
         return false;
     }

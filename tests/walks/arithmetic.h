@@ -32,8 +32,8 @@ std::string lastCharacters(const std::string& text, std::size_t count);
 
 /// The reflected CRC-16 with polynomial 0xA001, bit by bit.
 unsigned crc(const Octets& octets, std::size_t count);
-/// Whether the two octets at `length` - 2 are the check of those before them.
-bool hasRightCrc(const Octets& frame, std::size_t length);
+/// Whether the check stands where LEN says; octets behind it may follow.
+bool hasRightCrc(const Octets& frame);
 
 struct Kind {
     const char* name;

@@ -2,12 +2,6 @@
 
 namespace varda::window_model {
 
-Action Action::parse(const std::string& line) {
-    const std::size_t first = line.find('|');
-    const std::size_t second = line.find('|', first + 1);
-    return {line.substr(0, first), line.substr(first + 1, second - first - 1), line.substr(second + 1)};
-}
-
 std::string inShort(int count, const std::function<std::string(int)>& entry) {
     constexpr int few = 24;
     if (count > few) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "walks/walk.h"
+
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -15,23 +17,13 @@ namespace varda::window_model {
 using Octets = std::vector<std::uint8_t>;
 using Lines = std::vector<std::string>;
 
-/// What is seen of the window, or expected to be: "cmdRDSend.enabled" -> "1".
-using Observation = std::map<std::string, std::string>;
-
-/// A step of a walk, "choose|cbSimReg|3". It can be printed, and done again.
-struct Action {
-    std::string verb;
-    std::string target;
-    std::string value;
-
-    std::string print() const { return verb + "|" + target + "|" + value; }
-    static Action parse(const std::string& line);
-};
+using walks::Action;
+using walks::Observation;
 
 /// Draws that come out alike on every system.
 class Draw {
 public:
-    explicit Draw(std::uint32_t seed) : engine_(seed) {}
+    explicit Draw(std::mt19937& engine) : engine_(engine) {}
 
     int below(int count) { return static_cast<int>(engine_() % static_cast<std::uint32_t>(count)); }
     bool once(int in) { return below(in) == 0; }
@@ -41,7 +33,7 @@ public:
     }
 
 private:
-    std::mt19937 engine_;
+    std::mt19937& engine_;
 };
 
 /// A list's entries in short: long ones by their number, the first and the last.

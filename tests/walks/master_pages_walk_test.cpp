@@ -1,7 +1,7 @@
 #include "walks/mixed_page_model.h"
 #include "walks/period_walk_model.h"
 #include "walks/read_page_model.h"
-#include "walks/walk.h"
+#include "walks/walk_window.h"
 #include "walks/write_page_model.h"
 
 #include <gtest/gtest.h>
@@ -10,35 +10,35 @@ namespace varda::walks {
 
 namespace {
 
-Page periodPage(int mode, const char* field, const char* neighbour, const char* start) {
-    return {mode, [=](std::uint_fast32_t /*seed*/) {
-                return std::make_unique<PeriodWalkModel>(field, neighbour, start);
-            }};
+constexpr std::uint_fast32_t dataSeed = 4711;
+
+/// Walks on the page of that mode. @param data are the model's arguments
+template <typename PageModelOnIt, typename... Data>
+void walkOn(int mode, int share, const Data&... data) {
+    Subject subject;
+    subject.makeHands = [mode] { return std::make_unique<WalkWindow>(mode, dataSeed); };
+    subject.makeModel = [data...] { return std::make_unique<PageModelOnIt>(data...); };
+    subject.share = share;
+    walk(subject);
+}
+
+void walkOnPeriod(int mode, const std::string& field, const std::string& neighbour,
+                  const std::string& start) {
+    walkOn<PeriodWalkModel>(mode, 4, field, neighbour, start);
 }
 
 } // namespace
 
 TEST(MasterPagesWalk, PeriodFields) {
-    walk(periodPage(0, "txtReadTimerValue", "txtRDDA", "500"), 4);
-    walk(periodPage(1, "txtWriteTimerValue", "txtWDDA", "500"), 4);
-    walk(periodPage(2, "txtMReadTimerValue", "txtMRDDA", "500"), 4);
-    walk(periodPage(3, "txtMWriteTimerValue", "txtMWDDA", "100"), 4);
+    walkOnPeriod(0, "txtReadTimerValue", "txtRDDA", "500");
+    walkOnPeriod(1, "txtWriteTimerValue", "txtWDDA", "500");
+    walkOnPeriod(2, "txtMReadTimerValue", "txtMRDDA", "500");
+    walkOnPeriod(3, "txtMWriteTimerValue", "txtMWDDA", "100");
 }
 
-TEST(MasterPagesWalk, ReadPage) {
-    walk({0, [](std::uint_fast32_t /*seed*/) { return std::make_unique<ReadPageModel>(); }});
-}
-
-TEST(MasterPagesWalk, WritePage) {
-    walk({1, [](std::uint_fast32_t seed) { return std::make_unique<WritePageModel>(seed); }});
-}
-
-TEST(MasterPagesWalk, MixedReadPage) {
-    walk({2, [](std::uint_fast32_t /*seed*/) { return std::make_unique<MixedReadPageModel>(); }});
-}
-
-TEST(MasterPagesWalk, MixedWritePage) {
-    walk({3, [](std::uint_fast32_t /*seed*/) { return std::make_unique<MixedWritePageModel>(); }});
-}
+TEST(MasterPagesWalk, ReadPage) { walkOn<ReadPageModel>(0, 1); }
+TEST(MasterPagesWalk, WritePage) { walkOn<WritePageModel>(1, 1, dataSeed); }
+TEST(MasterPagesWalk, MixedReadPage) { walkOn<MixedReadPageModel>(2, 1); }
+TEST(MasterPagesWalk, MixedWritePage) { walkOn<MixedWritePageModel>(3, 1); }
 
 } // namespace varda::walks

@@ -20,7 +20,7 @@ MixedPageModel::MixedPageModel(MasterNames names, ListNames listNames)
     setItems(this->names().bit, bitEntries());
 }
 
-std::vector<Action> MixedPageModel::beginning() const {
+std::vector<Action> MixedPageModel::opening() const {
     return {{"click", "cmdCommTest", ""}, {"click", "cmdPortOpen", ""}};
 }
 
@@ -66,6 +66,10 @@ void MixedPageModel::pressed(const std::string& control) {
     } else if (control == listNames_.remove) {
         remove();
     }
+}
+
+bool MixedPageModel::isPossible(const Action& action) const {
+    return !(selectionIsOpen_ && action.control == listNames_.remove) && MasterModel::isPossible(action);
 }
 
 bool MixedPageModel::isOwnActionPossible(const Action& action) const {
@@ -119,6 +123,7 @@ bool MixedPageModel::grow(int octets) { return addTo(length_, octets); }
 void MixedPageModel::select(std::size_t line) {
     selected_ = static_cast<int>(line);
     selectionKnown_ = true;
+    selectionIsOpen_ = false;
     setEnabled(listNames_.remove, true);
 }
 
@@ -145,6 +150,7 @@ void MixedPageModel::remove() {
         lines_.erase(lines_.begin() + selected_);
         selected_ = -1;
         selectionKnown_ = false;
+        selectionIsOpen_ = !lines_.empty();
     }
     setEnabled(listNames_.remove, false);
 }

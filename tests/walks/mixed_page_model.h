@@ -9,7 +9,8 @@ namespace varda::walks {
 /// What the two mixed pages share: a list of points, and a request that is built of it.
 class MixedPageModel : public MasterModel {
 public:
-    std::vector<Action> beginning() const override;
+    std::vector<Action> opening() const override;
+    bool isPossible(const Action& action) const override;
     Shown shown() const override;
 
 protected:
@@ -74,6 +75,8 @@ private:
     std::vector<std::string> lines_;
     int selected_ = -1;
     bool selectionKnown_ = false;
+    /// A line was removed; no rule says which one is selected then, and whether another Del takes it.
+    bool selectionIsOpen_ = false;
     std::array<std::string, 513> image_;
     int length_ = 0;
 };

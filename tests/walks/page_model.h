@@ -1,50 +1,31 @@
 #pragma once
 
 #include "walks/arithmetic.h"
+#include "walks/walk.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <map>
 #include <optional>
-#include <random>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace varda::walks {
 
-/// One thing that a user, the far end or the clock does.
-struct Action {
-    std::string verb;
-    std::string control;
-    std::string text;
-};
+/// What was sent and what boxes stood on the screen, as walks compare them.
+std::string printed(const std::vector<Octets>& frames);
+std::string printed(const std::vector<std::string>& boxes);
 
-/// A line of an action list, as a replay reads it.
-std::string printed(const Action& action);
-
-/// What a page should show and send. A model is told what happens and is asked afterwards; what it does not
-/// know it does not name.
-class PageModel {
+/// What a page should show and send.
+class PageModel : public Model {
 public:
-    using Shown = std::map<std::string, std::string>;
+    using Shown = Observation;
 
-    PageModel() = default;
-    PageModel(const PageModel&) = delete;
-    PageModel& operator=(const PageModel&) = delete;
-    virtual ~PageModel() = default;
-
-    /// What a walk begins with, once the window stands.
-    virtual std::vector<Action> beginning() const { return {}; }
-    virtual Action draw(std::mt19937& engine) const = 0;
-    /// Whether somebody could do this now; what cannot be done is left out.
-    virtual bool isPossible(const Action& action) const = 0;
-    virtual void apply(const Action& action) = 0;
+    /// What most walks begin with.
+    virtual std::vector<Action> opening() const { return {}; }
+    std::vector<Action> beginning(std::mt19937& engine) const final {
+        return engine() % 8 != 0 ? opening() : std::vector<Action>();
+    }
     /// What the window shows, by name: "cbRLength", "cbRLength.items", "cmdRDSend.enabled".
     virtual Shown shown() const = 0;
-
-    std::vector<Octets> takeSent() { return std::exchange(sent_, {}); }
-    std::vector<std::string> takeBoxes() { return std::exchange(boxes_, {}); }
+    Observation expected() final;
 
 protected:
     void send(Octets octets) { sent_.push_back(std::move(octets)); }

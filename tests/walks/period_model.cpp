@@ -28,11 +28,12 @@ void PeriodModel::key(char character) {
         set(text, place + 1);
         return;
     }
-    if (continues_ && !marked_) {
+    const bool continues = continues_ && !marked_;
+    if (continues) {
         text = typed_ + character;
     }
     typed_ = text;
-    set(text, std::min(place + 1, text.size()));
+    set(text, continues ? text.size() : place + 1);
     continues_ = caret_ == text_.size() && (continues_ || text_ != text);
 }
 

@@ -30,7 +30,7 @@ ReadPageModel::ReadPageModel()
     setItems("cbRegBit", bitEntries());
 }
 
-std::vector<Action> ReadPageModel::beginning() const {
+std::vector<Action> ReadPageModel::opening() const {
     return {{"click", "cmdCommTest", ""}, {"click", "cmdPortOpen", ""}};
 }
 

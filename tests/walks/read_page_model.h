@@ -11,7 +11,7 @@ class ReadPageModel : public MasterModel {
 public:
     ReadPageModel();
 
-    std::vector<Action> beginning() const override;
+    std::vector<Action> opening() const override;
     Action draw(std::mt19937& engine) const override;
 
 protected:

@@ -54,6 +54,7 @@ private:
     void addPoint();
     void delPoint();
     void stepForward();
+    void stepBack();
     void rebuildWrite(const std::optional<Place>& place);
     void deletePair();
     void clearPairs();

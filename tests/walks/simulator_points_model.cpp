@@ -140,21 +140,28 @@ void SimulatorModel::delPoint() {
     desk.select("lstSimMixed",
                 std::min(row, static_cast<int>(points.size()) - 1)); // its neighbour, as lists do
     desk.enable("cmdSimDelListBox", !points.empty());
-    Place at = here();
+    stepBack();
+    rebuildWrite(std::nullopt);
+}
+
+/// A word's step back has no bit to show: no rule says one.
+void SimulatorModel::stepBack() {
+    Desk& desk = world_.desk;
+    const Place at = here();
+    const std::string lastBit = isBit() ? "15" : desk.text("cbSimBit");
     if (isBit() && at.bit > 0) {
         desk.show("cbSimBit", std::to_string(at.bit - 1));
         desk.show("cbSimAddress", padded(at.number, 4));
     } else if (at.number > 0) {
         desk.show("cbSimAddress", padded(at.number - 1, 4));
-        desk.show("cbSimBit", isBit() ? "15" : "0");
+        desk.show("cbSimBit", lastBit);
     } else {
         const Step before = stepOf(stepOf(at.kind).previous);
         desk.show("cbSimReg", before.kind);
         chooseRegister();
         desk.show("cbSimAddress", padded(before.highest, 4));
-        desk.show("cbSimBit", isBit() ? "15" : "0");
+        desk.show("cbSimBit", lastBit);
     }
-    rebuildWrite(std::nullopt);
 }
 
 SimulatorModel::Place SimulatorModel::splitAddress(const std::string& lowFirst) const {

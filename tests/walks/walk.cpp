@@ -1,9 +1,9 @@
 #include "walks/walk.h"
 
-#include "walks/walk_window.h"
-
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -11,53 +11,35 @@
 namespace varda::walks {
 
 std::string printed(const Action& action) {
-    return action.verb + '\t' + action.control + '\t' + action.text + '\n';
+    return action.verb + '|' + action.control + '|' + action.text + '\n';
 }
 
 namespace {
 
 using Actions = std::vector<Action>;
-constexpr std::uint_fast32_t dataSeed = 4711;
+
+std::string setting(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? std::string() : value;
+}
 
 int setting(const char* name, int otherwise) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? otherwise : std::atoi(value);
-}
-
-std::string printed(const std::vector<std::string>& boxes) {
-    std::string line;
-    for (const std::string& box : boxes) {
-        line += "[" + box + "]";
-    }
-    return line;
-}
-
-std::string printed(const std::vector<Octets>& frames) {
-    std::string line;
-    for (const Octets& frame : frames) {
-        for (const std::uint8_t octet : frame) {
-            line += hex(octet, 2) + " ";
-        }
-        line += "/ ";
-    }
-    return line;
-}
-
-std::string different(const std::string& name, const std::string& expected, const std::string& actual) {
-    return expected == actual
-               ? ""
-               : "  " + name + "\n    expected: " + expected + "\n    actual:   " + actual + '\n';
+    const std::string value = setting(name);
+    return value.empty() ? otherwise : std::atoi(value.c_str());
 }
 
 /// A window and its model, side by side.
 class Pair {
 public:
-    explicit Pair(const Page& page) : window_(page.mode, dataSeed), model_(page.makeModel(dataSeed)) {
-        difference_ = compare();
+    explicit Pair(const Subject& subject) : hands_(subject.makeHands()), model_(subject.makeModel()) {
+        compare();
     }
 
-    const PageModel& model() const { return *model_; }
+    const Model& model() const { return *model_; }
+    bool differs() const { return !difference_.empty(); }
     const std::string& difference() const { return difference_; }
+    /// The name that differs first.
+    std::string firstName() const { return difference_.substr(0, difference_.find('\n')); }
 
     /// Whether the action was possible.
     bool take(const Action& action) {
@@ -65,118 +47,106 @@ public:
             return false;
         }
         model_->apply(action);
-        difference_ = performed(action);
-        difference_ += compare();
+        try {
+            hands_->perform(action);
+            compare();
+        } catch (const std::exception& error) {
+            difference_ += std::string("  ") + error.what() + '\n';
+        }
         return true;
     }
 
 private:
-    std::string performed(const Action& action) {
-        try {
-            window_.perform(action);
-        } catch (const std::exception& error) {
-            return std::string("  ") + error.what() + '\n';
-        }
-        return {};
-    }
-    std::string compare() {
-        const auto sent = window_.takeSent();
-        std::string difference =
-            different("boxes", printed(model_->takeBoxes()), printed(window_.takeBoxes())) +
-            different("sent", printed(model_->takeSent()), printed(sent));
-        for (const auto& [name, expected] : model_->shown()) {
-            difference += different(name, expected, window_.shown(name));
-        }
-        for (const Octets& frame : sent) {
-            const std::size_t length = frame.size() < 4 ? 0 : frame[3] + std::size_t{6};
-            if (!hasRightCrc(frame, length)) {
-                difference += "  wrong check: " + printed(std::vector<Octets>{frame}) + '\n';
+    void compare() {
+        const std::string leftOut = "," + setting("VARDA_WALK_LEAVE_OUT") + ",";
+        for (const auto& [name, expected] : model_->expected()) {
+            const std::string actual = hands_->shown(name);
+            if (actual != expected && leftOut.find("," + name + ",") == std::string::npos) {
+                difference_.append("  ").append(name).append("\n    expected: ").append(expected);
+                difference_.append("\n    actual:   ").append(actual).append("\n");
             }
         }
-        return difference;
     }
 
-    WalkWindow window_;
-    std::unique_ptr<PageModel> model_;
+    std::unique_ptr<Hands> hands_;
+    std::unique_ptr<Model> model_;
     std::string difference_;
 };
 
-/// Takes the actions up to the first difference, which it returns; `actions` is cut there.
-std::string taken(const Page& page, Actions& actions) {
-    Pair pair(page);
-    for (std::size_t step = 0; step < actions.size() && pair.difference().empty(); ++step) {
-        pair.take(actions[step]);
-        if (!pair.difference().empty()) {
-            actions.resize(step + 1);
-        }
+/// The pair at the end of these actions, or at the first difference.
+Pair taken(const Subject& subject, const Actions& actions) {
+    Pair pair(subject);
+    for (auto action = actions.begin(); action != actions.end() && !pair.differs(); ++action) {
+        pair.take(*action);
     }
-    return pair.difference();
+    return pair;
 }
 
 /// Leaves out of a list that shows a difference what it does not need.
-void shorten(const Page& page, Actions& actions) {
-    for (std::size_t length = actions.size() / 2; length > 0; length /= 2) {
+Actions shortened(const Subject& subject, Actions actions, const std::string& name) {
+    for (std::size_t length = std::max<std::size_t>(1, actions.size() / 2); length > 0; length /= 2) {
         for (std::size_t begin = 0; begin + length <= actions.size();) {
             Actions fewer = actions;
             const auto from = fewer.begin() + static_cast<std::ptrdiff_t>(begin);
             fewer.erase(from, from + static_cast<std::ptrdiff_t>(length));
-            if (taken(page, fewer).empty()) {
-                begin += length;
-            } else {
+            if (taken(subject, fewer).firstName() == name) {
                 actions = fewer;
+            } else {
+                begin += length;
             }
         }
     }
+    return actions;
 }
 
-void report(const Page& page, Actions actions, const std::string& where) {
-    const std::size_t step = actions.size();
-    shorten(page, actions);
+void report(const Subject& subject, const Actions& actions, const std::string& where) {
+    const Actions fewest = shortened(subject, actions, taken(subject, actions).firstName());
     std::string list;
-    for (const Action& action : actions) {
+    for (const Action& action : fewest) {
         list += printed(action);
     }
-    const std::string difference = taken(page, actions);
-    ADD_FAILURE() << where << ", step " << step << '\n'
+    ADD_FAILURE() << where << ", step " << actions.size() << '\n'
                   << "-- actions, shortened; VARDA_WALK_REPLAY names a file of them\n"
                   << list << "-- difference\n"
-                  << difference;
+                  << taken(subject, fewest).difference();
 }
 
-bool walkOnce(const Page& page, std::uint_fast32_t seed) {
-    Pair pair(page);
+/// How a walk ended.
+struct Walked {
+    std::size_t actions;
+    bool differs;
+};
+
+Walked walkOnce(const Subject& subject, std::uint32_t seed) {
+    Pair pair(subject);
     std::mt19937 engine(seed);
     Actions actions;
     const auto take = [&](const Action& action) {
-        if (pair.take(action)) {
+        if (!pair.differs() && pair.take(action)) {
             actions.push_back(action);
         }
-        return pair.difference().empty();
     };
-    bool same = pair.difference().empty();
-    if (engine() % 8 != 0) {
-        for (const Action& action : pair.model().beginning()) {
-            same = same && take(action);
-        }
+    for (const Action& action : pair.model().beginning(engine)) {
+        take(action);
     }
-    for (int step = setting("VARDA_WALK_STEPS", 60); same && step > 0; --step) {
-        same = take(pair.model().draw(engine));
+    for (int left = setting("VARDA_WALK_STEPS", subject.steps); left > 0 && !pair.differs(); --left) {
+        take(pair.model().draw(engine));
     }
-    if (!same) {
-        report(page, actions, "seed " + std::to_string(seed));
+    if (pair.differs()) {
+        report(subject, actions, "seed " + std::to_string(seed));
     }
-    return same;
+    return {actions.size(), pair.differs()};
 }
 
-Actions readActions(const char* path) {
+Actions readActions(const std::string& path) {
     Actions actions;
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
         std::istringstream fields(line);
         Action action;
-        std::getline(fields, action.verb, '\t');
-        std::getline(fields, action.control, '\t');
-        std::getline(fields, action.text, '\t');
+        std::getline(fields, action.verb, '|');
+        std::getline(fields, action.control, '|');
+        std::getline(fields, action.text);
         actions.push_back(action);
     }
     return actions;
@@ -184,25 +154,30 @@ Actions readActions(const char* path) {
 
 } // namespace
 
-void walk(const Page& page, int share) {
-    if (const char* const path = std::getenv("VARDA_WALK_REPLAY")) {
-        Actions actions = readActions(path);
-        if (!taken(page, actions).empty()) {
-            report(page, actions, path);
+void walk(const Subject& subject) {
+    if (const std::string path = setting("VARDA_WALK_REPLAY"); !path.empty()) {
+        const Actions actions = readActions(path);
+        if (taken(subject, actions).differs()) {
+            report(subject, actions, path);
         }
         return;
     }
     if (const int seed = setting("VARDA_WALK_SEED", 0); seed != 0) {
-        walkOnce(page, static_cast<std::uint_fast32_t>(seed));
+        walkOnce(subject, static_cast<std::uint32_t>(seed));
         return;
     }
-    const int walks = std::max(1, setting("VARDA_WALKS", 200) / share);
-    const auto first = static_cast<std::uint_fast32_t>(setting("VARDA_WALK_FIRST_SEED", 1));
-    std::cout << "seeds " << first << " .. " << first + static_cast<unsigned>(walks) - 1 << '\n';
+    const int walks = std::max(1, setting("VARDA_WALKS", 200) / subject.share);
+    const auto first =
+        static_cast<std::uint32_t>(setting("VARDA_WALK_FIRST_SEED", static_cast<int>(subject.firstSeed)));
+    std::cout << "seeds " << first << " .. " << first + static_cast<unsigned>(walks) - 1 << std::flush;
+    std::size_t actions = 0;
     int differences = 0;
     for (int round = 0; round < walks && differences < setting("VARDA_WALK_DIFFERENCES", 3); ++round) {
-        differences += walkOnce(page, first + static_cast<unsigned>(round)) ? 0 : 1;
+        const Walked walked = walkOnce(subject, first + static_cast<unsigned>(round));
+        actions += walked.actions;
+        differences += walked.differs ? 1 : 0;
     }
+    std::cout << ": " << actions << " actions\n";
 }
 
 } // namespace varda::walks

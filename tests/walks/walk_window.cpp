@@ -55,11 +55,12 @@ void turnWheel(QWidget* control, int notches) {
 WalkWindow::WalkWindow(int mode, std::uint_fast32_t seed)
     : mode_(mode),
       generator_(seed),
-      window_({clock_, [this](const std::string& /*name*/) { return wire_.makeLine(); },
+      window_({clock_, [this](const std::string& /*name*/) { return farEnd_.makeLine(); },
                [this] { return static_cast<double>(generator_()) / 4294967296.0; }, folder_.path(),
                QTime::currentTime,
                [this](std::function<void()> tick) { return makeTimer(std::move(tick)); }}) {
     window_.resize(1024, 768);
+    window_.setUpdatesEnabled(false); // nobody looks at it, and painting would take most of the time
     window_.show();
     QApplication::setActiveWindow(&window_);
     if (mode != 0) {
@@ -184,16 +185,23 @@ void WalkWindow::answer(int count) {
     for (int place = 0; place < count; ++place) {
         bytes.push_back(static_cast<std::uint8_t>((place * 37 + count) % 256));
     }
-    wire_.receive(bytes);
+    farEnd_.deliver(bytes);
     clock_.advance(100);
 }
 
 std::unique_ptr<PeriodTimer> WalkWindow::makeTimer(std::function<void()> tick) {
-    auto timer = std::make_unique<test::HandTimer>(std::move(tick));
+    auto timer = std::make_unique<test::ManualTimer>(timers_, std::move(tick));
     if (communicationTimer_ == nullptr) {
         communicationTimer_ = timer.get(); // the window makes it first
     }
     return timer;
+}
+
+/// One tick of the communication timer, where it runs.
+void WalkWindow::tick() {
+    if (communicationTimer_->isRunning()) {
+        timers_.advance(communicationTimer_->interval());
+    }
 }
 
 void WalkWindow::answerBoxes() {
@@ -220,7 +228,7 @@ void WalkWindow::perform(const Action& action) {
     if (verb == "answer") {
         answer(std::stoi(action.text));
     } else if (verb == "tick") {
-        communicationTimer_->tick();
+        tick();
     } else if (verb == "visit") {
         visit(std::stoi(action.text));
     } else if (verb == "click") {
@@ -315,6 +323,12 @@ std::string WalkWindow::property(QWidget* control, const std::string& kind) cons
 }
 
 std::string WalkWindow::shown(const std::string& name) {
+    if (name == "boxes") {
+        return printed(takeBoxes());
+    }
+    if (name == "sent") {
+        return sentFrames();
+    }
     if (name == "tmrComm") {
         return (communicationTimer_->isRunning() ? "runs " : "stands ") +
                std::to_string(communicationTimer_->interval());
@@ -340,9 +354,22 @@ std::string WalkWindow::shown(const std::string& name) {
     return qobject_cast<QAbstractButton*>(control)->text().toStdString();
 }
 
+/// A wrong check is told of its own: a model could err alike.
+std::string WalkWindow::sentFrames() {
+    const std::vector<Octets> frames = takeSent();
+    std::string line = printed(frames);
+    for (const Octets& frame : frames) {
+        line += hasRightCrc(frame) ? "" : " wrong check: " + printed(std::vector<Octets>{frame});
+    }
+    return line;
+}
+
 std::vector<Octets> WalkWindow::takeSent() {
-    const std::vector<Bytes> written = wire_.takeWritten();
-    return {written.begin(), written.end()};
+    std::vector<Octets> sent;
+    for (const test::FarEnd::Write& write : farEnd_.takeWritten()) {
+        sent.push_back(write.bytes);
+    }
+    return sent;
 }
 
 } // namespace varda::walks

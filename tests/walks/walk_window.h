@@ -1,8 +1,7 @@
 #pragma once
 
-#include "support/hand_timer.h"
+#include "support/far_end.h"
 #include "support/manual_clock.h"
-#include "support/memory_line.h"
 #include "walks/page_model.h"
 
 #include "window/shell/frmVarda.h"
@@ -21,14 +20,14 @@ using namespace window;
 
 /// The main window on a line in memory, with time by hand: it does the actions of a walk by clicks and keys,
 /// and tells what it shows by the names that models use.
-class WalkWindow {
+class WalkWindow : public Hands {
 public:
     /// @param mode the page that the walk belongs to
     /// @param seed of the random data
     WalkWindow(int mode, std::uint_fast32_t seed);
 
-    void perform(const Action& action);
-    std::string shown(const std::string& name);
+    void perform(const Action& action) override;
+    std::string shown(const std::string& name) override;
 
     std::vector<Octets> takeSent();
     /// The boxes that were on the screen since the last call, in their order; each was answered at once.
@@ -58,15 +57,18 @@ private:
     void selectLine(const std::string& list, const std::string& line);
     void answer(int count);
     std::unique_ptr<PeriodTimer> makeTimer(std::function<void()> tick);
+    void tick();
     void answerBoxes();
+    std::string sentFrames();
     std::string property(QWidget* control, const std::string& kind) const;
 
     int mode_;
     test::ManualClock clock_;
-    test::MemoryWire wire_;
+    test::FarEnd farEnd_{clock_};
+    test::ManualClock timers_; ///< a tick is an action of its own, whatever time the line takes
     std::mt19937 generator_;
     QTemporaryDir folder_;
-    test::HandTimer* communicationTimer_ = nullptr;
+    test::ManualTimer* communicationTimer_ = nullptr;
     FrmVarda window_;
     std::map<std::string, QPointer<QWidget>> controls_;
     std::vector<std::string> boxes_;

@@ -34,7 +34,7 @@ Bytes bytesOf(const std::string& text) {
 
 void WindowHands::press(const std::string& button) { window_.click(button); }
 
-void WindowHands::apply(const Action& action) {
+void WindowHands::perform(const Action& action) {
     const auto& [verb, target, value] = action;
     if (verb == "advance") {
         window_.advance(std::stoi(value));
@@ -146,30 +146,32 @@ std::string WindowHands::seeBox() {
 
 std::string WindowHands::logText(const std::string& file) {
     std::string text = test::bytesOf(window_.folder().file(file));
-    std::erase(text, '\r');
+    for (std::size_t end = 0; (end = text.find("\r\n", end)) != std::string::npos; ++end) {
+        text.erase(end, 1); // the end of a line; a received CR stays, with a space behind it
+    }
     return text;
 }
 
-std::string WindowHands::see(const std::string& key) {
-    if (key == "box") {
+std::string WindowHands::shown(const std::string& name) {
+    if (name == "box") {
         return seeBox();
     }
-    if (key == "written") {
+    if (name == "written") {
         return written_;
     }
-    if (key == "mode") {
+    if (name == "mode") {
         const int index = window_.find<QTabWidget>("tabMode")->currentIndex();
         const bool agree = window_.find<QAbstractButton>("optMode_" + std::to_string(index))->isChecked();
         return agree ? std::to_string(index) : "option and tab differ";
     }
-    if (key == "line.settings") {
+    if (name == "line.settings") {
         return window_.farEnd().settings();
     }
-    if (key.rfind("log.", 0) == 0) {
-        return logText(key.substr(4));
+    if (name.rfind("log.", 0) == 0) {
+        return logText(name.substr(4));
     }
-    const std::size_t dot = key.find('.');
-    return seeControl(key.substr(0, dot), key.substr(dot + 1));
+    const std::size_t dot = name.find('.');
+    return seeControl(name.substr(0, dot), name.substr(dot + 1));
 }
 
 std::string WindowHands::seeControl(const std::string& name, const std::string& what) {

@@ -6,11 +6,10 @@
 namespace varda::window_model {
 
 /// Does to the real window what the steps of a walk say, and tells what is seen of it then.
-class WindowHands {
+class WindowHands : public walks::Hands {
 public:
-    void apply(const Action& action);
-    /// What is seen by a key of the model's.
-    std::string see(const std::string& key);
+    void perform(const Action& action) override;
+    std::string shown(const std::string& name) override;
 
 private:
     void press(const std::string& button);

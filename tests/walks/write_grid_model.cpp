@@ -38,12 +38,16 @@ void WritePageModel::startBit() {
 
 void WritePageModel::showCells(const std::map<int, std::string>& before) {
     const int begin = bits() ? number16(text("cbWRegBit")).value : 0;
-    for (int point = 0; bits() && !text("cbWRegBit").empty() && point < count(); ++point) {
-        if (image_.at(dataBegin + static_cast<std::size_t>(point)) == "FF") {
+    const int points =
+        (static_cast<int>(length()) - 2) / (bits() ? 1 : 2); // of the image, whose data is shown
+    const int cells = columns * (rows_ - 1);
+    for (int point = 0; bits() && !text("cbWRegBit").empty() && point < points; ++point) {
+        const bool isOn = image_.at(dataBegin + static_cast<std::size_t>(point)) == "FF";
+        if (isOn && begin + point < cells) {
             cells_[begin + point] = "ON";
         }
     }
-    for (int word = 0; !bits() && word < columns * (rows_ - 1); ++word) {
+    for (int word = 0; !bits() && word < cells; ++word) {
         const std::size_t place = dataBegin + 2 * static_cast<std::size_t>(word);
         const int value = hexNumber(image_.at(place + 1) + image_.at(place)).value;
         const auto shown = before.find(word);
@@ -51,7 +55,7 @@ void WritePageModel::showCells(const std::map<int, std::string>& before) {
         const bool hexadecimal = hexadecimalCells_.count(word) != 0;
         if (typed && (hexadecimal ? hexNumber(shown->second) : number32(shown->second)).value == value) {
             cells_[word] = shown->second; // as it was typed
-        } else if (value != 0 && word < count()) {
+        } else if (value != 0 && word < points) {
             cells_[word] = std::to_string(value);
             hexadecimalCells_.erase(word);
         }

@@ -41,7 +41,7 @@ WritePageModel::WritePageModel(std::uint_fast32_t seed)
     optionChosen();
 }
 
-std::vector<Action> WritePageModel::beginning() const {
+std::vector<Action> WritePageModel::opening() const {
     return {{"click", "cmdCommTest", ""}, {"click", "cmdPortOpen", ""}};
 }
 

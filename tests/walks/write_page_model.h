@@ -15,7 +15,7 @@ class WritePageModel : public MasterModel {
 public:
     explicit WritePageModel(std::uint_fast32_t seed);
 
-    std::vector<Action> beginning() const override;
+    std::vector<Action> opening() const override;
     Action draw(std::mt19937& engine) const override;
     bool isPossible(const Action& action) const override;
     Shown shown() const override;

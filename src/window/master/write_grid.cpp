@@ -121,10 +121,10 @@ void WriteGrid::setWord(int position, int value, const QString& text, bool hexad
     }
 }
 
-void WriteGrid::showWord(int position, int value) {
+void WriteGrid::showWord(int position, int value, const QString& otherwise) {
     const QTableWidgetItem* const cell = cellAt(grid_, position);
     if (cell != nullptr && cell->data(wordRole).toInt() != value) {
-        setWord(position, value, value != 0 ? QString::number(value) : QString(), false);
+        setWord(position, otherwise.isEmpty() ? 0 : value, otherwise, false);
     }
 }
 

@@ -40,9 +40,9 @@ public:
     void setText(int position, const QString& text);
     /// Sets a word cell to a value (0 .. 65535) as it was typed.
     void setWord(int position, int value, const QString& text, bool hexadecimal);
-    /// Shows a value in a word cell, in decimal; a cell that stands for it already keeps its text. 0 is the
-    /// value of an empty cell.
-    void showWord(int position, int value);
+    /// A word cell that stands for the value keeps its text, any other shows `otherwise`, which is the value
+    /// in decimal or empty. 0 is the value of an empty cell.
+    void showWord(int position, int value, const QString& otherwise);
     /// Whether the text of a word cell is hexadecimal.
     bool isHexadecimal(int position) const;
 

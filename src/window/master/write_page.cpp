@@ -157,11 +157,14 @@ void WritePage::showBits() {
     }
 }
 
-/// The cells behind the frame's words keep what was typed: the image holds the check there.
+/// Behind the frame's words stand the check and what is left of longer frames: no more is shown of them than
+/// what was typed there and is there still.
 void WritePage::showWords() {
     const int framed = framedWriteCount(context().images, Access::Word);
-    for (int position = 1; position <= framed; ++position) {
-        grid_->showWord(position, writeWord(context().images, static_cast<std::size_t>(position - 1)));
+    for (int position = 1; position <= grid_->cells(); ++position) {
+        const int word = writeWord(context().images, static_cast<std::size_t>(position - 1));
+        const bool shows = position <= framed && word != 0;
+        grid_->showWord(position, word, shows ? QString::number(word) : QString());
     }
 }
 

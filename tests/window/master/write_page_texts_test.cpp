@@ -180,5 +180,18 @@ TEST_F(WritePageTextsTest, GridLaidAnewKeepsWhatWasTyped) {
     EXPECT_EQ(cell(1, 3), "007");
 }
 
+TEST_F(WritePageTextsTest, GridLaidAnewShowsNoWordThatTheImageHasLost) {
+    openLine();
+    chooseWords("K", "0046", "37"); // the first word to edit lies behind the 37 of the frame
+    enterWord(3, 15, "5", false);
+    driver.choose("cbWRegAddress", "0045");
+    EXPECT_EQ(cell(3, 15), "5");
+    driver.click("chkRandomWrite"); // draws words far behind the frame
+    wholeFrame();
+    driver.click("chkCounter");
+    driver.choose("cbWRegAddress", "0046");
+    EXPECT_EQ(cell(3, 15), "");
+}
+
 } // namespace
 } // namespace varda::test

@@ -1,6 +1,8 @@
 #include "core/link/routes.h"
+#include "support/link_state.h"
 #include "support/window_test.h"
 #include "window/shell/control_groups.h"
+#include "window/shell/page_names.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -231,12 +233,11 @@ TEST_F(MainWindowTest, EthernetPageSaysThatItIsNotThere) {
     EXPECT_GT(controls, 1);
 }
 
-TEST_F(MainWindowTest, EveryControlThatTheLinkNamesIsThere) {
-    for (const Route& route : masterRoutes()) {
+TEST_F(MainWindowTest, EveryControlThatTheShellNamesIsThere) {
+    for (const PageNames& page : pageNames()) {
         for (const std::string_view name :
-             {route.bitOption, route.wordOption, route.destination, route.source, route.registerKind,
-              route.registerNumber, route.registerBit, route.sendButton, route.continuousBox,
-              route.periodField, route.request, route.answer, route.status}) {
+             {page.destination, page.source, page.periodField, page.sendButton, page.enabledByOpening,
+              page.answer, page.completionStatus, page.silenceStatus}) {
             EXPECT_NO_THROW(driver.find(std::string(name).c_str())) << name;
         }
     }
