@@ -161,8 +161,9 @@ int main(int argc, char** argv) try {
     const std::string rows = endOfWaitToFarEnd() + arrivalToHandler();
     const std::string text =
         "# Latency of the serial line\n\nTarget `latency-report` measures and writes this file. Measured " +
-        varda::bench::today() + ", " + std::to_string(std::thread::hardware_concurrency()) +
-        " cores, over pseudo-terminals,\nby turns with a bare loop: a thread that does "
+        varda::bench::today() + ", " + std::to_string(std::thread::hardware_concurrency()) + " cores, load " +
+        varda::bench::machineLoad() +
+        " with the measurement's own,\nover pseudo-terminals, by turns with a bare loop: a thread that does "
         "nothing but wait for the bytes, a write to the device itself.\n\n"
         "| what | frames | median | 99 % | most |\n|---|--:|--:|--:|--:|\n" +
         rows;

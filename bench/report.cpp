@@ -1,6 +1,8 @@
 #include "report.h"
 
 #include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <fstream>
 
@@ -20,6 +22,16 @@ std::string today() {
     const std::time_t now = std::time(nullptr);
     std::array<char, 16> text{};
     std::strftime(text.data(), text.size(), "%Y-%m-%d", std::localtime(&now));
+    return text.data();
+}
+
+std::string machineLoad() {
+    std::array<double, 1> load{};
+    if (::getloadavg(load.data(), 1) != 1) {
+        return "unknown";
+    }
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "%.1f", load[0]);
     return text.data();
 }
 

@@ -10,6 +10,9 @@ long residentMemory();
 /// The day of the measurement, for example "2026-11-21".
 std::string today();
 
+/// How many programs have wanted a processor in the last minute, for example "0.4".
+std::string machineLoad();
+
 /// Writes a measurement's document. @return whether all of it is on the disk
 bool writeDocument(const std::string& path, const std::string& text);
 

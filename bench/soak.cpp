@@ -52,13 +52,17 @@ public:
     void row(const QString& what, const QString& figure) {
         rows_ += QStringLiteral("| %1 | %2 |\n").arg(what, figure);
         std::printf("%s: %s\n", qPrintable(what), qPrintable(figure));
+        std::fflush(stdout);
     }
     QString text() const {
-        return QStringLiteral("# Soak and flood\n\nTarget `soak-report` measures and writes this file. "
-                              "Measured %1, %2 cores, "
-                              "offscreen, over a pseudo-terminal.\n\n| what | figure |\n|---|---|\n")
+        return QStringLiteral(
+                   "# Soak and flood\n\nTarget `soak-report` measures and writes this file. "
+                   "Measured %1, %2 cores, "
+                   "offscreen, over a pseudo-terminal,\nat a load of %3 with the measurement's own.\n\n"
+                   "| what | figure |\n|---|---|\n")
                    .arg(QString::fromStdString(varda::bench::today()))
-                   .arg(std::thread::hardware_concurrency()) +
+                   .arg(std::thread::hardware_concurrency())
+                   .arg(QString::fromStdString(varda::bench::machineLoad())) +
                rows_;
     }
 

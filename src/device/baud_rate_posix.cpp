@@ -6,6 +6,8 @@
 #include <sys/ioctl.h>
 
 #include <asm/ioctls.h>
+#else
+#include <termios.h>
 #endif
 
 #include <cerrno>
@@ -38,7 +40,11 @@ int heldBaudRate(int handle) noexcept {
 
 bool setAnyBaudRate(int /*handle*/, int /*rate*/) { return false; }
 
-int heldBaudRate(int /*handle*/) noexcept { return 0; }
+/// Elsewhere a speed is the rate itself.
+int heldBaudRate(int handle) noexcept {
+    termios settings{};
+    return ::tcgetattr(handle, &settings) == 0 ? static_cast<int>(::cfgetospeed(&settings)) : 0;
+}
 
 #endif
 

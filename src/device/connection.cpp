@@ -38,32 +38,38 @@ Connection::~Connection() {
 }
 
 Connection::News Connection::takeNews() {
-    const Lock lock(mutex_);
+    const Lock input(inputMutex_);
     isTold_ = false;
     return std::exchange(news_, {});
 }
 
 std::size_t Connection::inBufferCount() const {
-    const Lock lock(mutex_);
+    const Lock input(inputMutex_);
     return input_.count();
 }
 
+/// Reading has stopped where the buffer was full, and nowhere else.
 Bytes Connection::read() {
-    const Lock lock(mutex_);
+    Lock input(inputMutex_);
+    const bool wasFull = input_.isFull();
     Bytes bytes = input_.take();
-    readOnWhereThereIsRoom();
+    tellOfTheEnd(input);
+    if (wasFull) {
+        readOnWhereThereIsRoom();
+    }
     return bytes;
 }
 
 std::vector<Arrival> Connection::arrivals() const {
-    const Lock lock(mutex_);
+    const Lock input(inputMutex_);
     return input_.taken();
 }
 
 /// A read may have its bytes already while its handler has not run yet: it is cancelled, and dropped if that
 /// comes too late.
 void Connection::discard() {
-    const Lock lock(mutex_);
+    Lock port(portMutex_);
+    Lock input(inputMutex_);
     input_.clear();
     if (reading_) {
         reading_->isDropped = true;
@@ -71,18 +77,21 @@ void Connection::discard() {
         reading_.reset();
     }
     driver::discardInput(port_.native_handle());
+    port.unlock();
+    tellOfTheEnd(input);
     readOnWhereThereIsRoom();
 }
 
 void Connection::keepFirst(std::size_t most) {
-    const Lock lock(mutex_);
+    Lock input(inputMutex_);
     input_.keepFirst(most);
+    input.unlock();
     readOnWhereThereIsRoom();
 }
 
 void Connection::write(const Bytes& bytes) {
-    Lock lock(mutex_);
-    if (isGone_) {
+    Lock port(portMutex_);
+    if (isGone()) {
         return; // the news of it is on its way
     }
     const std::size_t behind = sending_.size() - handedOver_ + waiting_.size();
@@ -91,13 +100,15 @@ void Connection::write(const Bytes& bytes) {
     } else if (behind + bytes.size() <= mostUnsentBytes) {
         waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
     } else {
+        port.unlock();
+        Lock input(inputMutex_);
         ++unsentWrites_;
-        tellOf(&News::unsent, lock);
+        tellOf(&News::unsent, input);
     }
 }
 
 std::size_t Connection::unsentWrites() const {
-    const Lock lock(mutex_);
+    const Lock input(inputMutex_);
     return unsentWrites_;
 }
 
@@ -112,7 +123,9 @@ void Connection::run() noexcept {
     try {
         context_.run();
     } catch (const std::exception&) { // no memory left, for example
-        fail();
+        Lock input(inputMutex_);
+        isGone_ = true;
+        tellOfTheEnd(input);
     }
 }
 
@@ -131,32 +144,43 @@ void Connection::startReading() {
 
 void Connection::received(Reading& reading, const std::error_code& error, std::size_t count) {
     const auto arrival = InputBuffer::Time::clock::now();
-    Lock lock(mutex_);
+    Lock input(inputMutex_);
     if (reading.isDropped) {
         return;
     }
     if (error) {
-        lock.unlock();
+        input.unlock();
         fail();
         return;
     }
     input_.append(std::span(reading.piece).first(count), arrival);
-    tellOf(&News::received, lock); // before all else: somebody waits for it
-    lock.lock();
+    tellOf(&News::received, input); // before all else: somebody waits for it
+    const Lock port(portMutex_);
     if (reading.isDropped) {
         return; // another read has begun
     }
-    if (input_.isFull()) {
-        reading_.reset();
-    } else {
+    if (mayReadOn()) {
         startReading();
+    } else {
+        reading_.reset();
     }
 }
 
 void Connection::readOnWhereThereIsRoom() {
-    if (!reading_ && !isGone_ && !input_.isFull()) {
+    const Lock port(portMutex_);
+    if (!reading_ && mayReadOn()) {
         startReading();
     }
+}
+
+bool Connection::mayReadOn() const {
+    const Lock input(inputMutex_);
+    return !isGone_ && !input_.isFull();
+}
+
+bool Connection::isGone() const {
+    const Lock input(inputMutex_);
+    return isGone_;
 }
 
 void Connection::sendWaiting() {
@@ -172,28 +196,46 @@ void Connection::sendWaiting() {
 }
 
 void Connection::sent(const std::error_code& error, std::size_t count) {
-    Lock lock(mutex_);
     if (error) {
-        lock.unlock();
         fail();
         return;
     }
+    const Lock port(portMutex_);
     handedOver_ += count;
     sendWaiting();
 }
 
+/// What came in before comes first, if somebody reads it soon.
 void Connection::fail() {
-    Lock lock(mutex_);
-    if (!std::exchange(isGone_, true)) {
-        tellOf(&News::hungUp, lock);
+    Lock input(inputMutex_);
+    if (std::exchange(isGone_, true)) {
+        return;
+    }
+    if (input_.count() == 0) {
+        tellOfTheEnd(input);
+        return;
+    }
+    endOfReading_.expires_after(timeToRead);
+    endOfReading_.async_wait([this](const std::error_code&) {
+        Lock later(inputMutex_);
+        tellOfTheEnd(later);
+    });
+}
+
+/// Leaves it unlocked.
+void Connection::tellOfTheEnd(Lock& input) {
+    if (isGone_ && !std::exchange(isEndTold_, true)) {
+        tellOf(&News::hungUp, input);
+    } else {
+        input.unlock();
     }
 }
 
 /// Unlocks before it tells: what is called then is not ours.
-void Connection::tellOf(bool News::*event, Lock& lock) {
+void Connection::tellOf(bool News::*event, Lock& input) {
     news_.*event = true;
     const bool isNew = !std::exchange(isTold_, true);
-    lock.unlock();
+    input.unlock();
     if (isNew) {
         tell_();
     }

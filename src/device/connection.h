@@ -7,8 +7,10 @@
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/serial_port.hpp>
+#include <asio/steady_timer.hpp>
 
 #include <array>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -25,12 +27,15 @@ class Connection {
 public:
     /// Of what waits to be sent behind an earlier write. A write finds room in there, or is not sent.
     static constexpr std::size_t mostUnsentBytes = 4096;
+    /// How long what came in last can still be read when the line has gone away. A reader waits for the end
+    /// of a frame before it reads, twice where more bytes have come meanwhile.
+    static constexpr auto timeToRead = std::chrono::milliseconds(400);
 
     /// What has happened since it was asked for last.
     struct News {
         bool received = false;
         bool unsent = false;
-        bool hungUp = false; ///< the line went away; nothing more will happen
+        bool hungUp = false; ///< the line went away, behind all that came in; nothing more will happen
     };
 
     /// @param claim of the port, whose handle the connection takes over
@@ -50,7 +55,9 @@ public:
     void discard();
     void keepFirst(std::size_t most);
 
-    /// Sends the bytes, or counts them as unsent where the line has not taken enough of those before.
+    /// Sends the bytes, or counts them as unsent where the line has not taken enough of those before. Where
+    /// it has taken all of them, bytes of any number are sent: that many wait then, but what is longer than
+    /// the room for waiting ones could not be sent at all otherwise, however free the line.
     void write(const Bytes& bytes);
     std::size_t unsentWrites() const;
 
@@ -59,7 +66,7 @@ private:
     struct Reading {
         asio::cancellation_signal end;
         std::array<std::uint8_t, 4096> piece{};
-        bool isDropped = false;
+        bool isDropped = false; ///< set under both locks
     };
 
     void run() noexcept;
@@ -69,25 +76,34 @@ private:
     void sendWaiting();
     void sent(const std::error_code& error, std::size_t count);
     void fail();
+    void tellOfTheEnd(std::unique_lock<std::mutex>& input);
     void readOnWhereThereIsRoom();
-    void tellOf(bool News::*event, std::unique_lock<std::mutex>& lock);
+    bool mayReadOn() const;
+    bool isGone() const;
+    void tellOf(bool News::*event, std::unique_lock<std::mutex>& input);
 
     const std::function<void()> tell_;
     asio::io_context context_{1}; ///< for one thread
     asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
 
-    mutable std::mutex mutex_; ///< guards all below
+    // Two of them, so that who takes what came in never waits for the next read to begin. Where both are
+    // locked, the port's comes first.
+    mutable std::mutex portMutex_; ///< guards the port and what is under way there
     asio::serial_port port_{context_};
-    News news_;
-    bool isTold_ = false;
-    bool isGone_ = false;
-    InputBuffer input_;
     std::shared_ptr<Reading> reading_; ///< null while the input buffer is full
     Bytes sending_;                    ///< being handed to the driver
     std::size_t handedOver_ = 0;       ///< bytes of these that it has
     Bytes waiting_;                    ///< behind them
+
+    mutable std::mutex inputMutex_; ///< guards what has come of it
+    InputBuffer input_;
+    News news_;
+    bool isTold_ = false;
+    bool isGone_ = false;
+    bool isEndTold_ = false;
     std::size_t unsentWrites_ = 0;
 
+    asio::steady_timer endOfReading_{context_}; ///< the thread's
     std::thread thread_;
 };
 

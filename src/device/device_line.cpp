@@ -7,40 +7,9 @@
 #include "device/refusals.h"
 #include "device/serial_node.h"
 
-#include <system_error>
 #include <utility>
 
 namespace varda::device {
-namespace {
-
-std::string textOf(const LineSettings& settings) {
-    return std::to_string(settings.baudRate) + ',' + settings.parity + ',' +
-           std::to_string(settings.dataBits) + ',' + std::to_string(settings.stopBits);
-}
-
-/// Asio's error category is its own, so only the number is the system's.
-bool isWantOfHandles(const std::error_code& error) {
-    const std::error_code ofSystem(error.value(), std::system_category());
-    return ofSystem == std::errc::too_many_files_open || ofSystem == std::errc::too_many_files_open_in_system;
-}
-
-/// Without the name of the function that the system's words come behind.
-std::string reasonOf(const std::runtime_error& error) {
-    const auto* const ofSystem = dynamic_cast<const std::system_error*>(&error);
-    return ofSystem != nullptr ? ofSystem->code().message() : error.what();
-}
-
-RuntimeError setUpFailure(const std::runtime_error& error, const std::string& label,
-                          const LineSettings& settings) {
-    const auto* const ofSystem = dynamic_cast<const std::system_error*>(&error);
-    if (ofSystem != nullptr && isWantOfHandles(ofSystem->code())) {
-        return cannotBeOpened(label, ofSystem->code().message());
-    }
-    return {comm_error::cannotBeSetUp, label + " cannot be set up as " + textOf(settings) + " (" +
-                                           reasonOf(error) + "). Choose other settings."};
-}
-
-} // namespace
 
 DeviceLine::DeviceLine(const std::string& name, Post post)
     : name_(withoutBlanksAround(name)), post_(std::move(post)) {}
@@ -64,7 +33,7 @@ void DeviceLine::open(const LineSettings& settings) {
     try {
         connect(settings);
     } catch (const std::runtime_error& error) {
-        throw setUpFailure(error, label(), settings);
+        throw cannotBeSetUp(label(), settings, error);
     }
 }
 

@@ -4,11 +4,15 @@
 #include "device/native_handle.h"
 
 #include <span>
+#include <system_error>
 
 namespace varda::device::driver {
 
 /// What Asio leaves to each system: a serial port as this program wants it, beyond Asio's own options. The
 /// functions that set up throw std::system_error.
+
+/// Whether an error means that there is no device, or none any more, behind its name.
+bool isOfNoDevice(const std::error_code& error) noexcept;
 
 /// Binary, no handshake, no translations.
 void makeRaw(NativeHandle handle);
@@ -22,7 +26,8 @@ void raiseControlLines(NativeHandle handle) noexcept;
 /// A rate that Asio has no name for. @return false where this system offers named rates alone
 bool setAnyBaudRate(NativeHandle handle, int rate);
 
-/// The rate that the driver holds, which may be near the one it was given; 0 where it does not tell.
+/// The rate that the driver holds, which may be near the one it was given; 0, which is none, where it cannot
+/// be asked.
 int heldBaudRate(NativeHandle handle) noexcept;
 
 /// Whether there is no wire behind the port: then the driver takes no data bits but 8, and no parity.

@@ -29,6 +29,14 @@ void changeSettings(int handle, Change&& change) {
 
 } // namespace
 
+/// An input or output error is what this system says of the node of a serial port that the computer does not
+/// have.
+bool isOfNoDevice(const std::error_code& error) noexcept {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory ||
+           error == std::errc::filename_too_long || error == std::errc::no_such_device ||
+           error == std::errc::no_such_device_or_address || error == std::errc::io_error;
+}
+
 void makeRaw(int handle) {
     changeSettings(handle, [](termios& settings) {
         ::cfmakeraw(&settings);
@@ -61,7 +69,7 @@ bool isPseudoTerminal(int handle) noexcept {
            major(node.st_rdev) <= lastMajor;
 #else
     static_cast<void>(handle);
-    return true; // not told apart here: no driver is held to its word
+    return false; // theirs hold whatever they are given elsewhere
 #endif
 }
 

@@ -15,6 +15,27 @@ void require(BOOL isDone) {
 
 } // namespace
 
+bool isOfNoDevice(const std::error_code& error) noexcept {
+    if (error.category() != std::system_category()) {
+        return false;
+    }
+    switch (error.value()) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_BAD_UNIT:
+    case ERROR_BAD_COMMAND: // what drivers say once their device is gone, and the next three
+    case ERROR_GEN_FAILURE:
+    case ERROR_DEVICE_REMOVED:
+    case ERROR_DEV_NOT_EXIST:
+    case ERROR_IO_DEVICE:
+        return true;
+    default:
+        return false;
+    }
+}
+
 void makeRaw(HANDLE handle) {
     DCB settings{};
     settings.DCBlength = sizeof(settings);

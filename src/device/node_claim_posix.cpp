@@ -20,6 +20,8 @@
 namespace varda::device {
 namespace {
 
+std::error_code lastError() { return {errno, std::generic_category()}; }
+
 std::string groupName(gid_t id) {
     const group* entry = ::getgrgid(id);
     return entry == nullptr ? std::to_string(id) : entry->gr_name;
@@ -44,7 +46,7 @@ RuntimeError pathNotPermitted(const std::string& label) {
 struct stat lookedUp(const std::string& node, const std::string& label) {
     struct stat found {};
     if (::stat(node.c_str(), &found) != 0) {
-        throw errno == EACCES ? pathNotPermitted(label) : noSuchDevice(label);
+        throw errno == EACCES ? pathNotPermitted(label) : cannotBeOpened(label, lastError());
     }
     return found;
 }
@@ -58,7 +60,13 @@ const char* otherKind(const struct stat& node) {
     if (S_ISREG(node.st_mode)) {
         return refusal::regularFile;
     }
-    return S_ISCHR(node.st_mode) ? nullptr : refusal::noDeviceOfCharacters;
+    if (S_ISBLK(node.st_mode)) {
+        return refusal::blockDevice;
+    }
+    if (S_ISFIFO(node.st_mode)) {
+        return refusal::pipe;
+    }
+    return S_ISCHR(node.st_mode) ? nullptr : refusal::socket;
 }
 
 /// Consoles look like serial ports to those who open them, but are this computer's keyboard and screen.
@@ -93,13 +101,8 @@ RuntimeError openFailure(int systemError, const struct stat& node, const std::st
         return notPermitted(label, node);
     case EBUSY:
         return portInUse(label);
-    case ENOENT:
-    case ENXIO:
-    case ENODEV:
-    case EIO: // the node of a serial port that this computer does not have
-        return noSuchDevice(label);
     default:
-        return cannotBeOpened(label, std::generic_category().message(systemError));
+        return cannotBeOpened(label, {systemError, std::generic_category()});
     }
 }
 
@@ -107,7 +110,8 @@ void refuseNonSerial(int handle, const std::string& label) {
     if (::isatty(handle) == 1) {
         return;
     }
-    throw errno == EIO ? noSuchDevice(label) : noSerialPort(label, refusal::anotherDevice);
+    throw driver::isOfNoDevice(lastError()) ? noSuchDevice(label)
+                                            : noSerialPort(label, refusal::anotherDevice);
 }
 
 /// The driver turns other programs away by itself, except that it lets the superuser pass.
@@ -123,7 +127,7 @@ bool isExclusive(int handle) {
 
 void take(int handle, const std::string& label) {
     refuseNonSerial(handle, label);
-    if (isExclusive(handle) || ::flock(handle, LOCK_EX | LOCK_NB) != 0) {
+    if (isExclusive(handle) || (::flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)) {
         throw portInUse(label);
     }
     ::ioctl(handle, TIOCEXCL);

@@ -4,6 +4,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <system_error>
 
 namespace varda::device {
@@ -13,42 +16,64 @@ RuntimeError notPermitted(const std::string& label) {
     return {comm_error::invalidPort, "No permission to use " + label + ". Ask the administrator for access."};
 }
 
-/// The name by which every port can be opened, those from COM10 on too.
+/// How a device is named among those of the system, in whose folder every port stands, those from COM10 on
+/// too.
+constexpr std::wstring_view deviceFolder = L"\\\\.\\";
+
 std::wstring devicePath(const std::string& node) {
     const std::wstring name = filePath(node).wstring();
-    return name.starts_with(L"\\\\") ? name : L"\\\\.\\" + name;
+    return name.starts_with(L"\\\\") ? name : std::wstring(deviceFolder) + name;
 }
 
-/// The names of ports and consoles stand for no file, whatever folder this is.
-bool isDeviceName(const std::string& node) { return node.find_first_of("/\\:") == std::string::npos; }
-
-bool isConsoleName(const std::string& node) {
-    return ::lstrcmpiA(node.c_str(), "CON") == 0 || ::lstrcmpiA(node.c_str(), "CONIN$") == 0 ||
-           ::lstrcmpiA(node.c_str(), "CONOUT$") == 0;
+/// The name of a device; nothing where it is the path of a file.
+std::wstring deviceName(const std::string& node) {
+    const std::wstring path = devicePath(node);
+    const bool isPlain = path.starts_with(deviceFolder) || path.starts_with(L"\\\\?\\");
+    const std::wstring name = isPlain ? path.substr(deviceFolder.size()) : path;
+    return name.find_first_of(L"/\\") == std::wstring::npos ? name : std::wstring();
 }
 
-void refuseOthers(const std::string& node, const std::string& label) {
-    if (isConsoleName(node)) {
-        throw noSerialPort(label, refusal::console);
+bool isConsoleName(const std::wstring& name) {
+    const auto names = {L"CON", L"CONIN$", L"CONOUT$"};
+    return std::ranges::any_of(
+        names, [&name](const wchar_t* console) { return ::lstrcmpiW(name.c_str(), console) == 0; });
+}
+
+/// Disks and their parts, which to open takes rights that few have: hence by what the system calls them.
+bool isBlockDevice(const std::wstring& name) {
+    std::array<wchar_t, 512> device{};
+    if (::QueryDosDeviceW(name.c_str(), device.data(), static_cast<DWORD>(device.size())) == 0) {
+        return false;
     }
-    const DWORD found =
-        isDeviceName(node) ? INVALID_FILE_ATTRIBUTES : ::GetFileAttributesW(filePath(node).c_str());
+    const auto kinds = {L"\\Device\\Harddisk", L"\\Device\\CdRom", L"\\Device\\Floppy"};
+    return std::ranges::any_of(kinds, [called = std::wstring_view(device.data())](const wchar_t* kind) {
+        return called.starts_with(kind);
+    });
+}
+
+const char* kindOfFile(const std::string& node) {
+    const DWORD found = ::GetFileAttributesW(filePath(node).c_str());
     if (found == INVALID_FILE_ATTRIBUTES || (found & FILE_ATTRIBUTE_DEVICE) != 0) {
-        return;
+        return nullptr;
     }
-    throw noSerialPort(label,
-                       (found & FILE_ATTRIBUTE_DIRECTORY) != 0 ? refusal::directory : refusal::regularFile);
+    return (found & FILE_ATTRIBUTE_DIRECTORY) != 0 ? refusal::directory : refusal::regularFile;
+}
+
+/// What the name leads to instead of a serial port; null where it may be one. The names of ports and consoles
+/// stand for no file, whatever folder this is.
+const char* otherKind(const std::string& node) {
+    const std::wstring name = deviceName(node);
+    if (name.empty()) {
+        return kindOfFile(node);
+    }
+    if (isConsoleName(name)) {
+        return refusal::console;
+    }
+    return isBlockDevice(name) ? refusal::blockDevice : nullptr;
 }
 
 RuntimeError openFailure(DWORD systemError, const std::string& label) {
     switch (systemError) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_PATHNAME:
-    case ERROR_BAD_UNIT:
-    case ERROR_DEV_NOT_EXIST:
-        return noSuchDevice(label);
     case ERROR_PRIVILEGE_NOT_HELD:
         return notPermitted(label);
     case ERROR_ACCESS_DENIED: // what this system says of a port that somebody has
@@ -56,25 +81,24 @@ RuntimeError openFailure(DWORD systemError, const std::string& label) {
     case ERROR_BUSY:
         return portInUse(label);
     default:
-        return cannotBeOpened(label, std::system_category().message(static_cast<int>(systemError)));
+        return cannotBeOpened(label, {static_cast<int>(systemError), std::system_category()});
     }
 }
 
 const char* otherKind(HANDLE handle) {
+    DWORD mode = 0;
+    DCB settings{};
     switch (::GetFileType(handle)) {
     case FILE_TYPE_DISK:
-        return refusal::regularFile;
+        return refusal::blockDevice; // files are known by their names
     case FILE_TYPE_PIPE:
-        return refusal::noDeviceOfCharacters;
+        return refusal::pipe;
     default:
-        break;
+        settings.DCBlength = sizeof(settings);
     }
-    DWORD mode = 0;
     if (::GetConsoleMode(handle, &mode) != 0) {
         return refusal::console;
     }
-    DCB settings{};
-    settings.DCBlength = sizeof(settings);
     return ::GetCommState(handle, &settings) != 0 ? nullptr : refusal::anotherDevice;
 }
 
@@ -84,7 +108,9 @@ const char* otherKind(HANDLE handle) {
 class LockFile {};
 
 NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
-    refuseOthers(node, label);
+    if (const char* const kind = otherKind(node)) {
+        throw noSerialPort(label, kind);
+    }
     handle_ = ::CreateFileW(devicePath(node).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                             FILE_FLAG_OVERLAPPED, nullptr);
     if (handle_ == INVALID_HANDLE_VALUE) {

@@ -1,5 +1,7 @@
 #include "device/port_names.h"
 
+#include "core/base/utf8_windows.h"
+
 #include <algorithm>
 #include <map>
 
@@ -13,14 +15,6 @@ namespace varda::device {
 namespace {
 
 constexpr DWORD longestText = 256;
-
-std::string utf8(const std::wstring& text) {
-    const int length = static_cast<int>(text.size());
-    const int size = ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
-    return bytes;
-}
 
 /// A text of the registry, or of the devices' list: it may come with its final 0, or without.
 std::string textOf(const wchar_t* text, DWORD bytes) {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "core/link/comm_error.h"
+#include "core/link/line.h"
 
+#include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace varda::device {
 
@@ -12,19 +15,23 @@ namespace refusal {
 inline constexpr const char* console = "a console";
 inline constexpr const char* directory = "a directory";
 inline constexpr const char* regularFile = "a regular file";
-inline constexpr const char* noDeviceOfCharacters = "no device of characters";
+inline constexpr const char* blockDevice = "a block device";
+inline constexpr const char* pipe = "a pipe";
+inline constexpr const char* socket = "a socket";
 inline constexpr const char* anotherDevice = "another kind of device";
 
 } // namespace refusal
 
 /// 8002: the name leads to something else. @param kind one of refusal::
-inline RuntimeError noSerialPort(const std::string& label, const char* kind) {
-    return {comm_error::invalidPort, label + " is " + kind + ", not a serial port."};
-}
+RuntimeError noSerialPort(const std::string& label, const char* kind);
 
-/// 8015: the system refuses for a reason that lies in itself, not in the port.
-inline RuntimeError cannotBeOpened(const std::string& label, const std::string& reason) {
-    return {comm_error::cannotBeSetUp, label + " cannot be opened: " + reason + "."};
-}
+/// 8002 where the system says that there is no device, 8015 with its reason where it lies in the system
+/// itself.
+RuntimeError cannotBeOpened(const std::string& label, const std::error_code& reason);
+
+/// Of an open port that was not brought to its settings: to choose others is a remedy only where the driver
+/// does not take these. Elsewhere the port cannot be opened.
+RuntimeError cannotBeSetUp(const std::string& label, const LineSettings& settings,
+                           const std::runtime_error& reason);
 
 } // namespace varda::device

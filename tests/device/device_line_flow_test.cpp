@@ -285,18 +285,91 @@ TEST_F(DeviceLineFlowTest, OpensAndClosesInTheMiddleOfEverything) {
     loop.runFor(20ms);
 }
 
-TEST(DeviceLineEnd, LeavesTasksOnTheWayWithoutHarm) {
-    TaskLoop loop;
-    const PseudoTerminal terminal;
-    {
-        DeviceLine line(terminal.path(), loop.post());
-        line.setEventHandler([](CommEvent, const std::string&) { FAIL(); });
-        line.open({});
-        terminal.write({1});
-        while (loop.waitingTasks() == 0) {
-            std::this_thread::yield();
+/// A full input buffer is not read on: the end of the line lies behind what nobody has read yet.
+TEST_F(DeviceLineFlowTest, TheEndOfALineThatWasFullIsToldOnceItWasRead) {
+    std::thread sender([&] {
+        try {
+            terminal.write(Bytes(2 * InputBuffer::limit, 0x55), 1s);
+        } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): the line takes no more
         }
+    });
+    EXPECT_TRUE(loop.runUntil([this] { return line.inBufferCount() >= InputBuffer::limit; }, 60s));
+    sender.join();
+    terminal.closeFarEnd();
+    loop.runFor(20ms);
+    EXPECT_EQ(told(CommEvent::HungUp), 0);
+    EXPECT_GE(line.read().size(), InputBuffer::limit);
+    EXPECT_TRUE(loop.runUntil([this] { return told(CommEvent::HungUp) == 1; }));
+    EXPECT_EQ(events.back(), CommEvent::HungUp);
+}
+
+/// A line that is destroyed inside its own event.
+class DeviceLineEnd : public testing::Test {
+protected:
+    void destroyInside(CommEvent event) {
+        line->setEventHandler([this, event](CommEvent told, const std::string&) {
+            events.push_back(told);
+            if (told == event) {
+                line.reset();
+            }
+        });
+        line->open({});
     }
+
+    void expectNoMoreThan(CommEvent last) {
+        EXPECT_TRUE(loop.runUntil([this] { return line == nullptr; }));
+        loop.runFor(20ms);
+        EXPECT_EQ(std::count(events.begin(), events.end(), last), 1);
+        EXPECT_EQ(events.back(), last);
+    }
+
+    TaskLoop loop;
+    PseudoTerminal terminal;
+    std::unique_ptr<DeviceLine> line = std::make_unique<DeviceLine>(terminal.path(), loop.post());
+    std::vector<CommEvent> events;
+};
+
+TEST_F(DeviceLineEnd, MayComeInsideAReception) {
+    destroyInside(CommEvent::Received);
+    terminal.write({1, 2, 3});
+    expectNoMoreThan(CommEvent::Received);
+}
+
+TEST_F(DeviceLineEnd, MayComeInsideAReceptionThatMoreFollows) {
+    destroyInside(CommEvent::Received);
+    for (int write = 0; write < 20; ++write) {
+        line->write(Bytes(5000, 1)); // unsent, most of it
+    }
+    terminal.write({1, 2, 3});
+    while (line->inBufferCount() < 3) {
+        std::this_thread::yield();
+    }
+    terminal.closeFarEnd();
+    expectNoMoreThan(CommEvent::Received);
+}
+
+TEST_F(DeviceLineEnd, MayComeWhereFramesWereNotSent) {
+    destroyInside(CommEvent::Unsent);
+    for (int write = 0; write < 20; ++write) {
+        line->write(Bytes(5000, 1));
+    }
+    expectNoMoreThan(CommEvent::Unsent);
+}
+
+TEST_F(DeviceLineEnd, MayComeInsideAHangUp) {
+    destroyInside(CommEvent::HungUp);
+    terminal.closeFarEnd();
+    expectNoMoreThan(CommEvent::HungUp);
+}
+
+TEST_F(DeviceLineEnd, LeavesTasksOnTheWayWithoutHarm) {
+    line->setEventHandler([](CommEvent, const std::string&) { FAIL(); });
+    line->open({});
+    terminal.write({1});
+    while (loop.waitingTasks() == 0) {
+        std::this_thread::yield();
+    }
+    line.reset();
     loop.runFor(5ms);
 }
 

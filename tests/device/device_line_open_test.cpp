@@ -2,6 +2,7 @@
 
 #include "core/base/scope_exit.h"
 #include "device/serial_node.h"
+#include "support/ordinary_user.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
 #include "support/sanitized.h"
@@ -26,6 +27,7 @@ namespace varda {
 using namespace device;
 namespace {
 
+using test::OrdinaryUser;
 using test::PseudoTerminal;
 using test::raisedBy;
 using test::TemporaryFolder;
@@ -64,36 +66,6 @@ std::string groupOf(const std::string& path) {
     return entry == nullptr ? std::to_string(found.st_gid) : entry->gr_name;
 }
 
-/// Gives up the rights of the superuser and of its groups for a while; an ordinary user has none to give up.
-class OrdinaryUser {
-public:
-    OrdinaryUser() {
-        if (user_ == 0) {
-            const int count = ::getgroups(0, nullptr);
-            groups_.resize(static_cast<std::size_t>(count));
-            ::getgroups(count, groups_.data());
-            isOrdinary_ = ::setgroups(0, nullptr) == 0 && ::setegid(nobody) == 0 && ::seteuid(nobody) == 0;
-        }
-    }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-    ~OrdinaryUser() {
-        const bool isRestored = user_ != 0 || (::seteuid(user_) == 0 && ::setegid(group_) == 0 &&
-                                               ::setgroups(groups_.size(), groups_.data()) == 0);
-        EXPECT_TRUE(isRestored) << "the tests that follow run without their rights";
-    }
-
-    bool isOrdinary() const { return isOrdinary_; }
-
-private:
-    static constexpr id_t nobody = 65534;
-
-    uid_t user_ = ::geteuid();
-    gid_t group_ = ::getegid();
-    std::vector<gid_t> groups_;
-    bool isOrdinary_ = true;
-};
-
 TEST(DeviceLineOpen, OfNoNameIsAnInvalidPort) {
     EXPECT_TRUE(fails("", 8002, "No port is chosen. Type or choose its name."));
     EXPECT_TRUE(fails("  ", 8002, "No port is chosen. Type or choose its name."));
@@ -123,11 +95,34 @@ TEST(DeviceLineOpen, OfARegularFileIsNoSerialPort) {
     EXPECT_TRUE(fails(path, 8002, path + " is a regular file, not a serial port."));
 }
 
+TEST(DeviceLineOpen, OfABlockDeviceIsNoSerialPort) {
+    const TemporaryFolder folder;
+    const auto disk = folder.file("disk");
+    if (::mknod(disk.c_str(), S_IFBLK | 0600, makedev(7, 200)) != 0) {
+        GTEST_SKIP() << "no device node can be made here";
+    }
+    EXPECT_TRUE(fails(disk, 8002, disk + " is a block device, not a serial port."));
+}
+
+TEST(DeviceLineOpen, OfASocketIsNoSerialPort) {
+    const TemporaryFolder folder;
+    const auto path = folder.file("socket");
+    ASSERT_EQ(::mknod(path.c_str(), S_IFSOCK | 0600, 0), 0);
+    EXPECT_TRUE(fails(path, 8002, path + " is a socket, not a serial port."));
+}
+
+TEST(DeviceLineOpen, OfALoopOfLinksTellsTheSystemsReason) {
+    const TemporaryFolder folder;
+    const auto link = folder.file("adapter");
+    std::filesystem::create_symlink("adapter", link);
+    EXPECT_TRUE(fails(link, 8015, link + " cannot be opened: Too many levels of symbolic links."));
+}
+
 TEST(DeviceLineOpen, OfAPipeIsNoSerialPort) {
     const TemporaryFolder folder;
     const auto path = folder.file("pipe");
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
-    EXPECT_TRUE(fails(path, 8002, path + " is no device of characters, not a serial port."));
+    EXPECT_TRUE(fails(path, 8002, path + " is a pipe, not a serial port."));
 }
 
 TEST(DeviceLineOpen, OfAnotherKindOfDeviceIsNoSerialPort) {
@@ -139,9 +134,6 @@ TEST(DeviceLineOpen, WithoutPermissionNamesTheNodeAndTheGroupToJoin) {
     ASSERT_EQ(::chmod(terminal.path().c_str(), ::geteuid() == 0 ? 0660 : 0060), 0);
     const std::string group = groupOf(terminal.path());
     const OrdinaryUser user;
-    if (!user.isOrdinary()) {
-        GTEST_SKIP() << "the superuser's rights cannot be given up here";
-    }
     EXPECT_TRUE(fails(terminal.path(), 8002,
                       "No permission to use " + terminal.path() + " of the group \"" + group +
                           "\". Join that group (sudo usermod -aG " + group + " USER) and log in again."));
@@ -152,9 +144,6 @@ TEST(DeviceLineOpen, WithoutPermissionForTheGroupEitherSendsToTheAdministrator) 
     ASSERT_EQ(::chmod(terminal.path().c_str(), 0), 0);
     const std::string group = groupOf(terminal.path());
     const OrdinaryUser user;
-    if (!user.isOrdinary()) {
-        GTEST_SKIP() << "the superuser's rights cannot be given up here";
-    }
     EXPECT_TRUE(
         fails(terminal.path(), 8002,
               "No permission to use " + terminal.path() + " of the group \"" + group +
@@ -167,9 +156,6 @@ TEST(DeviceLineOpen, BehindAClosedFolderIsNotPermitted) {
     ASSERT_EQ(::chmod(folder.path().c_str(), 0), 0);
     const ScopeExit reopened([&folder] { ::chmod(folder.path().c_str(), 0700); });
     const OrdinaryUser user;
-    if (!user.isOrdinary()) {
-        GTEST_SKIP() << "the superuser's rights cannot be given up here";
-    }
     EXPECT_TRUE(fails(path, 8002,
                       "No permission to look up " + path + ": a folder on the way to it is closed to you."));
 }

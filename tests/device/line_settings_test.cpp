@@ -64,13 +64,17 @@ TEST_F(LineSettingsTest, GoBackFromAnOddBaudRateToAnUsualOne) {
     EXPECT_EQ(driver::heldBaudRate(terminal.nearEnd()), 9600);
 }
 
+TEST(BaudRate, OfWhatIsNoPortIsNone) { EXPECT_EQ(driver::heldBaudRate(-1), 0); }
+
 TEST(BaudRate, IsTakenWhereTheDriverComesNearEnough) {
     EXPECT_TRUE(isNearBaudRate(9600, 9600));
     EXPECT_TRUE(isNearBaudRate(115384, 115200));
     EXPECT_TRUE(isNearBaudRate(9312, 9600));
     EXPECT_FALSE(isNearBaudRate(9311, 9600));
     EXPECT_FALSE(isNearBaudRate(9600, 12345));
-    EXPECT_FALSE(isNearBaudRate(0, 9600));
+    for (const int rate : {1, 9600, 2147483647}) {
+        EXPECT_FALSE(isNearBaudRate(0, rate)) << "a driver that does not tell holds none";
+    }
     EXPECT_TRUE(isNearBaudRate(2147483647, 2147483647));
     EXPECT_FALSE(isNearBaudRate(1, 2147483647));
 }

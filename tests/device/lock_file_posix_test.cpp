@@ -1,5 +1,7 @@
 #include "device/lock_file.h"
 
+#include "core/base/scope_exit.h"
+#include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +19,7 @@ using namespace device;
 namespace {
 
 using test::bytesOf;
+using test::OrdinaryUser;
 using test::TemporaryFolder;
 using test::writeBytes;
 
@@ -143,6 +146,22 @@ TEST_F(LockFileTest, OfAnotherPortDoesNotMatter) {
 TEST_F(LockFileTest, IsDoneWithoutWhereItCannotBeMade) {
     const LockFile none("/dev/ttyUSB0", "/dev/ttyUSB0", {folder.file("missing")});
     EXPECT_FALSE(none.isTakenByAnother());
+}
+
+TEST_F(LockFileTest, InAFolderThatMayNotBeSearchedIsNobodys) {
+    writeBytes(folder.file("LCK..ttyUSB0"), standard(living));
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0));
+    const ScopeExit reopened(
+        [this] { std::filesystem::permissions(folder.path(), std::filesystem::perms(0755)); });
+    const OrdinaryUser user;
+    EXPECT_FALSE(isTaken()) << "nobody could use a port of a system that is so set up";
+}
+
+TEST_F(LockFileTest, ThatMayNotBeReadStandsForSomebody) {
+    writeBytes(folder.file("LCK..ttyUSB0"), standard(living));
+    std::filesystem::permissions(folder.file("LCK..ttyUSB0"), std::filesystem::perms(0));
+    const OrdinaryUser user;
+    EXPECT_TRUE(isTaken());
 }
 
 } // namespace

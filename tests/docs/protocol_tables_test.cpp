@@ -154,8 +154,8 @@ SimFields simFields(const NamedRequest& request, const std::string& answerData) 
     SimPosition position{first.kind, first.number, first.bit};
     Texts points;
     for (const std::string& value : values) {
-        points.push_back(
-            simPointLine(access == Access::Bit ? SimPoint::BitWrite : SimPoint::WordWrite, position, value));
+        points.push_back(simPointLine(
+            access == Access::Bit ? SimPointForm::BitWrite : SimPointForm::WordWrite, position, value));
         position = stepForward(position, access);
     }
     return {request.stations.destination,

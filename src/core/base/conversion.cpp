@@ -62,17 +62,21 @@ bool fits(std::int64_t value) {
 }
 
 template <typename Narrow>
+std::optional<Narrow> findNarrow(std::string_view text) {
+    const auto value = findNumber(text);
+    return value && fits<Narrow>(*value) ? std::optional(static_cast<Narrow>(*value)) : std::nullopt;
+}
+
+template <typename Narrow>
 Narrow narrowed(std::int64_t value) {
     return fits<Narrow>(value) ? static_cast<Narrow>(value) : throw overflow();
 }
 
 } // namespace
 
-std::optional<std::int16_t> readInteger(std::string_view text) {
-    const auto value = findNumber(text);
-    return value && fits<std::int16_t>(*value) ? std::optional(static_cast<std::int16_t>(*value))
-                                               : std::nullopt;
-}
+std::optional<std::int16_t> readInteger(std::string_view text) { return findNarrow<std::int16_t>(text); }
+
+std::optional<std::int32_t> readLong(std::string_view text) { return findNarrow<std::int32_t>(text); }
 
 std::int16_t toInteger(std::string_view text) { return narrowed<std::int16_t>(number(text)); }
 

@@ -20,8 +20,9 @@ std::int16_t toInteger(std::string_view text);
 /// @throws RuntimeError as toInteger does
 std::int32_t toLong(std::string_view text);
 
-/// The reading of toInteger for those who have an answer to a text that is no such number.
+/// The same readings for those who have an answer to a text that is no such number.
 std::optional<std::int16_t> readInteger(std::string_view text);
+std::optional<std::int32_t> readLong(std::string_view text);
 
 /// Narrows a sum or product of 16-bit numbers back to 16 bits.
 /// @throws RuntimeError 6 outside -32768 .. 32767

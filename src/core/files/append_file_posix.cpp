@@ -1,9 +1,9 @@
 #include "core/files/append_file.h"
 
 #include "core/base/runtime_error.h"
+#include "core/base/system_text.h"
 
 #include <cerrno>
-#include <cstring>
 #include <system_error>
 #include <thread>
 
@@ -17,7 +17,7 @@ namespace {
 RuntimeError openFailure(const std::string& path, int error) {
     const bool isFolderMissing = error == ENOENT || error == ENOTDIR;
     return {isFolderMissing ? run_time_error::pathNotFound : run_time_error::fileAccessError,
-            path + ": " + std::strerror(error)};
+            path + ": " + systemText({error, std::generic_category()})};
 }
 
 bool isRegular(int file) {

@@ -1,11 +1,11 @@
 #include "core/files/append_file.h"
 
 #include "core/base/runtime_error.h"
+#include "core/base/system_text.h"
 #include "core/files/file_calls.h"
 #include "core/files/file_path.h"
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <thread>
@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 RuntimeError openFailure(const std::string& path, int error) {
     return {error == ENOENT ? run_time_error::pathNotFound : run_time_error::fileAccessError,
-            path + ": " + std::strerror(error)};
+            path + ": " + systemText({error, std::generic_category()})};
 }
 
 int openToAppend(const std::string& path) {

@@ -1,5 +1,6 @@
 #include "core/files/atomic_file.h"
 
+#include "core/base/system_text.h"
 #include "core/files/file_calls.h"
 #include "core/files/file_path.h"
 
@@ -38,7 +39,7 @@ Reason reasonFor(const std::error_code& error) {
         return {run_time_error::pathNotFound, "path not found"};
     }
     return {error == std::errc::io_error ? run_time_error::deviceError : run_time_error::fileAccessError,
-            error.message()};
+            systemText(error)};
 }
 
 /// A zero byte would end the message.

@@ -37,18 +37,18 @@ std::string lowByteFirst(std::string_view digits) {
 
 std::string stationText(const SimFields& fields) {
     FrameImage stations(offset::command, offset::command);
-    setStation(stations, offset::destination, fields.da);
-    setStation(stations, offset::source, fields.sa);
+    setStation(stations, offset::destination, fields.destination);
+    setStation(stations, offset::source, fields.source);
     return hexRun(stations.wire(offset::command));
 }
 
 std::string addressText(const SimPosition& position, Access access) {
-    const int word = registerAddress(access, position.reg, toInteger(position.address));
+    const int word = registerAddress(access, position.kind, toInteger(position.number));
     return lowByteFirst(access == Access::Bit ? bitAddressText(word, toInteger(position.bit))
                                               : wordAddressText(word));
 }
 
-std::string countText(const SimFields& fields) { return hex(toInteger(fields.length), 2); }
+std::string countText(const SimFields& fields) { return hex(toInteger(fields.count), 2); }
 
 /// CMD, and behind the code of a read its LEN.
 std::string readHeader(std::uint8_t code) {

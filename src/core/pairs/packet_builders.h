@@ -11,10 +11,10 @@ namespace varda::inline core {
 
 /// The fields of the simulation page that a prepared frame is built from, as they are typed.
 struct SimFields {
-    std::string da; ///< station numbers; what is no number of 0 .. 255 counts as station 0
-    std::string sa;
+    std::string destination; ///< station numbers; what is no number of 0 .. 255 counts as station 0
+    std::string source;
     SimPosition position;
-    std::string length;              ///< number of points to read
+    std::string count;               ///< number of points to read
     std::string sendData;            ///< answer data in hexadecimal digits
     std::vector<std::string> points; ///< collected point lines of a write
 };

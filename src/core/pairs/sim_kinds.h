@@ -18,19 +18,19 @@ struct SimKind {
     Access access;
     bool isWrite;                 ///< its points are collected one by one, its answer is an acknowledgement
     std::string_view checkedData; ///< what CheckSimSendData is asked for
-    SimPoint point;
+    SimPointForm point;
     std::string (*makeRequest)(const SimFields& fields);
     std::string (*makeAnswer)(const SimFields& fields);
 };
 
 inline constexpr std::array<SimKind, 4> simKinds = {{
-    {"Bit Read", "Bit Read ANS", Access::Bit, false, "BIT_READ", SimPoint::BitRead, MakeSimBitReadFormat,
+    {"Bit Read", "Bit Read ANS", Access::Bit, false, "BIT_READ", SimPointForm::BitRead, MakeSimBitReadFormat,
      MakeSimBitReadAnsFormat},
-    {"Word Read", "Word Read ANS", Access::Word, false, "WORD_READ", SimPoint::WordRead,
+    {"Word Read", "Word Read ANS", Access::Word, false, "WORD_READ", SimPointForm::WordRead,
      MakeSimWordReadFormat, MakeSimWordReadAnsFormat},
-    {"Bit Write", "Bit Write ANS", Access::Bit, true, "BIT_WRITE", SimPoint::BitWrite, MakeSimBitWriteFormat,
-     MakeSimBitWriteAnsFormat},
-    {"Word Write", "Word Write ANS", Access::Word, true, "WORD_WRITE", SimPoint::WordWrite,
+    {"Bit Write", "Bit Write ANS", Access::Bit, true, "BIT_WRITE", SimPointForm::BitWrite,
+     MakeSimBitWriteFormat, MakeSimBitWriteAnsFormat},
+    {"Word Write", "Word Write ANS", Access::Word, true, "WORD_WRITE", SimPointForm::WordWrite,
      MakeSimWordWriteFormat, MakeSimWordWriteAnsFormat},
 }};
 

@@ -15,13 +15,13 @@
 namespace varda::inline core {
 namespace {
 
-struct PointForm {
+struct PointShape {
     std::string_view lead; ///< tag and the TABs behind it, so that the columns line up
     Access access;
 };
 
-/// In the order of SimPoint. A tag is seven characters long.
-constexpr std::array<PointForm, 9> pointForms = {{
+/// In the order of SimPointForm. A tag is seven characters long.
+constexpr std::array<PointShape, 9> pointShapes = {{
     {"RD_BIT \t\t", Access::Bit},
     {"RD_WORD\t", Access::Word},
     {"WT_BIT \t\t", Access::Bit},
@@ -86,8 +86,8 @@ void rebuildPoints(PreparedRequest& prepared, std::span<const std::uint8_t> data
     }
     for (; !data.empty(); data = data.subspan(valueBytes)) {
         const std::string value = bits ? onOrOff(data.front()) : hexRun(data.first(valueBytes));
-        prepared.points.push_back(
-            simPointLine(bits ? SimPoint::BitWrite : SimPoint::ReloadedWordWrite, prepared.position, value));
+        prepared.points.push_back(simPointLine(
+            bits ? SimPointForm::BitWrite : SimPointForm::ReloadedWordWrite, prepared.position, value));
         prepared.position = stepForward(prepared.position, access);
     }
 }
@@ -96,20 +96,21 @@ void parseBody(PreparedRequest& prepared, const Bytes& bytes, const Command& com
     if (bytes.size() < offset::data + (command.writes ? frame_size::check : 1)) {
         throw typeMismatch();
     }
-    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], command.access);
+    const Access access = *command.access;
+    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], access);
     if (command.writes) {
         const auto data = std::span(bytes).subspan(offset::data);
-        rebuildPoints(prepared, data.first(data.size() - frame_size::check), command.access);
+        rebuildPoints(prepared, data.first(data.size() - frame_size::check), access);
     } else {
-        prepared.length = std::to_string(bytes[offset::count]);
+        prepared.count = std::to_string(bytes[offset::count]);
     }
 }
 
 } // namespace
 
-std::string simPointLine(SimPoint form, const SimPosition& position, std::string_view value) {
-    const PointForm& shape = pointForms.at(static_cast<std::size_t>(form));
-    std::string line = std::string(shape.lead) + position.reg + position.address;
+std::string simPointLine(SimPointForm form, const SimPosition& position, std::string_view value) {
+    const PointShape& shape = pointShapes.at(static_cast<std::size_t>(form));
+    std::string line = std::string(shape.lead) + position.kind + position.number;
     if (shape.access == Access::Bit) {
         line += '.' + position.bit;
     }
@@ -132,12 +133,12 @@ std::string simWordValue(std::string_view text, bool hexadecimal) {
 
 PreparedRequest parsePreparedRequest(std::string_view request) {
     PreparedRequest prepared;
-    prepared.da = stationAt(request, offset::destination);
-    prepared.sa = stationAt(request, offset::source);
+    prepared.destination = stationAt(request, offset::destination);
+    prepared.source = stationAt(request, offset::source);
     const Command* const command = commandOf(request);
     if (command != nullptr) {
         prepared.mode = modeOf(*command);
-        prepared.supported = command->access != Access::None;
+        prepared.supported = command->access.has_value();
     }
     if (prepared.supported) {
         parseBody(prepared, bytesOfFrameText(request), *command);

@@ -10,7 +10,7 @@
 namespace varda::inline core {
 
 /// The forms of a collected point's line.
-enum class SimPoint : std::uint8_t {
+enum class SimPointForm : std::uint8_t {
     BitRead,
     WordRead,
     BitWrite,
@@ -25,7 +25,7 @@ enum class SimPoint : std::uint8_t {
 /// A line of the collected points: tag, TABs, register and number (and "." bit), TAB, value. The value is
 /// read back with pointValue().
 /// @param value a count, "ON" or "OFF", or the four digits of simWordValue()
-std::string simPointLine(SimPoint form, const SimPosition& position, std::string_view value);
+std::string simPointLine(SimPointForm form, const SimPosition& position, std::string_view value);
 
 /// The four hexadecimal digits of a typed word.
 /// @param hexadecimal the text holds the digits themselves, of which the last four are kept as they are
@@ -36,11 +36,11 @@ std::string simWordValue(std::string_view text, bool hexadecimal);
 /// What the page shows of a prepared request that is taken back for editing.
 struct PreparedRequest {
     bool supported = false; ///< else only the stations and, for a mixed request, the mode are known
-    std::string da;
-    std::string sa;
+    std::string destination;
+    std::string source;
     std::string mode;                ///< text of the mode list, empty for an unknown code
     SimPosition position;            ///< reads: the start address; writes: behind the last point
-    std::string length;              ///< reads only
+    std::string count;               ///< reads only
     std::vector<std::string> points; ///< writes only: one line for each value between header and check
 };
 

@@ -12,13 +12,13 @@ constexpr std::size_t steppedDigits = 4;
 
 /// A position while it is being stepped back.
 struct Place {
-    std::string reg;
-    int address;
+    std::string kind;
+    int number;
     int bit;
 };
 
 void stepToPreviousRegister(Place& place) {
-    const std::string previous = GetPrevSimRegister(place.reg);
+    const std::string previous = GetPrevSimRegister(place.kind);
     if (previous == noRegister || previous.empty()) {
         return;
     }
@@ -29,8 +29,8 @@ void stepToPreviousRegister(Place& place) {
 void stepBackOnce(Place& place, Access access) {
     if (access == Access::Bit && place.bit > 0) {
         --place.bit;
-    } else if (place.address > 0) {
-        --place.address;
+    } else if (place.number > 0) {
+        --place.number;
         place.bit = lastBit;
     } else {
         stepToPreviousRegister(place);
@@ -39,24 +39,24 @@ void stepBackOnce(Place& place, Access access) {
 
 } // namespace
 
-int GetSimRegisterMaxAddress(std::string_view reg) { return GetRegisterMaxNumber(reg); }
+int GetSimRegisterMaxAddress(std::string_view kind) { return GetRegisterMaxNumber(kind); }
 
-std::string GetNextSimRegister(std::string_view reg) { return NextRegisterKind(reg); }
+std::string GetNextSimRegister(std::string_view kind) { return NextRegisterKind(kind); }
 
-std::string GetPrevSimRegister(std::string_view reg) { return PrevRegisterKind(reg); }
+std::string GetPrevSimRegister(std::string_view kind) { return PrevRegisterKind(kind); }
 
 SimPosition stepForward(const SimPosition& position, Access access) {
     if (access == Access::Bit) {
         const int bit = toInteger(position.bit) + 1;
         if (bit <= lastBit) {
-            return {position.reg, position.address, std::to_string(bit)};
+            return {position.kind, position.number, std::to_string(bit)};
         }
     }
-    const int address = toInteger(position.address) + 1;
-    if (address <= GetSimRegisterMaxAddress(position.reg)) {
-        return {position.reg, decimal(address, steppedDigits), "0"};
+    const int number = toInteger(position.number) + 1;
+    if (number <= GetSimRegisterMaxAddress(position.kind)) {
+        return {position.kind, decimal(number, steppedDigits), "0"};
     }
-    const std::string next = GetNextSimRegister(position.reg);
+    const std::string next = GetNextSimRegister(position.kind);
     if (next == noRegister) {
         return position;
     }
@@ -68,11 +68,11 @@ SimPosition stepBack(const SimPosition& position, std::size_t points, Access acc
         return position;
     }
     const bool bits = access == Access::Bit;
-    Place place{position.reg, toInteger(position.address), bits ? toInteger(position.bit) : 0};
+    Place place{position.kind, toInteger(position.number), bits ? toInteger(position.bit) : 0};
     for (std::size_t step = 0; step < points; ++step) {
         stepBackOnce(place, access);
     }
-    return {place.reg, decimal(place.address, steppedDigits),
+    return {place.kind, decimal(place.number, steppedDigits),
             bits ? std::to_string(place.bit) : position.bit};
 }
 

@@ -9,19 +9,19 @@
 namespace varda::inline core {
 
 /// Highest register number that the simulator steps to, 0 for an unknown kind.
-int GetSimRegisterMaxAddress(std::string_view reg);
+int GetSimRegisterMaxAddress(std::string_view kind);
 
 /// The kind that stepping goes on with; "ERR" after the last, empty for an unknown one.
-std::string GetNextSimRegister(std::string_view reg);
+std::string GetNextSimRegister(std::string_view kind);
 
 /// The kind that stepping back goes on with; "ERR" before the first, empty for an unknown one.
-std::string GetPrevSimRegister(std::string_view reg);
+std::string GetPrevSimRegister(std::string_view kind);
 
 /// Where the simulation page stands: the texts of its register, number and bit fields.
 struct SimPosition {
-    std::string reg;
-    std::string address; ///< register number, decimal in any width
-    std::string bit;     ///< decimal; word points neither read nor need it
+    std::string kind;
+    std::string number; ///< decimal in any width
+    std::string bit;    ///< decimal; word points neither read nor need it
 
     bool operator==(const SimPosition&) const = default;
 };

@@ -13,8 +13,8 @@ constexpr std::array<Command, 6> table = {{
     {command::bitWrite, Access::Bit, true},
     {command::wordRead, Access::Word, false},
     {command::wordWrite, Access::Word, true},
-    {command::mixedRead, Access::None, false},
-    {command::mixedWrite, Access::None, true},
+    {command::mixedRead, std::nullopt, false},
+    {command::mixedWrite, std::nullopt, true},
 }};
 
 } // namespace

@@ -50,7 +50,7 @@ constexpr std::uint8_t answerMark = 0x80;
 /// What a request code asks for. A read is answered by its values, a write by an acknowledgement.
 struct Command {
     std::uint8_t code;
-    Access access; ///< None: bits and words in one request, each says itself what it is
+    std::optional<Access> access; ///< none: bits and words in one request, each says itself what it is
     bool writes;
 };
 
@@ -60,7 +60,7 @@ std::span<const Command> commands();
 /// The command of a request code, or nullptr.
 const Command* findCommand(std::uint8_t code);
 
-/// Bytes that one value takes in a body: 1 for a bit, 2 for a word. @param access Bit or Word
+/// Bytes that one value takes in a body: 1 for a bit, 2 for a word.
 constexpr int valueSize(Access access) { return access == Access::Word ? 2 : 1; }
 
 /// Bytes of an answer to a single read. @param count bits or words, 0 .. 256

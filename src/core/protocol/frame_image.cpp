@@ -5,7 +5,7 @@
 #include "core/protocol/crc16.h"
 #include "core/protocol/hex_text.h"
 
-#include <algorithm>
+#include <limits>
 #include <span>
 
 namespace varda::inline core {
@@ -47,12 +47,6 @@ void FrameImage::reset(std::size_t first, std::size_t last) {
     }
 }
 
-void FrameImage::clearBytes(std::size_t first, std::size_t last) {
-    check(last);
-    std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(first),
-              bytes_.begin() + static_cast<std::ptrdiff_t>(last) + 1, std::uint8_t{0});
-}
-
 void FrameImage::setLowHigh(std::size_t index, std::string_view digits) {
     check(index + 1);
     if (digits.size() < 4) {
@@ -70,11 +64,6 @@ void FrameImage::appendCrc(std::size_t count) {
 }
 
 void FrameImage::complete(std::size_t last) {
-    fillEmptyTexts(last);
-    takeTexts(0, last);
-}
-
-void FrameImage::fillEmptyTexts(std::size_t last) {
     check(last);
     for (std::size_t index = 0; index <= last; ++index) {
         if (texts_[index].empty()) {
@@ -83,15 +72,8 @@ void FrameImage::fillEmptyTexts(std::size_t last) {
     }
 }
 
-void FrameImage::takeTexts(std::size_t first, std::size_t last) {
-    check(last);
-    for (std::size_t index = first; index <= last; ++index) {
-        bytes_[index] = texts_[index].empty() ? std::uint8_t{0} : byteFromHex(texts_[index]);
-    }
-}
-
 std::string FrameImage::display(std::size_t last) {
-    fillEmptyTexts(last);
+    complete(last);
     std::string shown;
     for (std::size_t index = 0; index <= last; ++index) {
         shown += texts_[index] + ' ';
@@ -129,10 +111,11 @@ void AppendCRC16(FrameImages& images, std::uint8_t code, std::size_t count) {
 }
 
 void setStation(FrameImage& image, std::size_t index, std::string_view text) {
-    try {
-        // kept: no leading zero, so a station below 16 shows as one digit
-        image.setText(index, hex(toByte(toInteger(text))));
-    } catch (const RuntimeError&) {
+    const auto station = readInteger(text);
+    if (station && *station >= 0 && *station <= std::numeric_limits<std::uint8_t>::max()) {
+        image.setText(index,
+                      hex(*station)); // kept: no leading zero, so a station below 16 shows as one digit
+    } else {
         image.set(index, 0);
     }
 }

@@ -12,10 +12,10 @@
 namespace varda::inline core {
 
 /// A request while it is being edited: a row of hexadecimal texts beside the row of bytes that they stand
-/// for.
+/// for. The two always agree, so nothing is ever read back from its text.
 ///
-/// An empty text is a byte not set yet; completing the frame makes it "00". Every access past the end of a
-/// row throws RuntimeError 9 and changes nothing.
+/// An empty text is a byte not set yet, 0 on the wire; completing the frame makes it "00". Every access past
+/// the end of a row throws RuntimeError 9 and changes nothing.
 class FrameImage {
 public:
     /// All texts empty, all bytes 0.
@@ -31,8 +31,6 @@ public:
     void setText(std::size_t index, std::string_view hexText);
     /// Sets the bytes `first` .. `last` to 0 and their texts to "00".
     void reset(std::size_t first, std::size_t last);
-    /// Sets only the bytes `first` .. `last` to 0; their texts stay.
-    void clearBytes(std::size_t first, std::size_t last);
 
     /// Splits four hexadecimal digits into the two bytes at `index`, low byte first: digits 3 and 4, then 1
     /// and 2.
@@ -41,10 +39,7 @@ public:
     /// Puts the frame check over the first `count` bytes behind them, low byte first, texts and bytes.
     void appendCrc(std::size_t count);
 
-    /// Sets the bytes `first` .. `last` from their texts; an empty text is 0.
-    void takeTexts(std::size_t first, std::size_t last);
-
-    /// Makes every empty text among 0 .. `last` "00" and every byte there from its text.
+    /// Makes every empty text among 0 .. `last` "00".
     void complete(std::size_t last);
 
     /// The entries 0 .. `last` as they are shown: each text and one space; empty texts are made "00" first.
@@ -55,7 +50,6 @@ public:
 
 private:
     void check(std::size_t index) const;
-    void fillEmptyTexts(std::size_t last);
 
     std::vector<std::string> texts_;
     std::vector<std::uint8_t> bytes_;

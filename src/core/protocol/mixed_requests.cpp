@@ -18,14 +18,14 @@ public:
 
     std::size_t length() const { return image_.byte(offset::length); }
 
-    void appendBitAddress(const Point& point, int carried) {
+    void appendBitAddress(const PointLine& point, int carried) {
         const int word = registerAddress(Access::Bit, point.kind, point.number);
         // kept: bits above 15 are not carried into the word, they lengthen the text that the bytes are cut
         // from
         image_.setLowHigh(end(), bitAddressText(word, toInteger16(point.bit + carried)));
     }
 
-    void appendWordAddress(const Point& point, int carried) {
+    void appendWordAddress(const PointLine& point, int carried) {
         const int word = toInteger16(registerAddress(Access::Word, point.kind, point.number) + carried);
         image_.setLowHigh(end(), wordAddressText(word));
         const std::uint8_t high = image_.byte(end() + 1);
@@ -42,7 +42,7 @@ private:
     FrameImage& image_;
 };
 
-void appendReadPoints(Body& body, const Point& point) {
+void appendReadPoints(Body& body, const PointLine& point) {
     const int count = toInteger(point.value);
     for (int carried = 0; carried < count && body.length() < 255; ++carried) {
         if (point.access == Access::Bit) {
@@ -54,7 +54,7 @@ void appendReadPoints(Body& body, const Point& point) {
     }
 }
 
-void appendBitItem(Body& body, const Point& point) {
+void appendBitItem(Body& body, const PointLine& point) {
     if (body.length() + bitItemBytes <= 252) {
         body.appendBitAddress(point, 0);
         body.image().set(body.end() + 2, point.value == "ON" ? 0xFF : 0x00);
@@ -70,7 +70,7 @@ std::string wordDigits(std::string_view typed) {
     return hex(fromHex(typed), digits);
 }
 
-void appendWordItem(Body& body, const Point& point) {
+void appendWordItem(Body& body, const PointLine& point) {
     const std::string value = wordDigits(point.value);
     if (body.length() + wordItemBytes <= 251) {
         body.appendWordAddress(point, 0);
@@ -86,7 +86,7 @@ void forEachPoint(std::span<const std::string> lines, const LineVisitor& visit, 
             visit(line);
         }
         if (!lines[line].empty()) {
-            append(parsePoint(lines[line]));
+            append(parsePointLine(lines[line]));
         }
     }
 }
@@ -114,7 +114,7 @@ std::uint8_t whereAgreed(std::uint8_t sum, const FrameImage& image) {
 
 void MakeMRDataFormat(FrameImages& images, std::span<const std::string> lines, const LineVisitor& visit) {
     Body body(images.mixedRead);
-    forEachPoint(lines, visit, [&body](const Point& point) { appendReadPoints(body, point); });
+    forEachPoint(lines, visit, [&body](const PointLine& point) { appendReadPoints(body, point); });
 }
 
 std::uint8_t CheckMRLength(const FrameImages& images, std::span<const std::string> lines) {
@@ -135,7 +135,7 @@ std::string DisplayMRString(FrameImages& images) { return displayFrame(images.mi
 
 void MakeMWDataFormat(FrameImages& images, std::span<const std::string> lines, const LineVisitor& visit) {
     Body body(images.mixedWrite);
-    forEachPoint(lines, visit, [&body](const Point& point) {
+    forEachPoint(lines, visit, [&body](const PointLine& point) {
         point.access == Access::Bit ? appendBitItem(body, point) : appendWordItem(body, point);
     });
 }

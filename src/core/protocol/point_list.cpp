@@ -7,8 +7,15 @@ namespace {
 
 constexpr char tab = '\t';
 
-Access accessOf(std::string_view line) {
-    return line.front() == 'B' ? Access::Bit : line.front() == 'W' ? Access::Word : Access::None;
+std::optional<Access> accessOf(std::string_view line) {
+    switch (line.front()) {
+    case 'B':
+        return Access::Bit;
+    case 'W':
+        return Access::Word;
+    default:
+        return std::nullopt;
+    }
 }
 
 std::string_view before(std::string_view text, char separator) {
@@ -37,12 +44,12 @@ std::string_view pointValue(std::string_view line) {
     return lastTab == std::string_view::npos ? line : line.substr(lastTab + 1);
 }
 
-Point parsePoint(std::string_view line) {
-    const Access access = accessOf(line);
-    const std::string_view reg = before(behind(line, tab), tab);
+PointLine parsePointLine(std::string_view line) {
+    const auto access = accessOf(line);
+    const std::string_view named = before(behind(line, tab), tab);
     // kept: one character is cut off as the kind, so the number of "TC", "SV", "PV" and "SR" is no number
-    const std::string_view number = reg.empty() ? reg : reg.substr(1);
-    return {access, std::string(reg.substr(0, 1)),
+    const std::string_view number = named.empty() ? named : named.substr(1);
+    return {access, std::string(named.substr(0, 1)),
             toInteger(access == Access::Bit ? before(number, '.') : number),
             access == Access::Bit ? toInteger(behind(number, '.')) : 0, std::string(pointValue(line))};
 }
@@ -51,7 +58,7 @@ std::uint8_t GetListDataLength(std::span<const std::string> lines, int perBit, i
     std::uint8_t sum = 0;
     for (const std::string& line : lines) {
         if (!line.empty()) {
-            const Access access = accessOf(line);
+            const auto access = accessOf(line);
             sum = toByte(sum + (access == Access::Bit ? perBit : access == Access::Word ? perWord : 0));
         }
     }
@@ -62,7 +69,7 @@ std::uint8_t GetMRAnswerLength(std::span<const std::string> lines) {
     std::uint8_t sum = 0;
     for (const std::string& line : lines) {
         if (!line.empty()) {
-            const Access access = accessOf(line);
+            const auto access = accessOf(line);
             const int perPoint = access == Access::Bit ? 1 : access == Access::Word ? 2 : 0;
             sum = toByte(sum + perPoint * toInteger(pointValue(line)));
         }

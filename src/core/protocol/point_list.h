@@ -11,12 +11,12 @@
 namespace varda::inline core {
 
 /// One line of a mixed page's point list, cut into its fields.
-struct Point {
-    Access access;
-    std::string kind;  ///< one character, see parsePoint
-    int number;        ///< register number
-    int bit;           ///< first bit, 0 for words
-    std::string value; ///< text behind the last TAB: a count, "ON" or "OFF", or hexadecimal digits
+struct PointLine {
+    std::optional<Access> access; ///< none where the line has neither tag
+    std::string kind;             ///< one character, see parsePointLine
+    int number;                   ///< register number
+    int bit;                      ///< first bit, 0 for words
+    std::string value;            ///< text behind the last TAB: a count, "ON" or "OFF", or hexadecimal digits
 };
 
 /// "BIT", TAB, kind and number "." bit, TAB, value.
@@ -34,7 +34,7 @@ std::string_view pointValue(std::string_view line);
 /// The kind is the one character behind the first TAB, so the number of a two-letter kind begins with a
 /// letter.
 /// @throws RuntimeError 13 for such a kind and for any number that is none
-Point parsePoint(std::string_view line);
+PointLine parsePointLine(std::string_view line);
 
 /// 8-bit sum over all lines that are not empty: `perBit` for each bit line, `perWord` for each word line.
 /// @throws RuntimeError 6 above 255

@@ -7,8 +7,8 @@
 
 namespace varda::inline core {
 
-/// How a page addresses the memory: one bit of a word, or whole words. None while no option is chosen.
-enum class Access { None, Bit, Word };
+/// How the memory is addressed: one bit of a word, or whole words.
+enum class Access { Bit, Word };
 
 /// One register kind: its block in the controller's word memory and how pages offer it.
 struct RegisterKind {

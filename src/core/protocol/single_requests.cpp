@@ -15,14 +15,14 @@ std::uint8_t writeCode(Access access) {
 
 } // namespace
 
-void MakeReadFormat(FrameImages& images, Access access) {
+void MakeReadFormat(FrameImages& images, std::optional<Access> access) {
     FrameImage& image = images.read;
     const std::uint8_t code = access == Access::Bit ? command::bitRead : command::wordRead;
-    if (access != Access::None) {
+    if (access) {
         image.set(offset::command, code);
     }
     image.set(offset::length, frame_size::readBody);
-    if (access != Access::None) {
+    if (access) {
         AppendCRC16(images, code, frame_size::header + frame_size::readBody);
     }
     image.complete(readBytes - 1);
@@ -77,9 +77,6 @@ void MakeWriteFormat(FrameImages& images, Access access, int count) {
         image.set(offset::length, static_cast<std::uint8_t>(writeBodyLength(access, count) & 0xFF));
     }
     const std::size_t covered = offset::body + bodyLength(image);
-    if (access == Access::Word) {
-        image.takeTexts(offset::data, covered + frame_size::check - 1);
-    }
     AppendCRC16(images, code, covered);
     image.complete(covered + frame_size::check - 1);
 }
@@ -110,9 +107,7 @@ bool isWriteBitOn(const FrameImages& images, std::size_t index) {
 }
 
 void clearWriteRequest(FrameImages& images) {
-    constexpr std::size_t lastClearedByte = 50;
     constexpr std::size_t lastEntry = 1023;
-    images.write.clearBytes(0, lastClearedByte);
     images.write.reset(offset::length, lastEntry);
 }
 

@@ -4,14 +4,14 @@
 #include "core/protocol/registers.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace varda::inline core {
 
 /// Completes the read image: command, LEN 3, frame check, empty texts made "00".
-/// @param access None leaves the check as it stands
-/// @throws RuntimeError 13 where a text of the image is no hexadecimal number
-void MakeReadFormat(FrameImages& images, Access access);
+/// @param access none leaves command and check as they stand
+void MakeReadFormat(FrameImages& images, std::optional<Access> access);
 
 /// The read request as shown: nine groups, each followed by a space.
 std::string DisplayRString(FrameImages& images);
@@ -47,7 +47,6 @@ void setWriteCount(FrameImages& images, Access access, int count);
 
 /// Completes the write image: command, LEN, frame check, empty texts made "00".
 /// @param count bits or words; LEN stays as it is where isWriteCount does not hold
-/// @throws RuntimeError 13 where a text of the image is no hexadecimal number
 void MakeWriteFormat(FrameImages& images, Access access, int count);
 
 /// The write request as shown, up to its frame check.
@@ -68,7 +67,7 @@ int writeWord(const FrameImages& images, std::size_t index);
 /// Whether data byte `index` of a bit write (from 0) is ON.
 bool isWriteBitOn(const FrameImages& images, std::size_t index);
 
-/// Empties the write image for another access: the first bytes are 0, everything from LEN on is "00".
+/// Empties the write image for another access: everything from LEN on is "00"; stations and command stay.
 void clearWriteRequest(FrameImages& images);
 
 /// Fills the data with LEN - 2 random words of 1 .. 65535.

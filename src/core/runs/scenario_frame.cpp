@@ -45,14 +45,14 @@ Bytes scenarioFrame(std::string_view line) { return HexTextToBytes(line, groupCo
 
 std::optional<int> scenarioAnswerLength(const Bytes& frame) {
     const Command* const sent = findCommand(byteAt(frame, offset::command));
-    if (sent == nullptr || sent->access == Access::None) {
+    if (sent == nullptr || !sent->access) {
         return std::nullopt; // kept: a mixed frame waits for what the line before it expected
     }
     if (sent->writes) {
         return writeAnswerLength;
     }
     // kept: a count of 0 is not taken as 256 here
-    return readAnswerSize(sent->access, byteAt(frame, offset::count));
+    return readAnswerSize(*sent->access, byteAt(frame, offset::count));
 }
 
 } // namespace varda::inline core

@@ -73,7 +73,7 @@ const Storage& storageOf(Access access) { return access == Access::Bit ? bitStor
 
 bool isWhole(const Command& command, const Frame& frame, Body request) {
     // kept: masters send one byte more than the frame of a mixed request has
-    const std::size_t mostExtra = command.access == Access::None ? 1 : 0;
+    const std::size_t mostExtra = !command.access ? 1 : 0;
     return request.size() <= frame.size() + mostExtra;
 }
 
@@ -126,10 +126,10 @@ std::optional<Items> mixedItems(bool withValues, Body body) {
 }
 
 std::optional<Items> decode(const Command& command, Body body) {
-    if (command.access == Access::None) {
+    if (!command.access) {
         return mixedItems(command.writes, body);
     }
-    const Storage& storage = storageOf(command.access);
+    const Storage& storage = storageOf(*command.access);
     return command.writes ? writeRun(storage, body) : readRun(storage, body);
 }
 

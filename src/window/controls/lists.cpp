@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QListWidget>
 #include <QSignalBlocker>
 #include <QStringList>
 #include <QTabBar>
@@ -54,6 +55,15 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts, const std:
     const QString start = QString::fromStdString(startValue);
     list->setCurrentIndex(list->findText(start, Qt::MatchFixedString | Qt::MatchCaseSensitive));
     list->setEditText(start);
+}
+
+std::vector<std::string> linesOf(const QListWidget* list) {
+    std::vector<std::string> lines;
+    lines.reserve(static_cast<std::size_t>(list->count()));
+    for (int row = 0; row < list->count(); ++row) {
+        lines.push_back(list->item(row)->text().toStdString());
+    }
+    return lines;
 }
 
 void keepFromWheel(QComboBox* list) {

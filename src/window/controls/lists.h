@@ -4,6 +4,7 @@
 #include <vector>
 
 class QComboBox;
+class QListWidget;
 class QTabWidget;
 class QWidget;
 
@@ -18,6 +19,9 @@ void fillList(QComboBox* list, const std::vector<std::string>& texts, const std:
 
 /// Empties a list's text without running its handlers; its entries stay.
 void chooseNone(QComboBox* list);
+
+/// The lines of a list, in order.
+std::vector<std::string> linesOf(const QListWidget* list);
 
 /// A list is not changed by an accidental wheel turn, and opens at once however long it is.
 void keepFromWheel(QComboBox* list);

@@ -1,7 +1,6 @@
 #include "window/controls/period_steps.h"
 
 #include "core/base/conversion.h"
-#include "core/base/runtime_error.h"
 #include "core/link/period.h"
 
 #include <QKeyEvent>
@@ -14,14 +13,6 @@ namespace {
 
 constexpr int step = 10;
 constexpr int stepWithControl = 100;
-
-int typedPeriod(const QString& text) {
-    try {
-        return toLong(text.toStdString());
-    } catch (const RuntimeError&) {
-        return startPeriod;
-    }
-}
 
 } // namespace
 
@@ -57,7 +48,8 @@ bool PeriodSteps::takeWheel(const QWheelEvent& wheel) {
 void PeriodSteps::change(int steps, Qt::KeyboardModifiers modifiers) {
     const int size = (modifiers & Qt::ControlModifier) != 0 ? stepWithControl : step;
     const qint64 typed =
-        typedPeriod(field_->text()); // a step beyond the largest number is none of the smallest
+        readLong(field_->text().toStdString())
+            .value_or(startPeriod); // a step beyond the largest number is none of the smallest
     const qint64 lowest = std::min<qint64>(typed, range_.lowest); // a step down raises nothing
     const qint64 highest = std::max<qint64>(typed, range_.highest);
     field_->setText(QString::number(std::clamp(typed + qint64{steps} * size, lowest, highest)));

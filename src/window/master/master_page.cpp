@@ -24,10 +24,11 @@
 namespace varda::window {
 
 MasterPage::MasterPage(const PageContext& context, Mode bitMode, QWidget* parent)
-    : QWidget(parent), context_(context), route_(*findRoute(bitMode)) {}
+    : ModePage(parent), context_(context), route_(*findRoute(bitMode)) {}
 
 void MasterPage::adopt(const Controls& controls) {
     controls_ = controls;
+    fields_.emplace(controls.registerLists);
     Events& events = context_.events;
     events.option(controls.bitOption, [this] { optionChosen(Access::Bit); });
     events.option(controls.wordOption, [this] { optionChosen(Access::Word); });
@@ -54,10 +55,12 @@ void MasterPage::takePeriod() {
     context_.tmrComm.start();
 }
 
-Access MasterPage::access() const {
-    return controls_.bitOption->isChecked()    ? Access::Bit
-           : controls_.wordOption->isChecked() ? Access::Word
-                                               : Access::None;
+void MasterPage::clickSend() { controls_.send->click(); }
+
+std::optional<Access> MasterPage::chosenAccess() const {
+    return controls_.bitOption->isChecked()    ? std::optional(Access::Bit)
+           : controls_.wordOption->isChecked() ? std::optional(Access::Word)
+                                               : std::nullopt;
 }
 
 FrameImage& MasterPage::image() { return context_.images.of(static_cast<std::uint8_t>(route_.bitMode)); }
@@ -65,8 +68,6 @@ FrameImage& MasterPage::image() { return context_.images.of(static_cast<std::uin
 Mode MasterPage::mode() const { return access() == Access::Word ? route_.wordMode : route_.bitMode; }
 
 std::string MasterPage::requestText() const { return controls_.request->toPlainText().toStdString(); }
-
-bool MasterPage::canSend() const { return controls_.send->isEnabled(); }
 
 void MasterPage::enableSending(bool enabled) {
     controls_.send->setEnabled(enabled);
@@ -109,12 +110,10 @@ void MasterPage::takeStation(std::size_t index) {
 }
 
 void MasterPage::takeStations() {
-    takeStation(offset::destination);
-    takeStation(offset::source);
-}
-
-void MasterPage::writeAddress(const std::string& digits) {
-    image().setLowHigh(offset::address, digits);
+    clearRequest();
+    for (const std::size_t index : {offset::destination, offset::source}) {
+        setStation(image(), index, stationText(index));
+    }
     makeRequest();
 }
 
@@ -131,8 +130,7 @@ void MasterPage::sendRequest() {
 
 void MasterPage::repeatRequest() {
     const bool hasStations = !controls_.destination->text().isEmpty() && !controls_.source->text().isEmpty();
-    if (!controls_.continuous->isChecked() || !isFilledToSend() || !hasStations ||
-        !registerFields().hasCount()) {
+    if (!controls_.continuous->isChecked() || !isFilledToSend() || !hasStations || !fields().hasCount()) {
         return;
     }
     try {

@@ -2,11 +2,11 @@
 
 #include "core/link/routes.h"
 #include "core/protocol/registers.h"
+#include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
-#include "window/master/register_fields.h"
+#include "window/controls/register_fields.h"
 
-#include <QWidget>
-
+#include <optional>
 #include <string>
 
 class QCheckBox;
@@ -21,9 +21,9 @@ class FrameImage;
 
 namespace varda::window {
 
-/// What the four master pages have in common: two options for the access, two stations, a period, a request
-/// that is shown while its fields change, and a send button.
-class MasterPage : public QWidget {
+/// What the four master pages have in common: two options for the access, two stations, the register of a
+/// point, a period, a request that is shown while its fields change, and a send button.
+class MasterPage : public ModePage {
     Q_OBJECT
 
 public:
@@ -34,10 +34,9 @@ public:
     /// filled. @throws RuntimeError of the send; the box is not ticked any more then
     void repeatRequest();
 
-    /// What the link does while this page is shown.
-    Mode mode() const;
-    std::string requestText() const;
-    bool canSend() const;
+    Mode mode() const override;
+    std::string requestText() const override;
+    void clickSend() override;
     /// Continuous sending ends, and can be begun again only once it is enabled.
     void enableSending(bool enabled);
 
@@ -48,9 +47,10 @@ protected:
         QRadioButton* wordOption;
         QLineEdit* destination;
         QLineEdit* source;
-        QLineEdit* period;
-        QCheckBox* continuous;
+        RegisterFields::Lists registerLists;
         QPushButton* send;
+        QCheckBox* continuous;
+        QLineEdit* period;
         QPlainTextEdit* request;
         QPlainTextEdit* answer;
         QLineEdit* status;
@@ -64,7 +64,7 @@ protected:
 
     /// An option was chosen: sets the page up for that access.
     virtual void optionChosen(Access access) = 0;
-    /// Make...Format of the page. @throws RuntimeError where a field or a point cannot be read
+    /// Make...Format of the page. @throws RuntimeError where a point cannot be read
     virtual void makeFormat() = 0;
     /// Display...String of the page.
     virtual std::string displayString() = 0;
@@ -72,17 +72,20 @@ protected:
     virtual void buildAndSend() = 0;
     /// Switches on again what the send had switched off.
     virtual void switchOnAfterSend() = 0;
-    virtual const RegisterFields& registerFields() const = 0;
 
     const PageContext& context() const { return context_; }
-    Access access() const;
+    Access access() const { return chosenAccess().value_or(Access::Bit); }
+    std::optional<Access> chosenAccess() const;
+    RegisterFields& fields() { return *fields_; }
+    const RegisterFields& fields() const { return *fields_; }
     FrameImage& image();
 
     std::string stationText(std::size_t index) const;
     /// Empties the status line and prepares the link. @return false where the port is closed, which the
     /// status line tells then
     bool startRequest();
-    bool isFilledToSend() const { return registerFields().isFilled(access()); }
+    /// All is well where no option is chosen.
+    bool isFilledToSend() const { return !chosenAccess() || fields().isNamed(access()); }
     void showStatus(const std::string& text);
     void stopRepeating();
     void chooseBitOption();
@@ -90,16 +93,16 @@ protected:
     void clearAnswer();
     void showRequest();
     void makeRequest();
-    void takeStation(std::size_t index);
     void takeStations();
-    void writeAddress(const std::string& digits);
 
 private:
+    void takeStation(std::size_t index);
     void takePeriod();
 
     PageContext context_;
     const Route& route_;
     Controls controls_{};
+    std::optional<RegisterFields> fields_;
 };
 
 } // namespace varda::window

@@ -1,11 +1,11 @@
 #include "window/master/mixed_page.h"
 
-#include "core/base/conversion.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/point_list.h"
 #include "window/controls/events.h"
 #include "window/controls/form.h"
+#include "window/controls/lists.h"
 
 #include <QComboBox>
 #include <QListWidget>
@@ -13,74 +13,55 @@
 
 namespace varda::window {
 
-MixedPage::MixedPage(const PageContext& context, Mode mode, QWidget* parent)
-    : MasterPage(context, mode, parent) {}
-
-void MixedPage::adopt(const Controls& controls, const ListControls& lists) {
+void MixedPage::adopt(const Controls& controls, const ListControls& list) {
     MasterPage::adopt(controls);
-    lists_ = lists;
-    register_ = std::make_unique<RegisterFields>(lists.registerKind, lists.registerNumber, lists.registerBit,
-                                                 lists.bitPoint, lists.count);
-    bindLists();
-}
-
-void MixedPage::bindLists() {
+    list_ = list;
     Events& events = context().events;
     // a key alone empties nothing: the lists follow when the text changes
-    events.field(lists_.registerKind, [this] { register_->offerNumbers(); },
+    events.field(controls.registerLists.kind, [this] { fields().offerNumbers(); },
                  {.keyPress = [] {}, .lostFocus = {}});
-    events.field(lists_.registerNumber, [] {}); // a number is read when the point is added
-    events.field(lists_.registerBit, [this] { bitChosen(); });
-    if (lists_.count != nullptr) {
-        events.field(lists_.count, [this] { countChosen(); });
+    events.field(controls.registerLists.number, [] {}); // a number is read when the point is added
+    events.field(controls.registerLists.bit, [this] { bitChosen(); });
+    if (controls.registerLists.count != nullptr) {
+        events.field(controls.registerLists.count, [this] { countChosen(); });
     }
-    events.click(lists_.add, [this] { addLine(); });
-    events.click(lists_.remove, [this] { removeLine(); });
-    connect(lists_.points, &QListWidget::itemSelectionChanged, this, [this] { lineChosen(); });
-    connect(lists_.points, &QListWidget::itemClicked, this, [this] { lineChosen(); });
+    events.click(list.add, [this] { addLine(); });
+    events.click(list.remove, [this] { removeLine(); });
+    connect(list.lines, &QListWidget::itemSelectionChanged, this, [this] { lineChosen(); });
+    connect(list.lines, &QListWidget::itemClicked, this, [this] { lineChosen(); });
 }
 
 void MixedPage::prepareMode() {
     stopRepeating();
     chooseBitOption();
-    register_->offerBits();
+    fields().offerBits();
     image().set(offset::length, 0);
 }
 
-void MixedPage::offer(Access access, int countLimit) { register_->offer(access, countLimit); }
-
 void MixedPage::selectLine(std::size_t line) {
-    lists_.points->setCurrentRow(static_cast<int>(line));
+    list_.lines->setCurrentRow(static_cast<int>(line));
     lineChosen(); // a selection by the program is a click too, also of the line that is selected already
 }
-
-std::string MixedPage::fieldText(const QComboBox* list) const { return list->currentText().toStdString(); }
 
 StationTexts MixedPage::stationTexts() const {
     return {stationText(offset::destination), stationText(offset::source)};
 }
 
 void MixedPage::bitChosen() {
-    if (!register_->hasKind() || !register_->hasNumber()) {
-        lists_.registerBit->clearEditText();
+    if (!fields().hasKind() || !fields().hasNumber()) {
+        fields().lists().bit->clearEditText();
     }
 }
 
 void MixedPage::countChosen() {
-    if (!readInteger(fieldText(lists_.count))) {
-        lists_.count->clearEditText();
+    if (!fields().readableCount()) {
+        fields().lists().count->clearEditText();
     }
 }
 
-std::vector<std::string> MixedPage::pointLines() const {
-    return context().form.lines(lists_.points->objectName().toStdString());
-}
+std::vector<std::string> MixedPage::pointLines() const { return linesOf(list_.lines); }
 
-bool MixedPage::pointIsNamed() const {
-    const bool counted = lists_.count == nullptr || !fieldText(lists_.count).empty();
-    const bool bitNamed = access() == Access::Word || register_->hasBit();
-    return register_->hasKind() && register_->hasNumber() && bitNamed && counted;
-}
+bool MixedPage::pointIsNamed() const { return fields().isNamed(access()) && fields().hasCount(); }
 
 void MixedPage::addLine() {
     if (!pointIsNamed()) {
@@ -93,23 +74,23 @@ void MixedPage::addLine() {
     }
     // kept: the new line's own size is not part of the test
     if (listLength(lines) < fullPointList) {
-        lists_.points->addItem(QString::fromStdString(line));
+        list_.lines->addItem(QString::fromStdString(line));
     }
 }
 
 QListWidgetItem* MixedPage::markedLine() const {
-    const QList<QListWidgetItem*> marked = lists_.points->selectedItems();
+    const QList<QListWidgetItem*> marked = list_.lines->selectedItems();
     return marked.isEmpty() || marked.first()->text().isEmpty() ? nullptr : marked.first();
 }
 
 void MixedPage::removeLine() {
     delete markedLine();
-    lists_.remove->setEnabled(false);
+    list_.remove->setEnabled(false);
 }
 
 void MixedPage::lineChosen() {
     if (markedLine() != nullptr) {
-        lists_.remove->setEnabled(true);
+        list_.remove->setEnabled(true);
     }
 }
 

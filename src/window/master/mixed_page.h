@@ -2,7 +2,6 @@
 
 #include "core/protocol/mixed_requests.h"
 #include "window/master/master_page.h"
-#include "window/master/register_fields.h"
 
 #include <string>
 #include <vector>
@@ -18,26 +17,19 @@ class MixedPage : public MasterPage {
     Q_OBJECT
 
 public:
-    std::vector<std::string> pointLines() const;
-
     /// Sends the request as its fields and points stand now, and awaits no answer.
     /// @throws RuntimeError where a field or a point cannot be read, and the port's
     void sendAsItStands();
 
 protected:
     struct ListControls {
-        QComboBox* registerKind;
-        QComboBox* registerNumber;
-        QComboBox* registerBit;
-        QWidget* bitPoint;
-        QComboBox* count; ///< nullptr where each line is one point
-        QListWidget* points;
+        QListWidget* lines;
         QPushButton* add;
         QPushButton* remove;
     };
 
-    MixedPage(const PageContext& context, Mode mode, QWidget* parent);
-    void adopt(const Controls& controls, const ListControls& lists);
+    using MasterPage::MasterPage;
+    void adopt(const Controls& controls, const ListControls& list);
 
     /// The line of the point that the fields name. @throws RuntimeError where a value cannot be read
     virtual std::string newLine() const = 0;
@@ -52,18 +44,14 @@ protected:
     /// What both pages do when their mode is chosen: continuous sending off, bit points, LEN of the image 0;
     /// the points stay.
     void prepareMode();
-    void offer(Access access, int countLimit);
     void selectLine(std::size_t line);
+    std::vector<std::string> pointLines() const;
     StationTexts stationTexts() const;
-    std::string fieldText(const QComboBox* list) const;
-    const ListControls& lists() const { return lists_; }
 
     void buildAndSend() override;
     void switchOnAfterSend() override;
-    const RegisterFields& registerFields() const override { return *register_; }
 
 private:
-    void bindLists();
     void bitChosen();
     void countChosen();
     void addLine();
@@ -73,8 +61,7 @@ private:
     bool pointIsNamed() const;
     Bytes wire() const;
 
-    ListControls lists_{};
-    std::unique_ptr<RegisterFields> register_;
+    ListControls list_{};
 };
 
 } // namespace varda::window

@@ -3,16 +3,28 @@
 #include "core/link/serial_link.h"
 #include "core/protocol/point_list.h"
 #include "ui_mixed_read_page.h"
+#include "window/controls/make_form.h"
 
 namespace varda::window {
 
 MixedReadPage::MixedReadPage(const PageContext& context, QWidget* parent)
-    : MixedPage(context, Mode::MixedRead, parent), ui_(std::make_unique<Ui::MixedReadPage>()) {
-    ui_->setupUi(this);
-    adopt({ui_->optMRead_0, ui_->optMRead_1, ui_->txtMRDDA, ui_->txtMRDSA, ui_->txtMReadTimerValue,
-           ui_->chkMRTimer, ui_->cmdMRDSend, ui_->txtSendMRData, ui_->txtReceiveMRData, ui_->txtMRStatus},
-          {ui_->cbMRegister, ui_->cbMRegAddress, ui_->cbMRegBit, ui_->lblMRBitPoint, ui_->cbMRLength,
-           ui_->lstMRReadReg, ui_->cmdMRAdd, ui_->cmdMRDel});
+    : MixedPage(context, Mode::MixedRead, parent), ui_(makeForm<Ui::MixedReadPage>(this)) {
+    adopt({.bitOption = ui_->optMRead_0,
+           .wordOption = ui_->optMRead_1,
+           .destination = ui_->txtMRDDA,
+           .source = ui_->txtMRDSA,
+           .registerLists = {.kind = ui_->cbMRegister,
+                             .number = ui_->cbMRegAddress,
+                             .bit = ui_->cbMRegBit,
+                             .dot = ui_->lblMRBitPoint,
+                             .count = ui_->cbMRLength},
+           .send = ui_->cmdMRDSend,
+           .continuous = ui_->chkMRTimer,
+           .period = ui_->txtMReadTimerValue,
+           .request = ui_->txtSendMRData,
+           .answer = ui_->txtReceiveMRData,
+           .status = ui_->txtMRStatus},
+          {.lines = ui_->lstMRReadReg, .add = ui_->cmdMRAdd, .remove = ui_->cmdMRDel});
 }
 
 MixedReadPage::~MixedReadPage() = default;
@@ -27,7 +39,7 @@ void MixedReadPage::enterMode() {
 }
 
 void MixedReadPage::optionChosen(Access access) {
-    offer(access, access == Access::Bit ? bitReadLimit : wordReadLimit);
+    fields().offer(access, access == Access::Bit ? bitReadLimit : wordReadLimit);
 }
 
 void MixedReadPage::makeFormat() { MakeMReadFormat(context().images, stationTexts(), pointLines()); }
@@ -35,11 +47,10 @@ void MixedReadPage::makeFormat() { MakeMReadFormat(context().images, stationText
 std::string MixedReadPage::displayString() { return DisplayMRString(context().images); }
 
 std::string MixedReadPage::newLine() const {
-    const std::string kind = fieldText(ui_->cbMRegister);
-    const std::string number = fieldText(ui_->cbMRegAddress);
-    const std::string count = fieldText(ui_->cbMRLength);
-    return access() == Access::Bit ? bitPointLine(kind, number, fieldText(ui_->cbMRegBit), count)
-                                   : wordPointLine(kind, number, count);
+    const RegisterFields& first = fields();
+    return access() == Access::Bit
+               ? bitPointLine(first.kindText(), first.numberText(), first.bitText(), first.countText())
+               : wordPointLine(first.kindText(), first.numberText(), first.countText());
 }
 
 int MixedReadPage::listLength(const std::vector<std::string>& lines) const {

@@ -19,8 +19,7 @@ public:
     explicit MixedReadPage(const PageContext& context, QWidget* parent = nullptr);
     ~MixedReadPage() override;
 
-    /// The mode was chosen.
-    void enterMode();
+    void enterMode() override;
 
 protected:
     void optionChosen(Access access) override;

@@ -7,7 +7,7 @@
 #include "core/protocol/single_requests.h"
 #include "ui_mixed_write_page.h"
 #include "window/controls/events.h"
-#include "window/controls/form.h"
+#include "window/controls/make_form.h"
 
 #include <algorithm>
 
@@ -45,13 +45,24 @@ bool areDigits(const QString& text, bool hexadecimal) {
 } // namespace
 
 MixedWritePage::MixedWritePage(const PageContext& context, QWidget* parent)
-    : MixedPage(context, Mode::MixedWrite, parent), ui_(std::make_unique<Ui::MixedWritePage>()) {
-    ui_->setupUi(this);
+    : MixedPage(context, Mode::MixedWrite, parent), ui_(makeForm<Ui::MixedWritePage>(this)) {
     ui_->optMWBData_0->setChecked(true);
-    adopt({ui_->optMWrite_0, ui_->optMWrite_1, ui_->txtMWDDA, ui_->txtMWDSA, ui_->txtMWriteTimerValue,
-           ui_->chkMWTimer, ui_->cmdMWDSend, ui_->txtSendMWData, ui_->txtReceiveMWData, ui_->txtMWStatus},
-          {ui_->cbMWRegister, ui_->cbMWRegAddress, ui_->cbMWRegBit, ui_->lblMWBitPoint, nullptr,
-           ui_->lstMWWriteReg, ui_->cmdMWAdd, ui_->cmdMWDel});
+    adopt({.bitOption = ui_->optMWrite_0,
+           .wordOption = ui_->optMWrite_1,
+           .destination = ui_->txtMWDDA,
+           .source = ui_->txtMWDSA,
+           .registerLists = {.kind = ui_->cbMWRegister,
+                             .number = ui_->cbMWRegAddress,
+                             .bit = ui_->cbMWRegBit,
+                             .dot = ui_->lblMWBitPoint,
+                             .count = nullptr},
+           .send = ui_->cmdMWDSend,
+           .continuous = ui_->chkMWTimer,
+           .period = ui_->txtMWriteTimerValue,
+           .request = ui_->txtSendMWData,
+           .answer = ui_->txtReceiveMWData,
+           .status = ui_->txtMWStatus},
+          {.lines = ui_->lstMWWriteReg, .add = ui_->cmdMWAdd, .remove = ui_->cmdMWDel});
     context.events.textChange(ui_->txtMWData, [this] { txtMWData_Change(); });
     connect(ui_->chkHexDec, &QCheckBox::toggled, this, [this] { chkHexDec_Click(); });
 }
@@ -65,7 +76,7 @@ void MixedWritePage::enterMode() {
     chkHexDec_Click();
 }
 
-void MixedWritePage::optionChosen(Access access) { offer(access, 0); }
+void MixedWritePage::optionChosen(Access access) { fields().offer(access, 0); }
 
 void MixedWritePage::chkHexDec_Click() {
     ui_->chkHexDec->setText(ui_->chkHexDec->isChecked() ? QStringLiteral("HEX") : QStringLiteral("DEC"));
@@ -98,13 +109,12 @@ std::string MixedWritePage::wordValue() const {
 }
 
 std::string MixedWritePage::newLine() const {
-    const std::string kind = fieldText(ui_->cbMWRegister);
-    const std::string number = fieldText(ui_->cbMWRegAddress);
+    const RegisterFields& first = fields();
     if (access() == Access::Bit) {
         const std::string value = ui_->optMWBData_0->isChecked() ? "ON" : "OFF";
-        return bitPointLine(kind, number, fieldText(ui_->cbMWRegBit), value);
+        return bitPointLine(first.kindText(), first.numberText(), first.bitText(), value);
     }
-    return wordPointLine(kind, number, wordValue());
+    return wordPointLine(first.kindText(), first.numberText(), wordValue());
 }
 
 int MixedWritePage::listLength(const std::vector<std::string>& lines) const {

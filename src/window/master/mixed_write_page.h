@@ -19,8 +19,7 @@ public:
     explicit MixedWritePage(const PageContext& context, QWidget* parent = nullptr);
     ~MixedWritePage() override;
 
-    /// The mode was chosen.
-    void enterMode();
+    void enterMode() override;
 
 protected:
     void optionChosen(Access access) override;

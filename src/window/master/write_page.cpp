@@ -1,6 +1,5 @@
 #include "window/master/write_page.h"
 
-#include "core/base/conversion.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/hex_text.h"
@@ -25,22 +24,28 @@ constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
 } // namespace
 
 WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
-    : MasterPage(context, Mode::BitWrite, parent),
+    : SinglePage(context, Mode::BitWrite, parent),
       ui_(makeForm<Ui::WritePage>(this)),
-      register_(ui_->cbWRegister, ui_->cbWRegAddress, ui_->cbWRegBit, ui_->lblWBitPoint, ui_->cbWLength),
       grid_(
           new WriteGrid(ui_->gridWriteData,
                         [this](int position) { this->context().events.guard([&] { editCell(position); }); })),
       random_(std::move(random)) {
-    adopt({ui_->optWrite_0, ui_->optWrite_1, ui_->txtWDDA, ui_->txtWDSA, ui_->txtWriteTimerValue,
-           ui_->chkWTimer, ui_->cmdWDSend, ui_->txtSendWData, ui_->txtReceiveWData, ui_->txtWStatus});
+    adopt({.bitOption = ui_->optWrite_0,
+           .wordOption = ui_->optWrite_1,
+           .destination = ui_->txtWDDA,
+           .source = ui_->txtWDSA,
+           .registerLists = {.kind = ui_->cbWRegister,
+                             .number = ui_->cbWRegAddress,
+                             .bit = ui_->cbWRegBit,
+                             .dot = ui_->lblWBitPoint,
+                             .count = ui_->cbWLength},
+           .send = ui_->cmdWDSend,
+           .continuous = ui_->chkWTimer,
+           .period = ui_->txtWriteTimerValue,
+           .request = ui_->txtSendWData,
+           .answer = ui_->txtReceiveWData,
+           .status = ui_->txtWStatus});
     Events& events = context.events;
-    // kept: a key typed into the kind list re-runs the count's handler
-    events.field(ui_->cbWRegister, [this] { cbWRegister_Change(); },
-                 {.keyPress = [this] { cbWLength_Change(); }, .lostFocus = {}});
-    events.field(ui_->cbWRegAddress, [this] { cbWRegAddress_Change(); });
-    events.field(ui_->cbWRegBit, [this] { cbWRegBit_Change(); });
-    events.field(ui_->cbWLength, [this] { cbWLength_Change(); });
     events.click(ui_->chkCounter, [this] { chooseDataMode(ui_->chkCounter, ui_->chkRandomWrite); });
     events.click(ui_->chkRandomWrite, [this] { chooseDataMode(ui_->chkRandomWrite, ui_->chkCounter); });
 }
@@ -48,25 +53,26 @@ WritePage::WritePage(const PageContext& context, std::function<double()> random,
 WritePage::~WritePage() = default;
 
 void WritePage::enterMode() {
+    ui_->Frame2_1->setEnabled(true);
+    context().form.setEnabled("Frame2_0", false);
     stopRepeating();
     chooseBitOption();
     ui_->cmdWDSend->setEnabled(context().link.port().isOpen());
 }
 
-void WritePage::optionChosen(Access access) {
-    context().link.enterMode(mode());
-    register_.offer(access, writeLimit(access));
+int WritePage::countLimit(Access access) const { return writeLimit(access); }
+
+void WritePage::accessTaken(Access access) {
     numberOfBits_.clear();
     ui_->chkCounter->setEnabled(access == Access::Word);
     ui_->chkRandomWrite->setEnabled(access == Access::Word);
     clearWriteRequest(context().images);
     grid_->showColumnHeadings(access);
     grid_->emptyCells();
-    takeStations();
 }
 
 void WritePage::makeFormat() {
-    if (ui_->cbWLength->currentText().isEmpty()) {
+    if (!fields().hasCount()) {
         ui_->cbWLength->setEditText(QStringLiteral("1"));
     }
     MakeWriteFormat(context().images, access(), count());
@@ -74,65 +80,36 @@ void WritePage::makeFormat() {
 
 std::string WritePage::displayString() { return DisplayWString(context().images); }
 
-int WritePage::count() const {
-    return readInteger(ui_->cbWLength->currentText().toStdString()).value_or(noCount);
-}
+int WritePage::count() const { return fields().readableCount().value_or(noCount); }
 
-int WritePage::bit() const { return register_.bitNumber(); }
+int WritePage::ofCount(int points) const { return fields().hasCount() ? points : 0; }
 
-void WritePage::cbWRegister_Change() {
-    clearRequest();
-    register_.offerNumbers();
+void WritePage::kindTaken() {
     numberOfBits_.clear();
     layGrid();
-    showRequest();
 }
 
-void WritePage::cbWRegAddress_Change() {
-    clearRequest();
-    if (!register_.hasKind()) {
-        return;
-    }
-    if (register_.hasNumber()) {
-        const int word = register_.wordAddress(access());
-        if (access() == Access::Word) {
-            writeAddress(wordAddressText(word));
-        }
-    }
-    if (register_.numberText() != numberOfBits_) { // a key that leaves the number leaves the bit as well
-        numberOfBits_ = register_.numberText();
-        register_.offerBits();
+void WritePage::numberTaken() {
+    if (fields().numberText() != numberOfBits_) { // a key that leaves the number leaves the bit as well
+        numberOfBits_ = fields().numberText();
+        fields().offerBits();
     }
     layGrid();
-    showRequest();
 }
 
-void WritePage::cbWRegBit_Change() {
-    clearRequest();
-    if (!register_.hasKind() || !register_.hasNumber()) {
-        ui_->cbWRegBit->clearEditText();
-        return;
-    }
-    if (access() == Access::Bit && register_.hasBit()) {
-        writeAddress(bitAddressText(register_.wordAddress(Access::Bit), bit()));
+void WritePage::takeBit() {
+    if (access() == Access::Bit) {
+        SinglePage::takeBit();
         layGrid();
     }
-    showRequest();
 }
 
-void WritePage::cbWLength_Change() {
-    clearRequest();
-    const auto typed = readInteger(ui_->cbWLength->currentText().toStdString());
-    if (!typed) {
-        ui_->cbWLength->clearEditText();
-        return;
-    }
-    setWriteCount(context().images, access(), *typed);
-    if (isWriteCount(access(), *typed)) {
+void WritePage::takeCount(int count) {
+    setWriteCount(context().images, access(), count);
+    if (isWriteCount(access(), count)) {
         layRows();
         grid_->emptyCells();
     }
-    makeRequest();
 }
 
 void WritePage::layGrid() {
@@ -150,7 +127,7 @@ int WritePage::rowsOf(std::optional<int> bit) const {
     if (isForAllRows()) {
         return countOfAllRows;
     }
-    const int typed = ui_->cbWLength->currentText().isEmpty() ? 0 : count(); // an emptied count has no points
+    const int typed = ofCount(count());
     if (!isWriteCount(access(), typed)) {
         return grid_->cells() / WriteGrid::columns;
     }
@@ -159,19 +136,19 @@ int WritePage::rowsOf(std::optional<int> bit) const {
 
 /// A number or a bit that cannot be read costs the headings or the rule's bit, never the request.
 void WritePage::layRows() {
-    const bool chosen = register_.hasKind() && register_.hasNumber();
-    if (chosen && !register_.hasBit() && !isForAllRows()) {
+    const bool chosen = fields().hasKind() && fields().hasNumber();
+    if (chosen && !fields().hasBit() && !isForAllRows()) {
         ui_->cbWRegBit->setEditText(QStringLiteral("1")); // kept: the row rule needs a bit, in word mode too
     }
-    const int rows = rowsOf(chosen ? register_.readableBit() : std::nullopt);
-    const int first = chosen ? register_.readableNumber().value_or(noNumber) : noNumber;
+    const int rows = rowsOf(chosen ? fields().readableBit() : std::nullopt);
+    const int first = chosen ? fields().readableNumber().value_or(noNumber) : noNumber;
     const int step = access() == Access::Bit ? 1 : WriteGrid::columns;
-    grid_->layRows(rows, first >= 0 ? register_.kindText() : std::string(), first, step);
+    grid_->layRows(rows, first >= 0 ? fields().kindText() : std::string(), first, step);
 }
 
 void WritePage::showBits() {
     grid_->emptyCells();
-    const std::optional<int> bit = register_.readableBit();
+    const std::optional<int> bit = fields().readableBit();
     const int framed = bit ? framedWriteCount(context().images, Access::Bit) : 0;
     for (int index = 0; index < framed; ++index) {
         if (isWriteBitOn(context().images, static_cast<std::size_t>(index))) {
@@ -200,14 +177,12 @@ void WritePage::DisplayWMessage(const std::string& text) { showStatus(text); }
 
 bool WritePage::CheckWriteCell(int position) {
     const bool bits = access() == Access::Bit;
-    if ((bits && !register_.hasBit()) || !register_.hasNumber() || !register_.hasKind() ||
-        ui_->cbWLength->currentText().isEmpty()) {
+    if (!fields().isNamed(access()) || !fields().hasCount()) {
         DisplayWMessage("Fill Register, Address, Length");
     }
     // kept: words are counted from the register number, although their data is not
-    const int before = bits ? bit() : register_.number();
-    const int points =
-        ui_->cbWLength->currentText().isEmpty() ? 0 : framedWriteCount(context().images, access());
+    const int before = bits ? fields().bitNumber() : fields().number();
+    const int points = ofCount(framedWriteCount(context().images, access()));
     const bool valid = position > before && position <= before + points;
     DisplayWMessage(valid ? "" : "Invalid Range !!");
     return valid;
@@ -226,7 +201,7 @@ void WritePage::editCell(int position) {
 
 void WritePage::toggleBit(int position) {
     const QString shown = grid_->text(position);
-    const auto index = static_cast<std::size_t>(position - 1 - bit());
+    const auto index = static_cast<std::size_t>(position - 1 - fields().bitNumber());
     if (shown.isEmpty() || shown == QLatin1String("OFF")) {
         setWriteBit(context().images, index, true);
         grid_->setText(position, QStringLiteral("ON"));
@@ -238,9 +213,9 @@ void WritePage::toggleBit(int position) {
 }
 
 QString WritePage::registerName(int position) const {
-    const RegisterKind* const kind = findRegisterKind(register_.kindText());
-    const int number = register_.number() + position - 1;
-    return QString::fromStdString(register_.kindText() + " " +
+    const RegisterKind* const kind = findRegisterKind(fields().kindText());
+    const int number = fields().number() + position - 1;
+    return QString::fromStdString(fields().kindText() + " " +
                                   decimal(number, kind != nullptr ? kind->listWidth : 1));
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "window/master/master_page.h"
-#include "window/master/register_fields.h"
+#include "window/master/single_page.h"
 
 #include <functional>
 #include <memory>
@@ -19,7 +18,7 @@ class WriteGrid;
 
 /// "Write Bit/Word": keeps the write request up to date with its fields and its data grid, sends it and shows
 /// the answer.
-class WritePage : public MasterPage {
+class WritePage : public SinglePage {
     Q_OBJECT
     Q_DISABLE_COPY(WritePage)
 
@@ -28,27 +27,28 @@ public:
     WritePage(const PageContext& context, std::function<double()> random, QWidget* parent = nullptr);
     ~WritePage() override;
 
-    /// The mode was chosen: continuous sending off, bit writing, lists and grid prepared anew.
-    void enterMode();
+    /// Continuous sending off, bit writing, lists and grid prepared anew.
+    void enterMode() override;
 
 protected:
-    void optionChosen(Access access) override;
+    int countLimit(Access access) const override;
+    void accessTaken(Access access) override;
+    void kindTaken() override;
+    void numberTaken() override;
+    void takeBit() override;
+    void takeCount(int count) override;
     void makeFormat() override;
     std::string displayString() override;
     void buildAndSend() override;
     void switchOnAfterSend() override;
-    const RegisterFields& registerFields() const override { return register_; }
 
 private:
-    void cbWRegister_Change();
-    void cbWRegAddress_Change();
-    void cbWRegBit_Change();
-    void cbWLength_Change();
     void chooseDataMode(QCheckBox* chosen, QCheckBox* other);
     void fillData();
 
     int count() const;
-    int bit() const;
+    /// So many points, or none while the count is emptied.
+    int ofCount(int points) const;
     /// A count of "0" lays all rows, whatever the bit.
     bool isForAllRows() const;
     int rowsOf(std::optional<int> bit) const;
@@ -65,7 +65,6 @@ private:
     QString registerName(int position) const;
 
     std::unique_ptr<Ui::WritePage> ui_;
-    RegisterFields register_;
     std::string numberOfBits_; ///< the register number that the bit was chosen for
     WriteGrid* grid_;
     std::function<double()> random_;

@@ -1,5 +1,7 @@
 #include "window/monitor/line_text.h"
 
+#include "window/controls/texts.h"
+
 #include <QFontDatabase>
 #include <QPaintEvent>
 #include <QPainter>
@@ -10,10 +12,6 @@ namespace varda::window {
 namespace {
 
 constexpr int margin = 6;
-
-int columnWidth(const QWidget* widget) {
-    return std::max(1, widget->fontMetrics().horizontalAdvance(QLatin1Char('0')));
-}
 
 } // namespace
 
@@ -33,7 +31,7 @@ void LineText::setText(const QString& text) {
 
 qsizetype LineText::charactersInRow(int width) const {
     constexpr qsizetype group = 6; // whole groups of two digits and a blank, or of a character and a blank
-    return std::max<qsizetype>((width - 2 * margin) / columnWidth(this) / group, 1) * group;
+    return std::max<qsizetype>((width - 2 * margin) / characterWidth(fontMetrics()) / group, 1) * group;
 }
 
 QSize LineText::sizeToShowAll(int widest) const {
@@ -42,8 +40,9 @@ QSize LineText::sizeToShowAll(int widest) const {
     const qsizetype height =
         std::min<qsizetype>(rows * fontMetrics().lineSpacing() + qsizetype{2} * margin, QWIDGETSIZE_MAX);
     constexpr int roundedUp = 6; // so that the same characters fit a row again
-    return {std::min(static_cast<int>(inRow + roundedUp) * columnWidth(this) + 2 * margin, widest),
-            static_cast<int>(height)};
+    return {
+        std::min(static_cast<int>(inRow + roundedUp) * characterWidth(fontMetrics()) + 2 * margin, widest),
+        static_cast<int>(height)};
 }
 
 void LineText::paintEvent(QPaintEvent* event) {

@@ -25,7 +25,7 @@ FileDialogs::Kind logFiles() { return {QStringLiteral(".log"), QStringLiteral("L
 } // namespace
 
 MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, QWidget* parent)
-    : QWidget(parent),
+    : ModePage(parent),
       context_(context),
       surroundings_(std::move(surroundings)),
       ui_(std::make_unique<Ui::MonitorPage>()),
@@ -141,7 +141,7 @@ bool MonitorPage::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::MouseButtonRelease) {
         frmMonitoringData_->closeLine();
     }
-    return QWidget::eventFilter(watched, event);
+    return ModePage::eventFilter(watched, event);
 }
 
 } // namespace varda::window

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/runs/monitor_run.h"
+#include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
 #include "window/monitor/monitor_model.h"
 
 #include <QTime>
-#include <QWidget>
 
 #include <functional>
 #include <memory>
@@ -19,7 +19,7 @@ class FileDialogs;
 class FrmMonitoringData;
 
 /// "Monitoring": lists every burst that the open port receives, and keeps a log of it.
-class MonitorPage : public QWidget, public LinkObserver {
+class MonitorPage : public ModePage, public LinkObserver {
     Q_OBJECT
     Q_DISABLE_COPY(MonitorPage)
 
@@ -34,8 +34,9 @@ public:
     MonitorPage(const PageContext& context, Surroundings surroundings, QWidget* parent = nullptr);
     ~MonitorPage() override;
 
-    /// The mode was chosen: the log's controls follow its check box.
-    void enterMode() { chkMonLog_Click(); }
+    Mode mode() const override { return Mode::MonitorIdle; }
+    /// The log's controls follow its check box.
+    void enterMode() override { chkMonLog_Click(); }
 
     /// Lists what is heard, and logs it where a log was chosen.
     void told(const Exchange& exchange) override;

@@ -1,19 +1,13 @@
 #include "window/scenario/frame_line_delegate.h"
 
+#include "window/controls/texts.h"
+
 #include <QApplication>
 #include <QListView>
 
 #include <algorithm>
 
 namespace varda::window {
-namespace {
-
-int characterWidth(const QStyleOptionViewItem& option) {
-    return std::max(1, option.fontMetrics.horizontalAdvance(QLatin1Char('0')));
-}
-
-} // namespace
-
 FrameLineDelegate::FrameLineDelegate(QListView* list)
     : QStyledItemDelegate(list), list_(list), model_(list->model()) {
     connect(model_, &QAbstractItemModel::rowsInserted, this,
@@ -48,13 +42,13 @@ QSize FrameLineDelegate::sizeHint(const QStyleOptionViewItem& option, const QMod
     const QStyle* const style = list_->style();
     QSize size = style->sizeFromContents(QStyle::CT_ItemViewItem, &line, {}, list_);
     const qsizetype longest = lengths_.empty() ? 0 : lengths_.rbegin()->first;
-    size.rwidth() += static_cast<int>(longest) * characterWidth(line);
+    size.rwidth() += static_cast<int>(longest) * characterWidth(line.fontMetrics);
     return size;
 }
 
 void FrameLineDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
-    const int width = characterWidth(*option);
+    const int width = characterWidth(option->fontMetrics);
     const int hidden = std::max(0, -option->rect.left() / width);
     const int shown = list_->viewport()->width() / width + 2; // one may be cut at either edge
     option->text = option->text.mid(hidden, shown);

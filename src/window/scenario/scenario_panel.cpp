@@ -9,6 +9,7 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
+#include "window/controls/lists.h"
 #include "window/controls/period_steps.h"
 #include "window/controls/profile_files.h"
 #include "window/controls/show_text.h"
@@ -101,7 +102,7 @@ void ScenarioPanel::saveTo(const QString& path) {
     context_.form.setText("txtSimStatus", "");
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
-    storeScenario(context_.form.lines("lstSchedule"), file);
+    storeScenario(linesOf(ui_->lstSchedule), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
     saveOrTell(file, name, context_, [this] {
         context_.form.setText("txtSimStatus",

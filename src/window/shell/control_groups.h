@@ -2,6 +2,7 @@
 
 #include "window/controls/form.h"
 
+#include <array>
 #include <cstddef>
 #include <span>
 #include <string_view>
@@ -13,6 +14,11 @@ struct NamePrefix {
     std::string_view prefix;
     std::size_t compared;
 };
+
+/// The groups in the order in which a mode switches them.
+inline constexpr std::array controlGroups = {ControlGroup::Read,       ControlGroup::Write,
+                                             ControlGroup::MixedRead,  ControlGroup::MixedWrite,
+                                             ControlGroup::Simulation, ControlGroup::Scenario};
 
 /// The comparisons of a group, for example EnableReadControls.
 std::span<const NamePrefix> namePrefixes(ControlGroup group);

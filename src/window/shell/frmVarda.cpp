@@ -15,13 +15,14 @@
 #include "window/shell/frames.h"
 #include "window/shell/frmAbout.h"
 #include "window/shell/look.h"
-#include "window/shell/modes.h"
 #include "window/shell/port_box.h"
 #include "window/simulator/simulation_page.h"
 #include "window/system/external_program.h"
 
 #include <QCloseEvent>
 #include <QShortcut>
+
+#include <algorithm>
 
 namespace varda::window {
 namespace {
@@ -65,18 +66,18 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     const PageContext context = {form_,     events_,
                                  link_,     images_,
                                  *tmrComm_, [this] { return presenter_.isFreeForRun(commPLC_.isOpen()); }};
-    readPage_ = new ReadPage(context, this);
-    writePage_ = new WritePage(context, surroundings.random, this);
-    mixedReadPage_ = new MixedReadPage(context, this);
-    mixedWritePage_ = new MixedWritePage(context, this);
-    masters_ = {readPage_, writePage_, mixedReadPage_, mixedWritePage_};
+    auto* const readPage = new ReadPage(context, this);
+    auto* const writePage = new WritePage(context, surroundings.random, this);
+    auto* const mixedReadPage = new MixedReadPage(context, this);
+    auto* const mixedWritePage = new MixedWritePage(context, this);
+    masters_ = {readPage, writePage, mixedReadPage, mixedWritePage};
     simulationPage_ = new SimulationPage(context,
                                          {files_,
-                                          [this](Mode mixedMode) {
+                                          [mixedReadPage, mixedWritePage](Mode mixedMode) {
                                               MixedPage* const page =
                                                   mixedMode == Mode::MixedRead
-                                                      ? static_cast<MixedPage*>(mixedReadPage_)
-                                                      : mixedWritePage_;
+                                                      ? static_cast<MixedPage*>(mixedReadPage)
+                                                      : mixedWritePage;
                                               page->sendAsItStands();
                                           }},
                                          this);
@@ -84,15 +85,17 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     scenarioPanel_ = new ScenarioPanel(context,
                                        {.tmrScenario = *tmrScenario_,
                                         .files = files_,
-                                        .shownMode = [this] { return shownMode(); },
-                                        .shownRequest =
-                                            [this] {
-                                                const MasterPage* const page = shownMasterPage();
-                                                return page != nullptr ? page->requestText() : std::string();
-                                            },
+                                        .shownMode = [this] { return shownMode().page->mode(); },
+                                        .shownRequest = [this] { return shownMode().page->requestText(); },
                                         .stopMonitor = [this] { monitorPage_->stopRun(); },
                                         .enableMasters = [this](bool enabled) { enableMasters(enabled); }},
                                        this);
+    modes_ = {{ui_->optMode_0, ui_->pageRead, ControlGroup::Read, readPage},
+              {ui_->optMode_1, ui_->pageWrite, ControlGroup::Write, writePage},
+              {ui_->optMode_2, ui_->pageMixedRead, ControlGroup::MixedRead, mixedReadPage},
+              {ui_->optMode_3, ui_->pageMixedWrite, ControlGroup::MixedWrite, mixedWritePage},
+              {ui_->optMode_4, ui_->pageSimulation, ControlGroup::Simulation, simulationPage_},
+              {ui_->optMode_5, ui_->pageMonitor, std::nullopt, monitorPage_}};
     link_.setRoles(
         {.repeat = [this](Mode mode) { repeatRequest(mode); },
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
@@ -105,36 +108,29 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
 }
 
 void FrmVarda::addPages() {
-    pages_ = {
-        {ui_->optMode_0, ui_->pageReadLayout, readPage_, [this] { readPage_->enterMode(); }},
-        {ui_->optMode_1, ui_->pageWriteLayout, writePage_, [this] { writePage_->enterMode(); }},
-        {ui_->optMode_2, ui_->pageMixedReadLayout, mixedReadPage_, [this] { mixedReadPage_->enterMode(); }},
-        {ui_->optMode_3, ui_->pageMixedWriteLayout, mixedWritePage_,
-         [this] { mixedWritePage_->enterMode(); }},
-        {ui_->optMode_4, ui_->pageSimulationLayout, simulationPage_,
-         [this] { simulationPage_->enterMode(); }},
-        {ui_->optMode_5, ui_->pageMonitorLayout, monitorPage_, [this] { monitorPage_->enterMode(); }}};
-    for (const ModePage& mode : pages_) {
-        mode.holder->addWidget(mode.page);
+    QList<QWidget*> tabOrder = {ui_->settingsTabs};
+    for (const ModeRow& mode : modes_) {
+        mode.tab->layout()->addWidget(mode.page);
+        tabOrder.append(mode.option);
     }
     ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
     useFixedWidthForFrames(this);
     keepDisabledTextsReadable(this);
     nameListsBeside(this);
     keepFramesReadable(this);
-    chainTabOrder({ui_->settingsTabs, ui_->optMode_0, ui_->optMode_1, ui_->optMode_2, ui_->optMode_3,
-                   ui_->optMode_4, ui_->optMode_5, ui_->tabMode, ui_->scenarioHolder, ui_->txtTotalData,
-                   ui_->txtCurrentData, ui_->txtWatchDog, ui_->cmdHelp, ui_->cmdAbout, ui_->cmdEnd});
+    chainTabOrder(tabOrder << ui_->tabMode << ui_->scenarioHolder << ui_->txtTotalData << ui_->txtCurrentData
+                           << ui_->txtWatchDog << ui_->cmdHelp << ui_->cmdAbout << ui_->cmdEnd);
 }
 
 void FrmVarda::bind() {
-    for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
-        events_.option(modeOption(index), [this, index] { optMode_Click(index); });
+    for (int index = 0; index < static_cast<int>(modes_.size()); ++index) {
+        events_.option(modes_[static_cast<std::size_t>(index)].option,
+                       [this, index] { optMode_Click(index); });
     }
     keepTabsFromWheel(ui_->settingsTabs);
     keepTabsFromWheel(ui_->tabMode);
     connect(ui_->tabMode, &QTabWidget::currentChanged, this,
-            [this](int index) { modeOption(index)->setChecked(true); });
+            [this] { shownMode().option->setChecked(true); });
     events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
     events_.click(ui_->cmdPortOpen, [this] {
         linkPort_.cmdPortOpen_Click();
@@ -176,19 +172,13 @@ void FrmVarda::addShortcuts() {
         connect(shortcut, &QShortcut::activated, this, press);
     };
     add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
-    add(Qt::Key_F5, [this] { sendShownRequest(); });
-    for (int index = 0; index < static_cast<int>(modes.size()); ++index) {
-        add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(Qt::Key_1 + index)), [this, index] {
-            modeOption(index)->setFocus(Qt::ShortcutFocusReason); // as a click does
-            modeOption(index)->click();
+    add(Qt::Key_F5, [this] { shownMode().page->clickSend(); });
+    int key = Qt::Key_1;
+    for (const ModeRow& mode : modes_) {
+        add(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(key++)), [option = mode.option] {
+            option->setFocus(Qt::ShortcutFocusReason); // as a click does
+            option->click();
         });
-    }
-}
-
-void FrmVarda::sendShownRequest() {
-    MasterPage* const page = shownMasterPage();
-    if (page != nullptr && page->canSend()) {
-        events_.guard([page] { page->sendRequest(); });
     }
 }
 
@@ -212,7 +202,7 @@ void FrmVarda::Form_Load() {
     form_.setEnabled("cmdSimStart", false);
     link_.showCounters();
     form_.setText("txtWatchDog", "0");
-    events_.choose(modeOption(0));
+    events_.choose(ui_->optMode_0);
 }
 
 void FrmVarda::fillSerialLists() {
@@ -229,49 +219,41 @@ void FrmVarda::fillSerialLists() {
 }
 
 void FrmVarda::optMode_Click(int index) {
-    if (index < 0 || index >= static_cast<int>(modes.size())) {
+    if (index < 0 || index >= static_cast<int>(modes_.size())) {
         return;
     }
     monitorPage_->stopRun(); // closes the log
-    const ModeSettings& mode = modes.at(static_cast<std::size_t>(index));
+    const ModeRow& mode = modes_[static_cast<std::size_t>(index)];
     {
-        const QSignalBlocker once(modeOption(index));
-        modeOption(index)->setChecked(true);
+        const QSignalBlocker once(mode.option);
+        mode.option->setChecked(true);
     }
-    ui_->tabMode->setCurrentIndex(index);
-    link_.enterMode(mode.linkMode);
-    for (std::size_t group = 0; group < mode.groups.size(); ++group) {
-        form_.enableGroup(static_cast<ControlGroup>(group), mode.groups.at(group));
-    }
+    ui_->tabMode->setCurrentWidget(mode.tab);
+    link_.enterMode(mode.page->mode());
+    enableGroups(mode);
     scenarioPanel_->switchRunButtons();
-    enterMode(index);
+    mode.page->enterMode();
+    if (mode.page != monitorPage_) {
+        simulationPage_->switchStartButton();
+    }
 }
 
-MasterPage* FrmVarda::shownMasterPage() const {
-    const auto index = static_cast<std::size_t>(ui_->tabMode->currentIndex());
-    return index < masters_.size() ? masters_.at(index) : nullptr;
+void FrmVarda::enableGroups(const ModeRow& mode) {
+    for (const ModeRow& other : modes_) {
+        if (other.group) {
+            form_.enableGroup(*other.group, other.group == mode.group);
+        }
+    }
+    form_.EnableScenarioControls(findRoute(mode.page->mode()) != nullptr);
 }
 
-Mode FrmVarda::shownMode() const {
-    const MasterPage* const page = shownMasterPage();
-    return page != nullptr ? page->mode()
-                           : modes.at(static_cast<std::size_t>(ui_->tabMode->currentIndex())).linkMode;
+const FrmVarda::ModeRow& FrmVarda::shownMode() const {
+    return *std::ranges::find(modes_, ui_->tabMode->currentWidget(), &ModeRow::tab);
 }
 
 void FrmVarda::stopRuns() {
     monitorPage_->stopRun();
     scenarioPanel_->stop();
-}
-
-void FrmVarda::enterMode(int index) {
-    if (index <= 1) {
-        form_.setEnabled("Frame2_0", index == 0);
-        form_.setEnabled("Frame2_1", index == 1);
-    }
-    pages_.at(static_cast<std::size_t>(index)).enter();
-    if (modes.at(static_cast<std::size_t>(index)).linkMode != Mode::MonitorIdle) {
-        simulationPage_->switchStartButton();
-    }
 }
 
 void FrmVarda::closePort() {

@@ -18,10 +18,10 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
-class QLayout;
 class QRadioButton;
 
 namespace varda::window {
@@ -30,13 +30,10 @@ namespace Ui {
 class FrmVarda;
 }
 class MasterPage;
-class MixedReadPage;
-class MixedWritePage;
+class ModePage;
 class MonitorPage;
-class ReadPage;
 class ScenarioPanel;
 class SimulationPage;
-class WritePage;
 
 /// The main window: owns the link, the timers, the frame images and the pages, and wires them; switches the
 /// modes.
@@ -64,7 +61,7 @@ public:
     SerialLink& link() { return link_; }
     const FrameImages& images() const { return images_; }
 
-    /// Shows the page of a mode and prepares it; an index outside 0 .. 5 does nothing.
+    /// Shows the page of a mode and prepares it; an index that is no mode's does nothing.
     void optMode_Click(int index);
 
 protected:
@@ -72,12 +69,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    /// What belongs to one mode: its option, the place of its page, the page, and what choosing it prepares.
-    struct ModePage {
+    struct ModeRow {
         QRadioButton* option;
-        QLayout* holder;
-        QWidget* page;
-        std::function<void()> enter;
+        QWidget* tab;
+        std::optional<ControlGroup> group; ///< the controls that are on in this mode alone
+        ModePage* page;
     };
 
     void makePages(const Surroundings& surroundings);
@@ -85,21 +81,18 @@ private:
     void bind();
     void Form_Load();
     void fillSerialLists();
-    void enterMode(int index);
-    Mode shownMode() const;
-    MasterPage* shownMasterPage() const;
     void repeatRequest(Mode mode);
     void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
     void showUnsentFrames();
     void addShortcuts();
-    void sendShownRequest();
     void cmdHelp_Click();
     void cmdAbout_Click();
     void cmdEnd_Click();
     void closePort();
-    QRadioButton* modeOption(int index) const { return pages_.at(static_cast<std::size_t>(index)).option; }
+    const ModeRow& shownMode() const;
+    void enableGroups(const ModeRow& mode);
 
     std::unique_ptr<Ui::FrmVarda> ui_;
     QString programFolder_;
@@ -118,15 +111,11 @@ private:
     LinkPort linkPort_;
     FileDialogs files_;
 
-    ReadPage* readPage_ = nullptr;
-    WritePage* writePage_ = nullptr;
-    MixedReadPage* mixedReadPage_ = nullptr;
-    MixedWritePage* mixedWritePage_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
-    std::vector<ModePage> pages_;          ///< in the order of the modes
-    std::array<MasterPage*, 4> masters_{}; ///< in the order of masterRoutes()
+    std::vector<ModeRow> modes_;       ///< in the order of their options
+    std::vector<MasterPage*> masters_; ///< in the order of masterRoutes()
 };
 
 } // namespace varda::window

@@ -1,8 +1,8 @@
 #include "window/shell/window_form.h"
 
 #include "window/controls/events.h"
+#include "window/controls/lists.h"
 #include "window/controls/message_boxes.h"
-#include "window/shell/control_groups.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -52,6 +52,13 @@ void WindowForm::collectControls(QWidget& window) {
             controls_.insert(control->objectName(), control);
         }
     }
+    for (const ControlGroup group : controlGroups) {
+        for (auto control = controls_.cbegin(); control != controls_.cend(); ++control) {
+            if (isInGroup(group, control.key().toStdString())) {
+                groupOf(group).push_back(control.value());
+            }
+        }
+    }
 }
 
 QWidget* WindowForm::find(std::string_view control) const {
@@ -73,14 +80,8 @@ void WindowForm::setText(std::string_view control, const std::string& text) {
 }
 
 std::vector<std::string> WindowForm::lines(std::string_view listBox) const {
-    std::vector<std::string> lines;
-    if (const auto* const list = qobject_cast<const QListWidget*>(find(listBox))) {
-        lines.reserve(static_cast<std::size_t>(list->count()));
-        for (int row = 0; row < list->count(); ++row) {
-            lines.push_back(list->item(row)->text().toStdString());
-        }
-    }
-    return lines;
+    const auto* const list = qobject_cast<const QListWidget*>(find(listBox));
+    return list != nullptr ? linesOf(list) : std::vector<std::string>();
 }
 
 bool WindowForm::isTicked(std::string_view control) const {
@@ -106,10 +107,8 @@ void WindowForm::setEnabled(std::string_view control, bool enabled) {
 }
 
 void WindowForm::enableGroup(ControlGroup group, bool enabled) {
-    for (auto control = controls_.cbegin(); control != controls_.cend(); ++control) {
-        if (isInGroup(group, control.key().toStdString())) {
-            control.value()->setEnabled(enabled);
-        }
+    for (QWidget* const control : groupOf(group)) {
+        control->setEnabled(enabled);
     }
 }
 

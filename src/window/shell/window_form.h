@@ -1,9 +1,13 @@
 #pragma once
 
 #include "window/controls/form.h"
+#include "window/shell/control_groups.h"
 
 #include <QHash>
 #include <QString>
+
+#include <array>
+#include <vector>
 
 class QWidget;
 
@@ -37,10 +41,12 @@ public:
 
 private:
     QWidget* find(std::string_view control) const;
+    std::vector<QWidget*>& groupOf(ControlGroup group) { return groups_.at(static_cast<std::size_t>(group)); }
 
     Events& events_;
     MessageBoxes& boxes_;
     QHash<QString, QWidget*> controls_;
+    std::array<std::vector<QWidget*>, controlGroups.size()> groups_; ///< of each ControlGroup
 };
 
 } // namespace varda::window

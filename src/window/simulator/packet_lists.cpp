@@ -8,6 +8,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
 #include "window/controls/profile_files.h"
+#include "window/controls/show_text.h"
 #include "window/system/file_name.h"
 
 #include <QShortcut>
@@ -145,7 +146,7 @@ void PacketLists::cmdSaveSimPacket_Click() {
 }
 
 void PacketLists::saveTo(const QString& path) {
-    context_.form.setText("txtSimStatus", "");
+    showText(ui_.txtSimStatus, "");
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
     const bool complete = storePackets(table_, file);
@@ -158,7 +159,7 @@ void PacketLists::saved(bool complete) {
         throw subscriptOutOfRange();
     }
     selectPair(requests_.rowCount() - 1); // each pair is visited in turn, the last stays selected
-    context_.form.setText("txtSimStatus", "Saved completely !!!");
+    showText(ui_.txtSimStatus, "Saved completely !!!");
 }
 
 void PacketLists::cmdLoadSimPacket_Click() {
@@ -168,7 +169,7 @@ void PacketLists::cmdLoadSimPacket_Click() {
 }
 
 void PacketLists::loadFrom(const QString& path) {
-    context_.form.setText("txtSimStatus", "");
+    showText(ui_.txtSimStatus, "");
     const ProfileFile file = ProfileFile::load(fileName(path));
     if (tellWhyUnreadable(file, context_)) {
         return;

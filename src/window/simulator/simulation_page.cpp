@@ -1,6 +1,5 @@
 #include "window/simulator/simulation_page.h"
 
-#include "core/base/conversion.h"
 #include "core/link/serial_link.h"
 #include "core/pairs/send_data_check.h"
 #include "core/protocol/frame_image.h"
@@ -14,15 +13,14 @@
 #include "window/controls/lists.h"
 #include "window/controls/make_form.h"
 #include "window/controls/show_text.h"
+#include "window/controls/texts.h"
 
 #include <optional>
 
 namespace varda::window {
 namespace {
 
-constexpr int lengthLimit = 255;
-
-std::string textOf(const QComboBox* list) { return list->currentText().toStdString(); }
+constexpr int countLimit = 255;
 
 void showAll(std::initializer_list<QWidget*> controls, bool visible) {
     for (QWidget* const control : controls) {
@@ -41,25 +39,25 @@ std::string repeated(std::string_view group, int times) {
 } // namespace
 
 SimulationPage::SimulationPage(const PageContext& context, const Surroundings& surroundings, QWidget* parent)
-    : QWidget(parent),
+    : ModePage(parent),
       context_(context),
       sendMixedRequest_(surroundings.sendMixedRequest),
       ui_(makeForm<Ui::SimulationPage>(this)),
+      register_({.kind = ui_->cbSimReg,
+                 .number = ui_->cbSimAddress,
+                 .bit = ui_->cbSimBit,
+                 .dot = ui_->lblSimPoint,
+                 .count = ui_->cbSimLength}),
       lists_(new PacketLists(context, surroundings.files, *ui_, this,
                              [this](int row) { lstSimReceive_DblClick(row); })),
       responder_(lists_->table()) {
     for (QComboBox* const list : {ui_->cbSimMode, ui_->cbSimModeS}) {
         keepFromWheel(list);
     }
-    for (QComboBox* const list :
-         {ui_->cbSimDA, ui_->cbSimSA, ui_->cbSimReg, ui_->cbSimAddress, ui_->cbSimBit, ui_->cbSimLength}) {
+    for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
         letTypeInto(list);
     }
-    for (QWidget* const onlyForBits :
-         {static_cast<QWidget*>(ui_->lblSimPoint), static_cast<QWidget*>(ui_->cbSimBit),
-          static_cast<QWidget*>(ui_->lblSimBit)}) {
-        keepPlaceWhenHidden(onlyForBits);
-    }
+    keepPlaceWhenHidden(ui_->lblSimBit);
     bind();
 }
 
@@ -176,7 +174,7 @@ void SimulationPage::showFieldsOf(const SimKind& kind) {
     fillList(ui_->cbSimReg, simRegisterTexts(kind.access));
     fillList(ui_->cbSimAddress, {});
     fillList(ui_->cbSimBit, {});
-    fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(lengthLimit));
+    fillList(ui_->cbSimLength, kind.isWrite ? std::vector<std::string>() : countListTexts(countLimit));
     if (kind.isWrite) {
         ui_->lstSimMixed->setEnabled(true); // a read or a mixed kind may have left it off
     }
@@ -192,48 +190,44 @@ void SimulationPage::cbSimModeS_Click() {
 }
 
 void SimulationPage::cbSimReg_Change() {
-    const std::vector<std::string> numbers = numberListTexts(textOf(ui_->cbSimReg));
-    fillList(ui_->cbSimAddress, numbers);
-    fillList(ui_->cbSimBit, numbers.empty() ? std::vector<std::string>() : bitListTexts());
+    register_.offerNumbers();
     if (kind() != nullptr && !kind()->isWrite) {
         ShowSimReceive(""); // it named a register of the kind before
     }
 }
 
 SimPosition SimulationPage::position() const {
-    return {textOf(ui_->cbSimReg), textOf(ui_->cbSimAddress), textOf(ui_->cbSimBit)};
+    return {register_.kindText(), register_.numberText(), register_.bitText()};
 }
 
 SimFields SimulationPage::fields() const {
     return {textOf(ui_->cbSimDA),
             textOf(ui_->cbSimSA),
             position(),
-            textOf(ui_->cbSimLength),
+            register_.countText(),
             ui_->txtSimSendData->text().toStdString(),
-            context_.form.lines("lstSimMixed")};
+            linesOf(ui_->lstSimMixed)};
 }
 
 void SimulationPage::showPosition(const SimPosition& position) {
-    if (textOf(ui_->cbSimReg) != position.reg) {
-        ui_->cbSimReg->setEditText(QString::fromUtf8(position.reg));
+    if (register_.kindText() != position.kind) {
+        ui_->cbSimReg->setEditText(QString::fromUtf8(position.kind));
     }
-    ui_->cbSimAddress->setEditText(QString::fromUtf8(position.address));
+    ui_->cbSimAddress->setEditText(QString::fromUtf8(position.number));
     ui_->cbSimBit->setEditText(QString::fromUtf8(position.bit));
 }
 
 void SimulationPage::rebuildRequest() {
     const SimKind* const chosen = kind();
-    const SimPosition here = position();
-    if (chosen == nullptr || chosen->isWrite || here.reg.empty() || here.address.empty() ||
-        (chosen->access == Access::Bit && here.bit.empty()) || textOf(ui_->cbSimLength).empty()) {
+    if (chosen == nullptr || chosen->isWrite || !register_.isNamed(chosen->access) || !register_.hasCount()) {
         return; // a write request is built from its points, a read request once its fields are filled
     }
     ShowSimReceive(chosen->makeRequest(fields()));
 }
 
-std::optional<int> SimulationPage::typedLength() const {
-    const auto length = readInteger(textOf(ui_->cbSimLength));
-    return length && *length >= 1 && *length <= lengthLimit ? std::optional<int>(length) : std::nullopt;
+std::optional<int> SimulationPage::typedCount() const {
+    const auto count = register_.readableCount();
+    return count && *count >= 1 && *count <= countLimit ? count : std::nullopt;
 }
 
 void SimulationPage::cbSimLength_Click() {
@@ -249,11 +243,11 @@ void SimulationPage::cbSimLength_Click() {
         ui_->lstSimMixed->setEnabled(collects);
         return;
     }
-    const std::optional<int> length = typedLength();
+    const std::optional<int> count = typedCount();
     ShowSimReceive("");
     ui_->txtSimSendData->setText(
-        QString::fromUtf8(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", length.value_or(0))));
-    if (length) {
+        QString::fromUtf8(repeated(chosen->access == Access::Bit ? "FF" : "FFFF", count.value_or(0))));
+    if (count) {
         rebuildRequest();
     }
 }
@@ -367,8 +361,8 @@ void SimulationPage::lstSimReceive_DblClick(int row) {
     const std::string answer = table.answer(pair);
     const PreparedRequest prepared = parsePreparedRequest(request);
     const SimKind* const reloaded = findSimKind(prepared.mode);
-    ui_->cbSimDA->setEditText(QString::fromUtf8(prepared.da));
-    ui_->cbSimSA->setEditText(QString::fromUtf8(prepared.sa));
+    ui_->cbSimDA->setEditText(QString::fromUtf8(prepared.destination));
+    ui_->cbSimSA->setEditText(QString::fromUtf8(prepared.source));
     if (!prepared.mode.empty()) {
         ui_->cbSimMode->setCurrentText(QString::fromUtf8(prepared.mode));
     }
@@ -386,7 +380,7 @@ void SimulationPage::reload(const SimKind& kind, const PreparedRequest& request,
     showFieldsOf(kind);
     showPosition(request.position);
     const QSignalBlocker silent(ui_->cbSimLength);
-    ui_->cbSimLength->setEditText(QString::fromUtf8(request.length));
+    ui_->cbSimLength->setEditText(QString::fromUtf8(request.count));
     for (const std::string& point : request.points) {
         ui_->lstSimMixed->addItem(QString::fromUtf8(point));
     }

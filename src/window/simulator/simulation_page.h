@@ -1,12 +1,13 @@
 #pragma once
 
+#include "core/link/routes.h"
 #include "core/pairs/packet_builders.h"
 #include "core/pairs/sim_kinds.h"
 #include "core/runs/responder.h"
+#include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
+#include "window/controls/register_fields.h"
 #include "window/simulator/packet_lists.h"
-
-#include <QWidget>
 
 #include <functional>
 #include <memory>
@@ -20,7 +21,7 @@ class SimulationPage;
 class FileDialogs;
 
 /// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
-class SimulationPage : public QWidget, public LinkObserver {
+class SimulationPage : public ModePage, public LinkObserver {
     Q_OBJECT
     Q_DISABLE_COPY(SimulationPage)
 
@@ -35,8 +36,9 @@ public:
     SimulationPage(const PageContext& context, const Surroundings& surroundings, QWidget* parent = nullptr);
     ~SimulationPage() override;
 
-    /// The mode was chosen: bit reading, stations 255, editing buttons off; the packet table stays.
-    void enterMode();
+    Mode mode() const override { return Mode::Simulation; }
+    /// Bit reading, stations 255, editing buttons off; the packet table stays.
+    void enterMode() override;
 
     /// The start button follows whether the table has pairs and the port is open. It does nothing when it is
     /// pressed: answering depends on the mode alone.
@@ -61,8 +63,8 @@ private:
     void cbSimReg_Change();
     void cbSimLength_Click();
     void rebuildRequest();
-    /// The length of a read; nothing where the text is none of 1 .. 255.
-    std::optional<int> typedLength() const;
+    /// The count of a read; nothing where the text is none of 1 .. 255.
+    std::optional<int> typedCount() const;
     void cmdSimAddListBox_Click();
     void cmdSimDelListBox_Click();
     void cmdSimSendDataInputOK_Click();
@@ -82,6 +84,7 @@ private:
     PageContext context_;
     std::function<void(Mode mixedMode)> sendMixedRequest_;
     std::unique_ptr<Ui::SimulationPage> ui_;
+    RegisterFields register_;
     PacketLists* lists_;
     Responder responder_;
 };

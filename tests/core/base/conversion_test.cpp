@@ -81,6 +81,14 @@ TEST(Conversion, BarePrefixOrWrongHexadecimalDigitIsTypeMismatch) {
     }
 }
 
+TEST(Conversion, ReadingGivesNothingWhereTheOtherFormThrows) {
+    EXPECT_EQ(readLong("&H12345"), 0x12345);
+    EXPECT_EQ(readLong("-2147483648"), std::numeric_limits<std::int32_t>::min());
+    for (const char* text : {"", "abc", "2147483648", "-2147483649", "99999999999999999999999"}) {
+        EXPECT_EQ(readLong(text), std::nullopt) << text;
+    }
+}
+
 TEST(Conversion, NumberBeyondSixteenBitsIsOverflow) {
     for (const char* text : {"32768", "-32769", "65535", "99999", "&H10000", "99999999999999999999999"}) {
         EXPECT_EQ(integerError(text), 6) << text;

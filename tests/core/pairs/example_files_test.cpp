@@ -62,7 +62,8 @@ bool isControllersAnswer(const Bytes& request, const Bytes& answer) {
 /// An answer to a read as the simulation page prepares it from the request and the answer's data.
 std::string pagesAnswer(const std::string& request, const std::string& answer) {
     const PreparedRequest prepared = parsePreparedRequest(request);
-    const SimFields fields = {prepared.da, prepared.sa, {}, prepared.length, preparedAnswerData(answer), {}};
+    const SimFields fields = {
+        prepared.destination, prepared.source, {}, prepared.count, preparedAnswerData(answer), {}};
     return prepared.mode == "Bit Read"    ? MakeSimBitReadAnsFormat(fields)
            : prepared.mode == "Word Read" ? MakeSimWordReadAnsFormat(fields)
                                           : std::string();

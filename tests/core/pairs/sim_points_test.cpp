@@ -15,36 +15,37 @@ using Lines = std::vector<std::string>;
 const SimPosition m12{"M", "0012", "3"};
 
 TEST(SimPointLine, EveryFormHasItsTagAndTabs) {
-    EXPECT_EQ(simPointLine(SimPoint::BitRead, m12, "8"), "RD_BIT \t\tM0012.3\t8");
-    EXPECT_EQ(simPointLine(SimPoint::WordRead, m12, "8"), "RD_WORD\tM0012\t8");
-    EXPECT_EQ(simPointLine(SimPoint::BitWrite, m12, "ON"), "WT_BIT \t\tM0012.3\tON");
-    EXPECT_EQ(simPointLine(SimPoint::WordWrite, m12, "00FF"), "WT_WORD\tM0012\t00FF");
-    EXPECT_EQ(simPointLine(SimPoint::MixedReadBit, m12, "8"), "MR_BIT \t\tM0012.3\t8");
-    EXPECT_EQ(simPointLine(SimPoint::MixedReadWord, m12, "8"), "MR_WORD\tM0012\t8");
-    EXPECT_EQ(simPointLine(SimPoint::MixedWriteBit, m12, "OFF"), "MW_BIT \t\tM0012.3\tOFF");
-    EXPECT_EQ(simPointLine(SimPoint::MixedWriteWord, m12, "00FF"), "MW_WORD\tM0012\t00FF");
+    EXPECT_EQ(simPointLine(SimPointForm::BitRead, m12, "8"), "RD_BIT \t\tM0012.3\t8");
+    EXPECT_EQ(simPointLine(SimPointForm::WordRead, m12, "8"), "RD_WORD\tM0012\t8");
+    EXPECT_EQ(simPointLine(SimPointForm::BitWrite, m12, "ON"), "WT_BIT \t\tM0012.3\tON");
+    EXPECT_EQ(simPointLine(SimPointForm::WordWrite, m12, "00FF"), "WT_WORD\tM0012\t00FF");
+    EXPECT_EQ(simPointLine(SimPointForm::MixedReadBit, m12, "8"), "MR_BIT \t\tM0012.3\t8");
+    EXPECT_EQ(simPointLine(SimPointForm::MixedReadWord, m12, "8"), "MR_WORD\tM0012\t8");
+    EXPECT_EQ(simPointLine(SimPointForm::MixedWriteBit, m12, "OFF"), "MW_BIT \t\tM0012.3\tOFF");
+    EXPECT_EQ(simPointLine(SimPointForm::MixedWriteWord, m12, "00FF"), "MW_WORD\tM0012\t00FF");
 }
 
 TEST(SimPointLine, TagIsSevenCharactersLong) {
-    for (const SimPoint form : {SimPoint::BitRead, SimPoint::WordRead, SimPoint::BitWrite,
-                                SimPoint::WordWrite, SimPoint::MixedReadBit, SimPoint::MixedReadWord,
-                                SimPoint::MixedWriteBit, SimPoint::MixedWriteWord}) {
+    for (const SimPointForm form :
+         {SimPointForm::BitRead, SimPointForm::WordRead, SimPointForm::BitWrite, SimPointForm::WordWrite,
+          SimPointForm::MixedReadBit, SimPointForm::MixedReadWord, SimPointForm::MixedWriteBit,
+          SimPointForm::MixedWriteWord}) {
         EXPECT_EQ(simPointLine(form, m12, "1").find('\t'), 7U);
     }
 }
 
 TEST(SimPointLine, TagOfAReloadedWordWriteIsEightCharactersLong) {
-    EXPECT_EQ(simPointLine(SimPoint::ReloadedWordWrite, m12, "00FF"), "WT_WORD \tM0012\t00FF");
+    EXPECT_EQ(simPointLine(SimPointForm::ReloadedWordWrite, m12, "00FF"), "WT_WORD \tM0012\t00FF");
 }
 
 TEST(SimPointLine, FieldsGoInAsTheyStand) {
-    EXPECT_EQ(simPointLine(SimPoint::BitWrite, {"TC", "00000", "0"}, "ON"), "WT_BIT \t\tTC00000.0\tON");
-    EXPECT_EQ(simPointLine(SimPoint::BitRead, {"", "", ""}, ""), "RD_BIT \t\t.\t");
+    EXPECT_EQ(simPointLine(SimPointForm::BitWrite, {"TC", "00000", "0"}, "ON"), "WT_BIT \t\tTC00000.0\tON");
+    EXPECT_EQ(simPointLine(SimPointForm::BitRead, {"", "", ""}, ""), "RD_BIT \t\t.\t");
 }
 
 TEST(SimPointLine, ValueStandsBehindTheLastTab) {
-    EXPECT_EQ(pointValue(simPointLine(SimPoint::BitWrite, m12, "OFF")), "OFF");
-    EXPECT_EQ(pointValue(simPointLine(SimPoint::ReloadedWordWrite, m12, "BEEF")), "BEEF");
+    EXPECT_EQ(pointValue(simPointLine(SimPointForm::BitWrite, m12, "OFF")), "OFF");
+    EXPECT_EQ(pointValue(simPointLine(SimPointForm::ReloadedWordWrite, m12, "BEEF")), "BEEF");
 }
 
 TEST(SimWordValue, HexadecimalKeepsTheLastFourDigitsAsTheyAreTyped) {
@@ -96,24 +97,24 @@ TEST(PreparedRequestOf, AReadShowsItsStartAddressInTheWidthOfTheList) {
         SCOPED_TRACE(row.request);
         const PreparedRequest prepared = parsePreparedRequest(row.request);
         EXPECT_TRUE(prepared.supported);
-        EXPECT_EQ(prepared.da, "1");
-        EXPECT_EQ(prepared.sa, "0");
+        EXPECT_EQ(prepared.destination, "1");
+        EXPECT_EQ(prepared.source, "0");
         EXPECT_EQ(prepared.mode, row.mode);
-        EXPECT_TRUE(prepared.position == row.position) << prepared.position.reg << prepared.position.address;
-        EXPECT_EQ(prepared.length, row.length);
+        EXPECT_TRUE(prepared.position == row.position) << prepared.position.kind << prepared.position.number;
+        EXPECT_EQ(prepared.count, row.length);
         EXPECT_TRUE(prepared.points.empty());
     }
 }
 
 TEST(PreparedRequestOf, StationsAreDecimal) {
     const PreparedRequest prepared = parsePreparedRequest("0AFF2303FF0DFF146C");
-    EXPECT_EQ(prepared.da, "10");
-    EXPECT_EQ(prepared.sa, "255");
+    EXPECT_EQ(prepared.destination, "10");
+    EXPECT_EQ(prepared.source, "255");
 }
 
 TEST(PreparedRequestOf, AnSRNumberIsTheWholeAddress) {
-    EXPECT_EQ(parsePreparedRequest("010023031C0C010000").position.address, "3100");
-    EXPECT_EQ(parsePreparedRequest("01002303FFFF010000").position.address, "65535");
+    EXPECT_EQ(parsePreparedRequest("010023031C0C010000").position.number, "3100");
+    EXPECT_EQ(parsePreparedRequest("01002303FFFF010000").position.number, "65535");
 }
 
 TEST(PreparedRequestOf, ATCNumberAboveItsBlockComesBackAsWWhereItIsAWord) {
@@ -123,8 +124,8 @@ TEST(PreparedRequestOf, ATCNumberAboveItsBlockComesBackAsWWhereItIsAWord) {
 }
 
 TEST(PreparedRequestOf, TheCheckIsNotLookedAt) {
-    EXPECT_EQ(parsePreparedRequest("01002103C30C08").length, "8");
-    EXPECT_EQ(parsePreparedRequest("01002103C30C08FFFF").length, "8");
+    EXPECT_EQ(parsePreparedRequest("01002103C30C08").count, "8");
+    EXPECT_EQ(parsePreparedRequest("01002103C30C08FFFF").count, "8");
 }
 
 TEST(PreparedRequestOf, ABitWriteRebuildsItsPointsAndStandsBehindTheLast) {
@@ -133,7 +134,7 @@ TEST(PreparedRequestOf, ABitWriteRebuildsItsPointsAndStandsBehindTheLast) {
     EXPECT_EQ(prepared.points,
               (Lines{"WT_BIT \t\tTC255.14\tON", "WT_BIT \t\tTC255.15\tOFF", "WT_BIT \t\tW00000.0\tON"}));
     EXPECT_TRUE(prepared.position == (SimPosition{"W", "00000", "1"}));
-    EXPECT_EQ(prepared.length, "");
+    EXPECT_EQ(prepared.count, "");
 }
 
 TEST(PreparedRequestOf, ARunOverTheEndOfARegisterShowsFiveZeros) {
@@ -164,18 +165,19 @@ TEST(PreparedRequestOf, RebuiltWritesBuildTheSameFrameAgain) {
     for (const char* const request :
          {"010022030000FF00FF7521", "010022125A00FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF2B1"}) {
         const PreparedRequest prepared = parsePreparedRequest(request);
-        EXPECT_EQ(
-            MakeSimBitWriteFormat({prepared.da, prepared.sa, prepared.position, "", "", prepared.points}),
-            request);
+        EXPECT_EQ(MakeSimBitWriteFormat(
+                      {prepared.destination, prepared.source, prepared.position, "", "", prepared.points}),
+                  request);
     }
     const PreparedRequest prepared = parsePreparedRequest("01002402C0001234ABCDEAFA");
-    EXPECT_EQ(MakeSimWordWriteFormat({prepared.da, prepared.sa, prepared.position, "", "", prepared.points}),
+    EXPECT_EQ(MakeSimWordWriteFormat(
+                  {prepared.destination, prepared.source, prepared.position, "", "", prepared.points}),
               "01002402C0001234ABCDEAFA");
 }
 
 TEST(PreparedRequestOf, RebuiltReadsBuildTheSameFrameAgain) {
     const PreparedRequest bits = parsePreparedRequest("01002103C30C084379");
-    EXPECT_EQ(MakeSimBitReadFormat({bits.da, bits.sa, bits.position, bits.length, "", {}}),
+    EXPECT_EQ(MakeSimBitReadFormat({bits.destination, bits.source, bits.position, bits.count, "", {}}),
               "01002103C30C084379");
 }
 
@@ -183,8 +185,8 @@ TEST(PreparedRequestOf, MixedRequestIsNotSupported) {
     const PreparedRequest read = parsePreparedRequest("050725");
     EXPECT_FALSE(read.supported);
     EXPECT_EQ(read.mode, "Mixed Read");
-    EXPECT_EQ(read.da, "5");
-    EXPECT_EQ(read.sa, "7");
+    EXPECT_EQ(read.destination, "5");
+    EXPECT_EQ(read.source, "7");
     EXPECT_FALSE(parsePreparedRequest("0507260000").supported);
     EXPECT_EQ(parsePreparedRequest("0507260000").mode, "Mixed Write");
 }

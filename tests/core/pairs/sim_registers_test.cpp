@@ -10,7 +10,7 @@
 namespace varda {
 
 void PrintTo(const SimPosition& position, std::ostream* out) {
-    *out << position.reg << ' ' << position.address << '.' << position.bit;
+    *out << position.kind << ' ' << position.number << '.' << position.bit;
 }
 
 namespace {
@@ -75,7 +75,7 @@ TEST(StepForward, BehindTheLastNumberComesTheNextRegisterWithFiveZeros) {
 }
 
 TEST(StepForward, BitPointsMayStepToAKindThatTheirListDoesNotOffer) {
-    EXPECT_EQ(stepForward({"TC", "255", "15"}, Access::Bit).reg, "W");
+    EXPECT_EQ(stepForward({"TC", "255", "15"}, Access::Bit).kind, "W");
 }
 
 TEST(StepForward, WordPointsTakeTheNextNumberWhateverTheBitSays) {
@@ -136,7 +136,7 @@ TEST(StepBack, EndsAtTheVeryFirstPoint) {
 TEST(StepBack, EndsForEveryRegisterHoweverManyPointsThereAre) {
     for (const TableRow& row : table) {
         const SimPosition end = stepBack({row.reg, "0003", "3"}, 200000, Access::Bit);
-        EXPECT_LE(std::stoi(end.address), GetSimRegisterMaxAddress(end.reg)) << row.reg;
+        EXPECT_LE(std::stoi(end.number), GetSimRegisterMaxAddress(end.kind)) << row.reg;
     }
 }
 

@@ -1,10 +1,14 @@
 #include "core/protocol/frame_image.h"
 
+#include "core/protocol/hex_text.h"
 #include "support/raises.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
+#include <functional>
+#include <random>
 #include <string>
 
 namespace varda {
@@ -86,12 +90,6 @@ TEST(FrameImage, ResetMakesBytesZeroAndTextsDoubleZero) {
     EXPECT_EQ(contentOf(image, 4), "0A=10 00=0 00=0 0D=13 ");
 }
 
-TEST(FrameImage, ClearingBytesLeavesTheirTexts) {
-    FrameImage image = fourEntries();
-    image.clearBytes(0, 2);
-    EXPECT_EQ(contentOf(image, 4), "0A=0 0B=0 0C=0 0D=13 ");
-}
-
 TEST(FrameImage, FourDigitsAreSplitLowByteFirst) {
     FrameImage image(4, 4);
     image.setLowHigh(1, "145A");
@@ -129,11 +127,27 @@ TEST(FrameImage, CompletingFillsEmptyTextsUpToTheLast) {
     EXPECT_EQ(contentOf(image, 4), "00=0 07=7 00=0 -=0 ");
 }
 
-TEST(FrameImage, CompletingMakesBytesAgainFromTheirTexts) {
-    FrameImage image = fourEntries();
-    image.clearBytes(0, 3);
-    image.complete(2);
-    EXPECT_EQ(contentOf(image, 4), "0A=10 0B=11 0C=12 0D=0 ");
+TEST(FrameImage, WhateverIsWrittenTextsAndBytesAgree) {
+    std::mt19937 draw(20261122);
+    const auto drawn = [&draw](int end) {
+        return static_cast<std::size_t>(draw() % static_cast<unsigned>(end));
+    };
+    FrameImage image(16, 16);
+    const std::array<std::function<void(std::size_t)>, 7> writes = {
+        [&](std::size_t at) { image.set(at, static_cast<std::uint8_t>(drawn(256))); },
+        [&](std::size_t at) { image.setText(at, hex(static_cast<int>(drawn(256)))); },
+        [&](std::size_t at) { image.reset(at / 2, at); },
+        [&](std::size_t at) { image.setLowHigh(at, hex(static_cast<int>(drawn(65536)), 4)); },
+        [&](std::size_t at) { image.appendCrc(at); },
+        [&](std::size_t at) { image.complete(at); },
+        [&](std::size_t at) { setStation(image, at, std::to_string(drawn(300))); }};
+    for (int round = 0; round < 1000; ++round) {
+        writes.at(drawn(7))(drawn(15));
+        for (std::size_t at = 0; at < 16; ++at) {
+            const std::string text = image.text(at);
+            ASSERT_EQ(image.byte(at), text.empty() ? 0 : byteFromHex(text)) << round << ' ' << at;
+        }
+    }
 }
 
 TEST(FrameImage, ShownTextHasASpaceBehindEveryEntry) {
@@ -168,14 +182,12 @@ TEST(FrameImage, WritingPastTheEndIsOutOfRangeAndChangesNothing) {
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.set(4, 1); });
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.setText(4, "01"); });
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.reset(4, 4); });
-    expectOutOfRangeChangesNothing([](FrameImage& image) { image.clearBytes(4, 4); });
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.setLowHigh(4, "1234"); });
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.appendCrc(5); });
 }
 
 TEST(FrameImage, RunThatEndsPastTheEndIsOutOfRangeAndChangesNothing) {
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.reset(2, 4); });
-    expectOutOfRangeChangesNothing([](FrameImage& image) { image.clearBytes(2, 4); });
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.setLowHigh(3, "1234"); });
     expectOutOfRangeChangesNothing([](FrameImage& image) { image.appendCrc(3); });
 }

@@ -52,7 +52,7 @@ TEST(Frame, MayHaveNoBody) {
 
 struct CommandRow {
     std::uint8_t code;
-    Access access;
+    std::optional<Access> access;
     bool writes;
 };
 
@@ -61,8 +61,8 @@ TEST(Commands, TellWhatTheirCodesAskFor) {
                                                  {0x22, Access::Bit, true},
                                                  {0x23, Access::Word, false},
                                                  {0x24, Access::Word, true},
-                                                 {0x25, Access::None, false},
-                                                 {0x26, Access::None, true}}};
+                                                 {0x25, std::nullopt, false},
+                                                 {0x26, std::nullopt, true}}};
     ASSERT_EQ(commands().size(), rows.size());
     for (const CommandRow& row : rows) {
         const Command* const command = findCommand(row.code);

@@ -14,7 +14,7 @@ using test::numberRaisedBy;
 using Lines = std::vector<std::string>;
 
 int parseError(std::string_view line) {
-    return numberRaisedBy([&] { parsePoint(line); });
+    return numberRaisedBy([&] { parsePointLine(line); });
 }
 
 Lines times(std::size_t count, const char* line) { return {count, line}; }
@@ -36,7 +36,7 @@ TEST(PointList, ValueIsTheTextBehindTheLastTab) {
 }
 
 TEST(PointList, BitLineIsCutIntoItsFields) {
-    const Point point = parsePoint("BIT\tR0012.3\t8");
+    const PointLine point = parsePointLine("BIT\tR0012.3\t8");
     EXPECT_EQ(point.access, Access::Bit);
     EXPECT_EQ(point.kind, "R");
     EXPECT_EQ(point.number, 12);
@@ -45,7 +45,7 @@ TEST(PointList, BitLineIsCutIntoItsFields) {
 }
 
 TEST(PointList, WordLineIsCutIntoItsFields) {
-    const Point point = parsePoint("WORD\tW0100\t4");
+    const PointLine point = parsePointLine("WORD\tW0100\t4");
     EXPECT_EQ(point.access, Access::Word);
     EXPECT_EQ(point.kind, "W");
     EXPECT_EQ(point.number, 100);

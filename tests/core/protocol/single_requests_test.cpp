@@ -112,11 +112,11 @@ TEST(SingleRead, SpareTextsBehindTheFrameStayEmpty) {
 
 TEST(SingleRead, WithoutAChosenModeCommandAndCheckStayAsTheyStand) {
     FrameImages images;
-    MakeReadFormat(images, Access::None);
+    MakeReadFormat(images, std::nullopt);
     EXPECT_EQ(DisplayRString(images), "00 00 00 03 00 00 00 00 00 ");
     MakeReadFormat(images, Access::Bit);
     setReadCount(images, 1);
-    MakeReadFormat(images, Access::None);
+    MakeReadFormat(images, std::nullopt);
     EXPECT_EQ(DisplayRString(images), "00 00 21 03 00 00 01 A7 43 ");
 }
 
@@ -200,15 +200,6 @@ TEST(SingleWrite, WordOf4660GoesLowByteFirst) {
     MakeWriteFormat(images, Access::Word, 1);
     EXPECT_EQ(writeWire(images), (Bytes{0x01, 0x00, 0x24, 0x04, 0x00, 0x02, 0x34, 0x12, 0x41, 0xEE}));
     EXPECT_EQ(DisplayWString(images), "1 0 24 04 00 02 34 12 41 EE ");
-}
-
-TEST(SingleWrite, DataBytesOfAWordWriteAreMadeFromTheirTextsBeforeTheCheck) {
-    FrameImages images = preparedForWrite();
-    setWordAddress(images.write, "W", 0);
-    setWriteWord(images, 0, 4660);
-    images.write.clearBytes(6, 7);
-    MakeWriteFormat(images, Access::Word, 1);
-    EXPECT_EQ(writeWire(images), (Bytes{0x01, 0x00, 0x24, 0x04, 0x00, 0x02, 0x34, 0x12, 0x41, 0xEE}));
 }
 
 TEST(SingleWrite, WordsStandTwoEntriesApart) {

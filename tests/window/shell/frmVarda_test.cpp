@@ -1,7 +1,8 @@
 #include "core/link/routes.h"
+#include "support/link_state.h"
 #include "support/window_test.h"
 #include "window/shell/control_groups.h"
-#include "window/shell/modes.h"
+#include "window/shell/page_names.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -19,6 +20,9 @@ namespace varda::test {
 
 using namespace window;
 namespace {
+
+constexpr std::array<Mode, 6> commModes = {Mode{0x21}, Mode{0x22}, Mode{0x25},
+                                           Mode{0x26}, Mode{0xFF}, Mode{0x80}};
 
 class MainWindowTest : public WindowTest {
 protected:
@@ -54,7 +58,6 @@ TEST_F(MainWindowTest, PortListOffersTwentyPorts) {
 }
 
 TEST_F(MainWindowTest, EveryModeSetsItsPageAndCommMode) {
-    const std::array<int, 6> commModes = {0x21, 0x22, 0x25, 0x26, 0xFF, 0x80};
     for (int index = 5; index >= 0; --index) {
         driver.click(option(index).c_str());
         EXPECT_EQ(shownPage(), index);
@@ -67,7 +70,7 @@ TEST_F(MainWindowTest, ChoosingATabIsChoosingItsMode) {
     for (int index = 5; index >= 0; --index) {
         driver.find<QTabWidget>("tabMode")->setCurrentIndex(index);
         EXPECT_TRUE(isChosen(index));
-        EXPECT_EQ(driver.link().CommMode, modes.at(static_cast<std::size_t>(index)).linkMode);
+        EXPECT_EQ(driver.link().CommMode, commModes.at(static_cast<std::size_t>(index)));
     }
 }
 
@@ -230,12 +233,11 @@ TEST_F(MainWindowTest, EthernetPageSaysThatItIsNotThere) {
     EXPECT_GT(controls, 1);
 }
 
-TEST_F(MainWindowTest, EveryControlThatTheLinkNamesIsThere) {
-    for (const Route& route : masterRoutes()) {
+TEST_F(MainWindowTest, EveryControlThatTheShellNamesIsThere) {
+    for (const PageNames& page : pageNames()) {
         for (const std::string_view name :
-             {route.bitOption, route.wordOption, route.destination, route.source, route.registerKind,
-              route.registerNumber, route.registerBit, route.sendButton, route.continuousBox,
-              route.periodField, route.request, route.answer, route.status}) {
+             {page.destination, page.source, page.periodField, page.sendButton, page.enabledByOpening,
+              page.answer, page.completionStatus, page.silenceStatus}) {
             EXPECT_NO_THROW(driver.find(std::string(name).c_str())) << name;
         }
     }

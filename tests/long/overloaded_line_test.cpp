@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// A line that takes less than the window sends, for as long as it takes to fill all that lies between.
-class SlowLineTest : public WindowTest {
+class OverloadedLineTest : public WindowTest {
 protected:
     /// Lets the far end take 960 bytes a second.
     void drainFor(std::chrono::seconds time) {
@@ -27,7 +27,7 @@ protected:
     Bytes received;
 };
 
-TEST_F(SlowLineTest, ContinuousSendingGoesOnAndEveryFrameThatIsSentIsWhole) {
+TEST_F(OverloadedLineTest, ContinuousSendingGoesOnAndEveryFrameThatIsSentIsWhole) {
     driver.click("optMode_2");
     driver.find<QListWidget>("lstMRReadReg")->addItem(QStringLiteral("WORD\tW0000\t120"));
     driver.click("optMRead_1");
