@@ -10,4 +10,4 @@ public:
     static LinkState& of(SerialLink& link) { return link.state_; }
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -13,4 +13,4 @@ inline std::string_view withoutBlanksAround(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

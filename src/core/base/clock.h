@@ -60,4 +60,4 @@ public:
     virtual void schedule(std::chrono::milliseconds wait, std::function<void()> due) = 0;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -86,4 +86,4 @@ std::int16_t toInteger16(std::int64_t value) { return narrowed<std::int16_t>(val
 
 std::uint8_t toByte(std::int64_t value) { return narrowed<std::uint8_t>(value); }
 
-} // namespace varda::inline core
+} // namespace varda::core

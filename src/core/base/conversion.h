@@ -32,4 +32,4 @@ std::int16_t toInteger16(std::int64_t value);
 /// @throws RuntimeError 6 outside 0 .. 255
 std::uint8_t toByte(std::int64_t value);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -158,4 +158,4 @@ void NameIndex::resize(std::size_t slots) {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -66,4 +66,4 @@ private:
     std::size_t count_ = 0;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -19,4 +19,4 @@ public:
     virtual bool isRunning() const = 0;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

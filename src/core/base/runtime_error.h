@@ -55,4 +55,4 @@ inline RuntimeError invalidPropertyValue() {
     return {run_time_error::invalidPropertyValue, "Invalid property value"};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -17,4 +17,4 @@ private:
     Action action_;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -9,4 +9,4 @@ namespace varda::inline core {
 /// system has words in the user's language alone. Never in the bytes of a locale.
 std::string systemText(const std::error_code& error);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -24,4 +24,4 @@ std::string systemText(const std::error_code& error) {
     return isOfSystem ? plainText(error.value()) : error.message();
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -27,4 +27,4 @@ std::string systemText(const std::error_code& error) {
                                                       : error.message();
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -16,4 +16,4 @@ inline std::string utf8(std::wstring_view text) {
     return bytes;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -33,4 +33,4 @@ inline constexpr const char* lineEnd = "\r\n";
 inline constexpr const char* lineEnd = "\n";
 #endif
 
-} // namespace varda::inline core
+} // namespace varda::core

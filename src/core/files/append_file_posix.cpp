@@ -64,4 +64,4 @@ void AppendFile::sync() noexcept {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

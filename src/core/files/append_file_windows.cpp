@@ -67,4 +67,4 @@ void AppendFile::sync() noexcept {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -216,4 +216,4 @@ RuntimeError fileError(const std::string& path, const std::string& reason) {
     return {run_time_error::fileAccessError, quoted(path) + ' ' + reason + "."};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -49,4 +49,4 @@ void overwriteFile(const std::string& path, std::string_view content);
 /// 75: `"path" reason`.
 RuntimeError fileError(const std::string& path, const std::string& reason);
 
-} // namespace varda::inline core
+} // namespace varda::core

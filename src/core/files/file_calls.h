@@ -39,4 +39,4 @@ void overwriteFile(const std::filesystem::path& file, std::string_view content, 
 /// is whole as well, so nothing is reported.
 void syncFolder(const std::filesystem::path& folder) noexcept;
 
-} // namespace varda::inline core
+} // namespace varda::core

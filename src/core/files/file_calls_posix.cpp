@@ -223,4 +223,4 @@ void syncFolder(const std::filesystem::path& folder) noexcept {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -170,4 +170,4 @@ void overwriteFile(const fs::path& file, std::string_view content, bool& isTouch
 
 void syncFolder(const fs::path& /*folder*/) noexcept {} // there is no such call
 
-} // namespace varda::inline core
+} // namespace varda::core

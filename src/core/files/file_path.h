@@ -13,4 +13,4 @@ inline std::filesystem::path filePath(std::string_view text) {
     return {std::u8string(text.begin(), text.end())};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

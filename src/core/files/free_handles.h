@@ -7,4 +7,4 @@ namespace varda::inline core {
 /// @throws RuntimeError 67 where they cannot; the description says what helps
 void requireFreeHandles();
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -39,4 +39,4 @@ void requireFreeHandles() {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

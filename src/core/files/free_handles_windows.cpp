@@ -4,4 +4,4 @@ namespace varda::inline core {
 
 void requireFreeHandles() {} // a process has as many as there is memory for
 
-} // namespace varda::inline core
+} // namespace varda::core

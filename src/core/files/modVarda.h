@@ -26,4 +26,4 @@ inline void WritePrivateProfileStringA(std::string_view section, std::string_vie
     file.setValue(section, key, text);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

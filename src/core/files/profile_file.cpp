@@ -310,4 +310,4 @@ ProfileFile::Span ProfileFile::spanOf(std::string_view part) const {
     return {begin, begin + static_cast<std::uint32_t>(part.size())};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

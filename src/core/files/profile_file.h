@@ -133,4 +133,4 @@ private:
     std::optional<RuntimeError> problem_;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

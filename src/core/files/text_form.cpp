@@ -161,4 +161,4 @@ std::string encodedText(std::string text, TextForm form) {
     return bytes;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

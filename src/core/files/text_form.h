@@ -25,4 +25,4 @@ std::optional<std::string> decodedText(std::string_view bytes, TextForm form);
 /// character there.
 std::string encodedText(std::string text, TextForm form);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -27,4 +27,4 @@ inline RuntimeError portInUse(const std::string& label) {
             label + " is in use by another program. Close it there or choose another port."};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -71,4 +71,4 @@ public:
     virtual void counted(Counter /*counter*/, int /*value*/) {}
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

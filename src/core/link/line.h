@@ -76,4 +76,4 @@ private:
     CommEventHandler handler_;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -154,4 +154,4 @@ void MSComm::dropClosedLines() noexcept {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

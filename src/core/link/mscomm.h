@@ -73,4 +73,4 @@ private:
     int eventDepth_ = 0;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

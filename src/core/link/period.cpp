@@ -11,4 +11,4 @@ int periodOf(std::string_view text) {
     return std::clamp<int>(readInteger(text).value_or(startPeriod), shortestPeriod, longestPeriod);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -13,4 +13,4 @@ inline constexpr int startPeriod = 500; ///< also where a text is no number
 /// where it is no 16-bit number. @return milliseconds
 int periodOf(std::string_view text);
 
-} // namespace varda::inline core
+} // namespace varda::core

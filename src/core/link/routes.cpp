@@ -23,4 +23,4 @@ const Route* findRoute(Mode mode) {
     return found != routes.end() ? found : nullptr;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -32,4 +32,4 @@ std::span<const Route> masterRoutes();
 /// The route of a master page's mode; nullptr for a run.
 const Route* findRoute(Mode mode);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -395,4 +395,4 @@ void SerialLink::tickMaster(const Route& route) {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -134,4 +134,4 @@ private:
     bool isMerged_ = false;   ///< a receive event came during the wait
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -162,4 +162,4 @@ std::string MakeSimMixedReadFormat() { return {}; }
 
 std::string MakeSimMixedWriteFormat() { return {}; }
 
-} // namespace varda::inline core
+} // namespace varda::core

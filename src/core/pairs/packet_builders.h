@@ -48,4 +48,4 @@ std::string MakeSimWordWriteAnsFormat(const SimFields& fields);
 std::string MakeSimMixedReadFormat();
 std::string MakeSimMixedWriteFormat();
 
-} // namespace varda::inline core
+} // namespace varda::core

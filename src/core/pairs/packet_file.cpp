@@ -71,4 +71,4 @@ PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
     return row == pairs ? PacketLoad::Complete : PacketLoad::Incomplete;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -30,4 +30,4 @@ bool storePackets(const PacketTable& table, ProfileFile& file);
 ///         then
 PacketLoad loadPackets(PacketTable& table, const ProfileFile& file);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -95,4 +95,4 @@ void PacketTable::indexAll() {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

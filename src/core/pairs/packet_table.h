@@ -85,4 +85,4 @@ private:
     PacketTableWatcher watcher_;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

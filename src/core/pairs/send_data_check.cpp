@@ -96,4 +96,4 @@ std::optional<char> filterSendDataKey(std::string_view answerKind, char key) {
     return std::nullopt;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -27,4 +27,4 @@ std::vector<std::string> sendDataMessages(std::string_view kind, SendDataVerdict
 /// @return the character to enter, nothing where the key is dropped
 std::optional<char> filterSendDataKey(std::string_view answerKind, char key);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -49,4 +49,4 @@ const SimKind* findSimAnswerKind(std::string_view answerMode) {
     return found != simKinds.end() ? found : nullptr;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

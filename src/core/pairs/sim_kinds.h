@@ -13,8 +13,8 @@ namespace varda::inline core {
 
 /// One of the four request kinds that the simulation page prepares.
 struct SimKind {
-    std::string_view mode;       ///< text of cbSimMode
-    std::string_view answerMode; ///< text of cbSimModeS
+    std::string_view mode;       ///< text of the kind that it is offered by
+    std::string_view answerMode; ///< text of its answer's kind
     Access access;
     bool isWrite;                 ///< its points are collected one by one, its answer is an acknowledgement
     std::string_view checkedData; ///< what CheckSimSendData is asked for
@@ -50,4 +50,4 @@ const SimKind* findSimKind(std::string_view mode);
 /// The kind of an answer mode's text, or nullptr.
 const SimKind* findSimAnswerKind(std::string_view answerMode);
 
-} // namespace varda::inline core
+} // namespace varda::core

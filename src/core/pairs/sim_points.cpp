@@ -155,4 +155,4 @@ std::string preparedAnswerData(std::string_view answer) {
     return std::string(answer.substr(headerDigits, answer.size() - headerDigits - checkDigits));
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -54,4 +54,4 @@ PreparedRequest parsePreparedRequest(std::string_view request);
 /// check.
 std::string preparedAnswerData(std::string_view answer);
 
-} // namespace varda::inline core
+} // namespace varda::core

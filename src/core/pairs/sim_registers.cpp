@@ -76,4 +76,4 @@ SimPosition stepBack(const SimPosition& position, std::size_t points, Access acc
             bits ? std::to_string(place.bit) : position.bit};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -35,4 +35,4 @@ SimPosition stepForward(const SimPosition& position, Access access);
 /// @throws RuntimeError as stepForward does, except that no step reads no field
 SimPosition stepBack(const SimPosition& position, std::size_t points, Access access);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -37,4 +37,4 @@ std::uint16_t crc16(std::span<const std::uint8_t> bytes) {
     return std::accumulate(bytes.begin(), bytes.end(), startValue, step);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

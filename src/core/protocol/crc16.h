@@ -13,4 +13,4 @@ const std::array<std::uint16_t, 256>& crc16Table();
 /// @return the check; on the wire its low byte goes first
 std::uint16_t crc16(std::span<const std::uint8_t> bytes);
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -38,4 +38,4 @@ std::optional<Frame> parse(std::span<const std::uint8_t> bytes) {
                  bytes.subspan(offset::body, bytes[offset::length])};
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

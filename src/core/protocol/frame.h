@@ -84,4 +84,4 @@ struct Frame {
 /// @return nothing where the bytes end before LEN says, or the check is not that of the frame
 std::optional<Frame> parse(std::span<const std::uint8_t> bytes);
 
-} // namespace varda::inline core
+} // namespace varda::core

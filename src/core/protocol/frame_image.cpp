@@ -120,4 +120,4 @@ void setStation(FrameImage& image, std::size_t index, std::string_view text) {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

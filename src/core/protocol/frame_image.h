@@ -77,4 +77,4 @@ void AppendCRC16(FrameImages& images, std::uint8_t code, std::size_t count);
 /// @param index offset::destination or offset::source
 void setStation(FrameImage& image, std::size_t index, std::string_view text);
 
-} // namespace varda::inline core
+} // namespace varda::core

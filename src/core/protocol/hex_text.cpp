@@ -73,4 +73,4 @@ int fromHex(std::string_view text) {
 
 std::uint8_t byteFromHex(std::string_view text) { return toByte(fromHex(text)); }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -33,4 +33,4 @@ int fromHex(std::string_view text);
 /// As fromHex, for one byte. @throws RuntimeError 6 above 255
 std::uint8_t byteFromHex(std::string_view text);
 
-} // namespace varda::inline core
+} // namespace varda::core

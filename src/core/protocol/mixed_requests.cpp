@@ -156,4 +156,4 @@ Bytes mixedWire(FrameImages& images, std::uint8_t code) {
     return image.wire(offset::body + image.byte(offset::length) + frame_size::check + 1);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -57,4 +57,4 @@ std::string DisplayMWString(FrameImages& images);
 /// @param code command::mixedRead or command::mixedWrite
 Bytes mixedWire(FrameImages& images, std::uint8_t code);
 
-} // namespace varda::inline core
+} // namespace varda::core

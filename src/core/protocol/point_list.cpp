@@ -77,4 +77,4 @@ std::uint8_t GetMRAnswerLength(std::span<const std::string> lines) {
     return sum;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

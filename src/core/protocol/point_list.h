@@ -48,4 +48,4 @@ std::uint8_t GetMRAnswerLength(std::span<const std::string> lines);
 /// part of the test.
 constexpr int fullPointList = 254;
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -112,4 +112,4 @@ std::string bitAddressText(int word, int bit) {
     return hex(word, 3) + hex(bit);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

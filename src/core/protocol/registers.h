@@ -82,4 +82,4 @@ std::string wordAddressText(int word);
 /// above 15 lengthen the text.
 std::string bitAddressText(int word, int bit);
 
-} // namespace varda::inline core
+} // namespace varda::core

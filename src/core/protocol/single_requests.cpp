@@ -119,4 +119,4 @@ void fillRandomWords(FrameImages& images, const std::function<double()>& random)
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -74,4 +74,4 @@ void clearWriteRequest(FrameImages& images);
 /// @param random draws a number of at least 0 and below 1
 void fillRandomWords(FrameImages& images, const std::function<double()>& random);
 
-} // namespace varda::inline core
+} // namespace varda::core

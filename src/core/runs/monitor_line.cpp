@@ -25,4 +25,4 @@ std::string timeStamp(int hour, int minute, int second) {
     return std::to_string(hour) + ":" + std::to_string(minute) + ":" + std::to_string(second) + " - ";
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -29,4 +29,4 @@ std::string timeStamp(int hour, int minute, int second);
 /// A list of lines restarts when more than so many stand in it.
 constexpr std::size_t monitorLineLimit = 2000;
 
-} // namespace varda::inline core
+} // namespace varda::core

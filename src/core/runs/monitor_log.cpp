@@ -44,4 +44,4 @@ void MonitorLog::close() {
     endsInStump_ = false;
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -36,4 +36,4 @@ private:
     bool endsInStump_ = false; ///< the last line was not written whole
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

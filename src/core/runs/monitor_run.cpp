@@ -24,4 +24,4 @@ bool MonitorRun::list(MonitorLine line) {
     return !log_.isOpen() || log_.write(logged);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

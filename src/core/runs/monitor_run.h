@@ -47,4 +47,4 @@ private:
     bool isRunning_ = false;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

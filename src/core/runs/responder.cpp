@@ -34,4 +34,4 @@ std::optional<std::size_t> Responder::FindSimReceivePacket(std::span<const std::
     return table_.find(hexRun(received));
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

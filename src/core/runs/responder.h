@@ -26,4 +26,4 @@ private:
     const PacketTable& table_;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -53,4 +53,4 @@ void storeScenario(std::span<const std::string> lines, ProfileFile& file) {
     }
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

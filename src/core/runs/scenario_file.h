@@ -26,4 +26,4 @@ std::optional<LoadedScenario> loadScenario(const ProfileFile& file);
 /// Writes a scenario, in the same form. Entries of a longer scenario that the file held before stay in it.
 void storeScenario(std::span<const std::string> lines, ProfileFile& file);
 
-} // namespace varda::inline core
+} // namespace varda::core

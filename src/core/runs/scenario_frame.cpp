@@ -55,4 +55,4 @@ std::optional<int> scenarioAnswerLength(const Bytes& frame) {
     return readAnswerSize(*sent->access, byteAt(frame, offset::count));
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

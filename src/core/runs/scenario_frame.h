@@ -29,4 +29,4 @@ Bytes scenarioFrame(std::string_view line);
 /// @throws RuntimeError 9 where the frame is too short to hold the bytes that are looked at
 std::optional<int> scenarioAnswerLength(const Bytes& frame);
 
-} // namespace varda::inline core
+} // namespace varda::core

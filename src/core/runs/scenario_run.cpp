@@ -45,4 +45,4 @@ void ScenarioRun::send(const std::string& line) {
     link_.sendScenarioFrame(frame, scenarioAnswerLength(frame));
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

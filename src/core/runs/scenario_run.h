@@ -60,4 +60,4 @@ private:
     ScenarioLines& lines_;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

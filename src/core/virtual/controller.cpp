@@ -197,4 +197,4 @@ void Controller::moveRegisters() {
     memory_[checkedIndex(GetRegisterBase("B", "F"))] ^= bitMask(0);
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -56,4 +56,4 @@ private:
     bool pluggedIn_ = false;
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

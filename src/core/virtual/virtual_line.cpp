@@ -46,4 +46,4 @@ void VirtualLine::write(const Bytes& bytes) {
     }));
 }
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -46,4 +46,4 @@ private:
     std::vector<Wait> answers_; ///< those on their way
 };
 
-} // namespace varda::inline core
+} // namespace varda::core

@@ -16,7 +16,7 @@ class QRadioButton;
 
 namespace varda::inline core {
 class RuntimeError;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 

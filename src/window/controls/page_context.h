@@ -6,7 +6,7 @@ namespace varda::inline core {
 class PeriodTimer;
 class SerialLink;
 struct FrameImages;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 

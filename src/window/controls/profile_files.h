@@ -7,7 +7,7 @@
 
 namespace varda::inline core {
 class ProfileFile;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 

@@ -17,7 +17,7 @@ class QRadioButton;
 
 namespace varda::inline core {
 class FrameImage;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 

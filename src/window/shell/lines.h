@@ -5,7 +5,7 @@
 namespace varda::inline core {
 class Clock;
 class Controller;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 

@@ -9,7 +9,7 @@
 namespace varda::inline core {
 class PeriodTimer;
 class RuntimeError;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 

@@ -8,7 +8,7 @@ class QObject;
 
 namespace varda::inline core {
 class RuntimeError;
-} // namespace varda::inline core
+} // namespace varda::core
 
 namespace varda::window {
 
