@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -19,11 +21,13 @@ public:
     /// Hands the text to the system. @return whether all of it was taken
     bool append(std::string_view text) noexcept;
     /// Has the system bring what was appended to the disk, without waiting for it: a slow disk must not hold
-    /// the window up.
+    /// the window up. However slow it is, no more than one thread of a file waits for it.
     void sync() noexcept;
 
 private:
     int file_;
+    std::shared_ptr<std::atomic<int>> wantedSyncs_ =
+        std::make_shared<std::atomic<int>>(0); ///< since the thread began
 };
 
 /// The platform's line end in text files.

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <system_error>
-#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -50,18 +49,6 @@ bool AppendFile::append(std::string_view text) noexcept {
         text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
     }
     return true;
-}
-
-void AppendFile::sync() noexcept {
-    const int copy = ::fcntl(file_, F_DUPFD_CLOEXEC, 0);
-    try {
-        std::thread([copy] {
-            ::fsync(copy);
-            ::close(copy);
-        }).detach();
-    } catch (const std::system_error&) {
-        ::close(copy); // no thread to be had: the system brings the text to the disk in its own time
-    }
 }
 
 } // namespace varda::core

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
-#include <thread>
 
 #include <fcntl.h>
 #include <io.h>
@@ -50,21 +49,6 @@ AppendFile::~AppendFile() { _close(file_); }
 
 bool AppendFile::append(std::string_view text) noexcept {
     return _write(file_, text.data(), static_cast<unsigned>(text.size())) == static_cast<int>(text.size());
-}
-
-void AppendFile::sync() noexcept {
-    const int copy = _dup(file_);
-    if (copy < 0) {
-        return;
-    }
-    try {
-        std::thread([copy] {
-            _commit(copy);
-            _close(copy);
-        }).detach();
-    } catch (const std::system_error&) {
-        _close(copy); // no thread to be had: the system brings the text to the disk in its own time
-    }
 }
 
 } // namespace varda::core

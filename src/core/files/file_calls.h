@@ -35,6 +35,12 @@ void removeLeftBehind(const std::filesystem::path& file) noexcept;
 /// @param isTouched set as soon as the old content is no longer whole
 void overwriteFile(const std::filesystem::path& file, std::string_view content, bool& isTouched);
 
+// Of an open file, by its number: a second number for it (negative where there is none), what was written to
+// the disk, and the number given back.
+int duplicate(int file) noexcept;
+void bringToDisk(int file) noexcept;
+void closeDuplicate(int file) noexcept;
+
 /// Brings a new name to the disk. Where the system cannot, a loss of power may bring the old file back; that
 /// is whole as well, so nothing is reported.
 void syncFolder(const std::filesystem::path& folder) noexcept;

@@ -223,4 +223,10 @@ void syncFolder(const std::filesystem::path& folder) noexcept {
     }
 }
 
+int duplicate(int file) noexcept { return ::fcntl(file, F_DUPFD_CLOEXEC, 0); }
+
+void bringToDisk(int file) noexcept { ::fsync(file); }
+
+void closeDuplicate(int file) noexcept { ::close(file); }
+
 } // namespace varda::core

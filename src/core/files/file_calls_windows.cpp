@@ -17,6 +17,8 @@
 #endif
 #include <windows.h>
 
+#include <io.h>
+
 // Missing against the calls of POSIX: a file that is replaced hands down neither its owner nor its access
 // list nor attributes such as "hidden"; and a symbolic link that is saved to becomes a file where the
 // standard library knows no links (mingw's does not).
@@ -169,5 +171,19 @@ void overwriteFile(const fs::path& file, std::string_view content, bool& isTouch
 }
 
 void syncFolder(const fs::path& /*folder*/) noexcept {} // there is no such call
+
+int duplicate(int file) noexcept { return _dup(file); }
+
+void bringToDisk(int file) noexcept {
+    if (file >= 0) {
+        _commit(file);
+    }
+}
+
+void closeDuplicate(int file) noexcept {
+    if (file >= 0) {
+        _close(file);
+    }
+}
 
 } // namespace varda::core

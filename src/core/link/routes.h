@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/protocol/frame.h"
+
 #include <cstdint>
 #include <span>
 
@@ -7,12 +9,12 @@ namespace varda::inline core {
 
 /// What the link is doing: the request code of the master page that is shown, or one of the runs.
 enum class Mode : std::int16_t {
-    BitRead = 0x21,
-    BitWrite = 0x22,
-    WordRead = 0x23,
-    WordWrite = 0x24,
-    MixedRead = 0x25,
-    MixedWrite = 0x26,
+    BitRead = command::bitRead,
+    BitWrite = command::bitWrite,
+    WordRead = command::wordRead,
+    WordWrite = command::wordWrite,
+    MixedRead = command::mixedRead,
+    MixedWrite = command::mixedWrite,
     MonitorIdle = 0x80, ///< monitor page shown, nothing listed
     Monitoring = 0x81,
     Scenario = 0xC0,

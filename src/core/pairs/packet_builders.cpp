@@ -103,15 +103,8 @@ std::string acknowledgement(const SimFields& fields, std::uint8_t code, std::str
 } // namespace
 
 Bytes bytesOfFrameText(std::string_view text) {
-    if (text.size() % 2 != 0) {
-        throw typeMismatch();
-    }
-    Bytes bytes;
-    bytes.reserve(text.size() / 2);
-    for (std::size_t at = 0; at < text.size(); at += 2) {
-        bytes.push_back(byteFromHex(text.substr(at, 2)));
-    }
-    return bytes;
+    auto bytes = readHexRun(text);
+    return bytes ? std::move(*bytes) : throw typeMismatch();
 }
 
 std::string AppendSimPacketCheck(std::string_view kind, std::string_view body) {

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -69,6 +70,18 @@ int fromHex(std::string_view text) {
         throw overflow();
     }
     return value;
+}
+
+std::optional<Bytes> readHexRun(std::string_view text) {
+    Bytes bytes(text.size() / 2);
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        const char* const pair = text.data() + 2 * index;
+        const auto [stop, error] = std::from_chars(pair, pair + 2, bytes[index], 16);
+        if (error != std::errc{} || stop != pair + 2) {
+            return std::nullopt;
+        }
+    }
+    return text.size() % 2 == 0 ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 std::uint8_t byteFromHex(std::string_view text) { return toByte(fromHex(text)); }

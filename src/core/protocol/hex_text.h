@@ -1,7 +1,10 @@
 #pragma once
 
+#include "core/base/bytes.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -32,5 +35,9 @@ int fromHex(std::string_view text);
 
 /// As fromHex, for one byte. @throws RuntimeError 6 above 255
 std::uint8_t byteFromHex(std::string_view text);
+
+/// The bytes of a frame that is written as pairs of hexadecimal digits without separators.
+/// @return nothing where the length is odd or a pair is no hexadecimal number
+std::optional<Bytes> readHexRun(std::string_view text);
 
 } // namespace varda::core

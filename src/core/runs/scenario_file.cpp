@@ -2,7 +2,6 @@
 
 #include "core/base/blanks.h"
 #include "core/base/conversion.h"
-#include "core/base/runtime_error.h"
 #include "core/files/modVarda.h"
 
 #include <string_view>
@@ -19,11 +18,7 @@ std::string lineKey(std::size_t index) { return std::string(scenario) + std::to_
 
 /// Number of lines that a file names; 0 where it names none.
 std::int32_t totalOf(const ProfileFile& file) {
-    try {
-        return toLong(GetPrivateProfileStringA(information, total, "", valueBuffer, file));
-    } catch (const RuntimeError&) {
-        return 0;
-    }
+    return readLong(GetPrivateProfileStringA(information, total, "", valueBuffer, file)).value_or(0);
 }
 
 } // namespace
