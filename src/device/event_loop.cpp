@@ -7,6 +7,7 @@
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace varda::device {
@@ -18,7 +19,7 @@ struct EventLoop::Context {
 
 namespace {
 
-/// Ticks at the multiples of its interval from its start: a late tick does not put off the next one.
+/// A tick that comes late does not put off the next one, unless that is overdue as well.
 class LoopTimer : public PeriodTimer {
 public:
     LoopTimer(Clock& clock, std::function<void()> tick) : clock_(clock), tick_(std::move(tick)) {}

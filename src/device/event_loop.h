@@ -26,7 +26,7 @@ public:
     /// Makes a stopped timer that runs `tick` at each of its ticks.
     std::unique_ptr<PeriodTimer> makeTimer(std::function<void()> tick);
 
-    /// Serves until stop(). @throws what a task throws; the loop can be run on then
+    /// Serves until stop() is called meanwhile. @throws what a task throws; the loop can be run on then
     void run();
     void stop();
 

@@ -1,10 +1,12 @@
 #include "core/files/profile_file.h"
+#include "core/link/period.h"
 #include "core/runs/scenario_file.h"
 #include "core/runs/scenario_run.h"
 #include "core/virtual/controller.h"
 #include "device/event_loop.h"
 #include "device/lines.h"
 
+#include <array>
 #include <cstdio>
 #include <stdexcept>
 
@@ -28,26 +30,18 @@ private:
     int current_ = -1;
 };
 
+/// What becomes of an exchange, in the order of Outcome.
+constexpr std::array outcomes = {
+    "sent",        "not sent", "answered", "wrong length", "nothing to read",    "silent", "overtaken",
+    "thrown away", "hung up",  "ignored",  "heard",        "answered by a pair", "unknown"};
+
 class Listener : public LinkObserver {
 public:
     void told(const Exchange& exchange) override {
-        switch (exchange.outcome) {
-        case Outcome::Sent:
-            std::printf("sent %zu bytes, %d expected: ", exchange.request.size(), exchange.expected);
-            break;
-        case Outcome::Answered:
-            std::printf("answered by %zu bytes\n", exchange.answer.size());
-            ++answered;
-            break;
-        case Outcome::WrongLength:
-            std::printf("dropped, %zu bytes came\n", exchange.answer.size());
-            break;
-        case Outcome::Silent:
-            std::printf("no answer\n");
-            break;
-        default:
-            break;
-        }
+        answered += exchange.outcome == Outcome::Answered ? 1 : 0;
+        std::printf("%s: %zu bytes, %d expected, %zu came\n",
+                    outcomes.at(static_cast<std::size_t>(exchange.outcome)), exchange.request.size(),
+                    exchange.expected, exchange.answer.size());
     }
     int answered = 0;
 };
@@ -67,14 +61,16 @@ int run(const char* path, const char* port) {
     comm.setEventHandler([&](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
 
     int left = lines.count();
-    std::unique_ptr<PeriodTimer> tmrScenario;
-    std::function<void()> tick = [] {};
-    tmrScenario = loop.makeTimer([&] { tick(); });
+    std::function<void()> tick;
+    const auto tmrScenario = loop.makeTimer([&] { tick(); });
+    const auto tmrComm = loop.makeTimer([&] { link.tmrComm_Timer(); });
     ScenarioRun scenarioRun(link, *tmrScenario, lines);
     tick = [&] { left-- > 0 ? scenarioRun.send(scenarioRun.next().value()) : loop.stop(); };
 
     comm.setCommPort(port);
     comm.open();
+    tmrComm->setInterval(startPeriod);
+    tmrComm->start();
     scenarioRun.start("200");
     loop.run();
     return listener.answered == lines.count() ? 0 : 1;

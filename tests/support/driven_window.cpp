@@ -80,13 +80,15 @@ void DrivenWindow::type(const std::string& field, const std::string& text) {
 }
 
 void DrivenWindow::paste(const std::string& field, const std::string& text) {
-    auto* const control = find<QLineEdit>(field);
-    if (!control->isEnabled() || !control->isVisible()) {
+    auto* const control = find(field);
+    const auto* const list = qobject_cast<QComboBox*>(control);
+    auto* const line = list != nullptr ? list->lineEdit() : qobject_cast<QLineEdit*>(control);
+    if (line == nullptr || !line->isEnabled() || !line->isVisible()) {
         return;
     }
     control->setFocus();
-    control->selectAll();
-    control->insert(QString::fromStdString(text));
+    line->selectAll();
+    line->insert(QString::fromStdString(text));
 }
 
 void DrivenWindow::clickLine(const std::string& list, int row) {

@@ -39,26 +39,17 @@ public:
         }
     }
     bool isTicked(std::string_view control) const override { return valueOr(ticks_, control, false); }
-    void setTicked(std::string_view control, bool ticked) override { ticks_[std::string(control)] = ticked; }
-    bool isEnabled(std::string_view control) const override { return valueOr(enabled_, control, true); }
+    void setTicked(std::string_view control, bool ticked) { ticks_[std::string(control)] = ticked; }
+    bool isEnabled(std::string_view control) const { return valueOr(enabled_, control, true); }
     void setEnabled(std::string_view control, bool enabled) override {
         enabled_[std::string(control)] = enabled;
     }
     void enableGroup(window::ControlGroup group, bool enabled) override {
         groups_.emplace_back(group, enabled);
     }
-    std::vector<std::string> lines(std::string_view listBox) const override {
-        return valueOr(lines_, listBox, {});
-    }
-    void setLines(std::string_view listBox, std::vector<std::string> lines) {
-        lines_[std::string(listBox)] = std::move(lines);
-    }
     void SetScenarioButtons(bool enabled) override { setEnabled("cmdAddScenario", enabled); }
 
-    void press(std::string_view button) override {
-        ++presses_[std::string(button)];
-        run(pressHandlers_, button);
-    }
+    void press(std::string_view button) override { ++presses_[std::string(button)]; }
     void change(std::string_view field) override {
         ++changes_[std::string(field)];
         run(changeHandlers_, field);
@@ -66,14 +57,10 @@ public:
     void showMessage(const std::string& text, const std::string& title) override {
         messages_.push_back({text, title});
     }
-    void ask(const std::string& text, const std::string& title, Answered answered) override {
-        questions_.emplace_back(Message{text, title}, std::move(answered));
+    void ask(const std::string& text, const std::string& title, Answered /*answered*/) override {
+        messages_.push_back({text, title});
     }
 
-    /// Registers what press() runs beside counting. An untouched button only counts.
-    void onPress(std::string_view button, Handler handler) {
-        set(pressHandlers_, button, std::move(handler));
-    }
     /// Registers what change() runs beside counting.
     void onChange(std::string_view field, Handler handler) {
         set(changeHandlers_, field, std::move(handler));
@@ -110,12 +97,8 @@ public:
     }
     void forgetTold() { told_.clear(); }
 
-    const std::map<std::string, bool, std::less<>>& enabledStates() const { return enabled_; }
     const std::vector<Message>& messages() const { return messages_; }
     const std::vector<std::pair<window::ControlGroup, bool>>& groups() const { return groups_; }
-    std::size_t questions() const { return questions_.size(); }
-    const Message& question(std::size_t index) const { return questions_.at(index).first; }
-    void answer(std::size_t index, bool yes) { questions_.at(index).second(yes); }
 
 private:
     template <typename Value>
@@ -142,19 +125,16 @@ private:
         }
     }
 
-    ByName<std::vector<std::string>> lines_;
     ByName<std::string> texts_;
     ByName<bool> ticks_;
     ByName<bool> enabled_;
     ByName<int> presses_;
     ByName<int> changes_;
-    ByName<Handler> pressHandlers_;
     ByName<Handler> changeHandlers_;
     ByName<Handler> textChanges_;
     std::vector<std::pair<std::string, std::string>> told_;
     std::vector<std::pair<window::ControlGroup, bool>> groups_;
     std::vector<Message> messages_;
-    std::vector<std::pair<Message, Answered>> questions_;
 };
 
 } // namespace varda::test

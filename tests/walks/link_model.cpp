@@ -49,7 +49,7 @@ LinkModel::LinkModel(World& world) : timer(world.agenda, [this] { tick(); }), wo
     desk.enable("cmdPortOpen", false);
     desk.show("cmdPortOpen", "Open Port");
     desk.show("txtWatchDog", "0");
-    showCounters();
+    tellCounters();
 }
 
 std::string LinkModel::entry(const std::string& list, int index) {
@@ -61,7 +61,7 @@ std::string LinkModel::entry(const std::string& list, int index) {
     return entries.at(list).at(static_cast<std::size_t>(index));
 }
 
-void LinkModel::showCounters() {
+void LinkModel::tellCounters() {
     world_.desk.show("txtTotalData", std::to_string(rxExpected));
     world_.desk.show("txtCurrentData", std::to_string(rxCount));
 }
@@ -203,7 +203,7 @@ void LinkModel::complete() {
 void LinkModel::commonEnd() {
     answerReceived = true;
     waitingAnswer = false;
-    showCounters();
+    tellCounters();
     rxCount = 0;
     inReceive_ = false;
 }
@@ -212,7 +212,7 @@ void LinkModel::tick() {
     if (inReceive_) {
         return;
     }
-    showCounters();
+    tellCounters();
     if (waitingAnswer) {
         ++waitTicks;
         world_.desk.show("txtWatchDog", std::to_string(waitTicks));
@@ -233,7 +233,7 @@ void LinkModel::timeOut(const std::string& statusField) {
     waitingAnswer = false;
     rxExpected = 0;
     rxCount = 0;
-    showCounters();
+    tellCounters();
     input.clear();
 }
 
@@ -246,7 +246,7 @@ void LinkModel::masterTick() {
         answerReceived = false;
         rxExpected = 0;
         rxCount = 0;
-        showCounters();
+        tellCounters();
         input.clear();
     }
     const bool waitsItsTurn = page.name == "write" || page.name == "mixed write";

@@ -20,7 +20,7 @@ public:
     /// What every master page's send does once the port is open.
     void sendRequest(const Octets& octets, int expected);
     void enterMode(int mode);
-    void showCounters();
+    void tellCounters();
     /// An entry of a settings list.
     static std::string entry(const std::string& list, int index);
 

@@ -21,7 +21,7 @@ struct FileText {
     std::optional<RuntimeError> problem; ///< the text is then empty
 };
 
-// Paths are those of filePath (platform/file_path.h).
+// Paths are those of filePath (core/files/file_path.h).
 
 /// Reads a regular file whole; a path that leads to nothing gives an empty text. Devices and pipes are not
 /// even opened: opening one can block, or change the state of a line.

@@ -22,7 +22,8 @@ enum class Outcome {
     HungUp,     ///< the line went away
     Ignored,    ///< bytes came in a mode that has no use for them
     Heard,      ///< a burst on a monitored line
-    AnsweredByPair, ///< a request came and was answered by a prepared pair
+    AnsweredByPair, ///< a request came that a prepared pair answers; nothing was sent where that is no frame
+                    ///< or the port refused it
     Unknown         ///< a request came that no prepared pair answers
 };
 
@@ -57,7 +58,8 @@ enum class Counter {
 
 /// Who wants to know what the link does. Everything is told on the interface thread, while it happens.
 ///
-/// An observer that throws RuntimeError inside a reception is passed over, as every failing statement there.
+/// A RuntimeError of an observer is passed over where a burst was heard or a request came in, as every
+/// failing statement there; elsewhere it goes to whoever called the link.
 class LinkObserver {
 public:
     LinkObserver() = default;

@@ -84,7 +84,9 @@ void MSComm::open() {
     try {
         line->open(settings_);
     } catch (...) {
-        open_ = nullptr;
+        if (open_ == line) {
+            open_ = nullptr;
+        }
         dropClosedLines();
         throw;
     }

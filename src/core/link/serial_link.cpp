@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -40,8 +41,9 @@ void skippingFailure(Statement&& statement) {
 void SerialLink::tell(Outcome outcome) {
     exchange_.mode = state_.CommMode;
     exchange_.outcome = outcome;
-    for (LinkObserver* const observer : observers_) {
-        observer->told(exchange_);
+    const Exchange told = exchange_; // what an observer begins meanwhile is not told in its place
+    for (std::size_t index = 0; index < observers_.size(); ++index) {
+        observers_[index]->told(told);
     }
 }
 
@@ -51,17 +53,17 @@ void SerialLink::count(Counter counter, int value) {
     }
 }
 
-void SerialLink::showCounters() {
+void SerialLink::tellCounters() {
     count(Counter::Expected, state_.RxExpected);
     count(Counter::Received, state_.RxCount);
 }
 
-void SerialLink::showWaitTicks() { count(Counter::Silence, state_.WaitTicks); }
+void SerialLink::tellSilence() { count(Counter::Silence, state_.WaitTicks); }
 
 /// Tells what becomes of a request that still has no answer.
-void SerialLink::leavePending(Outcome outcome) {
+void SerialLink::tellOvertaken() {
     if (std::exchange(isPending_, false)) {
-        tell(outcome);
+        tell(Outcome::Overtaken);
     }
 }
 
@@ -71,7 +73,7 @@ bool SerialLink::startRequest() {
     if (!commPLC_.isOpen()) {
         return false;
     }
-    leavePending(Outcome::Overtaken);
+    tellOvertaken();
     discardUnread();
     state_.RxCount = 0;
     state_.RxExpected = 0;
@@ -80,18 +82,27 @@ bool SerialLink::startRequest() {
 }
 
 void SerialLink::discardUnread() {
-    exchange_.dropped = commPLC_.inBufferCount();
+    const std::size_t dropped = commPLC_.inBufferCount();
     commPLC_.discard();
-    if (exchange_.dropped > 0) {
+    if (dropped > 0) {
+        endEarlierExchange();
+        exchange_.dropped = dropped;
         tell(Outcome::ThrownAway);
+    }
+}
+
+/// What is told next has to do with a request only where one is still without an answer.
+void SerialLink::endEarlierExchange() {
+    if (!isPending_) {
+        beginExchange({}, 0);
     }
 }
 
 void SerialLink::SendRequest(const Bytes& bytes, int expected) {
     state_.RxExpected = static_cast<std::int16_t>(expected);
     state_.WaitingAnswer = false; // for good where the port refuses the bytes
-    beginExchange(bytes);
-    sendRequest();
+    beginExchange(bytes, expected);
+    handOverRequest();
     state_.AnswerReceived = false;
     state_.WaitingAnswer = true;
     tell(Outcome::Sent);
@@ -99,9 +110,8 @@ void SerialLink::SendRequest(const Bytes& bytes, int expected) {
 
 void SerialLink::sendUnawaited(const Bytes& bytes) {
     discardUnread();
-    beginExchange(bytes);
-    exchange_.expected = 0;
-    sendRequest();
+    beginExchange(bytes, 0);
+    handOverRequest();
     isPending_ = false;
     tell(Outcome::Sent);
 }
@@ -111,26 +121,26 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
         state_.RxExpected = static_cast<std::int16_t>(*expected);
     }
     if (!commPLC_.isOpen()) {
-        beginExchange(frame);
+        beginExchange(frame, state_.RxExpected);
         tell(Outcome::NotSent);
         return;
     }
     discardUnread();
-    beginExchange(frame);
-    sendRequest();
+    beginExchange(frame, state_.RxExpected);
+    handOverRequest();
     state_.RxCount = 0;
     state_.WaitingAnswer = true;
     tell(Outcome::Sent);
 }
 
-void SerialLink::beginExchange(const Bytes& request) {
-    leavePending(Outcome::Overtaken);
+void SerialLink::beginExchange(const Bytes& request, int expected) {
+    tellOvertaken();
     exchange_ = {};
     exchange_.request = request;
-    exchange_.expected = state_.RxExpected;
+    exchange_.expected = expected;
 }
 
-void SerialLink::sendRequest() {
+void SerialLink::handOverRequest() {
     try {
         handOver(exchange_.request);
     } catch (const RuntimeError&) {
@@ -161,7 +171,7 @@ void SerialLink::enterMode(Mode mode) {
     }
     if (mode == Mode::Scenario) { // a silence from before the run would end it
         state_.WaitTicks = 0;
-        showWaitTicks();
+        tellSilence();
         state_.WaitingAnswer = false;
     }
     state_.CommMode = mode;
@@ -169,8 +179,10 @@ void SerialLink::enterMode(Mode mode) {
 
 void SerialLink::connectionOpened() {
     wait_.cancel();
-    leavePending(Outcome::Overtaken);
+    tellOvertaken();
 }
+
+void SerialLink::connectionClosed() { tellOvertaken(); }
 
 // Receiving
 
@@ -178,6 +190,7 @@ void SerialLink::commPLC_OnComm(CommEvent event) {
     if (event != CommEvent::Received) {
         state_.InReceive = false;
         if (event == CommEvent::HungUp) {
+            endEarlierExchange();
             isPending_ = false;
             tell(Outcome::HungUp);
         }
@@ -190,7 +203,7 @@ void SerialLink::commPLC_OnComm(CommEvent event) {
     state_.InReceive = true;
     state_.WaitTicks = 0;
     noticed_ = clock_.now();
-    showWaitTicks();
+    tellSilence();
     receiveLater();
 }
 
@@ -209,10 +222,10 @@ void SerialLink::receiveLater() {
     }
 }
 
-void SerialLink::wait(std::chrono::milliseconds wait, std::function<void()> rest) {
+void SerialLink::wait(std::chrono::milliseconds time, std::function<void()> rest) {
     isMerged_ = false;
     isSettling_ = false;
-    wait_ = clock_.after(wait, [this, rest = std::move(rest)] {
+    wait_ = clock_.after(time, [this, rest = std::move(rest)] {
         const ScopeExit again([this] { // also after a defect
             if (!wait_.isPending() && isMerged_ && commPLC_.inBufferCount() > 0) {
                 commPLC_OnComm(CommEvent::Received);
@@ -233,12 +246,13 @@ Bytes SerialLink::readBurst() {
 
 void SerialLink::receiveBurst() {
     if (commPLC_.inBufferCount() == 0) {
+        endEarlierExchange();
         tell(Outcome::NothingToRead);
         return; // kept: InReceive stays set, as on every empty input buffer
     }
     const ScopeExit ended([this] { endReception(); }); // also after a defect
     skippingFailure([this] {
-        beginExchange({});
+        beginExchange({}, 0);
         exchange_.answer = readBurst();
         tell(Outcome::Heard);
     });
@@ -246,15 +260,19 @@ void SerialLink::receiveBurst() {
 
 void SerialLink::receiveAnswer() {
     if (commPLC_.inBufferCount() == 0) {
+        endEarlierExchange();
         tell(Outcome::NothingToRead);
         return; // kept: InReceive stays set, so the timer pauses until a later reception completes
     }
     const ScopeExit ended([this] { endReception(); });
+    const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == Mode::Scenario;
+    if (!answerMode) {
+        endEarlierExchange();
+    }
     skippingFailure([this] { readIntoRxBuffer(); });
     isPending_ = false;
     exchange_.answer.assign(received().begin(), received().end());
     exchange_.expected = state_.RxExpected;
-    const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == Mode::Scenario;
     if (!answerMode) {
         tell(Outcome::Ignored);
         return;
@@ -285,7 +303,7 @@ void SerialLink::receiveRequest() {
             endReception();
         }
     });
-    beginExchange({});
+    beginExchange({}, 0);
     skippingFailure([this] { readIntoRxBuffer(); });
     count(Counter::Received, state_.RxCount);
     skippingFailure([this, &known] { known = answerRequest(); });
@@ -293,34 +311,37 @@ void SerialLink::receiveRequest() {
 
 /// @return false where no prepared pair answers the request; the reception then ends without its common end
 bool SerialLink::answerRequest() {
-    exchange_.request.assign(received().begin(), received().end());
+    const Bytes request(received().begin(), received().end());
+    const TimeSpan cameIn = exchange_.received;
     const bool isHeldWhole = static_cast<std::size_t>(state_.RxCount) <= state_.RxBuffer.size();
-    const std::optional<PreparedAnswer> answer = roles_.answerTo(received());
-    if (!answer || !isHeldWhole) {
+    const std::optional<PreparedAnswer> answer = roles_.answerTo(request);
+    const bool isKnown = answer && isHeldWhole;
+    const bool isOpen = commPLC_.isOpen();
+    if (!isKnown || isOpen) {
         discardUnread();
         state_.RxCount = 0;
+    }
+    beginExchange(request, 0);
+    exchange_.received = cameIn;
+    if (!isKnown) {
         tell(Outcome::Unknown);
         return false;
     }
-    exchange_.pair = answer->pair;
-    if (!commPLC_.isOpen()) {
-        tell(Outcome::NotSent);
-        return true;
+    if (isOpen) {
+        sendAnswer(answer->bytes);
     }
-    sendAnswer(*answer);
-    state_.RxCount = 0;
-    tell(Outcome::AnsweredByPair);
+    exchange_.pair = answer->pair;
+    tell(isOpen ? Outcome::AnsweredByPair : Outcome::NotSent);
     return true;
 }
 
-void SerialLink::sendAnswer(const PreparedAnswer& answer) {
-    discardUnread();
-    if (answer.bytes.empty()) {
+void SerialLink::sendAnswer(const Bytes& answer) {
+    if (answer.empty()) {
         return;
     }
     skippingFailure([this, &answer] {
-        handOver(answer.bytes);
-        exchange_.answer = answer.bytes;
+        handOver(answer);
+        exchange_.answer = answer;
     });
 }
 
@@ -341,7 +362,7 @@ std::span<const std::uint8_t> SerialLink::received() const {
 void SerialLink::endReception() {
     state_.AnswerReceived = true;
     state_.WaitingAnswer = false;
-    showCounters();
+    tellCounters();
     state_.RxCount = 0;
     state_.InReceive = false;
 }
@@ -352,10 +373,10 @@ void SerialLink::tmrComm_Timer() {
     if (state_.InReceive) {
         return;
     }
-    showCounters();
+    tellCounters();
     if (state_.WaitingAnswer) {
         state_.WaitTicks = raised(state_.WaitTicks, 1);
-        showWaitTicks();
+        tellSilence();
     }
     if (const Route* const route = findRoute(state_.CommMode)) {
         tickMaster(*route);
@@ -368,13 +389,13 @@ void SerialLink::forgetAnswer() {
     state_.AnswerReceived = false;
     state_.RxExpected = 0;
     state_.RxCount = 0;
-    showCounters();
+    tellCounters();
     discardUnread();
 }
 
 void SerialLink::giveUpWaiting() {
     state_.WaitTicks = 0;
-    showWaitTicks();
+    tellSilence();
     state_.WaitingAnswer = false;
     forgetAnswer();
     isPending_ = false;

@@ -66,6 +66,9 @@ public:
     /// The port was opened: a wait that began before belongs to the closed connection and does nothing more.
     void connectionOpened();
 
+    /// The port was closed by its user: the answer to the last request will not come.
+    void connectionClosed();
+
     /// The first half of a send: empties the input buffer and the counters.
     /// @return false where the port is closed; nothing has changed then
     bool startRequest();
@@ -75,7 +78,7 @@ public:
     /// @throws RuntimeError of the port; then no answer is awaited
     void SendRequest(const Bytes& bytes, int expected);
 
-    /// Sends bytes in the place of whatever is under way, whose answer goes on being awaited.
+    /// Sends bytes and awaits nothing for them: counters and wait go on for the request before.
     /// @throws RuntimeError of the port
     void sendUnawaited(const Bytes& bytes);
 
@@ -91,32 +94,33 @@ public:
     void tmrComm_Timer();
 
     /// Tells the expected and the received length.
-    void showCounters();
+    void tellCounters();
 
 private:
     friend class LinkStateOfATest; ///< puts the link into a state that takes long to reach
 
-    void wait(std::chrono::milliseconds wait, std::function<void()> rest);
+    void wait(std::chrono::milliseconds time, std::function<void()> rest);
     void receiveLater();
     void receiveBurst();
     void receiveAnswer();
     void settleRequest(std::size_t noted);
     void receiveRequest();
     bool answerRequest();
-    void sendAnswer(const PreparedAnswer& answer);
+    void sendAnswer(const Bytes& answer);
     Bytes readBurst();
     void readIntoRxBuffer();
     std::span<const std::uint8_t> received() const;
     void endReception();
 
-    void beginExchange(const Bytes& request);
-    void sendRequest();
+    void beginExchange(const Bytes& request, int expected);
+    void handOverRequest();
     void handOver(const Bytes& bytes);
     void discardUnread();
+    void endEarlierExchange();
     void tell(Outcome outcome);
     void count(Counter counter, int value);
-    void leavePending(Outcome outcome);
-    void showWaitTicks();
+    void tellOvertaken();
+    void tellSilence();
     void forgetAnswer();
     void giveUpWaiting();
     void tickMaster(const Route& route);

@@ -3,7 +3,6 @@
 #include "core/base/conversion.h"
 #include "core/base/runtime_error.h"
 
-#include <array>
 #include <charconv>
 #include <utility>
 

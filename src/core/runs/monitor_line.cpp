@@ -21,8 +21,9 @@ std::string MonitorLine::text(std::size_t most) const {
     return line;
 }
 
-std::string timeStamp(int hour, int minute, int second) {
-    return std::to_string(hour) + ":" + std::to_string(minute) + ":" + std::to_string(second) + " - ";
+std::string timeStamp(const TimeOfDay& time) {
+    return std::to_string(time.hour) + ":" + std::to_string(time.minute) + ":" + std::to_string(time.second) +
+           " - ";
 }
 
 } // namespace varda::core

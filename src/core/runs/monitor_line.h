@@ -22,9 +22,14 @@ struct MonitorLine {
     std::string text() const { return text(burst.size()); }
 };
 
+struct TimeOfDay {
+    int hour = 0;   ///< 0 .. 23
+    int minute = 0; ///< 0 .. 59
+    int second = 0; ///< 0 .. 59
+};
+
 /// Time of reception as the stamp of a line, without leading zeros: "9:5:7 - ".
-/// @param hour 0 .. 23 @param minute, second 0 .. 59
-std::string timeStamp(int hour, int minute, int second);
+std::string timeStamp(const TimeOfDay& time);
 
 /// A list of lines restarts when more than so many stand in it.
 constexpr std::size_t monitorLineLimit = 2000;

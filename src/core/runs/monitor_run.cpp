@@ -15,7 +15,8 @@ void MonitorRun::stop() {
     log_.close();
 }
 
-bool MonitorRun::list(MonitorLine line) {
+bool MonitorRun::list(const Bytes& burst, const std::optional<TimeOfDay>& time, bool asCharacters) {
+    MonitorLine line = {time ? timeStamp(*time) : std::string(), burst, asCharacters};
     if (lines_.count() > monitorLineLimit) {
         lines_.clear();
     }

@@ -5,6 +5,7 @@
 #include "core/runs/monitor_log.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace varda::inline core {
@@ -37,8 +38,10 @@ public:
     bool isRunning() const { return isRunning_; }
 
     /// Lists a burst, also between two runs. A list that has grown beyond its limit begins anew.
+    /// @param time of the stamp; nothing for a line without one @param asCharacters else in hexadecimal
+    /// digits
     /// @return false where the log could not be written whole
-    bool list(MonitorLine line);
+    bool list(const Bytes& burst, const std::optional<TimeOfDay>& time, bool asCharacters);
 
 private:
     SerialLink& link_;

@@ -4,6 +4,7 @@
 #include "core/protocol/hex_text.h"
 
 namespace varda::inline core {
+
 std::optional<PreparedAnswer> Responder::answerTo(std::span<const std::uint8_t> request) const {
     const auto pair = FindSimReceivePacket(request);
     if (!pair) {

@@ -3,7 +3,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace varda::window {
 
@@ -24,20 +23,13 @@ public:
 
     virtual std::string text(std::string_view control) const = 0;
     virtual void setText(std::string_view control, const std::string& text) = 0;
-    /// The entries of a list box, in order.
-    virtual std::vector<std::string> lines(std::string_view listBox) const = 0;
     virtual bool isTicked(std::string_view control) const = 0;
-    virtual void setTicked(std::string_view control, bool ticked) = 0;
-    virtual bool isEnabled(std::string_view control) const = 0;
     virtual void setEnabled(std::string_view control, bool enabled) = 0;
 
     /// Switches every control whose name the group matches.
     virtual void enableGroup(ControlGroup group, bool enabled) = 0;
     void EnableReadControls(bool enabled) { enableGroup(ControlGroup::Read, enabled); }
     void EnableWriteControls(bool enabled) { enableGroup(ControlGroup::Write, enabled); }
-    void EnableMixedReadControls(bool enabled) { enableGroup(ControlGroup::MixedRead, enabled); }
-    void EnableMixedWriteControls(bool enabled) { enableGroup(ControlGroup::MixedWrite, enabled); }
-    void EnableSimControls(bool enabled) { enableGroup(ControlGroup::Simulation, enabled); }
     void EnableScenarioControls(bool enabled) { enableGroup(ControlGroup::Scenario, enabled); }
 
     /// Switches the scenario's editing buttons; its run button follows whether it has lines, its stop button

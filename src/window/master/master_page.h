@@ -35,6 +35,8 @@ public:
     void repeatRequest();
 
     Mode mode() const override;
+    /// Whether the page is the one of that mode.
+    bool serves(Mode mode) const { return findRoute(mode) == &route_; }
     std::string requestText() const override;
     void clickSend() override;
     /// Continuous sending ends, and can be begun again only once it is enabled.

@@ -100,13 +100,13 @@ void MonitorPage::told(const Exchange& exchange) {
 }
 
 void MonitorPage::listBurst(const Bytes& burst) {
-    const QTime now = surroundings_.now();
-    const std::string stamp =
-        ui_->chkTimeStamp->isChecked() ? timeStamp(now.hour(), now.minute(), now.second()) : std::string();
-    MonitorLine line = {stamp, burst, ui_->chkASCIIDisplay->isChecked()};
     const QScrollBar* const scrollBar = ui_->lstMonitor->verticalScrollBar();
     const bool follows = scrollBar->value() == scrollBar->maximum();
-    if (!run_.list(std::move(line))) {
+    const QTime now = surroundings_.now();
+    const auto stamp = ui_->chkTimeStamp->isChecked()
+                           ? std::optional(TimeOfDay{now.hour(), now.minute(), now.second()})
+                           : std::nullopt;
+    if (!run_.list(burst, stamp, ui_->chkASCIIDisplay->isChecked())) {
         ui_->chkMonLog->setToolTip(tr("The log could not be written whole: is the disk full?"));
     }
     ui_->txtLine->setText(QString::number(lines_.rowCount() - 1)); // kept: the count lags one behind

@@ -2,7 +2,6 @@
 
 #include "core/base/runtime_error.h"
 #include "core/link/period.h"
-#include "core/protocol/registers.h"
 #include "ui_frmVarda.h"
 #include "window/controls/lists.h"
 #include "window/controls/make_form.h"
@@ -63,9 +62,8 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 FrmVarda::~FrmVarda() = default;
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
-    const PageContext context = {form_,     events_,
-                                 link_,     images_,
-                                 *tmrComm_, [this] { return presenter_.isFreeForRun(commPLC_.isOpen()); }};
+    const PageContext context = {form_,   events_,   link_,
+                                 images_, *tmrComm_, [this] { return linkPort_.isFreeForRun(); }};
     auto* const readPage = new ReadPage(context, this);
     auto* const writePage = new WritePage(context, surroundings.random, this);
     auto* const mixedReadPage = new MixedReadPage(context, this);
@@ -183,8 +181,9 @@ void FrmVarda::addShortcuts() {
 }
 
 void FrmVarda::repeatRequest(Mode mode) {
-    const auto page = static_cast<std::size_t>(findRoute(mode) - masterRoutes().data());
-    masters_.at(page)->repeatRequest();
+    const auto page =
+        std::ranges::find_if(masters_, [mode](const MasterPage* master) { return master->serves(mode); });
+    (*page)->repeatRequest(); // every mode that repeats is a page's
 }
 
 void FrmVarda::enableMasters(bool enabled) {
@@ -200,7 +199,7 @@ void FrmVarda::Form_Load() {
     tmrScenario_->setInterval(startPeriod);
     form_.setEnabled("cmdRDSend", false);
     form_.setEnabled("cmdSimStart", false);
-    link_.showCounters();
+    link_.tellCounters();
     form_.setText("txtWatchDog", "0");
     events_.choose(ui_->optMode_0);
 }

@@ -15,7 +15,6 @@
 #include <QMainWindow>
 #include <QTime>
 
-#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -114,8 +113,8 @@ private:
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
-    std::vector<ModeRow> modes_;       ///< in the order of their options
-    std::vector<MasterPage*> masters_; ///< in the order of masterRoutes()
+    std::vector<ModeRow> modes_; ///< in the order of their options
+    std::vector<MasterPage*> masters_;
 };
 
 } // namespace varda::window

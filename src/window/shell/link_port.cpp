@@ -83,6 +83,9 @@ void LinkPort::openPort() {
         showPortError(error);
         return;
     }
+    if (!link_.port().isOpen()) { // went away while it was opened, which hangUp() has told
+        return;
+    }
     link_.connectionOpened();
     switchOpened(true);
     if (const PageNames* const page = findPageNames(link_.state().CommMode)) {
@@ -100,6 +103,7 @@ void LinkPort::openPort() {
 void LinkPort::closePort() {
     form_.setText("cmdPortOpen", std::string(openCaption));
     link_.port().close();
+    link_.connectionClosed();
     switchOpened(false);
     if (const PageNames* const page = findPageNames(link_.state().CommMode)) {
         form_.setEnabled(page->periodField, true);
@@ -116,12 +120,26 @@ void LinkPort::switchOpened(bool open) {
 }
 
 void LinkPort::hangUp(const std::string& reason) {
-    link_.commPLC_OnComm(CommEvent::HungUp);
     const ScopeExit closed([this, &reason] {
         closePort();
         showPortError({comm_error::readError, reason});
     });
+    link_.commPLC_OnComm(CommEvent::HungUp);
     stopRuns_(); // may fail where a period is no number; the port closes all the same
+}
+
+bool LinkPort::isFreeForRun() {
+    if (!link_.port().isOpen()) {
+        form_.showMessage("Please Port Open !!", "Warning");
+        return false;
+    }
+    // kept: the mixed pages' boxes are not looked at
+    if (form_.isTicked("chkRTimer") || form_.isTicked("chkWTimer")) {
+        form_.showMessage("Currently, Program is communicating with PLC. Please turn off Check Box !!",
+                          "Warning");
+        return false;
+    }
+    return true;
 }
 
 } // namespace varda::window

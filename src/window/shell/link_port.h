@@ -35,6 +35,10 @@ public:
     /// Opens or closes, by the button's caption.
     void cmdPortOpen_Click();
 
+    /// Whether a scenario or the monitor may start: the port is open and neither the read nor the write page
+    /// sends continuously; else shows the message that says so.
+    bool isFreeForRun();
+
     /// The line went away: stops what runs, closes as the button does, says why.
     void hangUp(const std::string& reason);
 

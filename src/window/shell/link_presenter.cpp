@@ -29,7 +29,7 @@ void LinkPresenter::told(const Exchange& exchange) {
         showSilence(exchange.mode);
         break;
     case Outcome::NotSent:
-        if (exchange.mode == Mode::Simulation) {
+        if (exchange.pair) {
             form_.setText(closedSimulationStatus, "Port Closed");
         }
         break;
@@ -55,20 +55,6 @@ void LinkPresenter::showSilence(Mode mode) {
 
 void LinkPresenter::counted(Counter counter, int value) {
     form_.setText(counterFields.at(static_cast<std::size_t>(counter)), std::to_string(value));
-}
-
-bool LinkPresenter::isFreeForRun(bool portIsOpen) {
-    if (!portIsOpen) {
-        form_.showMessage("Please Port Open !!", "Warning");
-        return false;
-    }
-    // kept: the mixed pages' boxes are not looked at
-    if (form_.isTicked("chkRTimer") || form_.isTicked("chkWTimer")) {
-        form_.showMessage("Currently, Program is communicating with PLC. Please turn off Check Box !!",
-                          "Warning");
-        return false;
-    }
-    return true;
 }
 
 } // namespace varda::window

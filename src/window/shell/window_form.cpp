@@ -79,25 +79,9 @@ void WindowForm::setText(std::string_view control, const std::string& text) {
     }
 }
 
-std::vector<std::string> WindowForm::lines(std::string_view listBox) const {
-    const auto* const list = qobject_cast<const QListWidget*>(find(listBox));
-    return list != nullptr ? linesOf(list) : std::vector<std::string>();
-}
-
 bool WindowForm::isTicked(std::string_view control) const {
     const auto* const button = qobject_cast<const QAbstractButton*>(find(control));
     return button != nullptr && button->isChecked();
-}
-
-void WindowForm::setTicked(std::string_view control, bool ticked) {
-    if (auto* const button = qobject_cast<QAbstractButton*>(find(control))) {
-        button->setChecked(ticked);
-    }
-}
-
-bool WindowForm::isEnabled(std::string_view control) const {
-    const QWidget* const found = find(control);
-    return found != nullptr && found->isEnabled();
 }
 
 void WindowForm::setEnabled(std::string_view control, bool enabled) {

@@ -26,10 +26,7 @@ public:
 
     std::string text(std::string_view control) const override;
     void setText(std::string_view control, const std::string& text) override;
-    std::vector<std::string> lines(std::string_view listBox) const override;
     bool isTicked(std::string_view control) const override;
-    void setTicked(std::string_view control, bool ticked) override;
-    bool isEnabled(std::string_view control) const override;
     void setEnabled(std::string_view control, bool enabled) override;
     void enableGroup(ControlGroup group, bool enabled) override;
     void SetScenarioButtons(bool enabled) override;

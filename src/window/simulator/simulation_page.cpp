@@ -2,7 +2,6 @@
 
 #include "core/link/serial_link.h"
 #include "core/pairs/send_data_check.h"
-#include "core/protocol/frame_image.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/mixed_requests.h"
 #include "core/protocol/registers.h"
@@ -335,8 +334,7 @@ void SimulationPage::cmdSimInputOK_Click() {
 }
 
 void SimulationPage::told(const Exchange& exchange) {
-    const bool isRequest = exchange.pair.has_value() || exchange.outcome == Outcome::Unknown;
-    if (!isRequest) {
+    if (!exchange.pair && exchange.outcome != Outcome::Unknown) { // no request that came in
         return;
     }
     showText(ui_->txtSimRP, hexRun(exchange.request));

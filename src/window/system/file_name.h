@@ -7,7 +7,7 @@
 
 namespace varda::window {
 
-/// A file's name as the core takes it (see filePath in platform/file_path.h).
+/// A file's name as the core takes it (see filePath in core/files/file_path.h).
 inline std::string fileName(const QString& name) {
 #ifdef Q_OS_WIN
     return name.toStdString(); // not encodeName: the names of Windows do not fit into its 8-bit letters

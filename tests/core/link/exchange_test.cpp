@@ -167,6 +167,51 @@ TEST_F(ExchangeTest, ScenarioFrameIsToldWhetherOrNotItWasSent) {
     EXPECT_EQ(last().expected, 14) << "a frame without an answer of its own awaits the one before";
 }
 
+TEST_F(ExchangeTest, WhatComesBehindAnAnsweredRequestHasNothingToDoWithItsPair) {
+    link.setRoles({.answerTo = [](auto) { return std::optional(PreparedAnswer{2, {0xAA}}); }});
+    link.enterMode(Mode::Simulation);
+    port.receive(burst(9));
+    clock.advance(150);
+    ASSERT_EQ(last().pair, 2U);
+
+    link.enterMode(Mode::MonitorIdle);
+    port.receive(burst(5));
+    clock.advance(100);
+    EXPECT_EQ(last().outcome, Outcome::Ignored);
+    EXPECT_EQ(last().pair, std::nullopt);
+    link.enterMode(Mode::BitRead);
+    port.receiveSilently(burst(2));
+    port.hangUp("gone");
+    EXPECT_EQ(last().outcome, Outcome::HungUp);
+    EXPECT_EQ(last().pair, std::nullopt);
+    EXPECT_TRUE(last().request.empty());
+}
+
+TEST_F(ExchangeTest, PairIsToldBehindTheAnswerAndBehindWhatWasThrownAwayForIt) {
+    link.setRoles({.answerTo = [this](auto) {
+        port.receiveSilently(burst(3)); // while the request is looked up
+        return std::optional(PreparedAnswer{2, {0xAA}});
+    }});
+    std::size_t toldBefore = 99;
+    port.onWrite([&] { toldBefore = exchanges.size(); });
+    link.enterMode(Mode::Simulation);
+    port.receive(burst(9));
+    clock.advance(150);
+    EXPECT_EQ(outcomes(), (Outcomes{Outcome::ThrownAway, Outcome::AnsweredByPair}));
+    EXPECT_EQ(exchanges[0].pair, std::nullopt);
+    EXPECT_EQ(exchanges[0].dropped, 3U);
+    EXPECT_EQ(last().pair, 2U);
+    EXPECT_EQ(last().request, burst(9));
+    EXPECT_EQ(toldBefore, 1U);
+}
+
+TEST_F(ExchangeTest, ClosingEndsTheExchange) {
+    send(burst(9), 14);
+    port.close();
+    link.connectionClosed();
+    EXPECT_EQ(outcomes(), (Outcomes{Outcome::Sent, Outcome::Overtaken}));
+}
+
 TEST_F(ExchangeTest, UnawaitedBytesLeaveWhatIsAwaitedAlone) {
     send(burst(9), 14);
     const LinkState before = link.state();

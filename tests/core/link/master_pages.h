@@ -1,7 +1,5 @@
 #pragma once
 
-#include "support/fake_form.h"
-
 #include <cstdint>
 #include <ostream>
 #include <string>
@@ -46,17 +44,6 @@ struct MasterPage {
             fields.push_back(length);
         }
         return fields;
-    }
-
-    /// Chooses the bit or the word option of the page.
-    void choose(FakeForm& form, bool bitOptionChosen) const {
-        form.setTicked(bitOption, bitOptionChosen);
-        form.setTicked(wordOption, !bitOptionChosen);
-    }
-    void fill(FakeForm& form, const std::vector<std::string>& fields) const {
-        for (const auto& field : fields) {
-            form.setText(field, "1");
-        }
     }
 };
 

@@ -89,7 +89,7 @@ TEST_F(SerialLinkTest, FailedWriteIsThrownAndNoAnswerIsAwaited) {
 TEST_F(SerialLinkTest, CountersShowTheExpectedAndTheReceivedLength) {
     state.RxExpected = 262;
     state.RxCount = 17;
-    link.showCounters();
+    link.tellCounters();
     EXPECT_EQ(form.text("txtTotalData"), "262");
     EXPECT_EQ(form.text("txtCurrentData"), "17");
 }

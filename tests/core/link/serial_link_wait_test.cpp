@@ -41,16 +41,15 @@ TEST_P(EmptyBufferTest, LeavesInReceiveSetAndSkipsTheEndOfTheReception) {
 
 TEST_P(EmptyBufferTest, EveryTickThenDoesNothing) {
     awaitAnswer(GetParam(), 14);
-    for (const char* const box : {"chkRTimer", "chkWTimer", "chkMRTimer", "chkMWTimer"}) {
-        form.setTicked(box, true);
-    }
+    int repeats = 0;
+    link.setRoles({.repeat = [&](Mode) { ++repeats; }});
     receiveNothing();
     form.forgetTold();
 
     tick(30);
 
     EXPECT_EQ(state.WaitTicks, 0);
-    EXPECT_EQ(form.presses(), 0);
+    EXPECT_EQ(repeats, 0);
     for (const char* const field : {"txtTotalData", "txtCurrentData", "txtWatchDog", "txtRStatus",
                                     "txtWStatus", "txtMRStatus", "txtMWStatus"}) {
         EXPECT_TRUE(form.told(field).empty()) << field;

@@ -32,8 +32,8 @@ TEST(MonitorLineText, CharacterDisplayKeepsEveryByte) {
 }
 
 TEST(MonitorLineText, StampHasNoLeadingZeros) {
-    EXPECT_EQ(timeStamp(9, 5, 7), "9:5:7 - ");
-    EXPECT_EQ((MonitorLine{timeStamp(9, 5, 7), {0x41}, false}.text()), "9:5:7 - 41 ");
+    EXPECT_EQ(timeStamp({9, 5, 7}), "9:5:7 - ");
+    EXPECT_EQ((MonitorLine{timeStamp({9, 5, 7}), {0x41}, false}.text()), "9:5:7 - 41 ");
 }
 
 TEST(MonitorLineText, CanBeCutForPainting) {

@@ -1,0 +1,107 @@
+#include "core/runs/scenario_run.h"
+
+#include "support/fake_port.h"
+#include "support/manual_clock.h"
+#include "support/raises.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace varda::test {
+namespace {
+
+class Lines : public ScenarioLines {
+public:
+    int count() const override { return static_cast<int>(lines.size()); }
+    std::string line(int at) const override { return lines.at(static_cast<std::size_t>(at)); }
+    int current() const override { return row; }
+    void choose(int chosen) override { row = chosen; }
+
+    std::vector<std::string> lines;
+    int row = -1;
+};
+
+class ScenarioRunTest : public testing::Test {
+protected:
+    ScenarioRunTest() {
+        lines.lines = {"FF FF 21 03 00 00 08 BD 85", "FF FF 23 03 00 02 04 C5 20"};
+        port.open();
+    }
+
+    ManualClock clock;
+    FakePort port;
+    SerialLink link{port, clock};
+    Lines lines;
+    int ticks = 0;
+    ManualTimer tmrScenario{clock, [this] { ++ticks; }};
+    ScenarioRun run{link, tmrScenario, lines};
+};
+
+TEST_F(ScenarioRunTest, GoesRoundAndRound) {
+    run.start("100");
+    EXPECT_TRUE(run.isRunning());
+    EXPECT_EQ(run.next(), lines.lines[0]);
+    EXPECT_EQ(lines.row, 1);
+    EXPECT_EQ(run.next(), lines.lines[1]);
+    EXPECT_EQ(lines.row, 0);
+    EXPECT_EQ(run.next(), lines.lines[0]);
+}
+
+TEST_F(ScenarioRunTest, BeginsWithTheFirstLineWhateverWasChosen) {
+    lines.row = 1;
+    run.start("100");
+    EXPECT_EQ(lines.row, 0);
+}
+
+TEST_F(ScenarioRunTest, NothingIsDueWhereNoLineIsChosen) {
+    lines.row = -1;
+    EXPECT_EQ(run.next(), std::nullopt);
+    EXPECT_EQ(lines.row, 0);
+}
+
+TEST_F(ScenarioRunTest, SendsALineAndAwaitsTheAnswerOfItsCommand) {
+    run.start("100");
+    run.send(lines.lines[1]);
+    ASSERT_EQ(port.written().size(), 1U);
+    EXPECT_EQ(port.written()[0].size(), 9U);
+    EXPECT_EQ(link.state().RxExpected, 14);
+}
+
+TEST_F(ScenarioRunTest, LineThatIsNoFrameIsThrown) {
+    EXPECT_EQ(numberRaisedBy([&] { run.send("no frame at all"); }), 13);
+    EXPECT_EQ(numberRaisedBy([&] { run.send("FF FF"); }), 9);
+    EXPECT_TRUE(port.written().empty());
+}
+
+TEST_F(ScenarioRunTest, TicksAtItsPeriodUntilItIsStopped) {
+    run.start("250");
+    clock.advance(1000);
+    EXPECT_EQ(ticks, 4);
+    EXPECT_TRUE(run.isTicking());
+    run.stop(Mode::WordRead);
+    EXPECT_FALSE(run.isTicking());
+    EXPECT_EQ(link.state().CommMode, Mode::WordRead);
+    clock.advance(1000);
+    EXPECT_EQ(ticks, 4);
+}
+
+TEST_F(ScenarioRunTest, StopLeavesWhatTheLinkHasGoneOnTo) {
+    run.start("250");
+    link.enterMode(Mode::Simulation);
+    run.stop(Mode::BitRead);
+    EXPECT_EQ(link.state().CommMode, Mode::Simulation);
+    EXPECT_FALSE(run.isTicking());
+}
+
+TEST(ScenarioPeriodTest, IsANumberOf0To65535) {
+    EXPECT_EQ(scenarioPeriod("0"), 0);
+    EXPECT_EQ(scenarioPeriod("65535"), 65535);
+    EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("65536"); }), 380);
+    EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("-1"); }), 380);
+    EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("soon"); }), 13);
+    EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("99999999999"); }), 6);
+}
+
+} // namespace
+} // namespace varda::test
