@@ -25,7 +25,8 @@ protected:
     /// What the field shows after each key, separated by blanks.
     std::string shownAfter(const char* keys) {
         QStringList shown;
-        for (const QChar key : QString::fromLatin1(keys)) {
+        const QString typed = QString::fromLatin1(keys);
+        for (const QChar key : typed) {
             QTest::keyClick(field(), key.toLatin1());
             shown.append(field()->text());
         }
