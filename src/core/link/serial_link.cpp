@@ -42,8 +42,8 @@ void SerialLink::tell(Outcome outcome) {
     exchange_.mode = state_.CommMode;
     exchange_.outcome = outcome;
     const Exchange told = exchange_; // what an observer begins meanwhile is not told in its place
-    for (std::size_t index = 0; index < observers_.size(); ++index) {
-        observers_[index]->told(told);
+    for (LinkObserver* const observer : observers_) {
+        observer->told(told);
     }
 }
 

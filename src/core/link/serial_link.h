@@ -55,7 +55,8 @@ public:
     const LinkState& state() const { return state_; }
     MSComm& port() { return commPLC_; }
     void setRoles(Roles roles) { roles_ = std::move(roles); }
-    /// Tells an observer everything from now on; it outlives the link's last word.
+    /// Tells an observer everything from now on; it outlives the link's last word. Not to be called by an
+    /// observer that is being told.
     void observe(LinkObserver& observer) { observers_.push_back(&observer); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
