@@ -1,8 +1,7 @@
 #include "core/base/system_text.h"
 
+#include <clocale>
 #include <cstring>
-
-#include <locale.h>
 
 namespace varda::inline core {
 namespace {
