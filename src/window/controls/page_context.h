@@ -21,7 +21,7 @@ struct PageContext {
     FrameImages& images;
     PeriodTimer& tmrComm;
     /// Whether a run that has the port for itself may start; else the user has been told why not.
-    std::function<bool()> isFreeForRun;
+    const std::function<bool()>& isFreeForRun;
 };
 
 } // namespace varda::window

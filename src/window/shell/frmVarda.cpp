@@ -62,8 +62,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 FrmVarda::~FrmVarda() = default;
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
-    const PageContext context = {form_,   events_,   link_,
-                                 images_, *tmrComm_, [this] { return linkPort_.isFreeForRun(); }};
+    const PageContext context = {form_, events_, link_, images_, *tmrComm_, isFreeForRun_};
     auto* const readPage = new ReadPage(context, this);
     auto* const writePage = new WritePage(context, surroundings.random, this);
     auto* const mixedReadPage = new MixedReadPage(context, this);

@@ -108,6 +108,7 @@ private:
     SerialLink link_;
     LinkPresenter presenter_{form_};
     LinkPort linkPort_;
+    const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;
 
     SimulationPage* simulationPage_ = nullptr;

@@ -144,7 +144,7 @@ TEST(FrameImage, WhateverIsWrittenTextsAndBytesAgree) {
     for (int round = 0; round < 1000; ++round) {
         writes.at(drawn(7))(drawn(15));
         for (std::size_t at = 0; at < 16; ++at) {
-            const std::string text = image.text(at);
+            const std::string& text = image.text(at);
             ASSERT_EQ(image.byte(at), text.empty() ? 0 : byteFromHex(text)) << round << ' ' << at;
         }
     }
