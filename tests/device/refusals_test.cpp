@@ -12,7 +12,7 @@ namespace {
 
 /// As Asio throws an error of the system, with a category of its own.
 std::system_error ofAsio(int systemError) {
-    return std::system_error(std::error_code(systemError, asio::error::get_system_category()), "set_option");
+    return {std::error_code(systemError, asio::error::get_system_category()), "set_option"};
 }
 
 std::system_error ofSystem(int systemError) { return {systemError, std::generic_category(), "tcsetattr"}; }

@@ -28,7 +28,6 @@ private:
 
     World& world_;
     std::string logFile_; ///< of the run under way
-    int logs_ = 0;
 };
 
 } // namespace varda::window_model
