@@ -50,10 +50,6 @@ public:
     void SetScenarioButtons(bool enabled) override { setEnabled("cmdAddScenario", enabled); }
 
     void press(std::string_view button) override { ++presses_[std::string(button)]; }
-    void change(std::string_view field) override {
-        ++changes_[std::string(field)];
-        run(changeHandlers_, field);
-    }
     void showMessage(const std::string& text, const std::string& title) override {
         messages_.push_back({text, title});
     }
@@ -61,10 +57,6 @@ public:
         messages_.push_back({text, title});
     }
 
-    /// Registers what change() runs beside counting.
-    void onChange(std::string_view field, Handler handler) {
-        set(changeHandlers_, field, std::move(handler));
-    }
     /// Registers what runs inside setText() wherever that alters the text, as the fields of a window do.
     void onTextChange(std::string_view field, Handler handler) {
         set(textChanges_, field, std::move(handler));
@@ -72,8 +64,6 @@ public:
 
     int presses(std::string_view button) const { return valueOr(presses_, button, 0); }
     int presses() const { return total(presses_); }
-    int changes(std::string_view field) const { return valueOr(changes_, field, 0); }
-    int changes() const { return total(changes_); }
 
     /// Every text a control was given, the first one first.
     std::vector<std::string> told(std::string_view control) const {
@@ -129,8 +119,6 @@ private:
     ByName<bool> ticks_;
     ByName<bool> enabled_;
     ByName<int> presses_;
-    ByName<int> changes_;
-    ByName<Handler> changeHandlers_;
     ByName<Handler> textChanges_;
     std::vector<std::pair<std::string, std::string>> told_;
     std::vector<std::pair<window::ControlGroup, bool>> groups_;

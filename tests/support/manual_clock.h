@@ -1,8 +1,6 @@
 #pragma once
 
-#include "core/base/clock.h"
-#include "core/base/period_timer.h"
-#include "core/base/runtime_error.h"
+#include "core/base/clock_timer.h"
 
 #include <map>
 #include <utility>
@@ -38,48 +36,6 @@ private:
     std::multimap<Time, std::function<void()>> waits_; ///< by due time
 };
 
-/// A period timer on the time of a ManualClock, which must outlive it.
-class ManualTimer : public PeriodTimer {
-public:
-    ManualTimer(ManualClock& clock, std::function<void()> tick) : clock_(clock), tick_(std::move(tick)) {}
-
-    void setInterval(int milliseconds) override {
-        if (milliseconds < 0) {
-            throw invalidPropertyValue();
-        }
-        interval_ = milliseconds;
-        if (isRunning()) {
-            start();
-        }
-    }
-    int interval() const override { return interval_; }
-    void start() override {
-        isRunning_ = true;
-        waitForTick();
-    }
-    void stop() override {
-        isRunning_ = false;
-        wait_.cancel();
-    }
-    bool isRunning() const override { return isRunning_; }
-
-private:
-    void waitForTick() {
-        if (interval_ == 0) {
-            wait_.cancel();
-            return;
-        }
-        wait_ = clock_.after(std::chrono::milliseconds(interval_), [this] {
-            waitForTick();
-            tick_();
-        });
-    }
-
-    ManualClock& clock_;
-    std::function<void()> tick_;
-    int interval_ = 0;
-    bool isRunning_ = false;
-    Wait wait_;
-};
+using ManualTimer = ClockTimer; ///< on a ManualClock it ticks when a test says so
 
 } // namespace varda::test

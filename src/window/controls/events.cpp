@@ -77,7 +77,6 @@ void Events::run(const QHash<QString, Handler>& handlers, std::string_view name)
 }
 
 void Events::watch(QWidget* field, const Handler& change, const Exceptions& exceptions) {
-    changes_.insert(field->objectName(), change);
     watched_.insert(field,
                     {change, exceptions.keyPress ? exceptions.keyPress : change, exceptions.lostFocus});
     field->installEventFilter(this);
@@ -95,7 +94,6 @@ void Events::field(QLineEdit* text, const Handler& change, const Exceptions& exc
 }
 
 void Events::textChange(QLineEdit* text, const Handler& change) {
-    changes_.insert(text->objectName(), change);
     connect(text, &QLineEdit::textChanged, this, [this, change] { guard(change); });
 }
 

@@ -55,8 +55,6 @@ public:
     void choose(QRadioButton* option) const;
     /// Runs the Click handler of a button by its name. @throws what the handler throws
     void press(std::string_view button) const { run(clicks_, button); }
-    /// Runs the Change handler of a field by its name. @throws what the handler throws
-    void change(std::string_view field) const { run(changes_, field); }
 
     /// Runs a handler; a RuntimeError of it becomes a report. Any other exception is a defect of the program:
     /// each is reported once, however often it comes, and the program goes on.
@@ -80,7 +78,6 @@ private:
 
     MessageBoxes& boxes_;
     QHash<QString, Handler> clicks_;
-    QHash<QString, Handler> changes_;
     QHash<QObject*, Watched> watched_;
     QPointer<QWidget> focused_; ///< the field that is yellow
     QSet<QString> reportedDefects_;

@@ -40,9 +40,6 @@ public:
     /// throws
     virtual void press(std::string_view button) = 0;
 
-    /// Runs the Change handler of a field as it stands. @throws what the handler throws
-    virtual void change(std::string_view field) = 0;
-
     /// Shows a message box with an OK button and returns at once. Boxes wait for one another; one that says
     /// the same as a box still shown is not shown again.
     virtual void showMessage(const std::string& text, const std::string& title) = 0;

@@ -35,6 +35,9 @@ public:
     void repeatRequest();
 
     Mode mode() const override;
+    /// Takes both stations into the request anew, and shows it. @throws RuntimeError where a point cannot be
+    /// read
+    void takeStations();
     /// Whether the page is the one of that mode.
     bool serves(Mode mode) const { return findRoute(mode) == &route_; }
     std::string requestText() const override;
@@ -95,7 +98,6 @@ protected:
     void clearAnswer();
     void showRequest();
     void makeRequest();
-    void takeStations();
 
 private:
     void takeStation(std::size_t index);

@@ -101,7 +101,8 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
           static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
-    linkPort_.setStopRuns([this] { stopRuns(); });
+    linkPort_.setPages(
+        {.stopRuns = [this] { stopRuns(); }, .takeReadStations = [readPage] { readPage->takeStations(); }});
 }
 
 void FrmVarda::addPages() {
@@ -254,15 +255,12 @@ void FrmVarda::stopRuns() {
     scenarioPanel_->stop();
 }
 
-void FrmVarda::closePort() {
-    monitorPage_->stopRun();
+void FrmVarda::shutDown() {
     try {
-        scenarioPanel_->stop();
+        stopRuns();
     } catch (const RuntimeError&) { // NOLINT(bugprone-empty-catch): a bad period is no matter at the end
     }
-    if (commPLC_.isOpen()) {
-        commPLC_.close();
-    }
+    commPLC_.close();
     tmrComm_->stop();
 }
 
@@ -275,7 +273,7 @@ void FrmVarda::cmdHelp_Click() {
 void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }
 
 void FrmVarda::cmdEnd_Click() {
-    closePort();
+    shutDown();
     close();
 }
 
@@ -287,7 +285,7 @@ void FrmVarda::changeEvent(QEvent* event) {
 }
 
 void FrmVarda::closeEvent(QCloseEvent* event) {
-    closePort();
+    shutDown();
     event->accept();
 }
 

@@ -89,7 +89,7 @@ private:
     void cmdHelp_Click();
     void cmdAbout_Click();
     void cmdEnd_Click();
-    void closePort();
+    void shutDown();
     const ModeRow& shownMode() const;
     void enableGroups(const ModeRow& mode);
 

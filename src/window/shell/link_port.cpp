@@ -92,8 +92,7 @@ void LinkPort::openPort() {
         form_.setEnabled(page->periodField, false);
         form_.setEnabled(page->enabledByOpening, true);
         if (page->bitMode == Mode::BitRead) {
-            form_.change(page->destination);
-            form_.change(page->source);
+            pages_.takeReadStations();
         }
         tmrComm_.setInterval(toInteger(form_.text(page->periodField)));
     }
@@ -125,7 +124,7 @@ void LinkPort::hangUp(const std::string& reason) {
         showPortError({comm_error::readError, reason});
     });
     link_.commPLC_OnComm(CommEvent::HungUp);
-    stopRuns_(); // may fail where a period is no number; the port closes all the same
+    pages_.stopRuns(); // may fail where a period is no number; the port closes all the same
 }
 
 bool LinkPort::isFreeForRun() {

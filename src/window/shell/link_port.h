@@ -22,8 +22,14 @@ public:
     LinkPort(MSComm& commTest, SerialLink& link, PeriodTimer& tmrComm, Form& form)
         : commTest_(commTest), link_(link), tmrComm_(tmrComm), form_(form) {}
 
-    /// Stops whatever runs by itself on the open port, as its stop button does: a scenario, the monitor.
-    void setStopRuns(std::function<void()> stopRuns) { stopRuns_ = std::move(stopRuns); }
+    /// What the port asks of the pages.
+    struct Pages {
+        /// Stops whatever runs by itself on the open port, as its stop button does: a scenario, the monitor.
+        std::function<void()> stopRuns = [] {};
+        /// Has the read page take its stations into its request anew.
+        std::function<void()> takeReadStations = [] {};
+    };
+    void setPages(Pages pages) { pages_ = std::move(pages); }
 
     /// The settings text of the four lists, for example "9600,n,8,1"; empty lists get their start value
     /// first.
@@ -53,7 +59,7 @@ private:
     SerialLink& link_;
     PeriodTimer& tmrComm_;
     Form& form_;
-    std::function<void()> stopRuns_ = [] {};
+    Pages pages_;
 };
 
 } // namespace varda::window

@@ -10,8 +10,6 @@ namespace varda::window {
 /// The controls of a master page that somebody else than the page itself speaks to.
 struct PageNames {
     Mode bitMode; ///< tells the page, as in its Route
-    std::string_view destination;
-    std::string_view source;
     std::string_view periodField;
     std::string_view sendButton;
     std::string_view enabledByOpening; ///< the send button that opening the port enables

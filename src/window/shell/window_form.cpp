@@ -105,8 +105,6 @@ void WindowForm::SetScenarioButtons(bool enabled) {
 
 void WindowForm::press(std::string_view button) { events_.press(button); }
 
-void WindowForm::change(std::string_view field) { events_.change(field); }
-
 void WindowForm::showMessage(const std::string& text, const std::string& title) {
     boxes_.show(QString::fromStdString(text), QString::fromStdString(title));
 }

@@ -31,7 +31,6 @@ public:
     void enableGroup(ControlGroup group, bool enabled) override;
     void SetScenarioButtons(bool enabled) override;
     void press(std::string_view button) override;
-    void change(std::string_view field) override;
     void showMessage(const std::string& text, const std::string& title) override;
     void ask(const std::string& text, const std::string& title,
              std::function<void(bool yes)> answered) override;

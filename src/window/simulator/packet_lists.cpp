@@ -2,6 +2,7 @@
 
 #include "core/base/runtime_error.h"
 #include "core/files/profile_file.h"
+#include "core/link/serial_link.h"
 #include "core/pairs/packet_file.h"
 #include "ui_simulation_page.h"
 #include "window/controls/events.h"
@@ -91,8 +92,7 @@ void PacketLists::bind(std::function<void(int row)> reload) {
 }
 
 void PacketLists::switchStartButton() {
-    ui_.cmdSimStart->setEnabled(!table_.requests().empty() &&
-                                context_.form.text("cmdPortOpen") == "Close Port");
+    ui_.cmdSimStart->setEnabled(!table_.requests().empty() && context_.link.port().isOpen());
 }
 
 void PacketLists::selectPair(int pair) {

@@ -1,7 +1,7 @@
 #include "core/link/serial_link.h"
 
-#include "core/link/master_pages.h"
 #include "core/link/serial_link_fixture.h"
+#include "support/master_pages.h"
 
 #include <vector>
 

@@ -1,5 +1,5 @@
-#include "core/link/master_pages.h"
 #include "support/driven_window.h"
+#include "support/master_pages.h"
 
 #include <QCheckBox>
 #include <QLineEdit>

@@ -3,11 +3,11 @@
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
 
-#include "core/link/master_pages.h"
 #include "support/fake_form.h"
 #include "support/fake_port.h"
 #include "support/link_state.h"
 #include "support/manual_clock.h"
+#include "support/master_pages.h"
 
 #include <gtest/gtest.h>
 
@@ -34,10 +34,12 @@ protected:
         }
         tmrComm.setInterval(500);
         link.observe(presenter);
+        linkPort.setPages({.stopRuns = [] {}, .takeReadStations = [this] { ++stationsTaken; }});
         commPLC.setEventHandler([this](CommEvent event, const std::string& reason) {
-            link.commPLC_OnComm(event);
             if (event == CommEvent::HungUp) {
                 linkPort.hangUp(reason);
+            } else {
+                link.commPLC_OnComm(event);
             }
         });
     }
@@ -89,6 +91,7 @@ protected:
     SerialLink link{commPLC, clock};
     window::LinkPresenter presenter{form};
     ManualTimer tmrComm{clock, [] {}};
+    int stationsTaken = 0;
     window::LinkPort linkPort{commTest, link, tmrComm, form};
 };
 

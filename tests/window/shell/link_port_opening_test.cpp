@@ -53,9 +53,7 @@ TEST_P(MasterOpeningTest, StartsTheTimerAtThePeriodOfThePage) {
 TEST_P(MasterOpeningTest, ReappliesTheStationsOnTheReadPageOnly) {
     openAs(GetParam().mode);
     const bool isReadPage = GetParam().mode == 0x21 || GetParam().mode == 0x23;
-    EXPECT_EQ(form.changes("txtRDDA"), isReadPage ? 1 : 0);
-    EXPECT_EQ(form.changes("txtRDSA"), isReadPage ? 1 : 0);
-    EXPECT_EQ(form.changes(), isReadPage ? 2 : 0);
+    EXPECT_EQ(stationsTaken, isReadPage ? 1 : 0);
 }
 
 TEST_P(MasterOpeningTest, ClosingSwitchesThePeriodFieldAndTheOwnSendButtonBack) {
@@ -104,7 +102,7 @@ TEST_P(OtherOpeningTest, OnlyStartsTheTimerAtTheIntervalItHas) {
     EXPECT_TRUE(allSettings(false));
     EXPECT_TRUE(tmrComm.isRunning());
     EXPECT_EQ(tmrComm.interval(), 700);
-    EXPECT_EQ(form.changes(), 0);
+    EXPECT_EQ(stationsTaken, 0);
     EXPECT_EQ(form.text("cmdPortOpen"), "Close Port");
 }
 
@@ -215,6 +213,20 @@ TEST_P(FailedOpeningTest, SettingsTextThatIsNotUnderstoodFailsTheOpening) {
     form.setText("cbParityBit", "MARK");
     expectPutBack();
     EXPECT_EQ(form.messages(), (std::vector<Message>{{"380 Invalid property value", "Error"}}));
+}
+
+TEST_F(LinkPortTest, LineThatGoesAwayWhileItIsOpenedLeavesThePortClosed) {
+    setMode(0x21);
+    testPort("COM3");
+    commPLC.stayClosed();
+    linkPort.cmdPortOpen_Click();
+    EXPECT_FALSE(commPLC.isOpen());
+    EXPECT_EQ(form.text("cmdPortOpen"), "Open Port");
+    EXPECT_TRUE(allSettings(true));
+    EXPECT_FALSE(form.isEnabled("cmdRDSend"));
+    EXPECT_FALSE(tmrComm.isRunning());
+    EXPECT_EQ(stationsTaken, 0);
+    EXPECT_EQ(form.messages().size(), 1U);
 }
 
 TEST_F(LinkPortTest, OpeningSucceedsAfterAFailedOne) {

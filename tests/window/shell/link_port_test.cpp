@@ -156,7 +156,7 @@ TEST_P(HangUpOfOpenPortTest, NextTestAndOpeningWork) {
 TEST_F(LinkPortTest, HangUpStopsWhatRunsBeforeItCloses) {
     openAs(0xC0);
     Texts captions;
-    linkPort.setStopRuns([&] { captions.push_back(form.text("cmdPortOpen")); });
+    linkPort.setPages({.stopRuns = [&] { captions.push_back(form.text("cmdPortOpen")); }});
     commPLC.hangUp("gone");
     EXPECT_EQ(captions, Texts{"Close Port"});
 }
@@ -164,7 +164,7 @@ TEST_F(LinkPortTest, HangUpStopsWhatRunsBeforeItCloses) {
 // The stop button of a scenario fails where its period is no number.
 TEST_F(LinkPortTest, HangUpClosesAndSaysWhyEvenWhereStoppingFails) {
     openAs(0x21);
-    linkPort.setStopRuns([] { throw typeMismatch(); });
+    linkPort.setPages({.stopRuns = [] { throw typeMismatch(); }});
     try {
         commPLC.hangUp("gone");
     } catch (const RuntimeError&) { // reported by whoever calls

@@ -1,0 +1,77 @@
+#include "core/base/clock_timer.h"
+
+#include "support/raises.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+namespace varda::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A clock whose waits end when the test says so, however late.
+class LateClock : public Clock {
+public:
+    Time now() const override { return now_; }
+    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
+        waits.push_back(wait);
+        due_ = std::move(due);
+    }
+    void endWaitAfter(std::chrono::milliseconds time) {
+        now_ += time;
+        std::exchange(due_, nullptr)();
+    }
+
+    std::vector<std::chrono::milliseconds> waits;
+
+private:
+    Time now_;
+    std::function<void()> due_;
+};
+
+class ClockTimerTest : public testing::Test {
+protected:
+    LateClock clock;
+    int ticks = 0;
+    ClockTimer timer{clock, [this] { ++ticks; }};
+};
+
+using Waits = std::vector<std::chrono::milliseconds>;
+
+TEST_F(ClockTimerTest, LateTickDoesNotPutOffTheNextOne) {
+    timer.setInterval(100);
+    timer.start();
+    clock.endWaitAfter(130ms);
+    clock.endWaitAfter(75ms);
+    EXPECT_EQ(ticks, 2);
+    EXPECT_EQ(clock.waits, (Waits{100ms, 70ms, 95ms}));
+}
+
+TEST_F(ClockTimerTest, OverdueTickComesOnceAtOnceAndTheGridBeginsAnew) {
+    timer.setInterval(100);
+    timer.start();
+    clock.endWaitAfter(450ms);
+    clock.endWaitAfter(0ms);
+    EXPECT_EQ(clock.waits, (Waits{100ms, 0ms, 100ms})) << "missed ticks are not made up for";
+}
+
+TEST_F(ClockTimerTest, NewIntervalOfARunningTimerBeginsItsPeriodAnew) {
+    timer.setInterval(100);
+    EXPECT_TRUE(clock.waits.empty());
+    timer.start();
+    timer.setInterval(40);
+    EXPECT_EQ(clock.waits, (Waits{100ms, 40ms}));
+    EXPECT_EQ(timer.interval(), 40);
+}
+
+TEST_F(ClockTimerTest, IntervalBelowZeroIsRefusedAndTheOldOneStays) {
+    timer.setInterval(100);
+    EXPECT_EQ(numberRaisedBy([this] { timer.setInterval(-1); }), 380);
+    EXPECT_EQ(timer.interval(), 100);
+}
+
+} // namespace
+} // namespace varda::test
