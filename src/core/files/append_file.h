@@ -25,9 +25,14 @@ public:
     void sync() noexcept;
 
 private:
+    void startThread() noexcept;
+    void endThread() noexcept;
+
     int file_;
-    std::shared_ptr<std::atomic<int>> wantedSyncs_ =
-        std::make_shared<std::atomic<int>>(0); ///< since the thread began
+    /// How often the disk was asked for, below zero once nobody asks any more. The thread holds on to it: it
+    /// may still wait for the disk when the file is gone.
+    std::shared_ptr<std::atomic<int>> wishes_ = std::make_shared<std::atomic<int>>(0);
+    bool hasThread_ = false;
 };
 
 /// The platform's line end in text files.

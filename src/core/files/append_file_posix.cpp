@@ -38,7 +38,10 @@ AppendFile::AppendFile(const std::string& path)
     }
 }
 
-AppendFile::~AppendFile() { ::close(file_); }
+AppendFile::~AppendFile() {
+    endThread();
+    ::close(file_);
+}
 
 bool AppendFile::append(std::string_view text) noexcept {
     while (!text.empty()) {

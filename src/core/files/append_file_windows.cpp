@@ -45,7 +45,10 @@ AppendFile::AppendFile(const std::string& path) try : file_(openToAppend(path)) 
     throw openFailure(path, problem.code().default_error_condition().value());
 }
 
-AppendFile::~AppendFile() { _close(file_); }
+AppendFile::~AppendFile() {
+    endThread();
+    _close(file_);
+}
 
 bool AppendFile::append(std::string_view text) noexcept {
     return _write(file_, text.data(), static_cast<unsigned>(text.size())) == static_cast<int>(text.size());
