@@ -97,8 +97,9 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
         {.repeat = [this](Mode mode) { repeatRequest(mode); },
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
     for (LinkObserver* const observer :
-         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(simulationPage_),
-          static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
+         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
+          static_cast<LinkObserver*>(simulationPage_), static_cast<LinkObserver*>(monitorPage_),
+          static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
     linkPort_.setPages(

@@ -7,6 +7,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/shell/last_answers.h"
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
 #include "window/shell/window_form.h"
@@ -107,6 +108,7 @@ private:
     FrameImages images_;
     SerialLink link_;
     LinkPresenter presenter_{form_};
+    LastAnswers lastAnswers_{*this};
     LinkPort linkPort_;
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;

@@ -41,7 +41,7 @@ void LinkPresenter::told(const Exchange& exchange) {
 void LinkPresenter::showAnswer(const Exchange& exchange) {
     const std::string shown = hexGroups(exchange.answer);
     if (const PageNames* const page = findPageNames(exchange.mode)) {
-        form_.setText(page->completionStatus, "Data Receive OK !!");
+        form_.setText(page->completionStatus, answeredStatus);
         form_.setText(page->answer, shown);
     } else {
         form_.setText(scenarioAnswer, shown);
