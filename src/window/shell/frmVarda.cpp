@@ -98,8 +98,8 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
     for (LinkObserver* const observer :
          {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
-          static_cast<LinkObserver*>(simulationPage_), static_cast<LinkObserver*>(monitorPage_),
-          static_cast<LinkObserver*>(scenarioPanel_)}) {
+          static_cast<LinkObserver*>(&frameTips_), static_cast<LinkObserver*>(simulationPage_),
+          static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
     linkPort_.setPages(
@@ -117,6 +117,7 @@ void FrmVarda::addPages() {
     keepDisabledTextsReadable(this);
     nameListsBeside(this);
     keepFramesReadable(this);
+    frameTips_.watchFrames();
     chainTabOrder(tabOrder << ui_->tabMode << ui_->scenarioHolder << ui_->txtTotalData << ui_->txtCurrentData
                            << ui_->txtWatchDog << ui_->cmdHelp << ui_->cmdAbout << ui_->cmdEnd);
 }

@@ -7,6 +7,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/shell/frame_tips.h"
 #include "window/shell/last_answers.h"
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
@@ -109,6 +110,7 @@ private:
     SerialLink link_;
     LinkPresenter presenter_{form_};
     LastAnswers lastAnswers_{*this};
+    FrameTips frameTips_{*this};
     LinkPort linkPort_;
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;

@@ -13,7 +13,6 @@ namespace {
 constexpr std::array<std::string_view, 3> counterFields = {"txtTotalData", "txtCurrentData",
                                                            "txtWatchDog"}; // in the order of Counter
 
-constexpr std::string_view scenarioAnswer = "txtScnReceive";
 constexpr std::string_view scenarioSilenceStatus =
     "txtWStatus"; // kept: a scenario's silence is told on the write page
 constexpr std::string_view closedSimulationStatus = "txtMRStatus"; // kept: told on the mixed read page

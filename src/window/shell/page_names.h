@@ -21,6 +21,9 @@ struct PageNames {
 /// What a page's status says of an answer that came.
 inline constexpr const char* answeredStatus = "Data Receive OK !!";
 
+/// Shows the answers of a run of a scenario.
+inline constexpr std::string_view scenarioAnswer = "txtScnReceive";
+
 /// The four master pages, in the order of their mode options.
 std::span<const PageNames> pageNames();
 
