@@ -1,5 +1,8 @@
 #include "window/controls/message_boxes.h"
 
+#include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QWidget>
 
@@ -8,14 +11,40 @@
 
 namespace varda::window {
 
+namespace {
+
+/// The advice quotes what was typed, which is no mark-up.
+void showAdvice(QMessageBox* box, const QString& advice) {
+    box->setInformativeText(advice);
+    if (auto* const label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        label->setTextFormat(Qt::PlainText);
+        label->setTextInteractionFlags(box->textInteractionFlags());
+    }
+}
+
+/// As wide as the title and the buttons beside it in the frame that the desktop draws.
+void makeRoomForTitle(QMessageBox* box) {
+    QFont font = QApplication::font("QMdiSubWindowTitleBar");
+    font.setBold(true);
+    const int buttons = 5 * QFontMetrics(font).height();
+    const int width = QFontMetrics(font).horizontalAdvance(box->windowTitle()) + 2 * buttons;
+    if (auto* const layout = qobject_cast<QGridLayout*>(box->layout())) {
+        layout->addItem(new QSpacerItem(width, 0), layout->rowCount(), 0, 1, layout->columnCount());
+    }
+}
+
+} // namespace
+
 MessageBoxes::~MessageBoxes() { delete shown_; }
 
-void MessageBoxes::show(const QString& text, const QString& title) { enqueue({text, title, {}}); }
+void MessageBoxes::show(const QString& text, const QString& title) { enqueue({text, title, {}, {}}); }
 
-void MessageBoxes::showReport(const QString& text) { show(text, window_->windowTitle()); }
+void MessageBoxes::showReport(const QString& text, const QString& advice) {
+    enqueue({text, window_->windowTitle(), {}, advice});
+}
 
 void MessageBoxes::ask(const QString& text, const QString& title, Answered answered) {
-    enqueue({text, title, std::move(answered)});
+    enqueue({text, title, std::move(answered), {}});
 }
 
 void MessageBoxes::enqueue(Box box) {
@@ -38,6 +67,10 @@ void MessageBoxes::showFirst() {
     shown_->setAttribute(Qt::WA_DeleteOnClose);
     shown_->setTextFormat(Qt::PlainText);
     shown_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    if (!box.advice.isEmpty()) {
+        showAdvice(shown_, box.advice);
+    }
+    makeRoomForTitle(shown_);
     QObject::connect(shown_, &QMessageBox::finished, window_,
                      [this](int button) { finishFirst(button == QMessageBox::Yes); });
     shown_->open();

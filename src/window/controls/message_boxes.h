@@ -23,8 +23,8 @@ public:
     ~MessageBoxes();
 
     void show(const QString& text, const QString& title);
-    /// Shows a report of the program itself: titled as its window.
-    void showReport(const QString& text);
+    /// Shows a report of the program itself: titled as its window. @param advice stands below the text
+    void showReport(const QString& text, const QString& advice = {});
     void ask(const QString& text, const QString& title, Answered answered);
 
 private:
@@ -32,6 +32,7 @@ private:
         QString text;
         QString title;
         Answered answered; ///< empty for a box with an OK button only
+        QString advice;
     };
 
     void enqueue(Box box);

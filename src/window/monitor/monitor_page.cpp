@@ -65,7 +65,10 @@ void MonitorPage::cmdMonStart_Click() {
     ui_->chkMonLog->setEnabled(false);
     ui_->chkMonLog->setToolTip(logToolTip_);
     if (ui_->chkMonLog->isChecked()) {
-        run_.openLog(fileName(ui_->txtMonLogFile->text()));
+        advised([this] { run_.openLog(fileName(ui_->txtMonLogFile->text())); },
+                [](const RuntimeError& /*error*/) {
+                    return "Choose a log file in a folder that is there and that you may write to.";
+                });
     }
 }
 

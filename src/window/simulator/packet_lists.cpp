@@ -156,7 +156,9 @@ void PacketLists::saveTo(const QString& path) {
 void PacketLists::saved(bool complete) {
     if (!complete) {
         selectPair(answers_.rowCount()); // the request whose answer is missing
-        throw subscriptOutOfRange();
+        RuntimeError error = subscriptOutOfRange();
+        error.advise("The marked request has no answer. Remove it, and save again.");
+        throw error;
     }
     selectPair(requests_.rowCount() - 1); // each pair is visited in turn, the last stays selected
     showText(ui_.txtSimStatus, "Saved completely !!!");
