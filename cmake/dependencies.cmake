@@ -41,6 +41,8 @@ else()
     set(needed "^build .*::")
     find_package(Qt6 6.4 QUIET COMPONENTS Widgets Test)
     find_package(benchmark QUIET)
+    find_library(XCB_LIBRARY xcb)
+    find_path(XCB_INCLUDE_DIR xcb/xcb.h)
 endif()
 
 set(missing "")

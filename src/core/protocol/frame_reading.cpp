@@ -134,7 +134,7 @@ private:
         const int count = frame_[index] == 0 ? 256 : frame_[index];
         const bool bits = command()->access == Access::Bit;
         return "Count " + hexNumber(frame_[index], 2) + ": " + std::to_string(count) +
-               (bits ? " bits" : " words");
+               (bits ? " bit" : " word") + (count == 1 ? "" : "s");
     }
 
     std::string data(const Point& first, std::size_t begin, std::size_t index) const {

@@ -16,7 +16,6 @@
 #include "window/shell/look.h"
 #include "window/shell/port_box.h"
 #include "window/simulator/simulation_page.h"
-#include "window/system/external_program.h"
 
 #include <QCloseEvent>
 #include <QShortcut>
@@ -41,7 +40,6 @@ std::vector<std::string> portListTexts() {
 FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm<Ui::FrmVarda>(this)),
-      programFolder_(surroundings.programFolder),
       clock_(surroundings.clock, events_),
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
@@ -50,7 +48,8 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
           surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
       link_(commPLC_, clock_),
       linkPort_(commTest_, link_, *tmrComm_, form_),
-      files_(this, surroundings.programFolder) {
+      files_(this, surroundings.programFolder),
+      manual_(*this, events_, surroundings.programFolder) {
     makePages(surroundings);
     addPages();
     form_.collectControls(*this);
@@ -136,7 +135,7 @@ void FrmVarda::bind() {
         linkPort_.cmdPortOpen_Click();
         showUnsentFrames(); // of this connection none
     });
-    events_.click(ui_->cmdHelp, [this] { cmdHelp_Click(); });
+    events_.click(ui_->cmdHelp, [this] { manual_.show(); });
     events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
     events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
     commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
@@ -171,7 +170,7 @@ void FrmVarda::addShortcuts() {
         shortcut->setAutoRepeat(false); // a key that is held would flood the line, or open manual upon manual
         connect(shortcut, &QShortcut::activated, this, press);
     };
-    add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
+    add(Qt::Key_F1, [this] { events_.guard([this] { manual_.show(shownManualPage()); }); });
     add(Qt::Key_F5, [this] { shownMode().page->clickSend(); });
     int key = Qt::Key_1;
     for (const ModeRow& mode : modes_) {
@@ -266,10 +265,11 @@ void FrmVarda::shutDown() {
     tmrComm_->stop();
 }
 
-void FrmVarda::cmdHelp_Click() {
-    const QString file = programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
-    startProgram(QStringLiteral("hh ") + file, this,
-                 [this](const RuntimeError& error) { events_.report(error); });
+/// The panel beside the pages has a page of its own.
+const ManualPage& FrmVarda::shownManualPage() const {
+    const QWidget* const focused = focusWidget();
+    const bool isInScenario = focused != nullptr && scenarioPanel_->isAncestorOf(focused);
+    return isInScenario ? manual_page::scenario : manualPageOf(shownMode().page->mode());
 }
 
 void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }

@@ -11,6 +11,7 @@
 #include "window/shell/last_answers.h"
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
+#include "window/shell/manual.h"
 #include "window/shell/window_form.h"
 #include "window/system/timers.h"
 
@@ -88,7 +89,7 @@ private:
     void commPLC_Event(CommEvent event, const std::string& reason);
     void showUnsentFrames();
     void addShortcuts();
-    void cmdHelp_Click();
+    const ManualPage& shownManualPage() const;
     void cmdAbout_Click();
     void cmdEnd_Click();
     void shutDown();
@@ -96,7 +97,6 @@ private:
     void enableGroups(const ModeRow& mode);
 
     std::unique_ptr<Ui::FrmVarda> ui_;
-    QString programFolder_;
     MessageBoxes boxes_{this};
     Events events_{boxes_};
     WindowForm form_{events_, boxes_};
@@ -114,6 +114,7 @@ private:
     LinkPort linkPort_;
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;
+    Manual manual_;
 
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;

@@ -43,7 +43,7 @@ TEST_F(FrameTipsTest, EachByteOfARequestSaysWhatItIs) {
     EXPECT_EQ(tip("txtSendRData", 3), "SA: station 255");
     EXPECT_EQ(tip("txtSendRData", 6), "CMD 23h: word read");
     EXPECT_EQ(tip("txtSendRData", 13), "Address 0239h: W 0057");
-    EXPECT_EQ(tip("txtSendRData", 18), "Count 01h: 1 words");
+    EXPECT_EQ(tip("txtSendRData", 18), "Count 01h: 1 word");
     EXPECT_TRUE(tip("txtSendRData", 21).ends_with("right"));
 }
 
