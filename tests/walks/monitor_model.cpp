@@ -22,8 +22,8 @@ MonitorModel::MonitorModel(World& world) : world_(world) {
     desk.changeLines("lstMonitor");
     desk.show("txtMonLogFile", "");
     desk.enable("cmdMonStart", true);
-    desk.enable("cmdMonStop", true);
-    desk.enable("cmdClear", true);
+    desk.enable("cmdMonStop", false);
+    desk.enable("cmdClear", false);
     for (const char* const box : {"chkTimeStamp", "chkASCIIDisplay", "chkMonLog"}) {
         desk.tick(box, false);
     }
@@ -36,7 +36,15 @@ void MonitorModel::press(const std::string& button) {
         stop();
     } else if (button == "cmdClear") {
         world_.desk.changeLines("lstMonitor").clear();
+        world_.desk.enable("cmdClear", false);
     }
+}
+
+/// What a button would do nothing for, it is off for.
+void MonitorModel::switchButtons() {
+    const bool isRunning = world_.link.commMode == monitoring;
+    world_.desk.enable("cmdMonStart", !(isRunning && world_.link.isOpen));
+    world_.desk.enable("cmdMonStop", isRunning);
 }
 
 void MonitorModel::start() {
@@ -56,6 +64,7 @@ void MonitorModel::start() {
         toggleLog();
     }
     world_.link.enterMode(monitoring);
+    switchButtons();
     desk.enable("txtMonLogFile", false);
     desk.enable("chkMonLog", false);
     logFile_ = desk.isTicked("chkMonLog") ? desk.text("txtMonLogFile") : "";
@@ -66,6 +75,7 @@ void MonitorModel::start() {
 
 void MonitorModel::stop() {
     world_.link.enterMode(idle);
+    switchButtons();
     logFile_.clear();
     world_.desk.enable("txtMonLogFile", true);
     world_.desk.enable("chkMonLog", true);
@@ -108,6 +118,7 @@ void MonitorModel::list(const Octets& burst) {
         logged += (asCharacter ? std::string(1, static_cast<char>(octet)) : padHex(octet, 2)) + " ";
     }
     lines.push_back(shown);
+    desk.enable("cmdClear", true);
     if (!logFile_.empty()) {
         desk.set("log." + logFile_, desk.expected()["log." + logFile_] + logged + "\n");
     }

@@ -48,6 +48,8 @@ void MonitorPage::bind() {
     events.click(ui_->cmdMonLogFile, [this] { cmdMonLogFile_Click(); });
     events.click(ui_->cmdClear, [this] { cmdClear_Click(); });
     connect(ui_->chkMonLog, &QCheckBox::toggled, this, [this] { chkMonLog_Click(); });
+    connect(&lines_, &QAbstractItemModel::rowsInserted, this, [this] { ui_->cmdClear->setEnabled(true); });
+    connect(&lines_, &QAbstractItemModel::modelReset, this, [this] { ui_->cmdClear->setEnabled(false); });
     connect(ui_->lstMonitor, &QListView::pressed, this, [this] { showLine(); });
     // A box that opens meanwhile would take the release of the button.
     connect(qApp, &QApplication::focusWindowChanged, this, [this] { frmMonitoringData_->closeLine(); });
@@ -61,6 +63,7 @@ void MonitorPage::cmdMonStart_Click() {
         ui_->chkMonLog->setChecked(false);
     }
     run_.start();
+    showRun();
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
     ui_->chkMonLog->setToolTip(logToolTip_);
@@ -74,8 +77,32 @@ void MonitorPage::cmdMonStart_Click() {
 
 void MonitorPage::cmdMonStop_Click() {
     run_.stop();
+    showRun();
     ui_->txtMonLogFile->setEnabled(true);
     ui_->chkMonLog->setEnabled(true);
+}
+
+void MonitorPage::showRun() {
+    const bool running = run_.isRunning();
+    const bool listening = running && context_.link.port().isOpen();
+    QFont font = this->font();
+    font.setBold(listening);
+    ui_->monitorState->setFont(font);
+    ui_->monitorState->setText(listening ? tr("Listening") : running ? tr("Port closed") : tr("Stopped"));
+    switchButtons(listening, running);
+}
+
+/// The focus goes on to the button that takes back what the pressed one did.
+void MonitorPage::switchButtons(bool listening, bool running) {
+    const bool followsStart = listening && ui_->cmdMonStart->hasFocus();
+    const bool followsStop = !running && ui_->cmdMonStop->hasFocus();
+    ui_->cmdMonStart->setEnabled(!listening);
+    ui_->cmdMonStop->setEnabled(running);
+    if (followsStart) {
+        ui_->cmdMonStop->setFocus();
+    } else if (followsStop) {
+        ui_->cmdMonStart->setFocus();
+    }
 }
 
 void MonitorPage::stopRun() {
@@ -94,7 +121,12 @@ void MonitorPage::chkMonLog_Click() {
     ui_->cmdMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
 }
 
-void MonitorPage::cmdClear_Click() { lines_.clear(); }
+void MonitorPage::cmdClear_Click() {
+    if (ui_->cmdClear->hasFocus()) {
+        ui_->lstMonitor->setFocus();
+    }
+    lines_.clear();
+}
 
 void MonitorPage::told(const Exchange& exchange) {
     if (exchange.outcome == Outcome::Heard) {

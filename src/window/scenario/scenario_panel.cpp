@@ -16,6 +16,8 @@
 #include "window/scenario/frame_line_delegate.h"
 #include "window/system/file_name.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <utility>
 
@@ -49,6 +51,11 @@ void ScenarioPanel::bind() {
     events.click(ui_->cmdLoadScenario, [this] { cmdLoadScenario_Click(); });
     events.click(ui_->cmdRunScenario, [this] { cmdRunScenario_Click(); });
     events.click(ui_->cmdStopScenario, [this] { cmdStopScenario_Click(); });
+    for (const auto changed : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(ui_->lstSchedule->model(), changed, this,
+                [this] { showNote({}); }); // the file holds another list
+    }
+    connect(ui_->lstSchedule->model(), &QAbstractItemModel::modelReset, this, [this] { showNote({}); });
     new PeriodSteps(ui_->txtScnPeriod, {shortestStep, longestPeriod});
 }
 
@@ -98,16 +105,27 @@ void ScenarioPanel::cmdSaveScenario_Click() {
     });
 }
 
+void ScenarioPanel::showNote(const QString& note, const QString& toolTip) {
+    QLabel* const label = ui_->scenarioNote;
+    label->setText(label->fontMetrics().elidedText(note, Qt::ElideMiddle, label->width()));
+    label->setToolTip(toolTip);
+    label->setAccessibleName(note);
+}
+
+void ScenarioPanel::tellSaved(const QString& path) {
+    context_.form.setText("txtSimStatus",
+                          "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+    showNote(tr("Saved: %1").arg(QFileInfo(path).fileName()), path);
+}
+
 void ScenarioPanel::saveTo(const QString& path) {
     context_.form.setText("txtSimStatus", "");
+    showNote({});
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
     storeScenario(linesOf(ui_->lstSchedule), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
-    saveOrTell(file, name, context_, [this] {
-        context_.form.setText("txtSimStatus",
-                              "Saved Scenario Data completely !!!"); // kept: the simulator's status field
-    });
+    saveOrTell(file, name, context_, [this, path] { tellSaved(path); });
 }
 
 void ScenarioPanel::cmdLoadScenario_Click() {
@@ -152,6 +170,7 @@ void ScenarioPanel::cmdRunScenario_Click() {
     }
     try {
         startRun();
+        ui_->cmdStopScenario->setFocus(); // the button that helps now; the one that was pressed is off
     } catch (const RuntimeError&) {
         stopRun();
         throw;
@@ -170,6 +189,9 @@ std::string ScenarioPanel::periodText() const { return ui_->txtScnPeriod->text()
 
 void ScenarioPanel::stopRun() {
     ui_->cmdRunScenario->setEnabled(true);
+    if (ui_->cmdStopScenario->hasFocus()) {
+        ui_->cmdRunScenario->setFocus();
+    }
     ui_->cmdStopScenario->setEnabled(false);
     SetMasterControls(true);
     const bool isMasterShown = findRoute(surroundings_.shownMode()) != nullptr;

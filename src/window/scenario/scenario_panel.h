@@ -66,6 +66,8 @@ private:
     std::string periodText() const;
     void SetMasterControls(bool enabled);
     void showNumber();
+    void showNote(const QString& note, const QString& toolTip = {});
+    void tellSaved(const QString& path);
     void saveTo(const QString& path);
     void loadFrom(const QString& path);
 

@@ -134,6 +134,7 @@ void FrmVarda::bind() {
     events_.click(ui_->cmdPortOpen, [this] {
         linkPort_.cmdPortOpen_Click();
         showUnsentFrames(); // of this connection none
+        monitorPage_->showRun();
     });
     events_.click(ui_->cmdHelp, [this] { manual_.show(); });
     events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });

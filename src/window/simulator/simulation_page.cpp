@@ -341,6 +341,7 @@ void SimulationPage::told(const Exchange& exchange) {
     if (exchange.outcome == Outcome::AnsweredByPair) {
         showText(ui_->txtSimSP, lists_->table().answer(*exchange.pair));
     }
+    showAsOld(ui_->txtSimSP, exchange.outcome != Outcome::AnsweredByPair);
     lists_->selectPair(exchange.pair ? static_cast<int>(*exchange.pair) : -1);
 }
 

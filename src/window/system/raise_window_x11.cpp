@@ -77,7 +77,7 @@ private:
             connection_,
             xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(name.size()), name.constData()),
             nullptr));
-        return reply ? reply->atom : XCB_ATOM_NONE;
+        return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
     }
 
     std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property) const {
