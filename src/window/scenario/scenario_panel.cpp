@@ -51,11 +51,7 @@ void ScenarioPanel::bind() {
     events.click(ui_->cmdLoadScenario, [this] { cmdLoadScenario_Click(); });
     events.click(ui_->cmdRunScenario, [this] { cmdRunScenario_Click(); });
     events.click(ui_->cmdStopScenario, [this] { cmdStopScenario_Click(); });
-    for (const auto changed : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(ui_->lstSchedule->model(), changed, this,
-                [this] { showNote({}); }); // the file holds another list
-    }
-    connect(ui_->lstSchedule->model(), &QAbstractItemModel::modelReset, this, [this] { showNote({}); });
+    endNoteWithChange();
     new PeriodSteps(ui_->txtScnPeriod, {shortestStep, longestPeriod});
 }
 
@@ -103,6 +99,17 @@ void ScenarioPanel::cmdSaveScenario_Click() {
     surroundings_.files.chooseToSave(scenarioFiles(), [this](const QString& path) {
         context_.events.guard([this, &path] { saveTo(path); });
     });
+}
+
+/// A file that was saved holds another list by then. The list changes once more while the panel is taken
+/// down, when nothing of it but the note may be asked.
+void ScenarioPanel::endNoteWithChange() {
+    QLabel* const note = ui_->scenarioNote;
+    const QAbstractItemModel* const lines = ui_->lstSchedule->model();
+    for (const auto changed : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
+        connect(lines, changed, note, &QLabel::clear);
+    }
+    connect(lines, &QAbstractItemModel::modelReset, note, &QLabel::clear);
 }
 
 void ScenarioPanel::showNote(const QString& note, const QString& toolTip) {

@@ -66,6 +66,7 @@ private:
     std::string periodText() const;
     void SetMasterControls(bool enabled);
     void showNumber();
+    void endNoteWithChange();
     void showNote(const QString& note, const QString& toolTip = {});
     void tellSaved(const QString& path);
     void saveTo(const QString& path);

@@ -101,10 +101,11 @@ private:
 
 void raiseWindowOf(qint64 process) {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    xcb_connection_t* const connection = x11 != nullptr ? x11->connection() : nullptr;
+    if (connection == nullptr) { // no X11, or no screen at all
         return;
     }
-    const WindowManager manager(x11->connection());
+    const WindowManager manager(connection);
     for (const xcb_window_t window : manager.windows()) {
         if (descendsFrom(manager.processOf(window), process)) {
             manager.activate(window);

@@ -54,6 +54,11 @@ protected:
         return texts;
     }
 
+    void leaveDialog() {
+        QTest::keyClick(wordText(), Qt::Key_Escape);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
     std::string reason() {
         const auto* const label = wordDialog()->findChild<QLabel*>(QStringLiteral("writeWordReason"));
         return label->isVisible() ? label->text().toStdString() : std::string();
@@ -76,11 +81,11 @@ TEST_F(WriteGridTest, DialogOfAnEmptyCellRemembersTheBase) {
     clickCell(1, 2);
     ASSERT_NE(wordDialog(), nullptr);
     EXPECT_TRUE(wordHex()->isChecked());
-    QTest::keyClick(wordText(), Qt::Key_Escape);
+    leaveDialog();
     enterWord(1, 2, "7", false);
     clickCell(1, 3);
     EXPECT_FALSE(wordHex()->isChecked());
-    QTest::keyClick(wordText(), Qt::Key_Escape);
+    leaveDialog();
     clickCell(1, 1); // which has a base of its own
     EXPECT_TRUE(wordHex()->isChecked());
 }
