@@ -63,7 +63,7 @@ std::string pointAdvice(int number, std::string_view line) {
     }
     if (lettersOf(namedPart(line)) > 1) {
         return point +
-               "mixed requests carry no two-letter kind. Remove the point; a request of one kind carries it.";
+               "mixed requests carry no two-letter kind. Remove the point; the single pages carry it.";
     }
     return pointValue(line).empty() ? point + "the point has no value. Remove it, and add it with one."
                                     : point + "the point bears no number. Remove it, and add it with one.";

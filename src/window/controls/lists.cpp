@@ -1,6 +1,7 @@
 #include "window/controls/lists.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
 #include <QEvent>
@@ -40,6 +41,7 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Show) {
+            list_->view()->setPalette(QApplication::palette(list_->view())); // only the field is yellow
             markShownEntry();
         }
         return QObject::eventFilter(watched, event);

@@ -67,15 +67,17 @@ WriteGrid::WriteGrid(QTableWidget* grid, Page page) : QObject(grid), grid_(grid)
 
 void WriteGrid::setSizes() {
     constexpr int cellMargin = 4;
+    constexpr int narrowMargin = 1;
     QFont font = grid_->font();
     font.setPointSizeF(font.pointSizeF() - 1); // sixteen columns fit the smallest screen
     grid_->setFont(font);
     const QFontMetrics metrics(font);
-    const int column =
-        std::max(std::max(metrics.horizontalAdvance(QStringLiteral("65535")),
-                          metrics.horizontalAdvance(QStringLiteral("DDDDh"))),
-                 QFontMetrics(grid_->horizontalHeader()->font()).horizontalAdvance(QStringLiteral("Bit15")));
-    grid_->horizontalHeader()->setMinimumSectionSize(column + cellMargin);
+    const int heading =
+        QFontMetrics(grid_->horizontalHeader()->font()).horizontalAdvance(QStringLiteral("Bit15"));
+    const int word = metrics.horizontalAdvance(QStringLiteral("65535"));
+    const int widestWord = metrics.horizontalAdvance(QStringLiteral("DDDDh"));
+    grid_->horizontalHeader()->setMinimumSectionSize(
+        std::max({word + cellMargin, heading + cellMargin, widestWord + narrowMargin}));
     grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     grid_->verticalHeader()->setDefaultSectionSize(metrics.height() + cellMargin);
     grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);

@@ -57,9 +57,9 @@ TEST_F(AdviceTest, NamesThePointOfATwoLetterKind) {
     driver.find("cmdMRDSend")->setEnabled(true);
     driver.click("cmdMRDSend");
     EXPECT_EQ(driver.boxText(), "Run-time error '13':\n\nType mismatch");
-    EXPECT_EQ(takeAdvice("13"),
-              "SR 000: mixed requests carry no two-letter kind. Remove the point; a request of "
-              "one kind carries it.");
+    EXPECT_EQ(
+        takeAdvice("13"),
+        "SR 000: mixed requests carry no two-letter kind. Remove the point; the single pages carry it.");
 }
 
 TEST_F(AdviceTest, NamesThePointThatMakesARequestTooLong) {

@@ -1,6 +1,7 @@
 #include "support/window_test.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QScrollBar>
 
@@ -73,6 +74,16 @@ TEST_F(ListsTest, MarksTheEntryThatWasTyped) {
 TEST_F(ListsTest, MarksNothingForATextThatIsNoEntry) {
     driver.type("cbPort", "VIRTUAL");
     EXPECT_EQ(marked(open("cbPort")), "");
+}
+
+TEST_F(ListsTest, OnlyTheFieldIsYellowNotItsOpenList) {
+    const QAbstractItemView* const ports = open("cbPort");
+    chooseWordKind("R");
+    const QAbstractItemView* const kinds = open("cbRegister");
+    for (const QAbstractItemView* const list : {ports, kinds}) {
+        EXPECT_EQ(list->palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
+    }
+    EXPECT_EQ(driver.find("cbRegister")->palette().color(QPalette::Base), QColor(255, 255, 0));
 }
 
 TEST_F(ListsTest, OpeningAndLeavingAListChangesNothing) {

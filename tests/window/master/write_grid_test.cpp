@@ -75,6 +75,15 @@ TEST_F(WriteGridTest, HexadecimalCellsShowTheirBase) {
     EXPECT_EQ(Painted::text(grid(), 1, 3), "");
 }
 
+TEST_F(WriteGridTest, SixteenColumnsOfHexadecimalWordsFit) {
+    chooseWords("W", "0000", "126");
+    const int needed = QFontMetrics(grid()->font()).horizontalAdvance(QStringLiteral("DDDDh"));
+    for (int column = 0; column < 16; ++column) {
+        EXPECT_GE(grid()->columnWidth(column), needed) << column;
+    }
+    EXPECT_LE(grid()->horizontalHeader()->length(), grid()->viewport()->width());
+}
+
 TEST_F(WriteGridTest, DialogOfAnEmptyCellRemembersTheBase) {
     chooseWords("W", "0000", "4");
     enterWord(1, 1, "FF", true);
