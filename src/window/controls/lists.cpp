@@ -41,13 +41,23 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Show) {
-            list_->view()->setPalette(QApplication::palette(list_->view())); // only the field is yellow
+            keepOutOfTheYellow();
             markShownEntry();
         }
         return QObject::eventFilter(watched, event);
     }
 
 private:
+    /// The field has a colour while it has the focus, which its list would take over.
+    void keepOutOfTheYellow() {
+        const QPalette usual = QApplication::palette(list_->view());
+        QPalette palette;
+        for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Text}) {
+            palette.setColor(role, usual.color(QPalette::Active, role));
+        }
+        list_->view()->setPalette(palette);
+    }
+
     void markShownEntry() {
         const int row = list_->findText(list_->currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
         const QModelIndex entry = list_->model()->index(row, list_->modelColumn());
