@@ -1,6 +1,8 @@
 #include "window/controls/message_boxes.h"
 
+#include <QCheckBox>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QWidget>
 
 #include <algorithm>
@@ -10,12 +12,16 @@ namespace varda::window {
 
 MessageBoxes::~MessageBoxes() { delete shown_; }
 
-void MessageBoxes::show(const QString& text, const QString& title) { enqueue({text, title, {}}); }
+void MessageBoxes::show(const QString& text, const QString& title) { show(text, title, Tick()); }
+
+void MessageBoxes::show(const QString& text, const QString& title, const Tick& tick) {
+    enqueue({text, title, {}, tick});
+}
 
 void MessageBoxes::showReport(const QString& text) { show(text, window_->windowTitle()); }
 
 void MessageBoxes::ask(const QString& text, const QString& title, Answered answered) {
-    enqueue({text, title, std::move(answered)});
+    enqueue({text, title, std::move(answered), {}});
 }
 
 void MessageBoxes::enqueue(Box box) {
@@ -40,7 +46,19 @@ void MessageBoxes::showFirst() {
     shown_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QObject::connect(shown_, &QMessageBox::finished, window_,
                      [this](int button) { finishFirst(button == QMessageBox::Yes); });
+    if (!box.tick.caption.isEmpty()) {
+        addTick(box.tick);
+    }
     shown_->open();
+}
+
+/// Enter and Space still press OK, as in every other box.
+void MessageBoxes::addTick(const Tick& tick) {
+    auto* const offer = new QCheckBox(tick.caption, shown_);
+    offer->setChecked(tick.isTicked);
+    QObject::connect(offer, &QCheckBox::toggled, window_, tick.changed);
+    shown_->setCheckBox(offer);
+    shown_->button(QMessageBox::Ok)->setFocus();
 }
 
 void MessageBoxes::finishFirst(bool yes) {

@@ -31,6 +31,7 @@ class FrmVarda;
 class MasterPage;
 class ModePage;
 class MonitorPage;
+class PortCorner;
 class ScenarioPanel;
 class SimulationPage;
 
@@ -75,6 +76,7 @@ private:
         ModePage* page;
     };
 
+    void makePortCorner(const Surroundings& surroundings);
     void makePages(const Surroundings& surroundings);
     void addPages();
     void bind();
@@ -111,6 +113,7 @@ private:
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;
 
+    PortCorner* portCorner_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
