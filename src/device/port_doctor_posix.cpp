@@ -206,9 +206,9 @@ std::string chosenNode(const std::string& chosen, const std::string& root) {
 /// All ports, the chosen one first, also where it is none of them.
 std::vector<PortName> portsToExamine(const std::string& chosen, const std::string& root) {
     auto ports = portNames(root);
-    const auto others =
-        std::ranges::stable_partition(ports, [&chosen](const PortName& port) { return port.node == chosen; });
-    if (!chosen.empty() && others.begin() == ports.begin()) {
+    const auto others = std::stable_partition(
+        ports.begin(), ports.end(), [&chosen](const PortName& port) { return port.node == chosen; });
+    if (!chosen.empty() && others == ports.begin()) {
         ports.insert(ports.begin(), PortName{chosen, {}});
     }
     return ports;

@@ -40,8 +40,7 @@ PortHolders::PortHolders(std::string root) : root_(std::move(root)) {
     }
     for (auto& [node, processes] : holders_) {
         std::ranges::sort(processes);
-        const auto again = std::ranges::unique(processes);
-        processes.erase(again.begin(), again.end());
+        processes.erase(std::unique(processes.begin(), processes.end()), processes.end());
     }
 }
 
