@@ -41,6 +41,7 @@ public:
 
 private:
     std::string label() const;
+    void claim(const std::string& node);
     void connect(const LineSettings& settings);
     void deliverNews();
 

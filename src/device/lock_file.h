@@ -39,4 +39,8 @@ private:
 /// number; nothing where it names none.
 std::optional<int> ownerInLockFile(std::string_view content);
 
+/// The names that a port's lock file may have: "/dev/pts/5" is "LCK..pts_5" for most programs, for others
+/// "LCK..pts:5" or "LCK..5".
+std::vector<std::string> lockFileNames(const std::string& node);
+
 } // namespace varda::device

@@ -28,18 +28,6 @@ std::string replaced(std::string text, char from, char to) {
     return text;
 }
 
-/// "/dev/pts/5" is "LCK..pts_5" for most, for others "LCK..pts:5" or "LCK..5".
-std::vector<std::string> namesOf(const std::string& node) {
-    constexpr std::string_view devices = "/dev/";
-    const std::string inDevices = node.starts_with(devices) ? node.substr(devices.size()) : node;
-    std::vector<std::string> names;
-    for (const std::string& name : {replaced(inDevices, '/', '_'), replaced(inDevices, '/', ':'),
-                                    inDevices.substr(inDevices.rfind('/') + 1)}) {
-        names.push_back("LCK.." + name);
-    }
-    return names;
-}
-
 std::string pathOf(std::string folder, const std::string& file) { return folder.append("/").append(file); }
 
 std::optional<int> ownerOfText(std::string_view content) {
@@ -118,6 +106,17 @@ std::optional<int> ownerInLockFile(std::string_view content) {
     return isNumber ? ownerOfNumber(head) : ownerOfText(content);
 }
 
+std::vector<std::string> lockFileNames(const std::string& node) {
+    constexpr std::string_view devices = "/dev/";
+    const std::string inDevices = node.starts_with(devices) ? node.substr(devices.size()) : node;
+    std::vector<std::string> names;
+    for (const std::string& name : {replaced(inDevices, '/', '_'), replaced(inDevices, '/', ':'),
+                                    inDevices.substr(inDevices.rfind('/') + 1)}) {
+        names.push_back("LCK.." + name);
+    }
+    return names;
+}
+
 std::vector<std::string> LockFile::usualFolders() {
     return {"/var/lock",       "/run/lock",       "/var/lock/lockdev", "/run/lock/lockdev",
             "/var/spool/lock", "/var/spool/uucp", "/etc/locks"};
@@ -125,8 +124,8 @@ std::vector<std::string> LockFile::usualFolders() {
 
 LockFile::LockFile(const std::string& node, const std::string& name,
                    const std::vector<std::string>& folders) {
-    auto names = namesOf(node);
-    std::ranges::copy(namesOf(name), std::back_inserter(names));
+    auto names = lockFileNames(node);
+    std::ranges::copy(lockFileNames(name), std::back_inserter(names));
     for (const std::string& folder : folders) {
         for (const std::string& file : names) {
             isTaken_ = isTaken_ || isHeld(pathOf(folder, file));

@@ -1,9 +1,11 @@
 #include "window/controls/message_boxes.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QWidget>
 
 #include <algorithm>
@@ -37,14 +39,18 @@ void makeRoomForTitle(QMessageBox* box) {
 
 MessageBoxes::~MessageBoxes() { delete shown_; }
 
-void MessageBoxes::show(const QString& text, const QString& title) { enqueue({text, title, {}, {}}); }
+void MessageBoxes::show(const QString& text, const QString& title) { show(text, title, Tick()); }
+
+void MessageBoxes::show(const QString& text, const QString& title, const Tick& tick) {
+    enqueue({.text = text, .title = title, .tick = tick});
+}
 
 void MessageBoxes::showReport(const QString& text, const QString& advice) {
-    enqueue({text, window_->windowTitle(), {}, advice});
+    enqueue({.text = text, .title = window_->windowTitle(), .advice = advice});
 }
 
 void MessageBoxes::ask(const QString& text, const QString& title, Answered answered) {
-    enqueue({text, title, std::move(answered), {}});
+    enqueue({.text = text, .title = title, .answered = std::move(answered)});
 }
 
 void MessageBoxes::enqueue(Box box) {
@@ -73,7 +79,19 @@ void MessageBoxes::showFirst() {
     makeRoomForTitle(shown_);
     QObject::connect(shown_, &QMessageBox::finished, window_,
                      [this](int button) { finishFirst(button == QMessageBox::Yes); });
+    if (!box.tick.caption.isEmpty()) {
+        addTick(box.tick);
+    }
     shown_->open();
+}
+
+/// Enter and Space still press OK, as in every other box.
+void MessageBoxes::addTick(const Tick& tick) {
+    auto* const offer = new QCheckBox(tick.caption, shown_);
+    offer->setChecked(tick.isTicked);
+    QObject::connect(offer, &QCheckBox::toggled, window_, tick.changed);
+    shown_->setCheckBox(offer);
+    shown_->button(QMessageBox::Ok)->setFocus();
 }
 
 void MessageBoxes::finishFirst(bool yes) {

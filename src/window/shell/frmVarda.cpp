@@ -14,7 +14,7 @@
 #include "window/shell/frames.h"
 #include "window/shell/frmAbout.h"
 #include "window/shell/look.h"
-#include "window/shell/port_box.h"
+#include "window/shell/port_corner.h"
 #include "window/simulator/simulation_page.h"
 
 #include <QCloseEvent>
@@ -50,6 +50,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
       linkPort_(commTest_, link_, *tmrComm_, form_),
       files_(this, surroundings.programFolder),
       manual_(*this, events_, surroundings.programFolder) {
+    makePortCorner(surroundings);
     makePages(surroundings);
     addPages();
     form_.collectControls(*this);
@@ -59,6 +60,16 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
 }
 
 FrmVarda::~FrmVarda() = default;
+
+void FrmVarda::makePortCorner(const Surroundings& surroundings) {
+    const auto makeTimer = [this, &surroundings](std::function<void()> tick) {
+        return surroundings.makeTimer([this, tick = std::move(tick)] { events_.guard(tick); });
+    };
+    portCorner_ = new PortCorner({commPLC_, linkPort_, ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit,
+                                  ui_->cbStopBit, ui_->cbParityBit, ui_->cmdPortOpen},
+                                 makeTimer, ui_->settingsTabs);
+    ui_->settingsTabs->setCornerWidget(portCorner_);
+}
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
     const PageContext context = {form_, events_, link_, images_, *tmrComm_, isFreeForRun_};
@@ -101,8 +112,10 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
           static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
-    linkPort_.setPages(
-        {.stopRuns = [this] { stopRuns(); }, .takeReadStations = [readPage] { readPage->takeStations(); }});
+    linkPort_.setPages({.stopRuns = [this] { stopRuns(); },
+                        .takeReadStations = [readPage] { readPage->takeStations(); },
+                        .showPort = [this] { portCorner_->showPort(); },
+                        .offerAfterHangUp = [this] { return portCorner_->offerAfterHangUp(); }});
 }
 
 void FrmVarda::addPages() {
@@ -207,8 +220,8 @@ void FrmVarda::Form_Load() {
 }
 
 void FrmVarda::fillSerialLists() {
-    for (QComboBox* const list :
-         {ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit, ui_->cbStopBit, ui_->cbParityBit}) {
+    for (QComboBox* const list : {static_cast<QComboBox*>(ui_->cbPort), ui_->cbBaudRate, ui_->cbDataBit,
+                                  ui_->cbStopBit, ui_->cbParityBit}) {
         letTypeInto(list);
     }
     fillList(ui_->cbPort, portListTexts(), "COM1");
@@ -216,7 +229,7 @@ void FrmVarda::fillSerialLists() {
     fillList(ui_->cbDataBit, {"8", "7", "6"}, "8");
     fillList(ui_->cbStopBit, {"1", "2"}, "1");
     fillList(ui_->cbParityBit, {"NONE", "EVEN", "ODD"}, "NONE");
-    offerRealPorts(ui_->cbPort);
+    ui_->cbPort->offerWhileTyping();
 }
 
 void FrmVarda::optMode_Click(int index) {

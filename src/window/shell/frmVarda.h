@@ -34,6 +34,7 @@ class FrmVarda;
 class MasterPage;
 class ModePage;
 class MonitorPage;
+class PortCorner;
 class ScenarioPanel;
 class SimulationPage;
 
@@ -78,6 +79,7 @@ private:
         ModePage* page;
     };
 
+    void makePortCorner(const Surroundings& surroundings);
     void makePages(const Surroundings& surroundings);
     void addPages();
     void bind();
@@ -116,6 +118,7 @@ private:
     FileDialogs files_;
     Manual manual_;
 
+    PortCorner* portCorner_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;
