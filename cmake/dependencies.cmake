@@ -41,6 +41,7 @@ else()
     set(needed "^build .*::")
     find_package(Qt6 6.4 QUIET COMPONENTS Widgets Test)
     find_package(benchmark QUIET)
+    find_package(CLI11 QUIET)
 endif()
 
 set(missing "")

@@ -7,6 +7,9 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/shell/announcer.h"
+#include "window/shell/file_loader.h"
+#include "window/shell/line_notice.h"
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
 #include "window/shell/window_form.h"
@@ -63,6 +66,12 @@ public:
     /// Shows the page of a mode and prepares it; an index that is no mode's does nothing.
     void optMode_Click(int index);
 
+    const FileLoader& fileLoader() const { return *fileLoader_; }
+
+    /// Ends whatever runs, and closes the log and the port: all that the end of the program has to leave in
+    /// order.
+    void shutDown();
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -84,12 +93,12 @@ private:
     void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
-    void showUnsentFrames();
+    void cmdCommTest_Click();
+    void cmdPortOpen_Click();
     void addShortcuts();
     void cmdHelp_Click();
     void cmdAbout_Click();
     void cmdEnd_Click();
-    void shutDown();
     const ModeRow& shownMode() const;
     void enableGroups(const ModeRow& mode);
 
@@ -108,8 +117,11 @@ private:
     SerialLink link_;
     LinkPresenter presenter_{form_};
     LinkPort linkPort_;
+    Announcer announcer_{clock_};
+    LineNotice lineNotice_;
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;
+    std::unique_ptr<FileLoader> fileLoader_;
 
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
