@@ -43,6 +43,7 @@ else()
     find_package(benchmark QUIET)
     find_library(XCB_LIBRARY xcb)
     find_path(XCB_INCLUDE_DIR xcb/xcb.h)
+    find_package(CLI11 QUIET)
 endif()
 
 set(missing "")

@@ -102,6 +102,8 @@ std::vector<Arrival> DeviceLine::arrivals() const {
     return connection_ ? connection_->arrivals() : std::vector<Arrival>{};
 }
 
+std::string DeviceLine::notice() const { return claim_ ? claim_->takeOver() : std::string(); }
+
 std::string DeviceLine::label() const {
     const std::string node = deviceNode(name_);
     return node == name_ ? node : name_ + " (" + node + ")";

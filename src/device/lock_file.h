@@ -28,11 +28,16 @@ public:
     /// Whether another lock file names a process that lives. Then none of our own has been made.
     bool isTakenByAnother() const { return isTaken_; }
 
+    /// Tells of a lock file that had been left behind and was taken over, with the process that made it;
+    /// empty where there was none.
+    const std::string& takeOver() const { return takeOver_; }
+
 private:
     void make(const std::string& path);
 
     bool isTaken_ = false;
     std::string own_; ///< path; empty where there is none
+    std::string takeOver_;
 };
 
 /// The process that a lock file's content names, as a text with or without more behind it, or as a binary

@@ -53,19 +53,34 @@ bool isBeingWritten(const FileHandle& file) {
     return ::fstat(file.get(), &found) == 0 && std::time(nullptr) - found.st_mtime < secondsToWrite;
 }
 
+FileHandle openToRead(const std::string& path) {
+    return FileHandle(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
+
+std::optional<int> ownerIn(const FileHandle& file) {
+    std::array<char, 64> content{};
+    const auto count = ::read(file.get(), content.data(), content.size());
+    return ownerInLockFile({content.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
+}
+
 /// Whether the lock file at `path` stands for somebody. One that cannot be read does: nobody can tell that it
 /// does not.
 bool isHeld(const std::string& path) {
-    const FileHandle file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileHandle file = openToRead(path);
     if (!file.isOpen()) {
         // no right to read it, other than no right to look into its folder
         return errno == EACCES && ::access(path.c_str(), F_OK) == 0;
     }
-    std::array<char, 64> content{};
-    const auto count = ::read(file.get(), content.data(), content.size());
-    const auto owner =
-        ownerInLockFile({content.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
+    const auto owner = ownerIn(file);
     return owner ? isAlive(*owner) : isBeingWritten(file);
+}
+
+/// What a lock file that nobody holds any more has to tell.
+std::string leftBehind(const std::string& path) {
+    const FileHandle file = openToRead(path);
+    const auto owner = file.isOpen() ? ownerIn(file) : std::nullopt;
+    return owner ? "The lock of process " + std::to_string(*owner) + ", which has ended, was taken over."
+                 : "A lock that names no process was taken over.";
 }
 
 /// A file of its own name first, so that nobody ever sees a lock file that is not written yet.
@@ -148,8 +163,10 @@ void LockFile::make(const std::string& path) {
     int error = makeNew(path);
     if (error == EEXIST) {
         isTaken_ = isHeld(path); // somebody was quicker
+        const std::string found = leftBehind(path);
         if (!isTaken_ && takeAway(path)) {
             error = makeNew(path);
+            takeOver_ = error == 0 ? found : std::string();
         }
     }
     if (error == 0) {

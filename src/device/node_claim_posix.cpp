@@ -105,6 +105,7 @@ NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
     if (lockFile_->isTakenByAnother()) {
         throw portInUse(label);
     }
+    takeOver_ = lockFile_->takeOver();
     handle_ = ::open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (handle_ < 0) {
         throw openFailure(errno, found, label);

@@ -40,9 +40,14 @@ protected:
         option->text = withBase(option->text, index.data(hexadecimalRole).toBool());
     }
 };
+/// What a screen reader calls the cell beside its headings; the text itself where there is one.
+void nameCell(QTableWidgetItem* cell) {
+    cell->setData(Qt::AccessibleTextRole, cell->text().isEmpty() ? QObject::tr("empty") : cell->text());
+}
 
 QTableWidgetItem* newCell() {
     auto* const cell = new QTableWidgetItem;
+    nameCell(cell);
     cell->setTextAlignment(Qt::AlignCenter);
     cell->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
     return cell;
@@ -133,6 +138,7 @@ void WriteGrid::setText(int position, const QString& text) {
         return;
     }
     cell->setText(text);
+    nameCell(cell);
     QFont font = grid_->font();
     font.setBold(text == QLatin1String("ON")); // a bit that is on stands out without colour
     cell->setFont(font);

@@ -9,11 +9,11 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
+#include "window/controls/frame_line_delegate.h"
 #include "window/controls/lists.h"
 #include "window/controls/period_steps.h"
 #include "window/controls/profile_files.h"
 #include "window/controls/show_text.h"
-#include "window/scenario/frame_line_delegate.h"
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
@@ -136,9 +136,13 @@ void ScenarioPanel::saveTo(const QString& path) {
 }
 
 void ScenarioPanel::cmdLoadScenario_Click() {
-    surroundings_.files.chooseToOpen(scenarioFiles(), [this](const QString& path) {
-        context_.events.guard([this, &path] { loadFrom(path); });
-    });
+    surroundings_.files.chooseToOpen(scenarioFiles(), [this](const QString& path) { load(path); });
+}
+
+bool ScenarioPanel::mayLoad() const { return ui_->cmdLoadScenario->isEnabled(); }
+
+void ScenarioPanel::load(const QString& path) {
+    context_.events.guard([this, &path] { loadFrom(path); });
 }
 
 void ScenarioPanel::loadFrom(const QString& path) {

@@ -11,10 +11,13 @@
 #include "window/master/write_page.h"
 #include "window/monitor/monitor_page.h"
 #include "window/scenario/scenario_panel.h"
+#include "window/shell/file_drops.h"
 #include "window/shell/frames.h"
 #include "window/shell/frmAbout.h"
+#include "window/shell/label_lines.h"
 #include "window/shell/look.h"
 #include "window/shell/port_corner.h"
+#include "window/shell/screen_fit.h"
 #include "window/simulator/simulation_page.h"
 
 #include <QCloseEvent>
@@ -48,6 +51,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
           surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
       link_(commPLC_, clock_),
       linkPort_(commTest_, link_, *tmrComm_, form_),
+      lineNotice_(ui_->slowLine, announcer_),
       files_(this, surroundings.programFolder),
       manual_(*this, events_, surroundings.programFolder) {
     makePortCorner(surroundings);
@@ -56,6 +60,8 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     form_.collectControls(*this);
     bind();
     addShortcuts();
+    announcer_.listenToStatuses(this);
+    new FileDrops(this, [this](const QStringList& paths) { fileLoader_->load(paths); });
     Form_Load();
 }
 
@@ -97,6 +103,11 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
                                         .stopMonitor = [this] { monitorPage_->stopRun(); },
                                         .enableMasters = [this](bool enabled) { enableMasters(enabled); }},
                                        this);
+    fileLoader_ = std::make_unique<FileLoader>(
+        context, FileLoader::Window{.simulation = *simulationPage_,
+                                    .scenario = *scenarioPanel_,
+                                    .showSimulation = [this] { ui_->optMode_4->click(); },
+                                    .tell = [this](const std::string& news) { lineNotice_.tell(news); }});
     modes_ = {{ui_->optMode_0, ui_->pageRead, ControlGroup::Read, readPage},
               {ui_->optMode_1, ui_->pageWrite, ControlGroup::Write, writePage},
               {ui_->optMode_2, ui_->pageMixedRead, ControlGroup::MixedRead, mixedReadPage},
@@ -119,13 +130,15 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
 }
 
 void FrmVarda::addPages() {
+    fitScreen(this);
     QList<QWidget*> tabOrder = {ui_->settingsTabs};
     for (const ModeRow& mode : modes_) {
-        mode.tab->layout()->addWidget(mode.page);
+        mode.tab->layout()->addWidget(lettingScroll(mode.page));
         tabOrder.append(mode.option);
     }
-    ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
+    ui_->scenarioHolderLayout->addWidget(lettingScroll(scenarioPanel_));
     useFixedWidthForFrames(this);
+    alignLabelsWithFields(this);
     keepDisabledTextsReadable(this);
     nameListsBeside(this);
     keepFramesReadable(this);
@@ -143,12 +156,8 @@ void FrmVarda::bind() {
     keepTabsFromWheel(ui_->tabMode);
     connect(ui_->tabMode, &QTabWidget::currentChanged, this,
             [this] { shownMode().option->setChecked(true); });
-    events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
-    events_.click(ui_->cmdPortOpen, [this] {
-        linkPort_.cmdPortOpen_Click();
-        showUnsentFrames(); // of this connection none
-        monitorPage_->showRun();
-    });
+    events_.click(ui_->cmdCommTest, [this] { cmdCommTest_Click(); });
+    events_.click(ui_->cmdPortOpen, [this] { cmdPortOpen_Click(); });
     events_.click(ui_->cmdHelp, [this] { manual_.show(); });
     events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
     events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
@@ -163,19 +172,30 @@ void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
         link_.commPLC_OnComm(event);
         break;
     case CommEvent::Unsent:
-        showUnsentFrames();
+        lineNotice_.tellUnsent(commPLC_.unsentWrites());
         break;
     case CommEvent::HungUp:
-        showUnsentFrames();
+        lineNotice_.tellUnsent(0);
         linkPort_.hangUp(reason);
         break;
     }
 }
 
-void FrmVarda::showUnsentFrames() {
-    const std::size_t unsent = commPLC_.unsentWrites();
-    ui_->slowLine->setText(unsent == 0 ? QString()
-                                       : tr("The line is too slow. Frames not sent: %1").arg(unsent));
+/// The test is the first to come upon the lock of a program that has ended: opening finds none any more.
+void FrmVarda::cmdCommTest_Click() {
+    linkPort_.cmdCommTest_Click();
+    lineNotice_.tell(commTest_.notice());
+}
+
+void FrmVarda::cmdPortOpen_Click() {
+    linkPort_.cmdPortOpen_Click();
+    lineNotice_.tellUnsent(0); // of this connection
+    if (!commPLC_.isOpen()) {
+        lineNotice_.tell({});
+    } else if (!commPLC_.notice().empty()) {
+        lineNotice_.tell(commPLC_.notice());
+    }
+    monitorPage_->showRun();
 }
 
 void FrmVarda::addShortcuts() {
@@ -217,6 +237,8 @@ void FrmVarda::Form_Load() {
     link_.tellCounters();
     form_.setText("txtWatchDog", "0");
     events_.choose(ui_->optMode_0);
+    ui_->cbPort->setFocus(); // where every work begins
+    ui_->cbPort->lineEdit()->selectAll();
 }
 
 void FrmVarda::fillSerialLists() {

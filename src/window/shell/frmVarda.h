@@ -9,6 +9,9 @@
 #include "window/controls/message_boxes.h"
 #include "window/shell/frame_tips.h"
 #include "window/shell/last_answers.h"
+#include "window/shell/announcer.h"
+#include "window/shell/file_loader.h"
+#include "window/shell/line_notice.h"
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
 #include "window/shell/manual.h"
@@ -67,6 +70,12 @@ public:
     /// Shows the page of a mode and prepares it; an index that is no mode's does nothing.
     void optMode_Click(int index);
 
+    const FileLoader& fileLoader() const { return *fileLoader_; }
+
+    /// Ends whatever runs, and closes the log and the port: all that the end of the program has to leave in
+    /// order.
+    void shutDown();
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -89,12 +98,12 @@ private:
     void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
-    void showUnsentFrames();
+    void cmdCommTest_Click();
+    void cmdPortOpen_Click();
     void addShortcuts();
     const ManualPage& shownManualPage() const;
     void cmdAbout_Click();
     void cmdEnd_Click();
-    void shutDown();
     const ModeRow& shownMode() const;
     void enableGroups(const ModeRow& mode);
 
@@ -114,9 +123,12 @@ private:
     LastAnswers lastAnswers_{*this};
     FrameTips frameTips_{*this};
     LinkPort linkPort_;
+    Announcer announcer_{clock_};
+    LineNotice lineNotice_;
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;
     Manual manual_;
+    std::unique_ptr<FileLoader> fileLoader_;
 
     PortCorner* portCorner_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
