@@ -39,9 +39,9 @@ private:
     struct Box {
         QString text;
         QString title;
-        Answered answered; ///< empty for a box with an OK button only
-        QString advice;
-        Tick tick;
+        Answered answered{}; ///< empty for a box with an OK button only
+        QString advice{};
+        Tick tick{};
     };
 
     void enqueue(Box box);
