@@ -258,9 +258,8 @@ void WritePage::pasteWords(int position, const QString& text) {
     if (access() != Access::Word || !isFilledToSend() || !CheckWriteCell(position)) {
         return;
     }
-    const int last = std::min(validPositions().last, grid_->cells());
-    const WordsThatFit fit =
-        fitWords(pastedWords(text.toStdString()), static_cast<std::size_t>(last - position + 1));
+    const int room = std::min(validPositions().last, grid_->cells()) - position + 1;
+    const WordsThatFit fit = fitWords(pastedWords(text.toStdString()), static_cast<std::size_t>(room));
     if (fit.isAll()) {
         enterWords(position, fit);
     } else if (fit.words.empty()) {

@@ -13,9 +13,7 @@ namespace varda::window {
 namespace {
 
 struct Free {
-    void operator()(void* memory) const {
-        std::free(memory);
-    } // NOLINT(cppcoreguidelines-no-malloc): as X11 has it
+    void operator()(void* memory) const { std::free(memory); }
 };
 
 template <typename Reply>
@@ -67,7 +65,7 @@ public:
         message.data.data32[0] = byTheUser;
         xcb_send_event(connection_, 0, root_,
                        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&message)); // NOLINT: as X11 takes it
+                       reinterpret_cast<const char*>(&message));
         xcb_flush(connection_);
     }
 
