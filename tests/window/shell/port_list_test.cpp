@@ -66,6 +66,7 @@ TEST_F(PortListTest, TakesTheNameOfTheChosenPortAlone) {
     choose(20);
     EXPECT_EQ(text("cbPort"), "/dev/ttyUSB0");
     EXPECT_EQ(ports->count(), 20);
+    EXPECT_EQ(ports->currentIndex(), -1) << "none of the twenty";
     choose(21);
     EXPECT_EQ(text("cbPort"), "/dev/serial/by-id/usb-Maker-A10K");
     choose(22);
