@@ -57,6 +57,8 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
         letTypeInto(list);
     }
     keepPlaceWhenHidden(ui_->lblSimBit);
+    // of no kind yet: all of them together would make the window wider than small screens are
+    showAll({ui_->optSimOnOff_0, ui_->optSimOnOff_1, ui_->txtSimData, ui_->chkSimHexDec}, false);
     bind();
 }
 

@@ -75,6 +75,10 @@ QSize leastSize(const QWidget* widget) {
         constexpr int edges = 8;
         return {button->fontMetrics().horizontalAdvance(button->text()) + edges, button->sizeHint().height()};
     }
+    if (qobject_cast<const QPlainTextEdit*>(widget) != nullptr) {
+        constexpr int edges = 12;
+        return {widget->minimumSizeHint().width(), 2 * widget->fontMetrics().lineSpacing() + edges};
+    }
     const bool showsText = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
                            qobject_cast<const QLabel*>(widget) != nullptr;
     const QSize least = showsText ? widget->sizeHint() : widget->minimumSizeHint();
