@@ -106,9 +106,8 @@ void ScenarioPanel::cmdSaveScenario_Click() {
 void ScenarioPanel::endNoteWithChange() {
     QLabel* const note = ui_->scenarioNote;
     const QAbstractItemModel* const lines = ui_->lstSchedule->model();
-    for (const auto changed : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved}) {
-        connect(lines, changed, note, &QLabel::clear);
-    }
+    connect(lines, &QAbstractItemModel::rowsInserted, note, &QLabel::clear);
+    connect(lines, &QAbstractItemModel::rowsRemoved, note, &QLabel::clear);
     connect(lines, &QAbstractItemModel::modelReset, note, &QLabel::clear);
 }
 
