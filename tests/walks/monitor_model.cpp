@@ -44,7 +44,7 @@ void MonitorModel::press(const std::string& button) {
 void MonitorModel::switchButtons() {
     const bool isRunning = world_.link.commMode == monitoring;
     world_.desk.enable("cmdMonStart", !(isRunning && world_.link.isOpen));
-    world_.desk.enable("cmdMonStop", isRunning);
+    world_.desk.enable("cmdMonStop", isRunning || !world_.desk.isEnabled("txtMonLogFile"));
 }
 
 void MonitorModel::start() {
@@ -64,9 +64,9 @@ void MonitorModel::start() {
         toggleLog();
     }
     world_.link.enterMode(monitoring);
-    switchButtons();
     desk.enable("txtMonLogFile", false);
     desk.enable("chkMonLog", false);
+    switchButtons();
     logFile_ = desk.isTicked("chkMonLog") ? desk.text("txtMonLogFile") : "";
     if (!logFile_.empty() && !desk.knows("log." + logFile_)) {
         desk.set("log." + logFile_, "");
@@ -75,10 +75,10 @@ void MonitorModel::start() {
 
 void MonitorModel::stop() {
     world_.link.enterMode(idle);
-    switchButtons();
     logFile_.clear();
     world_.desk.enable("txtMonLogFile", true);
     world_.desk.enable("chkMonLog", true);
+    switchButtons();
 }
 
 void MonitorModel::leave() {
@@ -91,6 +91,7 @@ void MonitorModel::enterMode() {
     Desk& desk = world_.desk;
     desk.enable("txtMonLogFile", desk.isTicked("chkMonLog"));
     desk.enable("cmdMonLogFile", desk.isTicked("chkMonLog"));
+    switchButtons();
 }
 
 void MonitorModel::toggleLog() {
@@ -99,6 +100,7 @@ void MonitorModel::toggleLog() {
     desk.tick("chkMonLog", on);
     desk.enable("txtMonLogFile", on);
     desk.enable("cmdMonLogFile", on);
+    switchButtons();
 }
 
 void MonitorModel::chooseLog(const std::string& file) { world_.desk.show("txtMonLogFile", file); }

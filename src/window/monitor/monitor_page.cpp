@@ -63,9 +63,9 @@ void MonitorPage::cmdMonStart_Click() {
         ui_->chkMonLog->setChecked(false);
     }
     run_.start();
-    showRun();
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
+    showRun();
     ui_->chkMonLog->setToolTip(logToolTip_);
     if (ui_->chkMonLog->isChecked()) {
         advised([this] { run_.openLog(fileName(ui_->txtMonLogFile->text())); },
@@ -77,9 +77,9 @@ void MonitorPage::cmdMonStart_Click() {
 
 void MonitorPage::cmdMonStop_Click() {
     run_.stop();
-    showRun();
-    ui_->txtMonLogFile->setEnabled(true);
+    ui_->txtMonLogFile->setEnabled(true); // kept: without a run and without a log as well
     ui_->chkMonLog->setEnabled(true);
+    showRun();
 }
 
 void MonitorPage::showRun() {
@@ -95,9 +95,10 @@ void MonitorPage::showRun() {
 /// The focus goes on to the button that takes back what the pressed one did.
 void MonitorPage::switchButtons(bool listening, bool running) {
     const bool followsStart = listening && ui_->cmdMonStart->hasFocus();
-    const bool followsStop = !running && ui_->cmdMonStop->hasFocus();
+    const bool stopDoesSomething = running || !ui_->txtMonLogFile->isEnabled();
+    const bool followsStop = !stopDoesSomething && ui_->cmdMonStop->hasFocus();
     ui_->cmdMonStart->setEnabled(!listening);
-    ui_->cmdMonStop->setEnabled(running);
+    ui_->cmdMonStop->setEnabled(stopDoesSomething);
     if (followsStart) {
         ui_->cmdMonStop->setFocus();
     } else if (followsStop) {
@@ -119,6 +120,7 @@ void MonitorPage::cmdMonLogFile_Click() {
 void MonitorPage::chkMonLog_Click() {
     ui_->txtMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
     ui_->cmdMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
+    showRun();
 }
 
 void MonitorPage::cmdClear_Click() {

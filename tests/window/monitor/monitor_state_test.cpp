@@ -18,8 +18,15 @@ protected:
     }
 };
 
-TEST_F(MonitorStateTest, NothingToStopNorToClearAtFirst) {
+TEST_F(MonitorStateTest, StopIsOnWhereItWouldFreeTheLogFile) {
+    EXPECT_EQ(on(), "MonStart MonStop ");
+    driver.click("cmdMonStop");
+    EXPECT_TRUE(driver.isEnabled("txtMonLogFile"));
     EXPECT_EQ(on(), "MonStart ");
+    driver.click("chkMonLog");
+    EXPECT_EQ(on(), "MonStart ");
+    driver.click("chkMonLog");
+    EXPECT_EQ(on(), "MonStart MonStop ");
     EXPECT_EQ(text("monitorState"), "Stopped");
 }
 
@@ -58,7 +65,7 @@ TEST_F(MonitorStateTest, EveryEndOfARunIsShown) {
     driver.click("optMode_0");
     EXPECT_EQ(text("monitorState"), "Stopped");
     driver.click("optMode_5");
-    EXPECT_EQ(on(), "MonStart ");
+    EXPECT_EQ(on(), "MonStart MonStop ");
     driver.click("cmdMonStart");
     line.closeFarEnd();
     ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
