@@ -22,7 +22,7 @@ MonitorModel::MonitorModel(World& world) : world_(world) {
     desk.changeLines("lstMonitor");
     desk.show("txtMonLogFile", "");
     desk.enable("cmdMonStart", true);
-    desk.enable("cmdMonStop", false);
+    desk.enable("cmdMonStop", true);
     desk.enable("cmdClear", false);
     for (const char* const box : {"chkTimeStamp", "chkASCIIDisplay", "chkMonLog"}) {
         desk.tick(box, false);

@@ -88,7 +88,6 @@ void WriteGrid::setSizes() {
     grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid_->verticalHeader()->setDefaultAlignment(Qt::AlignCenter);
     grid_->setTextElideMode(Qt::ElideNone);
-    grid_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 
 void WriteGrid::showColumnHeadings(Access access) {

@@ -95,7 +95,8 @@ void MonitorPage::showRun() {
 /// The focus goes on to the button that takes back what the pressed one did.
 void MonitorPage::switchButtons(bool listening, bool running) {
     const bool followsStart = listening && ui_->cmdMonStart->hasFocus();
-    const bool stopDoesSomething = running || !ui_->txtMonLogFile->isEnabled();
+    const bool stopDoesSomething =
+        running || !ui_->txtMonLogFile->isEnabledTo(this); // itself, whatever the page is
     const bool followsStop = !stopDoesSomething && ui_->cmdMonStop->hasFocus();
     ui_->cmdMonStart->setEnabled(!listening);
     ui_->cmdMonStop->setEnabled(stopDoesSomething);
