@@ -1,6 +1,7 @@
 #include "window/monitor/monitor_page.h"
 
 #include "core/base/runtime_error.h"
+#include "core/base/scope_exit.h"
 #include "ui_monitor_page.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
@@ -49,7 +50,6 @@ void MonitorPage::bind() {
     events.click(ui_->cmdClear, [this] { cmdClear_Click(); });
     connect(ui_->chkMonLog, &QCheckBox::toggled, this, [this] { chkMonLog_Click(); });
     connect(&lines_, &QAbstractItemModel::rowsInserted, this, [this] { ui_->cmdClear->setEnabled(true); });
-    connect(&lines_, &QAbstractItemModel::modelReset, this, [this] { ui_->cmdClear->setEnabled(false); });
     connect(ui_->lstMonitor, &QListView::pressed, this, [this] { showLine(); });
     // A box that opens meanwhile would take the release of the button.
     connect(qApp, &QApplication::focusWindowChanged, this, [this] { frmMonitoringData_->closeLine(); });
@@ -65,8 +65,8 @@ void MonitorPage::cmdMonStart_Click() {
     run_.start();
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
-    showRun();
     ui_->chkMonLog->setToolTip(logToolTip_);
+    const ScopeExit shown([this] { showRun(); }); // whether or not there is a log
     if (ui_->chkMonLog->isChecked()) {
         advised([this] { run_.openLog(fileName(ui_->txtMonLogFile->text())); },
                 [](const RuntimeError& /*error*/) {
@@ -94,11 +94,13 @@ void MonitorPage::showRun() {
 
 /// The focus goes on to the button that takes back what the pressed one did.
 void MonitorPage::switchButtons(bool listening, bool running) {
-    const bool followsStart = listening && ui_->cmdMonStart->hasFocus();
-    const bool stopDoesSomething =
-        running || !ui_->txtMonLogFile->isEnabledTo(this); // itself, whatever the page is
+    const bool lacksItsLog = ui_->chkMonLog->isChecked() && !run_.isLogging(); // Start would open it
+    const bool startDoesSomething = !listening || lacksItsLog;
+    const bool followsStart = !startDoesSomething && ui_->cmdMonStart->hasFocus();
+    const bool freesTheFile = !ui_->txtMonLogFile->isEnabledTo(this); // itself, whatever the page is
+    const bool stopDoesSomething = running || freesTheFile;
     const bool followsStop = !stopDoesSomething && ui_->cmdMonStop->hasFocus();
-    ui_->cmdMonStart->setEnabled(!listening);
+    ui_->cmdMonStart->setEnabled(startDoesSomething);
     ui_->cmdMonStop->setEnabled(stopDoesSomething);
     if (followsStart) {
         ui_->cmdMonStop->setFocus();
@@ -129,6 +131,7 @@ void MonitorPage::cmdClear_Click() {
         ui_->lstMonitor->setFocus();
     }
     lines_.clear();
+    ui_->cmdClear->setEnabled(false);
 }
 
 void MonitorPage::told(const Exchange& exchange) {

@@ -106,9 +106,14 @@ void ScenarioPanel::cmdSaveScenario_Click() {
 void ScenarioPanel::endNoteWithChange() {
     QLabel* const note = ui_->scenarioNote;
     const QAbstractItemModel* const lines = ui_->lstSchedule->model();
-    connect(lines, &QAbstractItemModel::rowsInserted, note, &QLabel::clear);
-    connect(lines, &QAbstractItemModel::rowsRemoved, note, &QLabel::clear);
-    connect(lines, &QAbstractItemModel::modelReset, note, &QLabel::clear);
+    const auto end = [note] {
+        note->clear();
+        note->setToolTip({});
+        note->setAccessibleName({});
+    };
+    connect(lines, &QAbstractItemModel::rowsInserted, note, end);
+    connect(lines, &QAbstractItemModel::rowsRemoved, note, end);
+    connect(lines, &QAbstractItemModel::modelReset, note, end);
 }
 
 void ScenarioPanel::showNote(const QString& note, const QString& toolTip) {

@@ -36,12 +36,16 @@ void FileLoader::load(const QStringList& paths) const {
     }
 }
 
+/// The page is entered first: entering switches off what loading switches on, and asks about points that were
+/// collected.
 void FileLoader::loadPackets(const QString& path) const {
-    window_.simulation.loadPackets(path);
-    if (context_.link.port().isOpen()) {
-        window_.tell("Prepared pairs were loaded. Simulation shows them, and answers.");
-    } else {
+    if (!context_.link.port().isOpen() && !window_.simulation.isVisible() &&
+        !window_.simulation.hasPoints()) {
         window_.showSimulation();
+    }
+    window_.simulation.loadPackets(path);
+    if (!window_.simulation.isVisible()) {
+        window_.tell("Prepared pairs were loaded. Simulation shows them, and answers.");
     }
 }
 

@@ -12,9 +12,8 @@ namespace varda::window {
 class ScenarioPanel;
 class SimulationPage;
 
-/// Loads files that come from outside of the window - named on the command line, opened from a folder,
-/// dropped
-/// - into the place that what they hold belongs to.
+/// Loads files that come from outside of the window into the place that what they hold belongs to: those that
+/// are named on the command line, opened from a folder, or dropped.
 class FileLoader {
 public:
     struct Window {
@@ -28,7 +27,8 @@ public:
 
     /// Loads each file by what it holds; tells in a box of one that holds nothing of this program.
     void load(const QStringList& paths) const;
-    /// Loads prepared pairs, and shows them: but not while the port is open, for the simulation answers.
+    /// Loads prepared pairs, and shows them: but not while the port is open, for the simulation answers, nor
+    /// while points are collected there, about which it would ask.
     void loadPackets(const QString& path) const;
     void loadScenario(const QString& path) const;
 

@@ -61,7 +61,9 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     bind();
     addShortcuts();
     announcer_.listenToStatuses(this);
-    new FileDrops(this, [this](const QStringList& paths) { fileLoader_->load(paths); });
+    new FileDrops(this, [this](const QStringList& paths) {
+        events_.guard([this, &paths] { fileLoader_->load(paths); });
+    });
     Form_Load();
 }
 

@@ -109,6 +109,8 @@ void SimulationPage::prepareMode() {
     changeMode();
 }
 
+bool SimulationPage::hasPoints() const { return ui_->lstSimMixed->count() > 0; }
+
 const SimKind* SimulationPage::kind() const { return findSimKind(textOf(ui_->cbSimMode)); }
 
 void SimulationPage::cbSimMode_Change() {
@@ -119,7 +121,7 @@ void SimulationPage::cbSimMode_Change() {
 
 void SimulationPage::offerToRegister(const std::function<void()>& accepted,
                                      const std::function<void()>& next) {
-    if (ui_->lstSimMixed->count() == 0) {
+    if (!hasPoints()) {
         next();
         return;
     }

@@ -77,6 +77,7 @@ EndSignals::EndSignals(const std::function<void()>& end) {
     auto* const notifier = new QSocketNotifier(ownPipe().readEnd, QSocketNotifier::Read, &context_);
     QObject::connect(notifier, &QSocketNotifier::activated, &context_, [notifier, end] {
         notifier->setEnabled(false);
+        handleBy(SIG_DFL); // a second one ends the program where the first one does not get through
         end();
     });
     handleBy(tellOfSignal);

@@ -27,13 +27,14 @@ BOOL WINAPI tellOfEvent(DWORD event) {
         const std::lock_guard lock(ears().mutex);
         end.swap(ears().end);
     }
-    if (end) {
+    const bool isFirst = static_cast<bool>(end);
+    if (isFirst) {
         QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(end), Qt::QueuedConnection);
     }
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
         ::Sleep(INFINITE); // the program ends meanwhile, or is ended after some seconds
     }
-    return TRUE;
+    return isFirst ? TRUE : FALSE; // a second one ends the program where the first one does not get through
 }
 
 } // namespace

@@ -59,6 +59,16 @@ TEST_F(MonitorStateTest, AClosedPortIsSeenDuringARun) {
     EXPECT_EQ(on(), "MonStop ");
 }
 
+TEST_F(MonitorStateTest, StartStaysOnWhereItsLogCouldNotBeOpened) {
+    openLine();
+    driver.click("chkMonLog");
+    paste("txtMonLogFile", "/no/such/folder/a.log");
+    driver.click("cmdMonStart");
+    driver.closeBox();
+    EXPECT_EQ(text("monitorState"), "Listening");
+    EXPECT_EQ(on(), "MonStart MonStop ");
+}
+
 TEST_F(MonitorStateTest, EveryEndOfARunIsShown) {
     openLine();
     driver.click("cmdMonStart");

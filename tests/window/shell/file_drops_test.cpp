@@ -52,6 +52,14 @@ TEST_F(FileDropsTest, LoadWhatTheyHoldAndShowIt) {
     EXPECT_EQ(shownMode(), 4);
 }
 
+TEST_F(FileDropsTest, PairsCanBeStartedAsWhenTheyAreLoadedByHand) {
+    driver.click("optMode_4");
+    driver.click("optMode_0");
+    EXPECT_TRUE(drop(&driver.window(), *files({example("example-reads.ini")})));
+    EXPECT_EQ(shownMode(), 4);
+    EXPECT_TRUE(driver.isEnabled("cmdSimStart"));
+}
+
 TEST_F(FileDropsTest, OnATextFieldLeaveItsTextAlone) {
     for (const char* const field : {"txtRDDA", "txtReadTimerValue", "txtMonLogFile", "txtSimSendData"}) {
         const std::string before = text(field);
