@@ -15,7 +15,7 @@ class Painted : public QStyledItemDelegate {
 public:
     static std::string text(const QTableWidget* grid, int row, int column) {
         QStyleOptionViewItem option;
-        const auto* const delegate = static_cast<const Painted*>(grid->itemDelegate());
+        const auto* const delegate = qobject_cast<const QStyledItemDelegate*>(grid->itemDelegate());
         (delegate->*&Painted::initStyleOption)(&option, grid->model()->index(row - 1, column - 1));
         return option.text.toStdString();
     }
