@@ -22,7 +22,7 @@ protected:
     std::string takeAdvice(const char* number) {
         EXPECT_TRUE(driver.boxText().starts_with(std::string("Run-time error '") + number + "':\n\n"))
             << driver.boxText();
-        const std::string shown = advice();
+        std::string shown = advice();
         driver.closeBox();
         return shown;
     }

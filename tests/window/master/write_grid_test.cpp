@@ -24,7 +24,7 @@ public:
 /// What the grid does beyond taking one value after another.
 class WriteGridTest : public WritePageTest {
 protected:
-    ~WriteGridTest() override { QToolTip::hideText(); }
+    void TearDown() override { QToolTip::hideText(); }
 
     /// The tool tip of a cell, empty where it has none.
     std::string tip(int row, int column) {

@@ -61,7 +61,7 @@ TEST_F(ScenarioPanelStateTest, LongNamesAreCutAndStandWholeInTheToolTip) {
     save((name + ".scn").c_str());
     EXPECT_EQ(note()->width(), width);
     EXPECT_LE(note()->fontMetrics().horizontalAdvance(note()->text()), width);
-    EXPECT_EQ(note()->toolTip().toStdString(), folder.file((name + ".scn").c_str()));
+    EXPECT_EQ(note()->toolTip().toStdString(), folder.file(name + ".scn"));
 }
 
 TEST_F(ScenarioPanelStateTest, ConfirmationEndsWithTheNextChange) {

@@ -9,7 +9,7 @@ namespace {
 
 class FrameTipsTest : public WindowTest {
 protected:
-    ~FrameTipsTest() override { QToolTip::hideText(); }
+    void TearDown() override { QToolTip::hideText(); }
 
     /// The tool tip of the character at a place of a frame text.
     std::string tip(const char* field, int place) {

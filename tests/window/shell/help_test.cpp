@@ -49,7 +49,7 @@ protected:
 
     /// The same once it has been called again.
     std::string startedNext() {
-        const std::string call = started();
+        std::string call = started();
         QFile::remove(calls());
         return call;
     }
