@@ -19,7 +19,7 @@ protected:
         lock_ = device::LockFile::usualFolders().front() + "/LCK.." + name;
         writeBytes(lock_, std::to_string(dead) + "\n");
     }
-    ~StaleLockTest() override {
+    void TearDown() override {
         std::error_code ignored;
         std::filesystem::remove(lock_, ignored);
     }
