@@ -34,6 +34,8 @@ configure_file(${packaging}/varda.1.in ${made}/varda.1 @ONLY)
 install(FILES ${packaging}/${VARDA_APPLICATION_ID}.desktop DESTINATION share/applications)
 install(FILES ${made}/${VARDA_APPLICATION_ID}.metainfo.xml DESTINATION share/metainfo)
 install(DIRECTORY ${packaging}/icons/hicolor DESTINATION share/icons)
+install(FILES ${packaging}/${VARDA_APPLICATION_ID}.mime.xml DESTINATION share/mime/packages
+    RENAME ${VARDA_APPLICATION_ID}.xml)
 
 # Debian wants both compressed as far as it goes, without name and time. Part of a full build, not of the program: that can be
 # built where bash or GNU's date is lacking.

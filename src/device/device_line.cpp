@@ -24,7 +24,7 @@ void DeviceLine::open(const LineSettings& settings) {
     if (connection_) {
         throw portInUse(label());
     }
-    claim_ = std::make_unique<NodeClaim>(node, label());
+    claim(node);
     const ScopeExit unclaimed([this] {
         if (!connection_) {
             claim_.reset();
@@ -34,6 +34,18 @@ void DeviceLine::open(const LineSettings& settings) {
         connect(settings);
     } catch (const std::runtime_error& error) {
         throw cannotBeSetUp(label(), settings, error);
+    }
+}
+
+void DeviceLine::claim(const std::string& node) {
+    try {
+        claim_ = std::make_unique<NodeClaim>(node, label());
+    } catch (const RuntimeError& error) {
+        const std::string meant = meantInCapitals(name_);
+        if (meant.empty() || error.number() != comm_error::invalidPort) {
+            throw;
+        }
+        throw RuntimeError(error.number(), error.what() + (" Did you mean " + meant + ", in capitals?"));
     }
 }
 
@@ -89,6 +101,8 @@ std::size_t DeviceLine::unsentWrites() const noexcept {
 std::vector<Arrival> DeviceLine::arrivals() const {
     return connection_ ? connection_->arrivals() : std::vector<Arrival>{};
 }
+
+std::string DeviceLine::notice() const { return claim_ ? claim_->takeOver() : std::string(); }
 
 std::string DeviceLine::label() const {
     const std::string node = deviceNode(name_);

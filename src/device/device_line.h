@@ -38,9 +38,11 @@ public:
     void keepFirst(std::size_t most) noexcept override;
     std::size_t unsentWrites() const noexcept override;
     std::vector<Arrival> arrivals() const override;
+    std::string notice() const override;
 
 private:
     std::string label() const;
+    void claim(const std::string& node);
     void connect(const LineSettings& settings);
     void deliverNews();
 

@@ -28,15 +28,24 @@ public:
     /// Whether another lock file names a process that lives. Then none of our own has been made.
     bool isTakenByAnother() const { return isTaken_; }
 
+    /// Tells of a lock file that had been left behind and was taken over, with the process that made it;
+    /// empty where there was none.
+    const std::string& takeOver() const { return takeOver_; }
+
 private:
     void make(const std::string& path);
 
     bool isTaken_ = false;
     std::string own_; ///< path; empty where there is none
+    std::string takeOver_;
 };
 
 /// The process that a lock file's content names, as a text with or without more behind it, or as a binary
 /// number; nothing where it names none.
 std::optional<int> ownerInLockFile(std::string_view content);
+
+/// The names that a port's lock file may have: "/dev/pts/5" is "LCK..pts_5" for most programs, for others
+/// "LCK..pts:5" or "LCK..5".
+std::vector<std::string> lockFileNames(const std::string& node);
 
 } // namespace varda::device

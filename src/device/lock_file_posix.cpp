@@ -28,18 +28,6 @@ std::string replaced(std::string text, char from, char to) {
     return text;
 }
 
-/// "/dev/pts/5" is "LCK..pts_5" for most, for others "LCK..pts:5" or "LCK..5".
-std::vector<std::string> namesOf(const std::string& node) {
-    constexpr std::string_view devices = "/dev/";
-    const std::string inDevices = node.starts_with(devices) ? node.substr(devices.size()) : node;
-    std::vector<std::string> names;
-    for (const std::string& name : {replaced(inDevices, '/', '_'), replaced(inDevices, '/', ':'),
-                                    inDevices.substr(inDevices.rfind('/') + 1)}) {
-        names.push_back("LCK.." + name);
-    }
-    return names;
-}
-
 std::string pathOf(std::string folder, const std::string& file) { return folder.append("/").append(file); }
 
 std::optional<int> ownerOfText(std::string_view content) {
@@ -65,19 +53,34 @@ bool isBeingWritten(const FileHandle& file) {
     return ::fstat(file.get(), &found) == 0 && std::time(nullptr) - found.st_mtime < secondsToWrite;
 }
 
+FileHandle openToRead(const std::string& path) {
+    return FileHandle(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
+
+std::optional<int> ownerIn(const FileHandle& file) {
+    std::array<char, 64> content{};
+    const auto count = ::read(file.get(), content.data(), content.size());
+    return ownerInLockFile({content.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
+}
+
 /// Whether the lock file at `path` stands for somebody. One that cannot be read does: nobody can tell that it
 /// does not.
 bool isHeld(const std::string& path) {
-    const FileHandle file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileHandle file = openToRead(path);
     if (!file.isOpen()) {
         // no right to read it, other than no right to look into its folder
         return errno == EACCES && ::access(path.c_str(), F_OK) == 0;
     }
-    std::array<char, 64> content{};
-    const auto count = ::read(file.get(), content.data(), content.size());
-    const auto owner =
-        ownerInLockFile({content.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0))});
+    const auto owner = ownerIn(file);
     return owner ? isAlive(*owner) : isBeingWritten(file);
+}
+
+/// What a lock file that nobody holds any more has to tell.
+std::string leftBehind(const std::string& path) {
+    const FileHandle file = openToRead(path);
+    const auto owner = file.isOpen() ? ownerIn(file) : std::nullopt;
+    return owner ? "The lock of process " + std::to_string(*owner) + ", which has ended, was taken over."
+                 : "A lock that names no process was taken over.";
 }
 
 /// A file of its own name first, so that nobody ever sees a lock file that is not written yet.
@@ -118,6 +121,17 @@ std::optional<int> ownerInLockFile(std::string_view content) {
     return isNumber ? ownerOfNumber(head) : ownerOfText(content);
 }
 
+std::vector<std::string> lockFileNames(const std::string& node) {
+    constexpr std::string_view devices = "/dev/";
+    const std::string inDevices = node.starts_with(devices) ? node.substr(devices.size()) : node;
+    std::vector<std::string> names;
+    for (const std::string& name : {replaced(inDevices, '/', '_'), replaced(inDevices, '/', ':'),
+                                    inDevices.substr(inDevices.rfind('/') + 1)}) {
+        names.push_back("LCK.." + name);
+    }
+    return names;
+}
+
 std::vector<std::string> LockFile::usualFolders() {
     return {"/var/lock",       "/run/lock",       "/var/lock/lockdev", "/run/lock/lockdev",
             "/var/spool/lock", "/var/spool/uucp", "/etc/locks"};
@@ -125,8 +139,8 @@ std::vector<std::string> LockFile::usualFolders() {
 
 LockFile::LockFile(const std::string& node, const std::string& name,
                    const std::vector<std::string>& folders) {
-    auto names = namesOf(node);
-    std::ranges::copy(namesOf(name), std::back_inserter(names));
+    auto names = lockFileNames(node);
+    std::ranges::copy(lockFileNames(name), std::back_inserter(names));
     for (const std::string& folder : folders) {
         for (const std::string& file : names) {
             isTaken_ = isTaken_ || isHeld(pathOf(folder, file));
@@ -149,8 +163,10 @@ void LockFile::make(const std::string& path) {
     int error = makeNew(path);
     if (error == EEXIST) {
         isTaken_ = isHeld(path); // somebody was quicker
+        const std::string found = leftBehind(path);
         if (!isTaken_ && takeAway(path)) {
             error = makeNew(path);
+            takeOver_ = error == 0 ? found : std::string();
         }
     }
     if (error == 0) {

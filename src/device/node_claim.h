@@ -25,11 +25,14 @@ public:
     ~NodeClaim();
 
     NativeHandle handle() const { return handle_; }
+    /// What was taken over with the port, as LockFile tells it; empty mostly.
+    const std::string& takeOver() const { return takeOver_; }
     /// From now on somebody else closes the handle.
     void handOver() { isHandedOver_ = true; }
 
 private:
     std::unique_ptr<LockFile> lockFile_;
+    std::string takeOver_;
     NativeHandle handle_{};
     bool isHandedOver_ = false;
 };

@@ -1,17 +1,15 @@
 #include "device/node_claim.h"
 
 #include "device/driver.h"
+#include "device/group_name_posix.h"
 #include "device/lock_file.h"
+#include "device/node_kind_posix.h"
 
 #include <fcntl.h>
-#include <grp.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#ifdef __linux__
-#include <sys/sysmacros.h>
-#endif
 
 #include <cerrno>
 #include <filesystem>
@@ -21,11 +19,6 @@ namespace varda::device {
 namespace {
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
-
-std::string groupName(gid_t id) {
-    const group* entry = ::getgrgid(id);
-    return entry == nullptr ? std::to_string(id) : entry->gr_name;
-}
 
 /// Joining the node's group is a remedy only where that group may read and write.
 RuntimeError notPermitted(const std::string& label, const struct stat& node) {
@@ -51,46 +44,9 @@ struct stat lookedUp(const std::string& node, const std::string& label) {
     return found;
 }
 
-/// What the node is instead of a serial port; null where it may be one. Told apart before the node is opened:
-/// to open a pipe or a file would leave traces.
-const char* otherKind(const struct stat& node) {
-    if (S_ISDIR(node.st_mode)) {
-        return refusal::directory;
-    }
-    if (S_ISREG(node.st_mode)) {
-        return refusal::regularFile;
-    }
-    if (S_ISBLK(node.st_mode)) {
-        return refusal::blockDevice;
-    }
-    if (S_ISFIFO(node.st_mode)) {
-        return refusal::pipe;
-    }
-    return S_ISCHR(node.st_mode) ? nullptr : refusal::socket;
-}
-
-/// Consoles look like serial ports to those who open them, but are this computer's keyboard and screen.
-const char* kindOfTerminal(const struct stat& node) {
-#ifdef __linux__
-    constexpr unsigned terminals = 4; // tty0 .. tty63, behind them ttyS0 ..
-    constexpr unsigned others = 5;    // tty, console, ptmx ..
-    constexpr unsigned consoles = 64;
-    const unsigned kind = major(node.st_rdev);
-    const unsigned number = minor(node.st_rdev);
-    if ((kind == terminals && number < consoles) || (kind == others && number <= 1)) {
-        return refusal::console;
-    }
-    return kind == others && number < consoles ? refusal::anotherDevice : nullptr;
-#else
-    static_cast<void>(node);
-    return nullptr;
-#endif
-}
-
 void refuseOthers(const struct stat& node, const std::string& label) {
-    const char* const kind = otherKind(node);
-    if (const char* const found = kind != nullptr ? kind : kindOfTerminal(node)) {
-        throw noSerialPort(label, found);
+    if (const char* const kind = otherKind(node)) {
+        throw noSerialPort(label, kind);
     }
 }
 
@@ -149,6 +105,7 @@ NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
     if (lockFile_->isTakenByAnother()) {
         throw portInUse(label);
     }
+    takeOver_ = lockFile_->takeOver();
     handle_ = ::open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (handle_ < 0) {
         throw openFailure(errno, found, label);

@@ -13,6 +13,11 @@ struct PortName {
     std::string maker = {};        ///< of the device
     std::string stableName =
         {}; ///< opens it whichever number it gets, for example "/dev/serial/by-id/usb-.."
+    /// What it is known by when it comes back, perhaps under another node. Empty where it cannot be told from
+    /// others.
+    std::string identity = {};
+
+    bool operator==(const PortName&) const = default;
 };
 
 /// The serial ports of this computer, sorted by node.

@@ -24,14 +24,28 @@ bool isPort(const files::path& terminal) {
     return files::exists(terminal / "device", error) && firstLine(terminal / "type") != "0";
 }
 
-/// The folder of the USB device that a port belongs to; empty where it belongs to none.
-files::path usbDevice(const files::path& terminal) {
+/// The device that a port belongs to, or one that this belongs to, whichever tells of `what`; empty where
+/// none does.
+files::path deviceThatTells(const files::path& terminal, const char* what) {
     std::error_code error;
     files::path folder = files::canonical(terminal / "device", error);
-    while (folder.has_relative_path() && !files::exists(folder / "idVendor", error)) {
+    while (folder.has_relative_path() && !files::exists(folder / what, error)) {
         folder = folder.parent_path();
     }
     return folder.has_relative_path() ? folder : files::path();
+}
+
+/// Kind and serial number of a USB device, and which of its ports this is. Without a serial number it is
+/// known by the socket that it is plugged into: another of its kind may be there at the same time.
+std::string identityOf(const files::path& terminal, const files::path& usb) {
+    if (usb.empty()) {
+        return {};
+    }
+    const std::string serialNumber = firstLine(usb / "serial");
+    const files::path part = deviceThatTells(terminal, "bInterfaceNumber");
+    return "usb " + firstLine(usb / "idVendor") + ':' + firstLine(usb / "idProduct") + ' ' +
+           (serialNumber.empty() ? "at " + usb.filename().string() : serialNumber) + " part " +
+           firstLine(part / "bInterfaceNumber") + '.' + firstLine(terminal / "device" / "port_number");
 }
 
 /// For each node the first of the names that stay with the device.
@@ -66,13 +80,14 @@ std::vector<PortName> portNames(const std::string& root) {
         if (!isPort(entry->path()) || !files::exists(top / "dev" / name, unknown)) {
             continue;
         }
-        const files::path usb = usbDevice(entry->path());
+        const files::path usb = deviceThatTells(entry->path(), "idVendor");
         const auto told = [&usb](const char* what) {
             return usb.empty() ? std::string() : firstLine(usb / what);
         };
         const auto lasting = stable.find(name);
         ports.push_back({"/dev/" + name, told("product"), told("serial"), told("manufacturer"),
-                         lasting == stable.end() ? std::string() : lasting->second});
+                         lasting == stable.end() ? std::string() : lasting->second,
+                         identityOf(entry->path(), usb)});
     }
     std::ranges::sort(ports, {}, &PortName::node);
     return ports;

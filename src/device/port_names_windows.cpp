@@ -86,15 +86,17 @@ std::string portOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
                : std::string();
 }
 
-/// The last part of a USB device's id is its serial number, unless the system made it up: then it holds "&".
-std::string serialNumberOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
+/// The system's own name of a device, in which a USB device without a serial number has its socket.
+std::string identityOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
     wchar_t id[longestText]{};
-    if (::SetupDiGetDeviceInstanceIdW(devices, &device, id, longestText, nullptr) == 0) {
-        return {};
-    }
-    const std::string text = utf8(id);
-    const std::string last = text.substr(text.rfind('\\') + 1);
-    return text.starts_with("USB\\") && last.find('&') == std::string::npos ? last : std::string();
+    return ::SetupDiGetDeviceInstanceIdW(devices, &device, id, longestText, nullptr) != 0 ? utf8(id)
+                                                                                          : std::string();
+}
+
+/// The last part of a USB device's id is its serial number, unless the system made it up: then it holds "&".
+std::string serialNumberOf(const std::string& identity) {
+    const std::string last = identity.substr(identity.rfind('\\') + 1);
+    return identity.starts_with("USB\\") && last.find('&') == std::string::npos ? last : std::string();
 }
 
 /// Adds what the devices' list knows. Its descriptions end in the port's name, which stands before them here.
@@ -115,7 +117,8 @@ void describePorts(std::map<std::string, PortName>& ports) {
         const auto name = port.description.find(" (" + port.node + ")");
         port.description = port.description.substr(0, name);
         port.maker = property(devices, device, SPDRP_MFG);
-        port.serialNumber = serialNumberOf(devices, device);
+        port.identity = identityOf(devices, device);
+        port.serialNumber = serialNumberOf(port.identity);
     }
     ::SetupDiDestroyDeviceInfoList(devices);
 }

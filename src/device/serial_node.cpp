@@ -1,7 +1,9 @@
 #include "device/serial_node.h"
 
 #include "core/base/blanks.h"
+#include "core/virtual/virtual_line.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace varda::device {
@@ -30,12 +32,32 @@ std::string nodeOfName(std::string_view name) {
     }
     return "/dev/" + std::string(name);
 }
+
+bool isComPort(std::string_view name) { return comNumber(name) > 0; }
 #else
 std::string nodeOfName(std::string_view name) { return std::string(name); }
+
+/// Here the system takes a port's name in letters of either size.
+bool isComPort(std::string_view /*name*/) { return false; }
 #endif
+
+std::string inCapitals(std::string_view text) {
+    std::string capitals(text);
+    std::ranges::transform(capitals, capitals.begin(), [](char letter) {
+        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    });
+    return capitals;
+}
 
 } // namespace
 
 std::string deviceNode(std::string_view name) { return nodeOfName(withoutBlanksAround(name)); }
+
+std::string meantInCapitals(std::string_view name) {
+    const std::string_view typed = withoutBlanksAround(name);
+    std::string meant = inCapitals(typed);
+    const bool isKnown = meant == virtualPortName || isComPort(meant);
+    return isKnown && meant != typed ? meant : std::string();
+}
 
 } // namespace varda::device

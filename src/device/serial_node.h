@@ -12,4 +12,8 @@ namespace varda::device {
 /// @return the node, whether or not it exists; empty for an empty name
 std::string deviceNode(std::string_view name);
 
+/// The name that somebody may mean who writes one in small letters, "VIRTUAL" or "COM1": capitals count in
+/// both. Empty for a name that stands as it should, or that is like neither.
+std::string meantInCapitals(std::string_view name);
+
 } // namespace varda::device

@@ -79,6 +79,12 @@ TEST(DeviceLineOpen, OfANodeThatIsNotThereIsNoSuchDevice) {
     EXPECT_TRUE(fails("/" + std::string(5000, 'x'), 8002, noSuchDevice("/" + std::string(5000, 'x'))));
 }
 
+TEST(DeviceLineOpen, OfANameInSmallLettersAsksForTheOneInCapitals) {
+    EXPECT_TRUE(fails("virtual", 8002,
+                      noSuchDevice("virtual (/dev/virtual)") + " Did you mean VIRTUAL, in capitals?"));
+    EXPECT_TRUE(fails("com1", 8002, noSuchDevice("com1 (/dev/com1)") + " Did you mean COM1, in capitals?"));
+}
+
 TEST(DeviceLineOpen, OfALinkToNothingIsNoSuchDevice) {
     const TemporaryFolder folder;
     const auto link = folder.file("adapter");
@@ -282,6 +288,20 @@ TEST(DeviceLineOpen, LeavesNoClaimWhereItFails) {
 
 TEST(DeviceLineOpen, OfAConsoleIsNoSerialPort) {
     EXPECT_TRUE(fails("/dev/tty", 8002, "/dev/tty is a console, not a serial port."));
+}
+
+TEST(DeviceLineOpen, OfEveryConsoleIsNoSerialPort) {
+    const std::vector<dev_t> consoles = {makedev(4, 0), makedev(4, 1), makedev(4, 63),
+                                         makedev(5, 0), makedev(5, 1), makedev(229, 0)};
+    for (const dev_t console : consoles) {
+        const TemporaryFolder folder;
+        const auto node = folder.file("console");
+        if (::mknod(node.c_str(), S_IFCHR | 0600, console) != 0) {
+            GTEST_SKIP() << "no device node can be made here";
+        }
+        EXPECT_TRUE(fails(node, 8002, node + " is a console, not a serial port."))
+            << major(console) << ':' << minor(console);
+    }
 }
 
 TEST(DeviceLineOpen, OfTheMakerOfPseudoTerminalsIsNoSerialPort) {

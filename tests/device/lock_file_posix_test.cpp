@@ -1,11 +1,11 @@
 #include "device/lock_file.h"
 
 #include "core/base/scope_exit.h"
+#include "support/dead_process.h"
 #include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <utime.h>
 
@@ -19,6 +19,7 @@ using namespace device;
 namespace {
 
 using test::bytesOf;
+using test::deadProcess;
 using test::OrdinaryUser;
 using test::TemporaryFolder;
 using test::writeBytes;
@@ -33,16 +34,6 @@ std::string binary(int process) {
 std::string standard(int process) {
     const std::string digits = std::to_string(process);
     return std::string(10 - digits.size(), ' ') + digits + '\n';
-}
-
-/// The id of a process that has ended.
-int deadProcess() {
-    const int child = ::fork();
-    if (child == 0) {
-        ::_exit(0);
-    }
-    ::waitpid(child, nullptr, 0);
-    return child;
 }
 
 TEST(OwnerInALockFile, IsReadInEveryUsualForm) {
@@ -119,7 +110,20 @@ TEST_F(LockFileTest, OfADeadProcessIsTakenOver) {
         const auto held = lock();
         EXPECT_FALSE(held->isTakenByAnother());
         EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(::getpid()));
+        EXPECT_EQ(held->takeOver(),
+                  "The lock of process " + std::to_string(dead) + ", which has ended, was taken over.");
     }
+}
+
+TEST_F(LockFileTest, ThatNamesNobodyIsTakenOverWithoutAName) {
+    writeOld("LCK..ttyUSB0", "");
+    EXPECT_EQ(lock()->takeOver(), "A lock that names no process was taken over.");
+}
+
+TEST_F(LockFileTest, TellsOfNoTakeOverWhereThereWasNone) {
+    EXPECT_EQ(lock()->takeOver(), "");
+    writeBytes(folder.file("LCK..ttyUSB0"), standard(living));
+    EXPECT_EQ(lock()->takeOver(), "");
 }
 
 TEST_F(LockFileTest, ThatNamesNobodyStandsOnlyWhileItMayBeInWriting) {

@@ -1,6 +1,6 @@
 #include "device/port_names.h"
 
-#include "support/temporary_folder.h"
+#include "device/made_up_computer.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -10,6 +10,7 @@
 namespace varda {
 
 using namespace device;
+using test::MadeUpComputer;
 namespace {
 
 TEST(PortNames, AreDevicesThatAreReallyThereInOrder) {
@@ -24,33 +25,7 @@ TEST(PortNames, AreDevicesThatAreReallyThereInOrder) {
     }
 }
 
-/// A computer with the ports of the test.
-class MadeUpPorts : public testing::Test {
-protected:
-    /// A terminal of a driver, below a device's folder; /sys/class/tty leads there by a link.
-    std::filesystem::path addTerminal(const std::string& name, const std::string& device) {
-        namespace files = std::filesystem;
-        files::path terminal = root / device / "tty" / name;
-        files::create_directories(terminal);
-        files::create_directories(root / "sys/class/tty");
-        files::create_directories(root / "dev/serial/by-id");
-        files::create_directory_symlink(root / device, terminal / "device");
-        files::create_directory_symlink(terminal, root / "sys/class/tty" / name);
-        test::writeBytes((root / "dev" / name).string(), "");
-        return terminal;
-    }
-
-    void tell(const std::string& file, const std::string& text) {
-        test::writeBytes((root / file).string(), text + '\n');
-    }
-
-    void addStableName(const std::string& name, const std::string& node) {
-        std::filesystem::create_symlink("../../" + node, root / "dev/serial/by-id" / name);
-    }
-
-    test::TemporaryFolder folder;
-    std::filesystem::path root = folder.path();
-};
+class MadeUpPorts : public testing::Test, protected MadeUpComputer {};
 
 TEST_F(MadeUpPorts, AreNamedWithAllThatTheirDevicesTell) {
     const std::string usb = "sys/devices/pci0/usb1/1-2";

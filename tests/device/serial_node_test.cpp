@@ -50,6 +50,20 @@ TEST(DeviceNode, OfNothingIsNothing) {
     EXPECT_EQ(deviceNode("  \t "), "");
 }
 
+TEST(NameInCapitals, IsMeantBySmallLettersOfVirtualAndCom) {
+    EXPECT_EQ(meantInCapitals("virtual"), "VIRTUAL");
+    EXPECT_EQ(meantInCapitals(" Virtual "), "VIRTUAL");
+    EXPECT_EQ(meantInCapitals("com1"), "COM1");
+    EXPECT_EQ(meantInCapitals("Com20"), "COM20");
+}
+
+TEST(NameInCapitals, IsMeantByNoOtherName) {
+    for (const char* const name :
+         {"VIRTUAL", "COM1", "com", "com0", "com1x", "ttyusb0", "/dev/virtual", ""}) {
+        EXPECT_EQ(meantInCapitals(name), "") << name;
+    }
+}
+
 } // namespace
 } // namespace varda
 

@@ -53,6 +53,10 @@ public:
     void showMessage(const std::string& text, const std::string& title) override {
         messages_.push_back({text, title});
     }
+    void showMessage(const std::string& text, const std::string& title, const Tick& tick) override {
+        showMessage(text, title);
+        offers_.push_back(tick);
+    }
     void ask(const std::string& text, const std::string& title, Answered /*answered*/) override {
         messages_.push_back({text, title});
     }
@@ -88,6 +92,8 @@ public:
     void forgetTold() { told_.clear(); }
 
     const std::vector<Message>& messages() const { return messages_; }
+    /// What message boxes offered to tick.
+    const std::vector<Tick>& offers() const { return offers_; }
     const std::vector<std::pair<window::ControlGroup, bool>>& groups() const { return groups_; }
 
 private:
@@ -123,6 +129,7 @@ private:
     std::vector<std::pair<std::string, std::string>> told_;
     std::vector<std::pair<window::ControlGroup, bool>> groups_;
     std::vector<Message> messages_;
+    std::vector<Tick> offers_;
 };
 
 } // namespace varda::test

@@ -3,6 +3,7 @@
 #include "core/base/runtime_error.h"
 
 #include <optional>
+#include <string>
 
 namespace varda::test {
 
@@ -22,6 +23,13 @@ template <typename Call>
 int numberRaisedBy(Call&& call) {
     const auto error = raisedBy(call);
     return error ? error->number() : 0;
+}
+
+/// What the RuntimeError that `call` throws says of what helps; empty where it returns.
+template <typename Call>
+std::string adviceOf(Call&& call) {
+    const auto error = raisedBy(call);
+    return error ? error->advice() : std::string();
 }
 
 } // namespace varda::test

@@ -23,7 +23,7 @@ MonitorModel::MonitorModel(World& world) : world_(world) {
     desk.show("txtMonLogFile", "");
     desk.enable("cmdMonStart", true);
     desk.enable("cmdMonStop", true);
-    desk.enable("cmdClear", true);
+    desk.enable("cmdClear", false);
     for (const char* const box : {"chkTimeStamp", "chkASCIIDisplay", "chkMonLog"}) {
         desk.tick(box, false);
     }
@@ -36,7 +36,15 @@ void MonitorModel::press(const std::string& button) {
         stop();
     } else if (button == "cmdClear") {
         world_.desk.changeLines("lstMonitor").clear();
+        world_.desk.enable("cmdClear", false);
     }
+}
+
+/// What a button would do nothing for, it is off for.
+void MonitorModel::switchButtons() {
+    const bool isRunning = world_.link.commMode == monitoring;
+    world_.desk.enable("cmdMonStart", !(isRunning && world_.link.isOpen));
+    world_.desk.enable("cmdMonStop", isRunning || !world_.desk.isEnabled("txtMonLogFile"));
 }
 
 void MonitorModel::start() {
@@ -58,6 +66,7 @@ void MonitorModel::start() {
     world_.link.enterMode(monitoring);
     desk.enable("txtMonLogFile", false);
     desk.enable("chkMonLog", false);
+    switchButtons();
     logFile_ = desk.isTicked("chkMonLog") ? desk.text("txtMonLogFile") : "";
     if (!logFile_.empty() && !desk.knows("log." + logFile_)) {
         desk.set("log." + logFile_, "");
@@ -69,6 +78,7 @@ void MonitorModel::stop() {
     logFile_.clear();
     world_.desk.enable("txtMonLogFile", true);
     world_.desk.enable("chkMonLog", true);
+    switchButtons();
 }
 
 void MonitorModel::leave() {
@@ -81,6 +91,7 @@ void MonitorModel::enterMode() {
     Desk& desk = world_.desk;
     desk.enable("txtMonLogFile", desk.isTicked("chkMonLog"));
     desk.enable("cmdMonLogFile", desk.isTicked("chkMonLog"));
+    switchButtons();
 }
 
 void MonitorModel::toggleLog() {
@@ -89,6 +100,7 @@ void MonitorModel::toggleLog() {
     desk.tick("chkMonLog", on);
     desk.enable("txtMonLogFile", on);
     desk.enable("cmdMonLogFile", on);
+    switchButtons();
 }
 
 void MonitorModel::chooseLog(const std::string& file) { world_.desk.show("txtMonLogFile", file); }
@@ -108,6 +120,7 @@ void MonitorModel::list(const Octets& burst) {
         logged += (asCharacter ? std::string(1, static_cast<char>(octet)) : padHex(octet, 2)) + " ";
     }
     lines.push_back(shown);
+    desk.enable("cmdClear", true);
     if (!logFile_.empty()) {
         desk.set("log." + logFile_, desk.expected()["log." + logFile_] + logged + "\n");
     }

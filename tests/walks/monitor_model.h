@@ -14,6 +14,7 @@ public:
     void press(const std::string& button);
     void toggleLog();
     void list(const Octets& burst);
+    void switchButtons();
     /// What a click on the mode prepares.
     void enterMode();
     /// What leaving a run by a click on another mode does.

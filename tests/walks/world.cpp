@@ -83,6 +83,7 @@ void World::press(const std::string& button) {
         link.test();
     } else if (button == "cmdPortOpen") {
         link.toggleOpen();
+        monitor.switchButtons();
     } else if (button.rfind("cmdSim", 0) == 0) {
         simulator.press(button);
     } else if (button.find("Scenario") != std::string::npos) {

@@ -82,7 +82,9 @@ void WritePageModel::cellClicked(int position) {
         return;
     }
     if (!bits()) {
-        dialog_ = Dialog{position, cells_[position], hexadecimalCells_.count(position) != 0};
+        const bool isEmpty = cells_[position].empty();
+        const bool hexadecimal = isEmpty ? usesHexadecimal_ : hexadecimalCells_.count(position) != 0;
+        dialog_ = Dialog{position, cells_[position], hexadecimal};
         return;
     }
     const auto entry =
@@ -120,6 +122,7 @@ void WritePageModel::endDialog(const std::string& how) {
     image_.at(entry) = digits.substr(2, 2);
     image_.at(entry + 1) = digits.substr(0, 2);
     cells_[dialog.position] = dialog.text;
+    usesHexadecimal_ = dialog.hexadecimal; // an empty cell begins with it
     hexadecimalCells_.erase(dialog.position);
     if (dialog.hexadecimal) {
         hexadecimalCells_.insert(dialog.position);

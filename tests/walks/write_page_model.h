@@ -62,6 +62,7 @@ private:
     std::array<std::string, 1024> image_;
     std::map<int, std::string> cells_; ///< by position, from 0
     std::set<int> hexadecimalCells_;
+    bool usesHexadecimal_ = false; ///< of the value that was entered last
     int rows_ = 1;
     std::string numberBefore_;
     bool laying_ = false;

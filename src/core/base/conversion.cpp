@@ -7,6 +7,7 @@
 #include <charconv>
 #include <limits>
 #include <optional>
+#include <string>
 
 namespace varda::inline core {
 namespace {
@@ -72,6 +73,28 @@ Narrow narrowed(std::int64_t value) {
     return fits<Narrow>(value) ? static_cast<Narrow>(value) : throw overflow();
 }
 
+template <typename Number>
+std::string fieldAdvice(const RuntimeError& error, std::string_view text, std::string_view field) {
+    const std::string name(field);
+    if (text.empty()) {
+        return name + " is empty. Fill it in.";
+    }
+    const std::string typed = name + " \"" + std::string(text) + "\" is ";
+    if (error.number() == run_time_error::typeMismatch) {
+        return typed + "no number. Type digits only.";
+    }
+    using Limits = std::numeric_limits<Number>;
+    return typed + "out of range: " + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()) +
+           '.';
+}
+
+template <typename Number>
+Number toNumber(std::string_view text, std::string_view field) {
+    return advised(
+        [text] { return narrowed<Number>(number(text)); },
+        [text, field](const RuntimeError& error) { return fieldAdvice<Number>(error, text, field); });
+}
+
 } // namespace
 
 std::optional<std::int16_t> readInteger(std::string_view text) { return findNarrow<std::int16_t>(text); }
@@ -81,6 +104,14 @@ std::optional<std::int32_t> readLong(std::string_view text) { return findNarrow<
 std::int16_t toInteger(std::string_view text) { return narrowed<std::int16_t>(number(text)); }
 
 std::int32_t toLong(std::string_view text) { return narrowed<std::int32_t>(number(text)); }
+
+std::int16_t toInteger(std::string_view text, std::string_view field) {
+    return toNumber<std::int16_t>(text, field);
+}
+
+std::int32_t toLong(std::string_view text, std::string_view field) {
+    return toNumber<std::int32_t>(text, field);
+}
 
 std::int16_t toInteger16(std::int64_t value) { return narrowed<std::int16_t>(value); }
 

@@ -20,6 +20,10 @@ std::int16_t toInteger(std::string_view text);
 /// @throws RuntimeError as toInteger does
 std::int32_t toLong(std::string_view text);
 
+/// The same readings of a field of the screen or of a file, which the advice of an error names.
+std::int16_t toInteger(std::string_view text, std::string_view field);
+std::int32_t toLong(std::string_view text, std::string_view field);
+
 /// The same readings for those who have an answer to a text that is no such number.
 std::optional<std::int16_t> readInteger(std::string_view text);
 std::optional<std::int32_t> readLong(std::string_view text);

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace varda::inline core {
 
@@ -34,9 +35,31 @@ public:
 
     int number() const noexcept { return number_; }
 
+    /// Names what it was about, and says what helps; empty where nobody knew. It stands below the
+    /// description, which stays what it is.
+    const std::string& advice() const noexcept { return advice_; }
+    /// The first one to know is nearest to what failed: later advice is passed over.
+    void advise(const std::string& advice) {
+        if (advice_.empty()) {
+            advice_ = advice;
+        }
+    }
+
 private:
     int number_;
+    std::string advice_;
 };
+
+/// Runs something; a RuntimeError of it gets what `advice` returns for it.
+template <typename Step, typename Advice>
+decltype(auto) advised(Step&& step, Advice&& advice) {
+    try {
+        return std::forward<Step>(step)();
+    } catch (RuntimeError& error) {
+        error.advise(std::forward<Advice>(advice)(error));
+        throw;
+    }
+}
 
 /// 6: a number left its 16-bit or 8-bit range.
 inline RuntimeError overflow() { return {run_time_error::overflow, "Overflow"}; }

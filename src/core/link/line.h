@@ -61,6 +61,8 @@ public:
     virtual std::size_t unsentWrites() const noexcept { return 0; }
     /// The arrivals of what read() returned last, in order; empty where the line does not know.
     virtual std::vector<Arrival> arrivals() const { return {}; }
+    /// What opening the line came upon that its user may want to know; empty mostly.
+    virtual std::string notice() const { return {}; }
 
     void setEventHandler(CommEventHandler handler) { handler_ = std::move(handler); }
 

@@ -75,6 +75,7 @@ void MSComm::open() {
     if (isOpen()) {
         throw RuntimeError(comm_error::inUse, "The port is open already.");
     }
+    notice_.clear();
     dropClosedLines();
     lines_.push_back(makeLine_(name_));
     Line* const line = lines_.back().get();
@@ -83,6 +84,7 @@ void MSComm::open() {
     open_ = line; // a line that goes away while it opens says so to the open one
     try {
         line->open(settings_);
+        notice_ = line->notice();
     } catch (...) {
         if (open_ == line) {
             open_ = nullptr;

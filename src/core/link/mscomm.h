@@ -41,6 +41,8 @@ public:
     void open();
     void close() noexcept;
     bool isOpen() const noexcept;
+    /// What opening the port last came upon that its user may want to know; empty mostly. Closing keeps it.
+    const std::string& notice() const { return notice_; }
 
     /// Number of unread bytes; 0 while the port is closed.
     std::size_t inBufferCount() const noexcept;
@@ -67,6 +69,7 @@ private:
     CommEventHandler handler_;
     std::string name_;
     LineSettings settings_;
+    std::string notice_;
     /// The open line, and lines that closed inside their own event and must not be destroyed there.
     std::vector<std::unique_ptr<Line>> lines_;
     Line* open_ = nullptr;

@@ -43,12 +43,13 @@ std::string stationText(const SimFields& fields) {
 }
 
 std::string addressText(const SimPosition& position, Access access) {
-    const int word = registerAddress(access, position.kind, toInteger(position.number));
-    return lowByteFirst(access == Access::Bit ? bitAddressText(word, toInteger(position.bit))
+    const int number = toInteger(position.number, "Register number");
+    const int word = registerAddress(access, position.kind, number);
+    return lowByteFirst(access == Access::Bit ? bitAddressText(word, toInteger(position.bit, "Bit number"))
                                               : wordAddressText(word));
 }
 
-std::string countText(const SimFields& fields) { return hex(toInteger(fields.count), 2); }
+std::string countText(const SimFields& fields) { return hex(toInteger(fields.count, "Length"), 2); }
 
 /// CMD, and behind the code of a read its LEN.
 std::string readHeader(std::uint8_t code) {

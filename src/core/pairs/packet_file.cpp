@@ -56,7 +56,7 @@ PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
         return file.isText() ? PacketLoad::NoTotal : PacketLoad::NoText;
     }
     table.clear();
-    const std::int32_t pairs = toLong(totalText);
+    const std::int32_t pairs = toLong(totalText, "Total of the file");
     if (pairs < 1) {
         return PacketLoad::Corrupted;
     }

@@ -23,7 +23,9 @@ std::size_t rowOf(const std::vector<Ticket>& tickets, Ticket ticket) {
 
 void requireRow(const std::vector<std::string>& list, std::size_t row) {
     if (row >= list.size()) {
-        throw subscriptOutOfRange();
+        RuntimeError error = subscriptOutOfRange();
+        error.advise("The marked request has no answer. Remove it, and register the pair again.");
+        throw error;
     }
 }
 

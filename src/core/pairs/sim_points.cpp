@@ -123,7 +123,7 @@ std::string simWordValue(std::string_view text, bool hexadecimal) {
         const std::string filled = std::string(digits, '0').append(text);
         return filled.substr(filled.size() - digits);
     }
-    const std::int32_t value = toLong(text);
+    const std::int32_t value = toLong(text, "Value");
     if (value > std::numeric_limits<std::uint16_t>::max() ||
         value < std::numeric_limits<std::int16_t>::min()) {
         throw overflow();
@@ -131,7 +131,9 @@ std::string simWordValue(std::string_view text, bool hexadecimal) {
     return hex(value, digits);
 }
 
-PreparedRequest parsePreparedRequest(std::string_view request) {
+namespace {
+
+PreparedRequest parsed(std::string_view request) {
     PreparedRequest prepared;
     prepared.destination = stationAt(request, offset::destination);
     prepared.source = stationAt(request, offset::source);
@@ -144,6 +146,16 @@ PreparedRequest parsePreparedRequest(std::string_view request) {
         parseBody(prepared, bytesOfFrameText(request), *command);
     }
     return prepared;
+}
+
+} // namespace
+
+PreparedRequest parsePreparedRequest(std::string_view request) {
+    return advised(
+        [request] { return parsed(request); },
+        [](const RuntimeError& /*error*/) {
+            return "The request of this pair is no whole frame. Remove the pair, or mend its file.";
+        });
 }
 
 std::string preparedAnswerData(std::string_view answer) {

@@ -47,12 +47,12 @@ std::string GetPrevSimRegister(std::string_view kind) { return PrevRegisterKind(
 
 SimPosition stepForward(const SimPosition& position, Access access) {
     if (access == Access::Bit) {
-        const int bit = toInteger(position.bit) + 1;
+        const int bit = toInteger(position.bit, "Bit number") + 1;
         if (bit <= lastBit) {
             return {position.kind, position.number, std::to_string(bit)};
         }
     }
-    const int number = toInteger(position.number) + 1;
+    const int number = toInteger(position.number, "Register number") + 1;
     if (number <= GetSimRegisterMaxAddress(position.kind)) {
         return {position.kind, decimal(number, steppedDigits), "0"};
     }
@@ -68,7 +68,8 @@ SimPosition stepBack(const SimPosition& position, std::size_t points, Access acc
         return position;
     }
     const bool bits = access == Access::Bit;
-    Place place{position.kind, toInteger(position.number), bits ? toInteger(position.bit) : 0};
+    Place place{position.kind, toInteger(position.number, "Register number"),
+                bits ? toInteger(position.bit, "Bit number") : 0};
     for (std::size_t step = 0; step < points; ++step) {
         stepBackOnce(place, access);
     }

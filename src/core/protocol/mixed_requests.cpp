@@ -86,7 +86,7 @@ void forEachPoint(std::span<const std::string> lines, const LineVisitor& visit, 
             visit(line);
         }
         if (!lines[line].empty()) {
-            append(parsePointLine(lines[line]));
+            takingPoint(lines[line], [&] { append(parsePointLine(lines[line])); });
         }
     }
 }
@@ -121,7 +121,9 @@ std::uint8_t CheckMRLength(const FrameImages& images, std::span<const std::strin
     std::uint8_t sum = 0;
     for (const std::string& line : lines) {
         if (!line.empty()) {
-            sum = toByte(sum + static_cast<int>(pointBytes) * toInteger(pointValue(line)));
+            sum = takingPoint(line, [&] {
+                return toByte(sum + static_cast<int>(pointBytes) * toInteger(pointValue(line)));
+            });
         }
     }
     return whereAgreed(sum, images.mixedRead);

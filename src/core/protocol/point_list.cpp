@@ -2,6 +2,8 @@
 
 #include "core/base/conversion.h"
 
+#include <algorithm>
+
 namespace varda::inline core {
 namespace {
 
@@ -27,6 +29,14 @@ std::string_view behind(std::string_view text, char separator) {
     return at == std::string_view::npos ? std::string_view() : text.substr(at + 1);
 }
 
+/// Kind and number of a line.
+std::string_view namedPart(std::string_view line) { return before(behind(line, tab), tab); }
+
+std::size_t lettersOf(std::string_view named) {
+    const auto isLetter = [](char character) { return character >= 'A' && character <= 'Z'; };
+    return static_cast<std::size_t>(std::ranges::find_if_not(named, isLetter) - named.begin());
+}
+
 } // namespace
 
 std::string bitPointLine(std::string_view kind, std::string_view number, std::string_view bit,
@@ -39,6 +49,26 @@ std::string wordPointLine(std::string_view kind, std::string_view number, std::s
     return std::string("WORD\t").append(kind).append(number).append("\t").append(value);
 }
 
+std::string pointName(std::string_view line) {
+    const std::string_view named = namedPart(line);
+    const std::size_t letters = lettersOf(named);
+    return std::string(named.substr(0, letters)) + ' ' + std::string(named.substr(letters));
+}
+
+std::string pointAdvice(int number, std::string_view line) {
+    const std::string point = pointName(line) + ": ";
+    if (number != run_time_error::typeMismatch) {
+        return point +
+               "with this point a number or the request is too large. Remove points, or lower their counts.";
+    }
+    if (lettersOf(namedPart(line)) > 1) {
+        return point +
+               "mixed requests carry no two-letter kind. Remove the point; the single pages carry it.";
+    }
+    return pointValue(line).empty() ? point + "the point has no value. Remove it, and add it with one."
+                                    : point + "the point bears no number. Remove it, and add it with one.";
+}
+
 std::string_view pointValue(std::string_view line) {
     const std::size_t lastTab = line.rfind(tab);
     return lastTab == std::string_view::npos ? line : line.substr(lastTab + 1);
@@ -46,7 +76,7 @@ std::string_view pointValue(std::string_view line) {
 
 PointLine parsePointLine(std::string_view line) {
     const auto access = accessOf(line);
-    const std::string_view named = before(behind(line, tab), tab);
+    const std::string_view named = namedPart(line);
     // kept: one character is cut off as the kind, so the number of "TC", "SV", "PV" and "SR" is no number
     const std::string_view number = named.empty() ? named : named.substr(1);
     return {access, std::string(named.substr(0, 1)),
@@ -59,7 +89,8 @@ std::uint8_t GetListDataLength(std::span<const std::string> lines, int perBit, i
     for (const std::string& line : lines) {
         if (!line.empty()) {
             const auto access = accessOf(line);
-            sum = toByte(sum + (access == Access::Bit ? perBit : access == Access::Word ? perWord : 0));
+            const int size = access == Access::Bit ? perBit : access == Access::Word ? perWord : 0;
+            sum = takingPoint(line, [=] { return toByte(sum + size); });
         }
     }
     return sum;
@@ -71,7 +102,7 @@ std::uint8_t GetMRAnswerLength(std::span<const std::string> lines) {
         if (!line.empty()) {
             const auto access = accessOf(line);
             const int perPoint = access == Access::Bit ? 1 : access == Access::Word ? 2 : 0;
-            sum = toByte(sum + perPoint * toInteger(pointValue(line)));
+            sum = takingPoint(line, [&] { return toByte(sum + perPoint * toInteger(pointValue(line))); });
         }
     }
     return sum;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/runtime_error.h"
 #include "core/protocol/registers.h"
 
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace varda::inline core {
 
@@ -25,6 +27,19 @@ std::string bitPointLine(std::string_view kind, std::string_view number, std::st
 
 /// "WORD", TAB, kind and number, TAB, value.
 std::string wordPointLine(std::string_view kind, std::string_view number, std::string_view value);
+
+/// The point that a line names, as in "SR 000" or "R 0012.3".
+std::string pointName(std::string_view line);
+
+/// What helps where a point cannot be read, or makes a request too long. @param number of the error
+std::string pointAdvice(int number, std::string_view line);
+
+/// Takes one point of a list; the advice of an error names it.
+template <typename Step>
+decltype(auto) takingPoint(std::string_view line, Step&& step) {
+    return advised(std::forward<Step>(step),
+                   [line](const RuntimeError& error) { return pointAdvice(error.number(), line); });
+}
 
 /// The text behind a line's last TAB.
 std::string_view pointValue(std::string_view line);

@@ -32,6 +32,7 @@ public:
     void start();
     /// Logs what is listed from now on. @throws RuntimeError of MonitorLog::open
     void openLog(const std::string& path) { log_.open(path); }
+    bool isLogging() const { return log_.isOpen(); }
     /// Closes the log.
     void stop();
     /// From start to stop, whatever the link does meanwhile.

@@ -6,12 +6,22 @@
 #include "core/link/period.h"
 #include "core/runs/scenario_frame.h"
 
+#include <utility>
+
 namespace varda::inline core {
+namespace {
+
+constexpr std::size_t shownOfLine = 40; ///< characters that name a line
+
+} // namespace
 
 int scenarioPeriod(std::string_view text) {
-    const int period = toLong(text);
+    const int period = toLong(text, "Send Period");
     if (period < 0 || period > longestPeriod) {
-        throw invalidPropertyValue();
+        RuntimeError error = invalidPropertyValue();
+        error.advise("Send Period \"" + std::string(text) + "\" is out of range: 0 to " +
+                     std::to_string(longestPeriod) + " milliseconds.");
+        throw error;
     }
     return period;
 }
@@ -41,8 +51,17 @@ std::optional<std::string> ScenarioRun::next() {
 }
 
 void ScenarioRun::send(const std::string& line) {
-    const Bytes frame = scenarioFrame(line);
-    link_.sendScenarioFrame(frame, scenarioAnswerLength(frame));
+    const auto [frame, answerLength] = advised(
+        [&line] {
+            Bytes bytes = scenarioFrame(line);
+            const std::optional<int> expected = scenarioAnswerLength(bytes);
+            return std::pair(std::move(bytes), expected);
+        },
+        [&line](const RuntimeError& /*error*/) {
+            return '"' + line.substr(0, shownOfLine) +
+                   "\" is no frame: groups of two hexadecimal digits. Remove this line of the scenario.";
+        });
+    link_.sendScenarioFrame(frame, answerLength);
 }
 
 } // namespace varda::core

@@ -25,6 +25,17 @@ void markFocused(QWidget* field) {
 
 void unmarkFocused(QWidget* field) { field->setPalette(QPalette()); }
 
+/// What helps; of an error that nobody knew more of, where to look.
+QString adviceFor(const RuntimeError& error) {
+    const bool isBare = error.number() == run_time_error::overflow ||
+                        error.number() == run_time_error::subscriptOutOfRange ||
+                        error.number() == run_time_error::typeMismatch ||
+                        error.number() == run_time_error::invalidPropertyValue;
+    return error.advice().empty() && isBare
+               ? QObject::tr("A field of this page cannot be used as it stands. Check what was typed last.")
+               : QString::fromStdString(error.advice());
+}
+
 /// Whether a widget is `field` or a part of it, its pop-up windows included.
 bool belongsTo(const QWidget* widget, const QWidget* field) {
     while (widget != nullptr && widget != field) {
@@ -53,9 +64,9 @@ void Events::guard(const Handler& handler) {
 }
 
 void Events::report(const RuntimeError& error) const {
-    boxes_.showReport(QStringLiteral("Run-time error '%1':\n\n%2")
-                          .arg(error.number())
-                          .arg(QString::fromUtf8(error.what())));
+    boxes_.showReport(
+        QStringLiteral("Run-time error '%1':\n\n%2").arg(error.number()).arg(QString::fromUtf8(error.what())),
+        adviceFor(error));
 }
 
 void Events::reportDefect(const QString& description) {

@@ -43,6 +43,14 @@ public:
     /// Shows a message box with an OK button and returns at once. Boxes wait for one another; one that says
     /// the same as a box still shown is not shown again.
     virtual void showMessage(const std::string& text, const std::string& title) = 0;
+
+    /// A box to tick below the text of a message box.
+    struct Tick {
+        std::string caption;
+        bool isTicked = false;
+        std::function<void(bool isTicked)> changed;
+    };
+    virtual void showMessage(const std::string& text, const std::string& title, const Tick& tick) = 0;
     /// Shows a Yes/No box and returns at once; `answered` runs with the answer.
     virtual void ask(const std::string& text, const std::string& title,
                      std::function<void(bool yes)> answered) = 0;

@@ -1,6 +1,7 @@
 #include "window/controls/lists.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
 #include <QEvent>
@@ -28,6 +29,42 @@ public:
         }
         return QObject::eventFilter(watched, event);
     }
+};
+
+/// Marks, in a list that opens, the entry that stands in the field: a text that was typed chooses none by
+/// itself, and the list would mark the one that was chosen before.
+class EntryMarker : public QObject {
+public:
+    explicit EntryMarker(QComboBox* list) : QObject(list), list_(list) {
+        list->view()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show) {
+            keepOutOfTheYellow();
+            markShownEntry();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    /// The field has a colour while it has the focus, which its list would take over.
+    void keepOutOfTheYellow() {
+        const QPalette usual = QApplication::palette(list_->view());
+        QPalette palette;
+        for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Text}) {
+            palette.setColor(role, usual.color(QPalette::Active, role));
+        }
+        list_->view()->setPalette(palette);
+    }
+
+    void markShownEntry() {
+        const int row = list_->findText(list_->currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+        const QModelIndex entry = list_->model()->index(row, list_->modelColumn());
+        list_->view()->selectionModel()->setCurrentIndex(entry, QItemSelectionModel::ClearAndSelect);
+    }
+
+    QComboBox* list_;
 };
 
 } // namespace
@@ -83,6 +120,9 @@ void letTypeInto(QComboBox* list) {
     list->setLineEdit(text);
     text->setCompleter(nullptr);
     list->setInsertPolicy(QComboBox::NoInsert);
+    // Not before: it makes the drop-down, which is a menu without a scroll bar while nobody can type.
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    new EntryMarker(list);
     // Enter and leaving would look the text up in the list, and take an entry that differs in case only.
     QObject::disconnect(text, &QLineEdit::returnPressed, list, nullptr);
     QObject::disconnect(text, &QLineEdit::editingFinished, list, nullptr);

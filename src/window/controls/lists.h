@@ -31,7 +31,8 @@ void keepTabsFromWheel(QTabWidget* tabs);
 
 /// Lets a text be typed into a list, and does the same: what is typed stays as it is typed, with no
 /// completion and no new entries. The form leaves such a list closed, for an open one would come with a
-/// completer of its own, which is a tenth of the window's building time.
+/// completer of its own, which is a tenth of the window's building time; nor does it say how the list's width
+/// follows its entries. Opened, the list shows a scroll bar and marks the entry that stands in the field.
 void letTypeInto(QComboBox* list);
 
 /// Leaves the place of a hidden field empty; else the fields beside it would jump.

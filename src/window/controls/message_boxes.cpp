@@ -1,6 +1,11 @@
 #include "window/controls/message_boxes.h"
 
+#include <QApplication>
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QWidget>
 
 #include <algorithm>
@@ -8,14 +13,44 @@
 
 namespace varda::window {
 
+namespace {
+
+/// The advice quotes what was typed, which is no mark-up.
+void showAdvice(QMessageBox* box, const QString& advice) {
+    box->setInformativeText(advice);
+    if (auto* const label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        label->setTextFormat(Qt::PlainText);
+        label->setTextInteractionFlags(box->textInteractionFlags());
+    }
+}
+
+/// As wide as the title and the buttons beside it in the frame that the desktop draws.
+void makeRoomForTitle(QMessageBox* box) {
+    QFont font = QApplication::font("QMdiSubWindowTitleBar");
+    font.setBold(true);
+    const int buttons = 5 * QFontMetrics(font).height();
+    const int width = QFontMetrics(font).horizontalAdvance(box->windowTitle()) + 2 * buttons;
+    if (auto* const layout = qobject_cast<QGridLayout*>(box->layout())) {
+        layout->addItem(new QSpacerItem(width, 0), layout->rowCount(), 0, 1, layout->columnCount());
+    }
+}
+
+} // namespace
+
 MessageBoxes::~MessageBoxes() { delete shown_; }
 
-void MessageBoxes::show(const QString& text, const QString& title) { enqueue({text, title, {}}); }
+void MessageBoxes::show(const QString& text, const QString& title) { show(text, title, Tick()); }
 
-void MessageBoxes::showReport(const QString& text) { show(text, window_->windowTitle()); }
+void MessageBoxes::show(const QString& text, const QString& title, const Tick& tick) {
+    enqueue({.text = text, .title = title, .tick = tick});
+}
+
+void MessageBoxes::showReport(const QString& text, const QString& advice) {
+    enqueue({.text = text, .title = window_->windowTitle(), .advice = advice});
+}
 
 void MessageBoxes::ask(const QString& text, const QString& title, Answered answered) {
-    enqueue({text, title, std::move(answered)});
+    enqueue({.text = text, .title = title, .answered = std::move(answered)});
 }
 
 void MessageBoxes::enqueue(Box box) {
@@ -38,9 +73,25 @@ void MessageBoxes::showFirst() {
     shown_->setAttribute(Qt::WA_DeleteOnClose);
     shown_->setTextFormat(Qt::PlainText);
     shown_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    if (!box.advice.isEmpty()) {
+        showAdvice(shown_, box.advice);
+    }
+    makeRoomForTitle(shown_);
     QObject::connect(shown_, &QMessageBox::finished, window_,
                      [this](int button) { finishFirst(button == QMessageBox::Yes); });
+    if (!box.tick.caption.isEmpty()) {
+        addTick(box.tick);
+    }
     shown_->open();
+}
+
+/// Enter and Space still press OK, as in every other box.
+void MessageBoxes::addTick(const Tick& tick) {
+    auto* const offer = new QCheckBox(tick.caption, shown_);
+    offer->setChecked(tick.isTicked);
+    QObject::connect(offer, &QCheckBox::toggled, window_, tick.changed);
+    shown_->setCheckBox(offer);
+    shown_->button(QMessageBox::Ok)->setFocus();
 }
 
 void MessageBoxes::finishFirst(bool yes) {

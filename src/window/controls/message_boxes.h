@@ -22,20 +22,31 @@ public:
     MessageBoxes& operator=(const MessageBoxes&) = delete;
     ~MessageBoxes();
 
+    /// A box to tick below the text; none without a caption.
+    struct Tick {
+        QString caption;
+        bool isTicked = false;
+        std::function<void(bool isTicked)> changed;
+    };
+
     void show(const QString& text, const QString& title);
-    /// Shows a report of the program itself: titled as its window.
-    void showReport(const QString& text);
+    void show(const QString& text, const QString& title, const Tick& tick);
+    /// Shows a report of the program itself: titled as its window. @param advice stands below the text
+    void showReport(const QString& text, const QString& advice = {});
     void ask(const QString& text, const QString& title, Answered answered);
 
 private:
     struct Box {
         QString text;
         QString title;
-        Answered answered; ///< empty for a box with an OK button only
+        Answered answered{}; ///< empty for a box with an OK button only
+        QString advice{};
+        Tick tick{};
     };
 
     void enqueue(Box box);
     void showFirst();
+    void addTick(const Tick& tick);
     void finishFirst(bool yes);
 
     QWidget* window_;

@@ -1,6 +1,7 @@
 #include "window/controls/register_fields.h"
 
 #include "core/base/conversion.h"
+#include "core/base/runtime_error.h"
 #include "window/controls/lists.h"
 #include "window/controls/texts.h"
 
@@ -63,7 +64,7 @@ bool RegisterFields::isNamed(Access access) const {
     return hasKind() && hasNumber() && (access == Access::Word || hasBit());
 }
 
-int RegisterFields::number() const { return toInteger(numberText()); }
+int RegisterFields::number() const { return toInteger(numberText(), "Register number"); }
 
 std::optional<int> RegisterFields::readableNumber() const { return readInteger(numberText()); }
 
@@ -71,8 +72,14 @@ std::optional<int> RegisterFields::readableBit() const { return readInteger(bitT
 
 std::optional<int> RegisterFields::readableCount() const { return readInteger(countText()); }
 
-int RegisterFields::wordAddress(Access access) const { return registerAddress(access, kindText(), number()); }
+int RegisterFields::wordAddress(Access access) const {
+    return advised([this, access] { return registerAddress(access, kindText(), number()); },
+                   [this](const RuntimeError& /*error*/) {
+                       return "Register number \"" + numberText() +
+                              "\" is out of range. Choose one from the list.";
+                   });
+}
 
-int RegisterFields::bitNumber() const { return toInteger(bitText()); }
+int RegisterFields::bitNumber() const { return toInteger(bitText(), "Bit number"); }
 
 } // namespace varda::window

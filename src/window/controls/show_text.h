@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTextCursor>
 
 #include <string>
 
@@ -19,6 +20,15 @@ inline void showText(QPlainTextEdit* field, const std::string& text) {
     if (const QString shown = QString::fromStdString(text); field->toPlainText() != shown) {
         field->setPlainText(shown);
     }
+}
+
+/// Greys a text that is no longer of now; it stays as it is, and can be selected.
+inline void showAsOld(QPlainTextEdit* field, bool old) {
+    QTextEdit::ExtraSelection whole;
+    whole.cursor = field->textCursor();
+    whole.cursor.select(QTextCursor::Document);
+    whole.format.setForeground(field->palette().placeholderText());
+    field->setExtraSelections(old ? QList{whole} : QList<QTextEdit::ExtraSelection>());
 }
 
 } // namespace varda::window

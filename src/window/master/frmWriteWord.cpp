@@ -26,6 +26,14 @@ std::optional<int> wordValue(const std::string& text, bool hexadecimal) {
     }
 }
 
+/// Why the dialog stays open, and what it takes.
+QString notTaken(const QString& text, bool hexadecimal) {
+    constexpr int shownCharacters = 12;
+    const QString shown = text.isEmpty() ? QObject::tr("Nothing") : text.left(shownCharacters);
+    return hexadecimal ? QObject::tr("%1 is no word of 0 to FFFF.").arg(shown)
+                       : QObject::tr("%1 is no word of 0 to 65535.").arg(shown);
+}
+
 } // namespace
 
 FrmWriteWord::FrmWriteWord(Events& events, const QString& registerName, const QString& present,
@@ -41,6 +49,8 @@ FrmWriteWord::FrmWriteWord(Events& events, const QString& registerName, const QS
     new KeyFilter(ui_->txtWordWrite, [this](char16_t character) {
         return KeyFilter::isDigitOrKept(character) || (isHexadecimal() && KeyFilter::isHexLetter(character));
     });
+    connect(ui_->txtWordWrite, &QLineEdit::textChanged, this, [this] { showReason({}); });
+    connect(ui_->chkWWHex, &QCheckBox::toggled, this, [this] { showReason({}); });
     ui_->cmdInputOK->setDefault(true); // Enter in the text is the OK button; Escape closes without storing
     connect(ui_->cmdInputOK, &QPushButton::clicked, this,
             [this, &events] { events.guard([this] { cmdInputOK_Click(); }); });
@@ -48,13 +58,21 @@ FrmWriteWord::FrmWriteWord(Events& events, const QString& registerName, const QS
 
 FrmWriteWord::~FrmWriteWord() = default;
 
+void FrmWriteWord::showReason(const QString& reason) {
+    ui_->writeWordReason->setText(reason);
+    ui_->writeWordReason->setVisible(!reason.isEmpty());
+}
+
 bool FrmWriteWord::isHexadecimal() const { return ui_->chkWWHex->isChecked(); }
 
 void FrmWriteWord::cmdInputOK_Click() {
     const QString text = ui_->txtWordWrite->text();
     ui_->txtWordWrite->setFocus();
     ui_->txtWordWrite->selectAll();
-    const std::optional<int> value = wordValue(text.toStdString(), isHexadecimal());
+    showReason(notTaken(text, isHexadecimal()));
+    const std::optional<int> value =
+        advised([&] { return wordValue(text.toStdString(), isHexadecimal()); },
+                [this](const RuntimeError& /*error*/) { return ui_->writeWordReason->text().toStdString(); });
     if (!value) {
         emit outOfRange();
         return;

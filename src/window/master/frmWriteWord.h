@@ -26,11 +26,12 @@ public:
 signals:
     /// OK with a value in range. @param text the value as typed
     void valueAccepted(int value, const QString& text, bool hexadecimal);
-    /// OK with a value out of range; the dialog stays open.
+    /// OK with a value out of range; the dialog stays open and says why.
     void outOfRange();
 
 private:
     void cmdInputOK_Click();
+    void showReason(const QString& reason);
     bool isHexadecimal() const;
 
     std::unique_ptr<Ui::FrmWriteWord> ui_;

@@ -105,7 +105,7 @@ std::string MixedWritePage::displayString() { return DisplayMWString(context().i
 
 std::string MixedWritePage::wordValue() const {
     const std::string typed = ui_->txtMWData->text().toStdString();
-    return ui_->chkHexDec->isChecked() ? typed : hex(toLong(typed));
+    return ui_->chkHexDec->isChecked() ? typed : hex(toLong(typed, "Value"));
 }
 
 std::string MixedWritePage::newLine() const {

@@ -7,21 +7,29 @@
 #include <functional>
 #include <string_view>
 
+class QHelpEvent;
+class QKeyEvent;
 class QTableWidget;
 
 namespace varda::window {
 
 /// The data grid of the write page: 16 data cells a row, each one a bit or a word.
 ///
-/// A cell's position counts from 1, row by row. Clicking a cell, or Space or Enter on it, edits it.
+/// A cell's position counts from 1, row by row. Clicking a cell, or Space or Enter on it, edits it. Ctrl+C
+/// copies the marked cells as tables are copied, Ctrl+V pastes from the current cell on.
 class WriteGrid : public QObject {
     Q_OBJECT
 
 public:
     static constexpr int columns = 16;
 
-    /// @param edit runs with the position of a cell that is to be edited
-    WriteGrid(QTableWidget* grid, std::function<void(int position)> edit);
+    /// What the grid asks of its page; each with the position of a cell.
+    struct Page {
+        std::function<void(int position)> edit;
+        std::function<void(int position, const QString& text)> paste;
+        std::function<QString(int position)> describe; ///< for a tool tip; empty where there is none
+    };
+    WriteGrid(QTableWidget* grid, Page page);
 
     /// "Bit0" .. "Bit15", or "+0" .. "+15".
     void showColumnHeadings(Access access);
@@ -51,9 +59,15 @@ protected:
 
 private:
     void setSizes();
+    bool pressKey(const QKeyEvent& key);
+    bool showTip(const QHelpEvent& where) const;
+    QString copiedText() const;
+    QString copiedCell(int row, int column) const;
+    int currentPosition() const;
 
     QTableWidget* grid_;
-    std::function<void(int position)> edit_;
+    Page page_;
+    Access access_ = Access::Bit;
     bool isSized_ = false;
 };
 

@@ -2,7 +2,9 @@
 
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
+#include "core/protocol/frame_reading.h"
 #include "core/protocol/hex_text.h"
+#include "core/protocol/pasted_words.h"
 #include "core/protocol/single_requests.h"
 #include "ui_write_page.h"
 #include "window/controls/events.h"
@@ -26,9 +28,14 @@ constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
 WritePage::WritePage(const PageContext& context, std::function<double()> random, QWidget* parent)
     : SinglePage(context, Mode::BitWrite, parent),
       ui_(makeForm<Ui::WritePage>(this)),
-      grid_(
-          new WriteGrid(ui_->gridWriteData,
-                        [this](int position) { this->context().events.guard([&] { editCell(position); }); })),
+      grid_(new WriteGrid(
+          ui_->gridWriteData,
+          {.edit = [this](int position) { this->context().events.guard([&] { editCell(position); }); },
+           .paste =
+               [this](int position, const QString& text) {
+                   this->context().events.guard([&] { pasteWords(position, text); });
+               },
+           .describe = [this](int position) { return describeCell(position); }})),
       random_(std::move(random)) {
     adopt({.bitOption = ui_->optWrite_0,
            .wordOption = ui_->optWrite_1,
@@ -175,15 +182,17 @@ void WritePage::chooseDataMode(QCheckBox* chosen, QCheckBox* other) {
 
 void WritePage::DisplayWMessage(const std::string& text) { showStatus(text); }
 
+WritePage::Positions WritePage::validPositions() const {
+    // kept: words are counted from the register number, although their data is not
+    const int before = access() == Access::Bit ? fields().bitNumber() : fields().number();
+    return {before + 1, before + ofCount(framedWriteCount(context().images, access()))};
+}
+
 bool WritePage::CheckWriteCell(int position) {
-    const bool bits = access() == Access::Bit;
     if (!fields().isNamed(access()) || !fields().hasCount()) {
         DisplayWMessage("Fill Register, Address, Length");
     }
-    // kept: words are counted from the register number, although their data is not
-    const int before = bits ? fields().bitNumber() : fields().number();
-    const int points = ofCount(framedWriteCount(context().images, access()));
-    const bool valid = position > before && position <= before + points;
+    const bool valid = validPositions().contain(position);
     DisplayWMessage(valid ? "" : "Invalid Range !!");
     return valid;
 }
@@ -220,15 +229,21 @@ QString WritePage::registerName(int position) const {
 }
 
 void WritePage::openWordDialog(int position) {
-    auto* const dialog = new FrmWriteWord(context().events, registerName(position), grid_->text(position),
-                                          grid_->isHexadecimal(position), this);
+    const QString present = grid_->text(position);
+    const bool startsHexadecimal = present.isEmpty() ? usesHexadecimal_ : grid_->isHexadecimal(position);
+    auto* const dialog =
+        new FrmWriteWord(context().events, registerName(position), present, startsHexadecimal, this);
     connect(dialog, &FrmWriteWord::outOfRange, this, [this, position] {
         DisplayWMessage("Rage Over (0 to 65535)");
         grid_->setText(position, QString());
     });
     connect(dialog, &FrmWriteWord::valueAccepted, this,
             [this, position](int value, const QString& text, bool hexadecimal) {
-                context().events.guard([&] { storeWord(position, value, text, hexadecimal); });
+                usesHexadecimal_ = hexadecimal;
+                context().events.guard([&] {
+                    storeWord(position, value, text, hexadecimal);
+                    makeRequest();
+                });
             });
     dialog->open();
 }
@@ -237,7 +252,70 @@ void WritePage::storeWord(int position, int value, const QString& text, bool hex
     // kept: the register number is not subtracted, so above number 0 values land further on in the frame
     setWriteWord(context().images, static_cast<std::size_t>(position - 1), value);
     grid_->setWord(position, value, text, hexadecimal);
+}
+
+void WritePage::pasteWords(int position, const QString& text) {
+    if (access() != Access::Word || !isFilledToSend() || !CheckWriteCell(position)) {
+        return;
+    }
+    const int room = std::min(validPositions().last, grid_->cells()) - position + 1;
+    const WordsThatFit fit = fitWords(pastedWords(text.toStdString()), static_cast<std::size_t>(room));
+    if (fit.isAll()) {
+        enterWords(position, fit);
+    } else if (fit.words.empty()) {
+        context().form.showMessage(fitInWords(fit), "Error");
+    } else {
+        context().form.ask(fitInWords(fit) + " Do you want to enter those?", "Confirm",
+                           [this, position, fit](bool yes) {
+                               if (yes) {
+                                   context().events.guard([&] { enterWords(position, fit); });
+                               }
+                           });
+    }
+}
+
+void WritePage::enterWords(int position, const WordsThatFit& fit) {
+    for (const auto& [place, word] : fit.words) {
+        storeWord(position + static_cast<int>(place), *word.value, QString::fromStdString(word.text),
+                  word.hexadecimal);
+    }
     makeRequest();
+}
+
+std::string WritePage::bitCellName(int position) const {
+    const int bit = (position - 1) % WriteGrid::columns;
+    const int word = (position - 1) / WriteGrid::columns;
+    return registerName(word + 1).toStdString() + '.' + std::to_string(bit);
+}
+
+/// Nothing while the fields name no register, or one that cannot be read.
+QString WritePage::describeCell(int position) const {
+    const bool readable = fields().readableNumber() && (access() == Access::Word || fields().readableBit());
+    if (!fields().isNamed(access()) || !readable) {
+        return {};
+    }
+    return QString::fromStdString(access() == Access::Bit ? describeBit(position) : describeWord(position));
+}
+
+std::string WritePage::describeBit(int position) const {
+    const int index = position - 1 - fields().bitNumber();
+    const bool framed = index >= 0 && index < ofCount(framedWriteCount(context().images, Access::Bit));
+    if (!framed) {
+        return bitCellName(position) + " is not in the request";
+    }
+    const bool on = isWriteBitOn(context().images, static_cast<std::size_t>(index));
+    return bitCellName(position) + (on ? " = ON" : " = OFF");
+}
+
+std::string WritePage::describeWord(int position) const {
+    const std::string name = registerName(position).toStdString();
+    const bool framed = position <= ofCount(framedWriteCount(context().images, Access::Word));
+    const bool holdsWord = framed || !grid_->text(position).isEmpty();
+    if (!holdsWord) {
+        return name + " is not in the request";
+    }
+    const int word = writeWord(context().images, static_cast<std::size_t>(position - 1));
+    return wordInWords(name, word) + (framed ? "" : ", behind the words of the request");
 }
 
 void WritePage::fillData() {

@@ -9,6 +9,10 @@
 
 class QCheckBox;
 
+namespace varda::inline core {
+struct WordsThatFit;
+} // namespace varda::core
+
 namespace varda::window {
 
 namespace Ui {
@@ -57,17 +61,32 @@ private:
     void showBits();
     void showWords();
     void DisplayWMessage(const std::string& text);
+    /// The cells that may be edited.
+    struct Positions {
+        int first;
+        int last;
+        bool contain(int position) const { return position >= first && position <= last; }
+    };
+    /// @throws RuntimeError 13, 6 where bit or number is none
+    Positions validPositions() const;
     bool CheckWriteCell(int position);
     void editCell(int position);
     void toggleBit(int position);
     void openWordDialog(int position);
     void storeWord(int position, int value, const QString& text, bool hexadecimal);
+    void pasteWords(int position, const QString& text);
+    void enterWords(int position, const WordsThatFit& fit);
     QString registerName(int position) const;
+    std::string bitCellName(int position) const;
+    QString describeCell(int position) const;
+    std::string describeBit(int position) const;
+    std::string describeWord(int position) const;
 
     std::unique_ptr<Ui::WritePage> ui_;
     std::string numberOfBits_; ///< the register number that the bit was chosen for
     WriteGrid* grid_;
     std::function<double()> random_;
+    bool usesHexadecimal_ = false; ///< of the value that was entered last, for an empty cell
 };
 
 } // namespace varda::window

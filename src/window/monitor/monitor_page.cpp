@@ -1,6 +1,7 @@
 #include "window/monitor/monitor_page.h"
 
 #include "core/base/runtime_error.h"
+#include "core/base/scope_exit.h"
 #include "ui_monitor_page.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
@@ -48,6 +49,7 @@ void MonitorPage::bind() {
     events.click(ui_->cmdMonLogFile, [this] { cmdMonLogFile_Click(); });
     events.click(ui_->cmdClear, [this] { cmdClear_Click(); });
     connect(ui_->chkMonLog, &QCheckBox::toggled, this, [this] { chkMonLog_Click(); });
+    connect(&lines_, &QAbstractItemModel::rowsInserted, this, [this] { ui_->cmdClear->setEnabled(true); });
     connect(ui_->lstMonitor, &QListView::pressed, this, [this] { showLine(); });
     // A box that opens meanwhile would take the release of the button.
     connect(qApp, &QApplication::focusWindowChanged, this, [this] { frmMonitoringData_->closeLine(); });
@@ -64,15 +66,47 @@ void MonitorPage::cmdMonStart_Click() {
     ui_->txtMonLogFile->setEnabled(false);
     ui_->chkMonLog->setEnabled(false);
     ui_->chkMonLog->setToolTip(logToolTip_);
+    const ScopeExit shown([this] { showRun(); }); // whether or not there is a log
     if (ui_->chkMonLog->isChecked()) {
-        run_.openLog(fileName(ui_->txtMonLogFile->text()));
+        advised([this] { run_.openLog(fileName(ui_->txtMonLogFile->text())); },
+                [](const RuntimeError& /*error*/) {
+                    return "Choose a log file in a folder that is there and that you may write to.";
+                });
     }
 }
 
 void MonitorPage::cmdMonStop_Click() {
     run_.stop();
-    ui_->txtMonLogFile->setEnabled(true);
+    ui_->txtMonLogFile->setEnabled(true); // kept: without a run and without a log as well
     ui_->chkMonLog->setEnabled(true);
+    showRun();
+}
+
+void MonitorPage::showRun() {
+    const bool running = run_.isRunning();
+    const bool listening = running && context_.link.port().isOpen();
+    QFont font = this->font();
+    font.setBold(listening);
+    ui_->monitorState->setFont(font);
+    ui_->monitorState->setText(listening ? tr("Listening") : running ? tr("Port closed") : tr("Stopped"));
+    switchButtons(listening, running);
+}
+
+/// The focus goes on to the button that takes back what the pressed one did.
+void MonitorPage::switchButtons(bool listening, bool running) {
+    const bool lacksItsLog = ui_->chkMonLog->isChecked() && !run_.isLogging(); // Start would open it
+    const bool startDoesSomething = !listening || lacksItsLog;
+    const bool followsStart = !startDoesSomething && ui_->cmdMonStart->hasFocus();
+    const bool freesTheFile = !ui_->txtMonLogFile->isEnabledTo(this); // itself, whatever the page is
+    const bool stopDoesSomething = running || freesTheFile;
+    const bool followsStop = !stopDoesSomething && ui_->cmdMonStop->hasFocus();
+    ui_->cmdMonStart->setEnabled(startDoesSomething);
+    ui_->cmdMonStop->setEnabled(stopDoesSomething);
+    if (followsStart) {
+        ui_->cmdMonStop->setFocus();
+    } else if (followsStop) {
+        ui_->cmdMonStart->setFocus();
+    }
 }
 
 void MonitorPage::stopRun() {
@@ -89,9 +123,16 @@ void MonitorPage::cmdMonLogFile_Click() {
 void MonitorPage::chkMonLog_Click() {
     ui_->txtMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
     ui_->cmdMonLogFile->setEnabled(ui_->chkMonLog->isChecked());
+    showRun();
 }
 
-void MonitorPage::cmdClear_Click() { lines_.clear(); }
+void MonitorPage::cmdClear_Click() {
+    if (ui_->cmdClear->hasFocus()) {
+        ui_->lstMonitor->setFocus();
+    }
+    lines_.clear();
+    ui_->cmdClear->setEnabled(false);
+}
 
 void MonitorPage::told(const Exchange& exchange) {
     if (exchange.outcome == Outcome::Heard) {

@@ -42,6 +42,9 @@ public:
     void told(const Exchange& exchange) override;
     /// Stops a monitoring run as its stop button does; nothing where none runs.
     void stopRun();
+    /// Shows whether the page listens, and switches its buttons to what they can do; the port may have been
+    /// opened or closed.
+    void showRun();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -52,6 +55,7 @@ private:
     void cmdMonLogFile_Click();
     void chkMonLog_Click();
     void cmdClear_Click();
+    void switchButtons(bool listening, bool running);
 
     void listBurst(const Bytes& burst);
     void showLine();

@@ -9,12 +9,14 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
+#include "window/controls/frame_line_delegate.h"
 #include "window/controls/lists.h"
 #include "window/controls/period_steps.h"
 #include "window/controls/profile_files.h"
 #include "window/controls/show_text.h"
-#include "window/scenario/frame_line_delegate.h"
 #include "window/system/file_name.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -49,6 +51,7 @@ void ScenarioPanel::bind() {
     events.click(ui_->cmdLoadScenario, [this] { cmdLoadScenario_Click(); });
     events.click(ui_->cmdRunScenario, [this] { cmdRunScenario_Click(); });
     events.click(ui_->cmdStopScenario, [this] { cmdStopScenario_Click(); });
+    endNoteWithChange();
     new PeriodSteps(ui_->txtScnPeriod, {shortestStep, longestPeriod});
 }
 
@@ -98,22 +101,52 @@ void ScenarioPanel::cmdSaveScenario_Click() {
     });
 }
 
+/// A file that was saved holds another list by then. The list changes once more while the panel is taken
+/// down, when nothing of it but the note may be asked.
+void ScenarioPanel::endNoteWithChange() {
+    QLabel* const note = ui_->scenarioNote;
+    const QAbstractItemModel* const lines = ui_->lstSchedule->model();
+    const auto end = [note] {
+        note->clear();
+        note->setToolTip({});
+        note->setAccessibleName({});
+    };
+    connect(lines, &QAbstractItemModel::rowsInserted, note, end);
+    connect(lines, &QAbstractItemModel::rowsRemoved, note, end);
+    connect(lines, &QAbstractItemModel::modelReset, note, end);
+}
+
+void ScenarioPanel::showNote(const QString& note, const QString& toolTip) {
+    QLabel* const label = ui_->scenarioNote;
+    label->setText(label->fontMetrics().elidedText(note, Qt::ElideMiddle, label->width()));
+    label->setToolTip(toolTip);
+    label->setAccessibleName(note);
+}
+
+void ScenarioPanel::tellSaved(const QString& path) {
+    context_.form.setText("txtSimStatus",
+                          "Saved Scenario Data completely !!!"); // kept: the simulator's status field
+    showNote(tr("Saved: %1").arg(QFileInfo(path).fileName()), path);
+}
+
 void ScenarioPanel::saveTo(const QString& path) {
     context_.form.setText("txtSimStatus", "");
+    showNote({});
     const std::string name = fileName(path);
     ProfileFile file = ProfileFile::load(name);
     storeScenario(linesOf(ui_->lstSchedule), file);
     ui_->lstSchedule->setCurrentRow(ui_->lstSchedule->count() - 1); // each line is visited in turn
-    saveOrTell(file, name, context_, [this] {
-        context_.form.setText("txtSimStatus",
-                              "Saved Scenario Data completely !!!"); // kept: the simulator's status field
-    });
+    saveOrTell(file, name, context_, [this, path] { tellSaved(path); });
 }
 
 void ScenarioPanel::cmdLoadScenario_Click() {
-    surroundings_.files.chooseToOpen(scenarioFiles(), [this](const QString& path) {
-        context_.events.guard([this, &path] { loadFrom(path); });
-    });
+    surroundings_.files.chooseToOpen(scenarioFiles(), [this](const QString& path) { load(path); });
+}
+
+bool ScenarioPanel::mayLoad() const { return ui_->cmdLoadScenario->isEnabled(); }
+
+void ScenarioPanel::load(const QString& path) {
+    context_.events.guard([this, &path] { loadFrom(path); });
 }
 
 void ScenarioPanel::loadFrom(const QString& path) {
@@ -152,6 +185,7 @@ void ScenarioPanel::cmdRunScenario_Click() {
     }
     try {
         startRun();
+        ui_->cmdStopScenario->setFocus(); // the button that helps now; the one that was pressed is off
     } catch (const RuntimeError&) {
         stopRun();
         throw;
@@ -170,6 +204,9 @@ std::string ScenarioPanel::periodText() const { return ui_->txtScnPeriod->text()
 
 void ScenarioPanel::stopRun() {
     ui_->cmdRunScenario->setEnabled(true);
+    if (ui_->cmdStopScenario->hasFocus()) {
+        ui_->cmdRunScenario->setFocus();
+    }
     ui_->cmdStopScenario->setEnabled(false);
     SetMasterControls(true);
     const bool isMasterShown = findRoute(surroundings_.shownMode()) != nullptr;

@@ -35,6 +35,11 @@ public:
     ScenarioPanel(const PageContext& context, Surroundings surroundings, QWidget* parent = nullptr);
     ~ScenarioPanel() override;
 
+    /// Whether a scenario can be loaded now.
+    bool mayLoad() const;
+    /// Loads a scenario as its load button does.
+    void load(const QString& path);
+
     /// Stops a run as its stop button does; nothing where none runs. @throws RuntimeError where the period is
     /// no number
     void stop();
@@ -66,6 +71,9 @@ private:
     std::string periodText() const;
     void SetMasterControls(bool enabled);
     void showNumber();
+    void endNoteWithChange();
+    void showNote(const QString& note, const QString& toolTip = {});
+    void tellSaved(const QString& path);
     void saveTo(const QString& path);
     void loadFrom(const QString& path);
 

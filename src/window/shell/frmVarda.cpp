@@ -11,12 +11,14 @@
 #include "window/master/write_page.h"
 #include "window/monitor/monitor_page.h"
 #include "window/scenario/scenario_panel.h"
+#include "window/shell/file_drops.h"
 #include "window/shell/frames.h"
 #include "window/shell/frmAbout.h"
+#include "window/shell/label_lines.h"
 #include "window/shell/look.h"
-#include "window/shell/port_box.h"
+#include "window/shell/port_corner.h"
+#include "window/shell/screen_fit.h"
 #include "window/simulator/simulation_page.h"
-#include "window/system/external_program.h"
 
 #include <QCloseEvent>
 #include <QShortcut>
@@ -41,7 +43,6 @@ std::vector<std::string> portListTexts() {
 FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm<Ui::FrmVarda>(this)),
-      programFolder_(surroundings.programFolder),
       clock_(surroundings.clock, events_),
       commPLC_(surroundings.makeLine),
       commTest_(surroundings.makeLine),
@@ -50,16 +51,33 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
           surroundings.makeTimer([this] { events_.guard([this] { scenarioPanel_->tmrScenario_Timer(); }); })),
       link_(commPLC_, clock_),
       linkPort_(commTest_, link_, *tmrComm_, form_),
-      files_(this, surroundings.programFolder) {
+      lineNotice_(ui_->slowLine, announcer_),
+      files_(this, surroundings.programFolder),
+      manual_(*this, events_, surroundings.programFolder) {
+    makePortCorner(surroundings);
     makePages(surroundings);
     addPages();
     form_.collectControls(*this);
     bind();
     addShortcuts();
+    announcer_.listenToStatuses(this);
+    new FileDrops(this, [this](const QStringList& paths) {
+        events_.guard([this, &paths] { fileLoader_->load(paths); });
+    });
     Form_Load();
 }
 
 FrmVarda::~FrmVarda() = default;
+
+void FrmVarda::makePortCorner(const Surroundings& surroundings) {
+    const auto makeTimer = [this, &surroundings](std::function<void()> tick) {
+        return surroundings.makeTimer([this, tick = std::move(tick)] { events_.guard(tick); });
+    };
+    portCorner_ = new PortCorner({commPLC_, linkPort_, ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit,
+                                  ui_->cbStopBit, ui_->cbParityBit, ui_->cmdPortOpen},
+                                 makeTimer, ui_->settingsTabs);
+    ui_->settingsTabs->setCornerWidget(portCorner_);
+}
 
 void FrmVarda::makePages(const Surroundings& surroundings) {
     const PageContext context = {form_, events_, link_, images_, *tmrComm_, isFreeForRun_};
@@ -87,6 +105,11 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
                                         .stopMonitor = [this] { monitorPage_->stopRun(); },
                                         .enableMasters = [this](bool enabled) { enableMasters(enabled); }},
                                        this);
+    fileLoader_ = std::make_unique<FileLoader>(
+        context, FileLoader::Window{.simulation = *simulationPage_,
+                                    .scenario = *scenarioPanel_,
+                                    .showSimulation = [this] { ui_->optMode_4->click(); },
+                                    .tell = [this](const std::string& news) { lineNotice_.tell(news); }});
     modes_ = {{ui_->optMode_0, ui_->pageRead, ControlGroup::Read, readPage},
               {ui_->optMode_1, ui_->pageWrite, ControlGroup::Write, writePage},
               {ui_->optMode_2, ui_->pageMixedRead, ControlGroup::MixedRead, mixedReadPage},
@@ -97,25 +120,31 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
         {.repeat = [this](Mode mode) { repeatRequest(mode); },
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
     for (LinkObserver* const observer :
-         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(simulationPage_),
+         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
+          static_cast<LinkObserver*>(&frameTips_), static_cast<LinkObserver*>(simulationPage_),
           static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
-    linkPort_.setPages(
-        {.stopRuns = [this] { stopRuns(); }, .takeReadStations = [readPage] { readPage->takeStations(); }});
+    linkPort_.setPages({.stopRuns = [this] { stopRuns(); },
+                        .takeReadStations = [readPage] { readPage->takeStations(); },
+                        .showPort = [this] { portCorner_->showPort(); },
+                        .offerAfterHangUp = [this] { return portCorner_->offerAfterHangUp(); }});
 }
 
 void FrmVarda::addPages() {
+    fitScreen(this);
     QList<QWidget*> tabOrder = {ui_->settingsTabs};
     for (const ModeRow& mode : modes_) {
-        mode.tab->layout()->addWidget(mode.page);
+        mode.tab->layout()->addWidget(lettingScroll(mode.page));
         tabOrder.append(mode.option);
     }
-    ui_->scenarioHolderLayout->addWidget(scenarioPanel_);
+    ui_->scenarioHolderLayout->addWidget(lettingScroll(scenarioPanel_));
     useFixedWidthForFrames(this);
+    alignLabelsWithFields(this);
     keepDisabledTextsReadable(this);
     nameListsBeside(this);
     keepFramesReadable(this);
+    frameTips_.watchFrames();
     chainTabOrder(tabOrder << ui_->tabMode << ui_->scenarioHolder << ui_->txtTotalData << ui_->txtCurrentData
                            << ui_->txtWatchDog << ui_->cmdHelp << ui_->cmdAbout << ui_->cmdEnd);
 }
@@ -129,12 +158,9 @@ void FrmVarda::bind() {
     keepTabsFromWheel(ui_->tabMode);
     connect(ui_->tabMode, &QTabWidget::currentChanged, this,
             [this] { shownMode().option->setChecked(true); });
-    events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
-    events_.click(ui_->cmdPortOpen, [this] {
-        linkPort_.cmdPortOpen_Click();
-        showUnsentFrames(); // of this connection none
-    });
-    events_.click(ui_->cmdHelp, [this] { cmdHelp_Click(); });
+    events_.click(ui_->cmdCommTest, [this] { cmdCommTest_Click(); });
+    events_.click(ui_->cmdPortOpen, [this] { cmdPortOpen_Click(); });
+    events_.click(ui_->cmdHelp, [this] { manual_.show(); });
     events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
     events_.click(ui_->cmdEnd, [this] { cmdEnd_Click(); });
     commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
@@ -148,19 +174,30 @@ void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
         link_.commPLC_OnComm(event);
         break;
     case CommEvent::Unsent:
-        showUnsentFrames();
+        lineNotice_.tellUnsent(commPLC_.unsentWrites());
         break;
     case CommEvent::HungUp:
-        showUnsentFrames();
+        lineNotice_.tellUnsent(0);
         linkPort_.hangUp(reason);
         break;
     }
 }
 
-void FrmVarda::showUnsentFrames() {
-    const std::size_t unsent = commPLC_.unsentWrites();
-    ui_->slowLine->setText(unsent == 0 ? QString()
-                                       : tr("The line is too slow. Frames not sent: %1").arg(unsent));
+/// The test is the first to come upon the lock of a program that has ended: opening finds none any more.
+void FrmVarda::cmdCommTest_Click() {
+    linkPort_.cmdCommTest_Click();
+    lineNotice_.tell(commTest_.notice());
+}
+
+void FrmVarda::cmdPortOpen_Click() {
+    linkPort_.cmdPortOpen_Click();
+    lineNotice_.tellUnsent(0); // of this connection
+    if (!commPLC_.isOpen()) {
+        lineNotice_.tell({});
+    } else if (!commPLC_.notice().empty()) {
+        lineNotice_.tell(commPLC_.notice());
+    }
+    monitorPage_->showRun();
 }
 
 void FrmVarda::addShortcuts() {
@@ -169,7 +206,7 @@ void FrmVarda::addShortcuts() {
         shortcut->setAutoRepeat(false); // a key that is held would flood the line, or open manual upon manual
         connect(shortcut, &QShortcut::activated, this, press);
     };
-    add(Qt::Key_F1, [this] { ui_->cmdHelp->click(); });
+    add(Qt::Key_F1, [this] { events_.guard([this] { manual_.show(shownManualPage()); }); });
     add(Qt::Key_F5, [this] { shownMode().page->clickSend(); });
     int key = Qt::Key_1;
     for (const ModeRow& mode : modes_) {
@@ -202,11 +239,13 @@ void FrmVarda::Form_Load() {
     link_.tellCounters();
     form_.setText("txtWatchDog", "0");
     events_.choose(ui_->optMode_0);
+    ui_->cbPort->setFocus(); // where every work begins
+    ui_->cbPort->lineEdit()->selectAll();
 }
 
 void FrmVarda::fillSerialLists() {
-    for (QComboBox* const list :
-         {ui_->cbPort, ui_->cbBaudRate, ui_->cbDataBit, ui_->cbStopBit, ui_->cbParityBit}) {
+    for (QComboBox* const list : {static_cast<QComboBox*>(ui_->cbPort), ui_->cbBaudRate, ui_->cbDataBit,
+                                  ui_->cbStopBit, ui_->cbParityBit}) {
         letTypeInto(list);
     }
     fillList(ui_->cbPort, portListTexts(), "COM1");
@@ -214,7 +253,7 @@ void FrmVarda::fillSerialLists() {
     fillList(ui_->cbDataBit, {"8", "7", "6"}, "8");
     fillList(ui_->cbStopBit, {"1", "2"}, "1");
     fillList(ui_->cbParityBit, {"NONE", "EVEN", "ODD"}, "NONE");
-    offerRealPorts(ui_->cbPort);
+    ui_->cbPort->offerWhileTyping();
 }
 
 void FrmVarda::optMode_Click(int index) {
@@ -264,10 +303,11 @@ void FrmVarda::shutDown() {
     tmrComm_->stop();
 }
 
-void FrmVarda::cmdHelp_Click() {
-    const QString file = programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
-    startProgram(QStringLiteral("hh ") + file, this,
-                 [this](const RuntimeError& error) { events_.report(error); });
+/// The panel beside the pages has a page of its own.
+const ManualPage& FrmVarda::shownManualPage() const {
+    const QWidget* const focused = focusWidget();
+    const bool isInScenario = focused != nullptr && scenarioPanel_->isAncestorOf(focused);
+    return isInScenario ? manual_page::scenario : manualPageOf(shownMode().page->mode());
 }
 
 void FrmVarda::cmdAbout_Click() { (new FrmAbout(windowTitle(), this))->open(); }

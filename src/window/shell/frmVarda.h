@@ -7,8 +7,14 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/shell/announcer.h"
+#include "window/shell/file_loader.h"
+#include "window/shell/frame_tips.h"
+#include "window/shell/last_answers.h"
+#include "window/shell/line_notice.h"
 #include "window/shell/link_port.h"
 #include "window/shell/link_presenter.h"
+#include "window/shell/manual.h"
 #include "window/shell/window_form.h"
 #include "window/system/timers.h"
 
@@ -31,6 +37,7 @@ class FrmVarda;
 class MasterPage;
 class ModePage;
 class MonitorPage;
+class PortCorner;
 class ScenarioPanel;
 class SimulationPage;
 
@@ -63,6 +70,12 @@ public:
     /// Shows the page of a mode and prepares it; an index that is no mode's does nothing.
     void optMode_Click(int index);
 
+    const FileLoader& fileLoader() const { return *fileLoader_; }
+
+    /// Ends whatever runs, and closes the log and the port: all that the end of the program has to leave in
+    /// order.
+    void shutDown();
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -75,6 +88,7 @@ private:
         ModePage* page;
     };
 
+    void makePortCorner(const Surroundings& surroundings);
     void makePages(const Surroundings& surroundings);
     void addPages();
     void bind();
@@ -84,17 +98,16 @@ private:
     void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
-    void showUnsentFrames();
+    void cmdCommTest_Click();
+    void cmdPortOpen_Click();
     void addShortcuts();
-    void cmdHelp_Click();
+    const ManualPage& shownManualPage() const;
     void cmdAbout_Click();
     void cmdEnd_Click();
-    void shutDown();
     const ModeRow& shownMode() const;
     void enableGroups(const ModeRow& mode);
 
     std::unique_ptr<Ui::FrmVarda> ui_;
-    QString programFolder_;
     MessageBoxes boxes_{this};
     Events events_{boxes_};
     WindowForm form_{events_, boxes_};
@@ -107,10 +120,17 @@ private:
     FrameImages images_;
     SerialLink link_;
     LinkPresenter presenter_{form_};
+    LastAnswers lastAnswers_{*this};
+    FrameTips frameTips_{*this};
     LinkPort linkPort_;
+    Announcer announcer_{clock_};
+    LineNotice lineNotice_;
     const std::function<bool()> isFreeForRun_ = [this] { return linkPort_.isFreeForRun(); };
     FileDialogs files_;
+    Manual manual_;
+    std::unique_ptr<FileLoader> fileLoader_;
 
+    PortCorner* portCorner_ = nullptr;
     SimulationPage* simulationPage_ = nullptr;
     MonitorPage* monitorPage_ = nullptr;
     ScenarioPanel* scenarioPanel_ = nullptr;

@@ -4,7 +4,6 @@
 #include "core/base/period_timer.h"
 #include "core/base/scope_exit.h"
 #include "core/link/comm_error.h"
-#include "window/controls/form.h"
 #include "window/shell/page_names.h"
 
 #include <array>
@@ -23,6 +22,10 @@ std::string_view parityLetter(std::string_view parity) {
     return parity == "NONE" ? "n," : parity == "EVEN" ? "e," : parity == "ODD" ? "o," : "";
 }
 
+std::string portErrorText(const RuntimeError& error) {
+    return std::to_string(error.number()) + " " + error.what();
+}
+
 } // namespace
 
 std::string LinkPort::settingText(std::string_view list, const std::string& startValue) {
@@ -39,15 +42,26 @@ std::string LinkPort::MakeCommSettings() {
     return settings + settingText("cbStopBit", "1");
 }
 
-void LinkPort::showPortError(const RuntimeError& error) {
-    form_.showMessage(std::to_string(error.number()) + " " + error.what(), "Error");
+void LinkPort::showPortError(const RuntimeError& error) { form_.showMessage(portErrorText(error), "Error"); }
+
+void LinkPort::tellHangUp(const std::string& reason) {
+    const RuntimeError error(comm_error::readError, reason);
+    if (const auto offer = pages_.offerAfterHangUp()) {
+        form_.showMessage(portErrorText(error), "Error", *offer);
+    } else {
+        showPortError(error);
+    }
+}
+
+void LinkPort::tryPort(const std::string& name) {
+    commTest_.setCommPort(name);
+    commTest_.open();
 }
 
 void LinkPort::cmdCommTest_Click() {
     const std::string name = form_.text("cbPort");
     try {
-        commTest_.setCommPort(name);
-        commTest_.open();
+        tryPort(name);
     } catch (const RuntimeError& error) {
         if (error.number() == comm_error::inUse) {
             form_.showMessage("Already Using Port !! Please Select Another Port", "Error");
@@ -63,6 +77,22 @@ void LinkPort::cmdCommTest_Click() {
     commTest_.close();
     link_.port().setCommPort(name);
     form_.setEnabled("cmdPortOpen", true);
+    pages_.showPort();
+}
+
+bool LinkPort::attach(const std::string& name) {
+    try {
+        tryPort(name);
+    } catch (const RuntimeError&) {
+        return false;
+    }
+    if (!commTest_.isOpen()) {
+        return false;
+    }
+    commTest_.close();
+    link_.port().setCommPort(name);
+    openPort();
+    return true;
 }
 
 void LinkPort::cmdPortOpen_Click() {
@@ -81,6 +111,7 @@ void LinkPort::openPort() {
     } catch (const RuntimeError& error) {
         form_.setText("cmdPortOpen", std::string(openCaption));
         showPortError(error);
+        pages_.showPort();
         return;
     }
     if (!link_.port().isOpen()) { // went away while it was opened, which hangUp() has told
@@ -97,6 +128,7 @@ void LinkPort::openPort() {
         tmrComm_.setInterval(toInteger(form_.text(page->periodField)));
     }
     tmrComm_.start();
+    pages_.showPort();
 }
 
 void LinkPort::closePort() {
@@ -110,6 +142,7 @@ void LinkPort::closePort() {
     }
     form_.setEnabled("cmdSimStart", false);
     tmrComm_.stop();
+    pages_.showPort();
 }
 
 void LinkPort::switchOpened(bool open) {
@@ -121,7 +154,7 @@ void LinkPort::switchOpened(bool open) {
 void LinkPort::hangUp(const std::string& reason) {
     const ScopeExit closed([this, &reason] {
         closePort();
-        showPortError({comm_error::readError, reason});
+        tellHangUp(reason);
     });
     link_.commPLC_OnComm(CommEvent::HungUp);
     pages_.stopRuns(); // may fail where a period is no number; the port closes all the same

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "core/link/serial_link.h"
+#include "window/controls/form.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,8 +14,6 @@ class RuntimeError;
 } // namespace varda::core
 
 namespace varda::window {
-
-class Form;
 
 /// Testing, opening and closing the port, with every control that this switches.
 class LinkPort {
@@ -28,6 +28,10 @@ public:
         std::function<void()> stopRuns = [] {};
         /// Has the read page take its stations into its request anew.
         std::function<void()> takeReadStations = [] {};
+        /// What is open, or what would be opened, has changed.
+        std::function<void()> showPort = [] {};
+        /// The port was closed because its line went away; what the box that tells so may offer.
+        std::function<std::optional<Form::Tick>()> offerAfterHangUp = [] { return std::nullopt; };
     };
     void setPages(Pages pages) { pages_ = std::move(pages); }
 
@@ -41,6 +45,10 @@ public:
     /// Opens or closes, by the button's caption.
     void cmdPortOpen_Click();
 
+    /// Tests and opens a port as the two buttons do, but says nothing where it is not there, or not to be had
+    /// yet. @return false there
+    bool attach(const std::string& name);
+
     /// Whether a scenario or the monitor may start: the port is open and neither the read nor the write page
     /// sends continuously; else shows the message that says so.
     bool isFreeForRun();
@@ -49,10 +57,12 @@ public:
     void hangUp(const std::string& reason);
 
 private:
+    void tryPort(const std::string& name);
     void openPort();
     void closePort();
     void switchOpened(bool open);
     void showPortError(const RuntimeError& error);
+    void tellHangUp(const std::string& reason);
     std::string settingText(std::string_view list, const std::string& startValue);
 
     MSComm& commTest_;

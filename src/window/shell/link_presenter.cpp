@@ -13,7 +13,6 @@ namespace {
 constexpr std::array<std::string_view, 3> counterFields = {"txtTotalData", "txtCurrentData",
                                                            "txtWatchDog"}; // in the order of Counter
 
-constexpr std::string_view scenarioAnswer = "txtScnReceive";
 constexpr std::string_view scenarioSilenceStatus =
     "txtWStatus"; // kept: a scenario's silence is told on the write page
 constexpr std::string_view closedSimulationStatus = "txtMRStatus"; // kept: told on the mixed read page
@@ -41,7 +40,7 @@ void LinkPresenter::told(const Exchange& exchange) {
 void LinkPresenter::showAnswer(const Exchange& exchange) {
     const std::string shown = hexGroups(exchange.answer);
     if (const PageNames* const page = findPageNames(exchange.mode)) {
-        form_.setText(page->completionStatus, "Data Receive OK !!");
+        form_.setText(page->completionStatus, answeredStatus);
         form_.setText(page->answer, shown);
     } else {
         form_.setText(scenarioAnswer, shown);

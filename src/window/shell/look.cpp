@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -71,8 +72,23 @@ QList<QWidget*> tabStops(QWidget* part) {
 
 } // namespace
 
+QFont fixedWidthFont(const QFont& wished, const QStringList& otherwise) {
+    const auto isFixedWidth = [](const QFont& font) { return QFontInfo(font).fixedPitch(); };
+    QFont font(wished);
+    for (const QString& family : otherwise) {
+        if (isFixedWidth(font)) {
+            break;
+        }
+        font.setFamilies({family});
+    }
+    return isFixedWidth(font) ? font : wished;
+}
+
 void useFixedWidthForFrames(QWidget* window) {
-    const QFont fixedWidth = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const QFont fixedWidth =
+        fixedWidthFont(QFontDatabase::systemFont(QFontDatabase::FixedFont),
+                       QStringList{QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Liberation Mono"),
+                                   QStringLiteral("Noto Sans Mono"), QStringLiteral("Courier New")});
     for (QPlainTextEdit* const frame : window->findChildren<QPlainTextEdit*>()) {
         frame->setFont(fixedWidth);
     }

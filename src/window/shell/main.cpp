@@ -1,16 +1,61 @@
+#include "window/shell/command_line.h"
 #include "window/shell/program.h"
+#include "window/shell/start_up.h"
+#include "window/system/end_signals.h"
 
 #include <QApplication>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+using namespace varda::window;
+
+namespace {
+
+/// The program while it runs; the desktop may end it by exit(), which takes nothing down.
+Program* running = nullptr;
+
+int print(const CommandLineAnswer& answer) {
+    std::fputs(answer.text.c_str(), answer.exitCode == 0 ? stdout : stderr);
+    return answer.exitCode;
+}
+
+/// Leaves by the normal close, whoever asks for it: the port is given back, the log is whole.
+int run(const QApplication& application, const CommandLine& wishes) {
+    Program program({QApplication::applicationDirPath(), std::random_device{}()});
+    const EndSignals ears([&program] {
+        program.end();
+        QApplication::exit();
+    });
+    QObject::connect(&application, &QApplication::aboutToQuit, [&program] { program.end(); });
+    running = &program;
+    std::atexit([] {
+        if (running != nullptr) {
+            running->window().shutDown();
+        }
+    });
+    program.window().show();
+    carryOut(wishes, program.window());
+    const int result = QApplication::exec();
+    running = nullptr;
+    return result;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN); // a file at its size limit is a full disk, no reason to end
 #endif
-    const QApplication application(argc, argv);
-    varda::window::prepareApplication();
-    varda::window::Program program({QApplication::applicationDirPath(), std::random_device{}()});
-    program.window().show();
-    return QApplication::exec();
+    if (const auto answer = answerAtOnce({argv + 1, argv + argc})) {
+        return print(*answer);
+    }
+    const QApplication application(argc, argv); // takes its own arguments out
+    const auto read = readCommandLine({argv + 1, argv + argc});
+    if (const auto* const answer = std::get_if<CommandLineAnswer>(&read)) {
+        return print(*answer);
+    }
+    prepareApplication();
+    return run(application, std::get<CommandLine>(read));
 }

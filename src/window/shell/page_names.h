@@ -14,9 +14,15 @@ struct PageNames {
     std::string_view sendButton;
     std::string_view enabledByOpening; ///< the send button that opening the port enables
     std::string_view answer;           ///< shows the answer
-    std::string_view completionStatus; ///< told "Data Receive OK !!"
+    std::string_view completionStatus; ///< told answeredStatus
     std::string_view silenceStatus;    ///< told "No Answer From PLC"
 };
+
+/// What a page's status says of an answer that came.
+inline constexpr const char* answeredStatus = "Data Receive OK !!";
+
+/// Shows the answers of a run of a scenario.
+inline constexpr std::string_view scenarioAnswer = "txtScnReceive";
 
 /// The four master pages, in the order of their mode options.
 std::span<const PageNames> pageNames();

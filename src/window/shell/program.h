@@ -26,6 +26,9 @@ public:
     FrmVarda& window() { return window_; }
     Controller& controller() { return controller_; }
 
+    /// Ends as its user would, by closing the window, whatever box or dialog stands before it.
+    void end() { window_.close(); }
+
 private:
     QtClock clock_;
     Controller controller_;

@@ -109,6 +109,11 @@ void WindowForm::showMessage(const std::string& text, const std::string& title) 
     boxes_.show(QString::fromStdString(text), QString::fromStdString(title));
 }
 
+void WindowForm::showMessage(const std::string& text, const std::string& title, const Tick& tick) {
+    boxes_.show(QString::fromStdString(text), QString::fromStdString(title),
+                {QString::fromStdString(tick.caption), tick.isTicked, tick.changed});
+}
+
 void WindowForm::ask(const std::string& text, const std::string& title,
                      std::function<void(bool yes)> answered) {
     boxes_.ask(QString::fromStdString(text), QString::fromStdString(title), std::move(answered));

@@ -32,6 +32,7 @@ public:
     void SetScenarioButtons(bool enabled) override;
     void press(std::string_view button) override;
     void showMessage(const std::string& text, const std::string& title) override;
+    void showMessage(const std::string& text, const std::string& title, const Tick& tick) override;
     void ask(const std::string& text, const std::string& title,
              std::function<void(bool yes)> answered) override;
 

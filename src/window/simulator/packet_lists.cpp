@@ -8,6 +8,7 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
+#include "window/controls/frame_line_delegate.h"
 #include "window/controls/profile_files.h"
 #include "window/controls/show_text.h"
 #include "window/system/file_name.h"
@@ -50,6 +51,9 @@ PacketLists::PacketLists(const PageContext& context, FileDialogs& files, Ui::Sim
                        }});
     ui_.lstSimReceive->setModel(&requests_);
     ui_.lstSimSend->setModel(&answers_);
+    for (QListView* const list : {ui_.lstSimReceive, ui_.lstSimSend}) {
+        new FrameLineDelegate(list); // whose width is the longest packet's: none ends in dots
+    }
     bind(std::move(reload));
 }
 
@@ -156,16 +160,20 @@ void PacketLists::saveTo(const QString& path) {
 void PacketLists::saved(bool complete) {
     if (!complete) {
         selectPair(answers_.rowCount()); // the request whose answer is missing
-        throw subscriptOutOfRange();
+        RuntimeError error = subscriptOutOfRange();
+        error.advise("The marked request has no answer. Remove it, and save again.");
+        throw error;
     }
     selectPair(requests_.rowCount() - 1); // each pair is visited in turn, the last stays selected
     showText(ui_.txtSimStatus, "Saved completely !!!");
 }
 
 void PacketLists::cmdLoadSimPacket_Click() {
-    files_.chooseToOpen(packetFiles(), [this](const QString& path) {
-        context_.events.guard([this, &path] { loadFrom(path); });
-    });
+    files_.chooseToOpen(packetFiles(), [this](const QString& path) { load(path); });
+}
+
+void PacketLists::load(const QString& path) {
+    context_.events.guard([this, &path] { loadFrom(path); });
 }
 
 void PacketLists::loadFrom(const QString& path) {

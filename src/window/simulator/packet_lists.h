@@ -28,6 +28,8 @@ public:
                 std::function<void(int row)> reload);
 
     const PacketTable& table() const { return table_; }
+    /// Replaces the pairs by those of a file, as the load button does.
+    void load(const QString& path);
     void addPair(const std::string& request, const std::string& answer);
 
     /// Selects a pair in both lists; -1 selects none.

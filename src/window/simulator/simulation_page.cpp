@@ -57,6 +57,8 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
         letTypeInto(list);
     }
     keepPlaceWhenHidden(ui_->lblSimBit);
+    // of no kind yet: all of them together would make the window wider than small screens are
+    showAll({ui_->optSimOnOff_0, ui_->optSimOnOff_1, ui_->txtSimData, ui_->chkSimHexDec}, false);
     bind();
 }
 
@@ -107,6 +109,8 @@ void SimulationPage::prepareMode() {
     changeMode();
 }
 
+bool SimulationPage::hasPoints() const { return ui_->lstSimMixed->count() > 0; }
+
 const SimKind* SimulationPage::kind() const { return findSimKind(textOf(ui_->cbSimMode)); }
 
 void SimulationPage::cbSimMode_Change() {
@@ -117,7 +121,7 @@ void SimulationPage::cbSimMode_Change() {
 
 void SimulationPage::offerToRegister(const std::function<void()>& accepted,
                                      const std::function<void()>& next) {
-    if (ui_->lstSimMixed->count() == 0) {
+    if (!hasPoints()) {
         next();
         return;
     }
@@ -341,6 +345,7 @@ void SimulationPage::told(const Exchange& exchange) {
     if (exchange.outcome == Outcome::AnsweredByPair) {
         showText(ui_->txtSimSP, lists_->table().answer(*exchange.pair));
     }
+    showAsOld(ui_->txtSimSP, exchange.outcome != Outcome::AnsweredByPair);
     lists_->selectPair(exchange.pair ? static_cast<int>(*exchange.pair) : -1);
 }
 

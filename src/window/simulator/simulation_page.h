@@ -44,6 +44,11 @@ public:
     /// pressed: answering depends on the mode alone.
     void switchStartButton() { lists_->switchStartButton(); }
 
+    /// Replaces the prepared pairs by those of a file.
+    void loadPackets(const QString& path) { lists_->load(path); }
+    /// Whether points of a mixed request are collected.
+    bool hasPoints() const;
+
     const Responder& responder() const { return responder_; }
     /// Shows a request that came in, and the pair that answered it.
     void told(const Exchange& exchange) override;

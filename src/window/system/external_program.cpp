@@ -1,18 +1,21 @@
 #include "window/system/external_program.h"
 
 #include "core/base/runtime_error.h"
+#include "window/system/raise_window.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QProcess>
-#include <QSet>
 #include <QStandardPaths>
 
 #include <chrono>
 
 namespace varda::window {
 namespace {
+
+using Failed = std::function<void(const RuntimeError& error)>;
 
 #if defined(Q_OS_MACOS)
 constexpr QLatin1String opener("open");
@@ -22,72 +25,105 @@ constexpr QLatin1String opener("xdg-open");
 
 /// A program that ends with a failure within this time has shown nothing: it is another one of that name.
 constexpr auto longestFailure = std::chrono::seconds(2);
+/// An opener looks for a viewer for so long at most. One that fails later has found a viewer, which ended
+/// badly.
+constexpr auto longestSearch = std::chrono::seconds(10);
+
+/// How a program ended, or that it never began.
+struct End {
+    bool started;
+    bool well;
+    int exitCode;
+};
 
 RuntimeError nothingStarted(const QString& file, const QString& reason) {
     return fileNotFound(file.toStdString() + ": " + reason.toStdString());
 }
 
-/// The programs that run yet. Never taken down: they are let go at the end of this program, where deleting
-/// them would end them as well.
-QSet<QObject*>& running() {
-    static auto* const processes = new QSet<QObject*>;
+RuntimeError endedBadly(const QString& file) {
+    RuntimeError error(run_time_error::invalidProcedureCall,
+                       "Invalid procedure call or argument: the viewer of " + file.toStdString() +
+                           " ended with a failure.");
+    error.advise("Open the file yourself, or install another viewer for CHM files, for example xchm.");
+    return error;
+}
+
+QString nameOf(const ProgramCall& call) {
+    return (QStringList(call.program) + call.arguments).join(QChar(0));
+}
+
+/// The programs that run yet, by their calls. Never taken down: they are let go at the end of this program,
+/// where deleting them would end them as well.
+QHash<QString, QProcess*>& running() {
+    static auto* const processes = new QHash<QString, QProcess*>;
     return *processes;
 }
 
 /// Starts a process that is deleted when it ends.
-/// @param ended told whether it could be started, and ended well
-void start(const QString& program, const QString& argument, QObject* context,
-           const std::function<void(bool started, bool endedWell)>& ended) {
+void start(const ProgramCall& call, QObject* context, const std::function<void(const End& end)>& ended) {
     auto* const process = new QProcess;
-    running().insert(process);
-    QObject::connect(process, &QObject::destroyed, [process] { running().remove(process); });
+    running().insert(nameOf(call), process);
+    QObject::connect(process, &QObject::destroyed, [name = nameOf(call)] { running().remove(name); });
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
     QObject::connect(process, &QProcess::finished, context,
                      [ended](int exitCode, QProcess::ExitStatus status) {
-                         ended(true, exitCode == 0 && status == QProcess::NormalExit);
+                         ended({true, exitCode == 0 && status == QProcess::NormalExit, exitCode});
                      });
     QObject::connect(process, &QProcess::errorOccurred, context,
                      [process, ended](QProcess::ProcessError error) {
                          if (error == QProcess::FailedToStart) {
                              process->deleteLater(); // it never ends
-                             ended(false, false);
+                             ended({false, false, 0});
                          }
                      });
     QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-    process->start(program, {argument});
+    process->start(call.program, call.arguments);
 }
 
+/// @return false where no program runs from that call
+bool showAgain(const ProgramCall& call) {
+    const QProcess* const process = running().value(nameOf(call));
+    if (process == nullptr || process->state() == QProcess::NotRunning) {
+        return false;
+    }
+    raiseWindowOf(process->processId());
+    return true;
+}
+
+/// What an opener says by its exit code: 2, no such file; 3, no program for it.
+bool foundNoViewer(const End& end) { return !end.started || end.exitCode == 2 || end.exitCode == 3; }
+
 /// Hands a file to the desktop. @throws RuntimeError 53 where it is not there, or there is no opener
-void openWithDesktop(const QString& file, QObject* context,
-                     const std::function<void(const RuntimeError& error)>& failed) {
+void openWithDesktop(const QString& file, QObject* context, const Failed& failed) {
     if (!QFileInfo::exists(file)) {
         throw nothingStarted(file, QStringLiteral("it was not installed with the program."));
     }
-    const QString program = QStandardPaths::findExecutable(opener);
-    if (program.isEmpty()) {
+    const ProgramCall call{QStandardPaths::findExecutable(opener), {file}};
+    if (call.program.isEmpty()) {
         throw nothingStarted(opener, QStringLiteral("install xdg-utils, or open %1 yourself.").arg(file));
     }
-    start(program, file, context, [file, failed](bool /*started*/, bool endedWell) {
-        if (!endedWell) {
-            failed(nothingStarted(file,
-                                  QStringLiteral("no program opens it. Install a viewer for CHM files, for "
-                                                 "example xchm.")));
+    if (showAgain(call)) {
+        return;
+    }
+    const QDeadlineTimer search(longestSearch);
+    start(call, context, [file, failed, search](const End& end) {
+        if (end.well || search.hasExpired()) {
+            return;
         }
+        failed(foundNoViewer(end)
+                   ? nothingStarted(file,
+                                    QStringLiteral("no program opens it. Install a viewer for CHM files, for "
+                                                   "example xchm."))
+                   : endedBadly(file));
     });
 }
 
-/// The file's name as this system writes it: the command names it with the separators of another one.
-QString ownName(QString file) {
-    return QDir::cleanPath(file.replace(QLatin1String("\\\\"), QLatin1String("/")));
-}
-
 /// The same where nobody waits for what it throws.
-void tryDesktop(const QString& file, QObject* context,
-                const std::function<void(const RuntimeError& error)>& failed) {
+void tryNext(const QList<ProgramCall>& calls, const QString& file, QObject* context, const Failed& failed) {
     try {
-        openWithDesktop(file, context, failed);
+        startFirstOf(calls, file, context, failed);
     } catch (const RuntimeError& error) {
         failed(error);
     }
@@ -95,22 +131,34 @@ void tryDesktop(const QString& file, QObject* context,
 
 } // namespace
 
-void startProgram(const QString& commandText, QObject* context,
-                  const std::function<void(const RuntimeError& error)>& failed) {
+QString ownName(QString file) {
+    return QDir::cleanPath(file.replace(QLatin1String("\\\\"), QLatin1String("/")));
+}
+
+void startProgram(const QString& commandText, QObject* context, const Failed& failed) {
     const qsizetype blank = commandText.indexOf(QLatin1Char(' '));
     const QString file = commandText.mid(blank + 1);
-    const QString program = QStandardPaths::findExecutable(commandText.left(blank));
-    if (program.isEmpty()) {
-        openWithDesktop(ownName(file), context, failed);
+    startFirstOf({{commandText.left(blank), {file}}}, ownName(file), context, failed);
+}
+
+void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject* context,
+                  const Failed& failed) {
+    if (calls.isEmpty()) {
+        openWithDesktop(file, context, failed);
         return;
     }
-    const QDeadlineTimer atOnce(longestFailure);
-    // How a viewer that was at work ends is its own matter.
-    start(program, file, context, [file, context, failed, atOnce](bool started, bool endedWell) {
-        if (!started || (!endedWell && !atOnce.hasExpired())) {
-            tryDesktop(ownName(file), context, failed);
-        }
-    });
+    const QList<ProgramCall> others = calls.mid(1);
+    const ProgramCall call{QStandardPaths::findExecutable(calls.first().program), calls.first().arguments};
+    if (call.program.isEmpty()) {
+        startFirstOf(others, file, context, failed);
+    } else if (!showAgain(call)) {
+        const QDeadlineTimer atOnce(longestFailure);
+        start(call, context, [others, file, context, failed, atOnce](const End& end) {
+            if (!end.started || (!end.well && !atOnce.hasExpired())) {
+                tryNext(others, file, context, failed);
+            }
+        });
+    }
 }
 
 } // namespace varda::window

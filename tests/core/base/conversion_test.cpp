@@ -142,5 +142,26 @@ TEST(Conversion, CountsNarrowToEightBits) {
     EXPECT_EQ(numberRaisedBy([] { toByte(std::numeric_limits<std::int64_t>::min()); }), 6);
 }
 
+TEST(Conversion, AdviceNamesTheFieldThatCannotBeRead) {
+    EXPECT_EQ(toInteger("12", "Bit number"), 12);
+    EXPECT_EQ(toLong("40000", "Value"), 40000);
+    const auto integer = [](std::string_view text) {
+        return test::adviceOf([text] { toInteger(text, "Bit number"); });
+    };
+    EXPECT_EQ(integer("x"), "Bit number \"x\" is no number. Type digits only.");
+    EXPECT_EQ(integer(""), "Bit number is empty. Fill it in.");
+    EXPECT_EQ(integer("40000"), "Bit number \"40000\" is out of range: -32768 to 32767.");
+    EXPECT_EQ(test::adviceOf([] { toLong("9999999999", "Value"); }),
+              "Value \"9999999999\" is out of range: -2147483648 to 2147483647.");
+}
+
+TEST(Conversion, FirstAdviceStays) {
+    EXPECT_EQ(test::adviceOf([] {
+                  advised([] { toInteger("x", "Bit number"); },
+                          [](const RuntimeError&) { return "Look elsewhere."; });
+              }),
+              "Bit number \"x\" is no number. Type digits only.");
+}
+
 } // namespace
 } // namespace varda

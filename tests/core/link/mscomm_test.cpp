@@ -19,6 +19,7 @@ struct LineLog {
     int opened = 0;
     int closed = 0;
     bool refuseToOpen = false;
+    std::string notice;
     bool destroyedInsideItsEvent = false;
 };
 
@@ -47,6 +48,7 @@ public:
     Bytes read() override { return std::exchange(waiting, {}); }
     void discard() noexcept override { waiting.clear(); }
     void write(const Bytes& bytes) override { written = bytes; }
+    std::string notice() const override { return log_.notice; }
 
     void happen(CommEvent event, const std::string& reason = {}) {
         isRaising_ = true;
@@ -167,6 +169,17 @@ TEST_F(MSCommTest, IsInUseWhileItIsOpenItself) {
     EXPECT_EQ(numberRaisedBy([this] { comm.open(); }), 8005);
     EXPECT_TRUE(comm.isOpen());
     EXPECT_EQ(log.opened, 1);
+}
+
+TEST_F(MSCommTest, KeepsWhatOpeningCameUponUntilTheNextOpening) {
+    log.notice = "A lock was taken over.";
+    comm.open();
+    EXPECT_EQ(comm.notice(), "A lock was taken over.");
+    comm.close();
+    EXPECT_EQ(comm.notice(), "A lock was taken over.");
+    log.refuseToOpen = true;
+    numberRaisedBy([this] { comm.open(); });
+    EXPECT_EQ(comm.notice(), "");
 }
 
 TEST_F(MSCommTest, StaysClosedWhereTheLineRefusesToOpen) {

@@ -145,5 +145,25 @@ TEST(MixedReadAnswerLength, CountThatIsNoNumberIsAnError) {
     EXPECT_EQ(numberRaisedBy([] { GetMRAnswerLength(Lines{"WORD\tW0000\t40000"}); }), 6);
 }
 
+TEST(PointAdvice, NamesThePoint) {
+    EXPECT_EQ(pointName("WORD\tSR000\t4"), "SR 000");
+    EXPECT_EQ(pointName("BIT\tR0012.3\t8"), "R 0012.3");
+    const auto begins = [](int number, std::string_view line) {
+        const std::string advice = pointAdvice(number, line);
+        return advice.substr(0, advice.find('.'));
+    };
+    EXPECT_EQ(begins(13, "WORD\tSR000\t4"), "SR 000: mixed requests carry no two-letter kind");
+    EXPECT_EQ(begins(13, "WORD\tW0007\t"), "W 0007: the point has no value");
+    EXPECT_EQ(begins(13, "WORD\tW0007\tzz"), "W 0007: the point bears no number");
+    EXPECT_EQ(begins(6, "WORD\tW0007\t128"), "W 0007: with this point a number or the request is too large");
+}
+
+TEST(PointAdvice, ComesWithEveryErrorOfAList) {
+    const Lines lines = {"WORD\tW0001\t100", "WORD\tW0200\t100"};
+    EXPECT_TRUE(test::adviceOf([&] { GetMRAnswerLength(lines); }).starts_with("W 0200: "));
+    EXPECT_TRUE(
+        test::adviceOf([] { GetListDataLength(times(200, "WORD\tW0003\t1")); }).starts_with("W 0003: "));
+}
+
 } // namespace
 } // namespace varda

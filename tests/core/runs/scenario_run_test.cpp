@@ -101,6 +101,8 @@ TEST(ScenarioPeriodTest, IsANumberOf0To65535) {
     EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("-1"); }), 380);
     EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("soon"); }), 13);
     EXPECT_EQ(numberRaisedBy([] { scenarioPeriod("99999999999"); }), 6);
+    EXPECT_EQ(adviceOf([] { scenarioPeriod("65536"); }),
+              "Send Period \"65536\" is out of range: 0 to 65535 milliseconds.");
 }
 
 } // namespace

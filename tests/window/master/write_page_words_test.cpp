@@ -110,6 +110,7 @@ TEST_F(WritePageTest, SixteenColumnsOfTheWidestWordsFit) {
 TEST_F(WritePageTest, EmptiedCellForgetsItsBase) {
     chooseWords("W", "0000", "4");
     enterWord(1, 1, "10", true);
+    enterWord(1, 2, "10", false);
     driver.choose("cbWLength", "5");
     clickCell(1, 1);
     ASSERT_NE(wordDialog(), nullptr);

@@ -148,7 +148,8 @@ TEST_F(AccessibilityTest, EveryControlOfTheWordDialogHasAName) {
 }
 
 TEST_F(AccessibilityTest, EveryLabelBelongsToAControlOrSaysSomethingByItself) {
-    const QSet<QString> texts = {QStringLiteral("mixedReadCaption"), QStringLiteral("mixedWriteCaption")};
+    const QSet<QString> texts = {QStringLiteral("mixedReadCaption"), QStringLiteral("mixedWriteCaption"),
+                                 QStringLiteral("monitorState"), QStringLiteral("openPort")};
     int buddies = 0;
     for (const QLabel* const label : window().findChildren<QLabel*>()) {
         buddies += label->buddy() != nullptr ? 1 : 0;

@@ -1,7 +1,9 @@
 #include "support/window_test.h"
+#include "window/shell/manual.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QShortcut>
 #include <QTemporaryDir>
 
@@ -43,6 +45,28 @@ protected:
         }
         QFile file(calls());
         return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "nothing";
+    }
+
+    /// The same once it has been called again.
+    std::string startedNext() {
+        std::string call = started();
+        QFile::remove(calls());
+        return call;
+    }
+
+    /// A viewer that runs until letViewersEnd(), and counts its starts.
+    void addViewerThatStays(const char* name) {
+        QFile script(programs_.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        const QByteArray folder = programs_.path().toLocal8Bit();
+        script.write("#!/bin/sh\nprintf x >> '" + folder + "/starts'\nwhile ! test -e '" + folder +
+                     "/end' && test -d '" + folder + "'; do /bin/sleep 0.1; done\n");
+        script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
+    qint64 starts() const { return QFileInfo(programs_.filePath(QStringLiteral("starts"))).size(); }
+    void letViewersEnd() {
+        QFile end(programs_.filePath(QStringLiteral("end")));
+        EXPECT_TRUE(end.open(QIODevice::WriteOnly));
     }
 
     std::string program(const char* name) {
@@ -146,10 +170,96 @@ TEST_F(HelpTest, HeldKeyStartsOneViewer) {
     }
 }
 
-TEST_F(HelpTest, F1IsTheHelpButton) {
+TEST_F(HelpTest, ViewerThatEndsBadlyIsNoMissingFile) {
+    constexpr int actionFailed = 4;
+    addProgram("xdg-open", actionFailed);
+    addHelpFile();
+    driver.click("cmdHelp");
+    ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+    EXPECT_TRUE(driver.boxText().starts_with("Run-time error '5':\n\nInvalid procedure call or argument"))
+        << driver.boxText();
+    EXPECT_FALSE(driver.box()->informativeText().isEmpty());
+}
+
+TEST_F(HelpTest, F1OpensThePageOfTheShownPage) {
     addProgram("hh");
+    const std::vector<std::pair<const char*, std::string>> pages = {
+        {"optMode_0", "read"},        {"optMode_1", "write"},      {"optMode_2", "mixed-read"},
+        {"optMode_3", "mixed-write"}, {"optMode_4", "simulation"}, {"optMode_5", "monitoring"}};
+    for (const auto& [option, page] : pages) {
+        driver.click(option);
+        QTest::keyClick(driver.find(option), Qt::Key_F1);
+        EXPECT_EQ(startedNext(),
+                  program("hh") + '\n' + driver.programFolder() + "\\\\VARDA.CHM::/" + page + ".html\n");
+    }
+}
+
+TEST_F(HelpTest, F1InThePanelOfTheScenarioOpensItsPage) {
+    addProgram("hh");
+    driver.find("txtScnPeriod")->setFocus();
+    QTest::keyClick(driver.find("txtScnPeriod"), Qt::Key_F1);
+    EXPECT_TRUE(started().ends_with("VARDA.CHM::/scenario.html\n"));
+}
+
+TEST_F(HelpTest, ViewerThatKnowsNoNamesGetsTheNumberOfThePage) {
+    addProgram("xchm");
+    addHelpFile();
     QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
-    EXPECT_TRUE(started().starts_with(program("hh")));
+    EXPECT_EQ(started(), program("xchm") + "\n-c\n2\n" + driver.programFolder() + "/VARDA.CHM\n");
+}
+
+TEST_F(HelpTest, DesktopsOpenerGetsTheFileWhereNoViewerTakesAPage) {
+    addProgram("xdg-open");
+    addHelpFile();
+    QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
+    EXPECT_EQ(started(), program("xdg-open") + '\n' + driver.programFolder() + "/VARDA.CHM\n");
+}
+
+TEST_F(HelpTest, NumbersOfThePagesAreThoseOfTheManual) {
+    QFile project(QStringLiteral(VARDA_SOURCE_FOLDER "/docs/help/varda.hhp"));
+    ASSERT_TRUE(project.open(QIODevice::ReadOnly));
+    const std::string text = project.readAll().toStdString();
+    for (const ManualPage& page :
+         {manual_page::start, manual_page::read, manual_page::write, manual_page::mixedRead,
+          manual_page::mixedWrite, manual_page::simulation, manual_page::monitoring, manual_page::scenario,
+          manual_page::files, manual_page::troubleshooting}) {
+        const std::string number = ' ' + std::to_string(page.number) + '\n';
+        const std::size_t end = text.find(number);
+        ASSERT_NE(end, std::string::npos) << page.name;
+        const std::size_t begin = text.rfind(' ', end - 1) + 1;
+        const std::string alias = text.substr(begin, end - begin) + '=' + std::string(page.name) + '\n';
+        EXPECT_NE(text.find('\n' + alias), std::string::npos) << alias;
+    }
+}
+
+TEST_F(HelpTest, F1WorksInDialogs) {
+    addProgram("hh");
+    driver.find("cmdRDSend")->setEnabled(true);
+    driver.click("cmdRDSend");
+    ASSERT_NE(driver.box(), nullptr);
+    QTest::keyClick(driver.box(), Qt::Key_F1);
+    EXPECT_TRUE(startedNext().ends_with("VARDA.CHM::/troubleshooting.html\n"));
+    driver.closeBox();
+    driver.click("cmdLoadScenario");
+    auto* const files = driver.window().findChild<QFileDialog*>();
+    ASSERT_NE(files, nullptr);
+    QTest::keyClick(files, Qt::Key_F1);
+    EXPECT_TRUE(startedNext().ends_with("VARDA.CHM::/files.html\n"));
+}
+
+TEST_F(HelpTest, ViewerThatRunsYetIsNotStartedAgain) {
+    addViewerThatStays("hh");
+    QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
+    ASSERT_TRUE(runUntil([this] { return starts() == 1; }));
+    QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
+    driver.click("cmdHelp"); // the start page is another one
+    ASSERT_TRUE(runUntil([this] { return starts() == 2; }));
+    driver.click("cmdHelp");
+    driver.click("optMode_1");
+    QTest::keyClick(driver.find("optMode_1"), Qt::Key_F1);
+    ASSERT_TRUE(runUntil([this] { return starts() == 3; }));
+    EXPECT_EQ(driver.box(), nullptr);
+    letViewersEnd();
 }
 
 } // namespace

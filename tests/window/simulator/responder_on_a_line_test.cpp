@@ -1,5 +1,7 @@
 #include "window/simulator/simulation_page_fixture.h"
 
+#include <QPlainTextEdit>
+
 namespace varda::test {
 namespace {
 
@@ -30,6 +32,25 @@ TEST_F(ResponderOnALineTest, RequestInOnePieceIsAnswered) {
     EXPECT_EQ(selectedAnswer(), 1);
     EXPECT_FALSE(driver.link().InReceive);
     EXPECT_EQ(text("txtCurrentData"), "0");
+}
+
+TEST_F(ResponderOnALineTest, SentIsGreyWhileItAnswersAnEarlierRequest) {
+    const auto isGrey = [this] {
+        const auto* const answered = driver.find<QPlainTextEdit>("txtSimSP");
+        return !answered->extraSelections().isEmpty() &&
+               answered->extraSelections().first().format.foreground().color() ==
+                   answered->palette().color(QPalette::PlaceholderText);
+    };
+    line.write(requestBytes(1));
+    EXPECT_EQ(sentText(7), answer(1));
+    EXPECT_FALSE(isGrey());
+    line.write({0x01, 0x02});
+    ASSERT_TRUE(showsSoon("txtSimRP", "0102"));
+    EXPECT_EQ(text("txtSimSP"), answer(1)); // its text stays
+    EXPECT_TRUE(isGrey());
+    line.write(requestBytes(0));
+    EXPECT_EQ(sentText(8), answer(0));
+    EXPECT_FALSE(isGrey());
 }
 
 TEST_F(ResponderOnALineTest, MatchEnablesDeleteAndClearWithoutTheFocus) {

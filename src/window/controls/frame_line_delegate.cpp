@@ -1,13 +1,22 @@
-#include "window/scenario/frame_line_delegate.h"
-
-#include "window/controls/texts.h"
+#include "window/controls/frame_line_delegate.h"
 
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QListView>
 
 #include <algorithm>
+#include <cmath>
 
 namespace varda::window {
+namespace {
+
+/// Of every character; not always whole pixels, which adds up in a long line.
+double characterWidth(const QFont& font) {
+    return std::max(1.0, QFontMetricsF(font).horizontalAdvance(QLatin1Char('0')));
+}
+
+} // namespace
+
 FrameLineDelegate::FrameLineDelegate(QListView* list)
     : QStyledItemDelegate(list), list_(list), model_(list->model()) {
     connect(model_, &QAbstractItemModel::rowsInserted, this,
@@ -42,17 +51,18 @@ QSize FrameLineDelegate::sizeHint(const QStyleOptionViewItem& option, const QMod
     const QStyle* const style = list_->style();
     QSize size = style->sizeFromContents(QStyle::CT_ItemViewItem, &line, {}, list_);
     const qsizetype longest = lengths_.empty() ? 0 : lengths_.rbegin()->first;
-    size.rwidth() += static_cast<int>(longest) * characterWidth(line.fontMetrics);
+    size.rwidth() += static_cast<int>(std::ceil(static_cast<double>(longest) * characterWidth(line.font)));
     return size;
 }
 
 void FrameLineDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
-    const int width = characterWidth(option->fontMetrics);
-    const int hidden = std::max(0, -option->rect.left() / width);
-    const int shown = list_->viewport()->width() / width + 2; // one may be cut at either edge
+    const double width = characterWidth(option->font);
+    const int hidden = std::max(0, static_cast<int>(-option->rect.left() / width));
+    const int shown =
+        static_cast<int>(list_->viewport()->width() / width) + 2; // one may be cut at either edge
     option->text = option->text.mid(hidden, shown);
-    option->rect.setLeft(option->rect.left() + hidden * width);
+    option->rect.setLeft(option->rect.left() + static_cast<int>(hidden * width));
 }
 
 } // namespace varda::window

@@ -1,0 +1,104 @@
+#include "window/shell/command_line.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <limits>
+#include <sstream>
+#include <string_view>
+
+namespace varda::window {
+namespace {
+
+constexpr int notUnderstood = 2;
+
+constexpr std::array<std::string_view, 6> modeNames = {"read",        "write",      "mixed-read",
+                                                       "mixed-write", "simulation", "monitoring"};
+
+/// As the options' texts are typed; what the window calls them is looked up when all has been read.
+struct Typed {
+    std::string mode;
+    std::string parity;
+};
+
+std::vector<std::string> modes() { return {modeNames.begin(), modeNames.end()}; }
+
+std::string parityText(const std::string& typed) {
+    switch (typed.empty() ? ' ' : typed.front()) {
+    case 'e':
+    case 'E':
+        return "EVEN";
+    case 'o':
+    case 'O':
+        return "ODD";
+    default:
+        return "NONE";
+    }
+}
+
+void addPortOptions(CLI::App& app, CommandLine& line, Typed& typed) {
+    app.add_option("--port", line.port, "COM1 .. COM20, a device such as /dev/ttyUSB0, or VIRTUAL");
+    app.add_option("--baud", line.baudRate, "Bits per second")
+        ->check(CLI::Range(1, std::numeric_limits<int>::max()).description("above 0"));
+    app.add_option("--data", line.dataBits, "Data bits")->check(CLI::IsMember({"5", "6", "7", "8"}));
+    app.add_option("--stop", line.stopBits, "Stop bits")->check(CLI::IsMember({"1", "2"}));
+    app.add_option("--parity", typed.parity, "Parity: none, even, odd, or their first letters")
+        ->check(CLI::IsMember({"n", "e", "o", "none", "even", "odd"}, CLI::ignore_case));
+    app.add_flag("--open", line.open, "Test the port, and open it");
+}
+
+void addPageOptions(CLI::App& app, CommandLine& line, Typed& typed) {
+    app.add_option("--mode", typed.mode, "What the program does")->check(CLI::IsMember(modes()));
+    app.add_option("--packets", line.packets, "Load prepared pairs of request and answer")
+        ->check(CLI::ExistingFile);
+    app.add_option("--scenario", line.scenario, "Load a scenario")->check(CLI::ExistingFile);
+    app.add_option("files", line.files, "Loaded by what they hold: prepared pairs, or a scenario")
+        ->check(CLI::ExistingFile);
+}
+
+void complete(CommandLine& line, const Typed& typed) {
+    if (!typed.parity.empty()) {
+        line.parity = parityText(typed.parity);
+    }
+    if (!typed.mode.empty()) {
+        line.mode = static_cast<int>(std::ranges::find(modeNames, typed.mode) - modeNames.begin());
+    }
+}
+
+} // namespace
+
+std::variant<CommandLine, CommandLineAnswer> readCommandLine(std::vector<std::string> arguments) {
+    CommandLine line;
+    Typed typed;
+    CLI::App app("Test and simulate programmable logic controllers on a serial host link.", "varda");
+    app.set_version_flag("--version", "varda " VARDA_VERSION);
+    app.footer("Options that every Qt program understands, for example -style, are Qt's.");
+    addPortOptions(app, line, typed);
+    addPageOptions(app, line, typed);
+    std::ranges::reverse(arguments); // as this parser wants them
+    try {
+        app.parse(arguments);
+    } catch (const CLI::ParseError& end) {
+        std::ostringstream text;
+        const int result = app.exit(end, text, text);
+        return CommandLineAnswer{text.str(), result == 0 ? 0 : notUnderstood};
+    }
+    complete(line, typed);
+    return line;
+}
+
+std::optional<CommandLineAnswer> answerAtOnce(const std::vector<std::string>& arguments) {
+    for (const std::string& argument : arguments) {
+        if (argument == "--") {
+            break; // files follow
+        }
+        if (argument == "--help" || argument == "-h" || argument == "--version") {
+            return std::get<CommandLineAnswer>(readCommandLine({argument}));
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace varda::window

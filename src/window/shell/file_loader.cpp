@@ -1,0 +1,61 @@
+#include "window/shell/file_loader.h"
+
+#include "core/files/profile_file.h"
+#include "core/link/serial_link.h"
+#include "core/runs/file_kind.h"
+#include "window/controls/form.h"
+#include "window/controls/profile_files.h"
+#include "window/scenario/scenario_panel.h"
+#include "window/simulator/simulation_page.h"
+#include "window/system/file_name.h"
+
+namespace varda::window {
+
+void FileLoader::load(const QStringList& paths) const {
+    QStringList packets; // behind the scenarios, which are loaded on no page that packets may bring up
+    for (const QString& path : paths) {
+        const ProfileFile file = ProfileFile::load(fileName(path));
+        if (tellWhyUnreadable(file, context_)) {
+            continue;
+        }
+        switch (kindOf(file)) {
+        case FileKind::Packets:
+            packets.append(path);
+            break;
+        case FileKind::Scenario:
+            loadScenario(path);
+            break;
+        case FileKind::Neither:
+            context_.form.showMessage(
+                '"' + path.toStdString() + "\" holds neither prepared pairs nor a scenario.", "Confirm");
+            break;
+        }
+    }
+    for (const QString& path : packets) {
+        loadPackets(path);
+    }
+}
+
+/// The page is entered first: entering switches off what loading switches on, and asks about points that were
+/// collected.
+void FileLoader::loadPackets(const QString& path) const {
+    if (!context_.link.port().isOpen() && !window_.simulation.isVisible() &&
+        !window_.simulation.hasPoints()) {
+        window_.showSimulation();
+    }
+    window_.simulation.loadPackets(path);
+    if (!window_.simulation.isVisible()) {
+        window_.tell("Prepared pairs were loaded. Simulation shows them, and answers.");
+    }
+}
+
+void FileLoader::loadScenario(const QString& path) const {
+    if (window_.scenario.mayLoad()) {
+        window_.scenario.load(path);
+    } else {
+        context_.form.showMessage(
+            "A scenario can be loaded while one of the first four modes is chosen and none runs.", "Warning");
+    }
+}
+
+} // namespace varda::window

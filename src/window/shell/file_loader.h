@@ -1,0 +1,40 @@
+#pragma once
+
+#include "window/controls/page_context.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <string>
+
+namespace varda::window {
+
+class ScenarioPanel;
+class SimulationPage;
+
+/// Loads files that come from outside of the window into the place that what they hold belongs to: those that
+/// are named on the command line, opened from a folder, or dropped.
+class FileLoader {
+public:
+    struct Window {
+        SimulationPage& simulation;
+        ScenarioPanel& scenario;
+        std::function<void()> showSimulation;
+        std::function<void(const std::string&)> tell; ///< beside the counters
+    };
+
+    FileLoader(const PageContext& context, Window window) : context_(context), window_(std::move(window)) {}
+
+    /// Loads each file by what it holds; tells in a box of one that holds nothing of this program.
+    void load(const QStringList& paths) const;
+    /// Loads prepared pairs, and shows them: but not while the port is open, for the simulation answers, nor
+    /// while points are collected there, about which it would ask.
+    void loadPackets(const QString& path) const;
+    void loadScenario(const QString& path) const;
+
+private:
+    PageContext context_;
+    Window window_;
+};
+
+} // namespace varda::window

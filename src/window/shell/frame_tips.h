@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/base/bytes.h"
+#include "core/link/exchange.h"
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+class QHelpEvent;
+class QPlainTextEdit;
+class QWidget;
+
+namespace varda::window {
+
+/// Says in a tool tip what the byte below the pointer is, in every frame text of a window.
+class FrameTips : public QObject, public LinkObserver {
+    Q_OBJECT
+
+public:
+    explicit FrameTips(QWidget& window) : window_(window) {}
+
+    /// Takes in every frame text; called once, when all pages stand.
+    void watchFrames();
+
+    /// Remembers what the answer that a page shows is the answer to: its fields may have changed since.
+    void told(const Exchange& exchange) override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool showTip(QPlainTextEdit* frame, const QHelpEvent& where) const;
+    Bytes requestOf(const QPlainTextEdit* answer) const;
+
+    QWidget& window_;
+    QHash<QString, Bytes> requests_; ///< by the name of the field that shows the answer
+};
+
+} // namespace varda::window

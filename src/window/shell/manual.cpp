@@ -1,0 +1,96 @@
+#include "window/shell/manual.h"
+
+#include "core/base/runtime_error.h"
+#include "window/controls/events.h"
+#include "window/system/external_program.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QMessageBox>
+
+#include <utility>
+
+namespace varda::window {
+
+const ManualPage& manualPageOf(Mode mode) {
+    switch (mode) {
+    case Mode::BitRead:
+    case Mode::WordRead:
+        return manual_page::read;
+    case Mode::BitWrite:
+    case Mode::WordWrite:
+        return manual_page::write;
+    case Mode::MixedRead:
+        return manual_page::mixedRead;
+    case Mode::MixedWrite:
+        return manual_page::mixedWrite;
+    case Mode::Simulation:
+        return manual_page::simulation;
+    case Mode::MonitorIdle:
+    case Mode::Monitoring:
+        return manual_page::monitoring;
+    case Mode::Scenario:
+        return manual_page::scenario;
+    }
+    return manual_page::start;
+}
+
+const ManualPage& manualPageOf(const QDialog& dialog) {
+    return qobject_cast<const QMessageBox*>(&dialog) != nullptr   ? manual_page::troubleshooting
+           : qobject_cast<const QFileDialog*>(&dialog) != nullptr ? manual_page::files
+           : dialog.objectName() == QLatin1String("frmWriteWord") ? manual_page::write
+                                                                  : manual_page::start;
+}
+
+Manual::Manual(QWidget& window, Events& events, QString programFolder)
+    : window_(window), events_(events), programFolder_(std::move(programFolder)) {
+    qApp->installEventFilter(this); // dialogs come and go
+}
+
+QString Manual::file() const {
+    return programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
+}
+
+void Manual::show() {
+    startProgram(QStringLiteral("hh ") + file(), this,
+                 [this](const RuntimeError& error) { events_.report(error); });
+}
+
+void Manual::show(const ManualPage& page) {
+    const QString name = QString::fromUtf8(page.name.data(), static_cast<qsizetype>(page.name.size()));
+    const QString own = ownName(file());
+    QList<ProgramCall> calls = {{QStringLiteral("hh"), {file() + QLatin1String("::/") + name}}};
+    if (QFileInfo::exists(own)) {
+        calls.append({QStringLiteral("xchm"), {QStringLiteral("-c"), QString::number(page.number), own}});
+    }
+    startFirstOf(calls, own, this, [this](const RuntimeError& error) { events_.report(error); });
+}
+
+const QDialog* Manual::dialogOf(const QObject* watched) const {
+    const auto* const widget = qobject_cast<const QWidget*>(watched);
+    const auto* const dialog = widget != nullptr ? qobject_cast<const QDialog*>(widget->window()) : nullptr;
+    const QWidget* owner = dialog;
+    while (owner != nullptr && owner != &window_) {
+        owner = owner->parentWidget();
+    }
+    return owner != nullptr ? dialog : nullptr;
+}
+
+bool Manual::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) {
+        return false;
+    }
+    const auto& key = *static_cast<const QKeyEvent*>(event);
+    const bool asks = key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier && !key.isAutoRepeat();
+    const QDialog* const dialog = asks ? dialogOf(watched) : nullptr;
+    if (dialog == nullptr) {
+        return false;
+    }
+    events_.guard([this, dialog] { show(manualPageOf(*dialog)); });
+    return true;
+}
+
+} // namespace varda::window

@@ -1,0 +1,72 @@
+#include "window/shell/screen_fit.h"
+
+#include <QEvent>
+#include <QMainWindow>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace varda::window {
+namespace {
+
+void makePlain(QScrollArea* area) {
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidgetResizable(true);
+    area->viewport()->setAutoFillBackground(false);
+}
+
+/// As wide as its part needs it, so that nothing ever has to be looked for at the side.
+class UpAndDown : public QScrollArea {
+public:
+    explicit UpAndDown(QWidget* part) {
+        makePlain(this);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWidget(part);
+        part->setAutoFillBackground(false); // the tab's own shows through
+        connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this] { updateGeometry(); });
+    }
+
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+
+    QSize minimumSizeHint() const override {
+        constexpr int fewLines = 6;
+        const int bar = verticalScrollBar()->maximum() > 0 ? verticalScrollBar()->sizeHint().width() : 0;
+        const QSize whole = widget()->minimumSizeHint();
+        return {whole.width() + bar, std::min(whole.height(), fewLines * fontMetrics().height())};
+    }
+
+protected:
+    /// The part may need more room than before, for example when a field of it is shown.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == widget() && event->type() == QEvent::LayoutRequest) {
+            updateGeometry();
+        }
+        return QScrollArea::eventFilter(watched, event);
+    }
+};
+
+/// What of a screen is left for the inside of a window: its title and edges are not known before it is shown.
+QSize roomFor(const QWidget* window) {
+    constexpr int edges = 8;
+    const int title = window->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    return window->screen()->availableSize() - QSize(edges, title + edges);
+}
+
+} // namespace
+
+QWidget* lettingScroll(QWidget* part) { return new UpAndDown(part); }
+
+void fitScreen(QMainWindow* window) {
+    auto* const area = new QScrollArea;
+    makePlain(area);
+    area->setWidget(window->takeCentralWidget());
+    area->widget()->setAutoFillBackground(false);
+    window->setCentralWidget(area);
+    window->resize(window->size().boundedTo(roomFor(window)));
+}
+
+} // namespace varda::window

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace varda::window {
+
+/// Asks the window manager to bring the window of a process, or of one that it started, to the front. Does
+/// nothing where there is no such window, or no window manager of X11 to ask.
+void raiseWindowOf(qint64 process);
+
+} // namespace varda::window

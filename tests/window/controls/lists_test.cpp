@@ -1,0 +1,96 @@
+#include "support/window_test.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QScrollBar>
+
+namespace varda::test {
+namespace {
+
+class ListsTest : public WindowTest {
+protected:
+    QAbstractItemView* open(const char* name) {
+        auto* const list = driver.find<QComboBox>(name);
+        list->setFocus();
+        list->showPopup();
+        return list->view();
+    }
+
+    /// The entries that an open list marks.
+    static std::string marked(const QAbstractItemView* list) {
+        std::string texts;
+        for (const QModelIndex& entry : list->selectionModel()->selectedIndexes()) {
+            texts += entry.data().toString().toStdString() + ' ';
+        }
+        return texts;
+    }
+
+    void chooseWordKind(const char* kind) {
+        driver.click("optRead_1");
+        driver.choose("cbRegister", kind);
+    }
+};
+
+TEST_F(ListsTest, LongListShowsAScrollBar) {
+    chooseWordKind("SR");
+    const QAbstractItemView* const numbers = open("cbRegAddress");
+    EXPECT_EQ(numbers->model()->rowCount(), 512);
+    EXPECT_TRUE(numbers->verticalScrollBar()->isVisible());
+    EXPECT_GT(numbers->verticalScrollBar()->maximum(), 0);
+}
+
+TEST_F(ListsTest, EveryTypedInListHasAScrollBarWhereItIsLong) {
+    for (const auto* const list : driver.window().findChildren<QComboBox*>()) {
+        if (list->isEditable()) {
+            EXPECT_EQ(list->view()->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded)
+                << list->objectName().toStdString();
+        }
+    }
+}
+
+TEST_F(ListsTest, KeepsItsWidthWhateverItHolds) {
+    const int width = driver.find("cbRegAddress")->width();
+    chooseWordKind("SR");
+    driver.choose("cbRegAddress", "511");
+    EXPECT_EQ(driver.find("cbRegAddress")->width(), width);
+}
+
+TEST_F(ListsTest, MarksTheEntryThatWasChosen) {
+    chooseWordKind("SR");
+    driver.choose("cbRegAddress", "300");
+    const QAbstractItemView* const numbers = open("cbRegAddress");
+    EXPECT_EQ(marked(numbers), "300 ");
+    EXPECT_TRUE(numbers->viewport()->rect().intersects(numbers->visualRect(numbers->currentIndex())));
+}
+
+TEST_F(ListsTest, MarksTheEntryThatWasTyped) {
+    driver.type("cbPort", "COM17");
+    const QAbstractItemView* const ports = open("cbPort");
+    EXPECT_EQ(marked(ports), "COM17 ");
+    EXPECT_TRUE(ports->viewport()->rect().intersects(ports->visualRect(ports->currentIndex())));
+}
+
+TEST_F(ListsTest, MarksNothingForATextThatIsNoEntry) {
+    driver.type("cbPort", "VIRTUAL");
+    EXPECT_EQ(marked(open("cbPort")), "");
+}
+
+TEST_F(ListsTest, OnlyTheFieldIsYellowNotItsOpenList) {
+    const QAbstractItemView* const ports = open("cbPort");
+    chooseWordKind("R");
+    const QAbstractItemView* const kinds = open("cbRegister");
+    for (const QAbstractItemView* const list : {ports, kinds}) {
+        EXPECT_EQ(list->palette().color(QPalette::Base), QApplication::palette().color(QPalette::Base));
+    }
+    EXPECT_EQ(driver.find("cbRegister")->palette().color(QPalette::Base), QColor(255, 255, 0));
+}
+
+TEST_F(ListsTest, OpeningAndLeavingAListChangesNothing) {
+    driver.type("cbPort", "COM17");
+    QTest::keyClick(open("cbPort"), Qt::Key_Escape);
+    EXPECT_EQ(text("cbPort"), "COM17");
+}
+
+} // namespace
+} // namespace varda::test

@@ -1,0 +1,69 @@
+#include "window/shell/announcer.h"
+
+#include "support/manual_clock.h"
+#include "support/window_test.h"
+
+#include <QLabel>
+
+namespace varda::test {
+namespace {
+
+class AnnouncerTest : public WindowTest {
+protected:
+    std::size_t spokenTimes(const char* text) {
+        spoken.clear();
+        announcer.speak(&label, QString::fromLatin1(text));
+        return spoken.size();
+    }
+
+    ManualClock clock;
+    std::vector<std::string> spoken; ///< names of controls
+    Announcer announcer{clock,
+                        [this](QWidget* control) { spoken.push_back(control->objectName().toStdString()); }};
+    QLabel label;
+};
+
+TEST_F(AnnouncerTest, SpeaksEveryStatusOfTheWindowWhenItChanges) {
+    announcer.listenToStatuses(&driver.window());
+    const std::vector<std::string> fields = {"txtRStatus", "txtWStatus", "txtMRStatus", "txtMWStatus",
+                                             "txtSimStatus"};
+    for (const std::string& field : fields) {
+        paste(field.c_str(), "Port Closed");
+    }
+    EXPECT_EQ(spoken, fields);
+}
+
+TEST_F(AnnouncerTest, SpeaksNoOtherFieldAndNoEmptiedOne) {
+    paste("txtRStatus", "Port Closed");
+    announcer.listenToStatuses(&driver.window());
+    paste("txtRStatus", "");
+    paste("txtRDDA", "7");
+    paste("txtReceiveRData", "FF FF ");
+    EXPECT_TRUE(spoken.empty());
+}
+
+TEST_F(AnnouncerTest, SpeaksOnceWhatComesAgainAndAgain) {
+    EXPECT_EQ(spokenTimes("Data Receive OK !!"), 1U);
+    for (int period = 0; period < 50; ++period) {
+        clock.advance(200);
+        EXPECT_EQ(spokenTimes(""), 0U);
+        EXPECT_EQ(spokenTimes("Data Receive OK !!"), 0U);
+    }
+}
+
+TEST_F(AnnouncerTest, SpeaksTheSameAgainAfterASilence) {
+    EXPECT_EQ(spokenTimes("Data Receive OK !!"), 1U);
+    clock.advance(2999);
+    EXPECT_EQ(spokenTimes("Data Receive OK !!"), 0U);
+    clock.advance(3000);
+    EXPECT_EQ(spokenTimes("Data Receive OK !!"), 1U);
+}
+
+TEST_F(AnnouncerTest, SpeaksAtOnceWhatIsNew) {
+    EXPECT_EQ(spokenTimes("Data Receive OK !!"), 1U);
+    EXPECT_EQ(spokenTimes("No Answer From PLC"), 1U);
+    EXPECT_EQ(spokenTimes("Data Receive OK !!"), 1U);
+}
+
+} // namespace
+} // namespace varda::test

@@ -1,0 +1,134 @@
+#include "support/driven_window.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include <gtest/gtest.h>
+
+namespace varda::test {
+namespace {
+
+const Bytes answer = {0xFF, 0xFF, 0xA3, 0x02, 0x41, 0x00, 0xB3, 0xD4};
+const Bytes laterAnswer = {0xFF, 0xFF, 0xA3, 0x02, 0x42, 0x00, 0xB3, 0x24};
+constexpr const char* answerText = "FF FF A3 02 41 00 B3 D4 ";
+constexpr int period = 200;
+
+/// A word read that repeats every 200 ms.
+class LastAnswersTest : public testing::Test {
+protected:
+    LastAnswersTest() {
+        window.paste("txtReadTimerValue", std::to_string(period));
+        window.click("cmdCommTest");
+        window.click("cmdPortOpen");
+        window.click("optRead_1");
+        for (const auto& [list, entry] :
+             {std::pair("cbRegister", "SR"), std::pair("cbRegAddress", "000"), std::pair("cbRLength", "1")}) {
+            window.choose(list, window.find<QComboBox>(list)->findText(QString::fromLatin1(entry)));
+        }
+        window.click("chkRTimer");
+    }
+
+    /// To the next send, at which the fields are emptied.
+    void send() {
+        window.farEnd().takeWritten();
+        for (int waited = 0; window.farEnd().takeWritten().empty() && waited <= period; waited += 10) {
+            window.advance(10);
+        }
+    }
+
+    void sendAndAnswer(const Bytes& bytes) {
+        send();
+        window.farEnd().deliver(bytes);
+        window.advance(100);
+    }
+
+    std::string greyAnswer() {
+        return window.find<QPlainTextEdit>("txtReceiveRData")->placeholderText().toStdString();
+    }
+    std::string greyStatus() { return window.find<QLineEdit>("txtRStatus")->placeholderText().toStdString(); }
+
+    DrivenWindow window;
+};
+
+TEST_F(LastAnswersTest, NothingIsGreyBeforeTheFirstAnswer) {
+    send();
+    EXPECT_EQ(greyAnswer(), "");
+    EXPECT_EQ(greyStatus(), "");
+}
+
+TEST_F(LastAnswersTest, TheLastAnswerStandsInGreyWhileTheNextIsAwaited) {
+    sendAndAnswer(answer);
+    EXPECT_EQ(window.text("txtReceiveRData"), answerText);
+    send();
+    EXPECT_EQ(window.text("txtReceiveRData"), "");
+    EXPECT_EQ(window.text("txtRStatus"), "");
+    EXPECT_EQ(greyAnswer(), answerText);
+    EXPECT_EQ(greyStatus(), "Data Receive OK !!");
+    window.farEnd().deliver(laterAnswer);
+    window.advance(100);
+    send();
+    EXPECT_EQ(greyAnswer(), "FF FF A3 02 42 00 B3 24 ");
+}
+
+TEST_F(LastAnswersTest, AnswerAndStatusAreInSightAllTheTimeOnceOneCame) {
+    sendAndAnswer(answer);
+    int blank = 0;
+    int textsOnly = 0;
+    for (int time = 0; time < 20 * period; time += 10) {
+        if (!window.farEnd().takeWritten().empty()) {
+            window.farEnd().deliver(answer);
+        }
+        window.advance(10);
+        const bool empty = window.text("txtReceiveRData").empty();
+        textsOnly += empty ? 1 : 0;
+        blank += empty && greyAnswer().empty() ? 1 : 0;
+    }
+    EXPECT_GT(textsOnly, 0);
+    EXPECT_EQ(blank, 0);
+}
+
+TEST_F(LastAnswersTest, AnAnswerOfTheWrongLengthLeavesTheOneBefore) {
+    sendAndAnswer(answer);
+    sendAndAnswer({0x01, 0x02});
+    EXPECT_EQ(window.text("txtReceiveRData"), "");
+    EXPECT_EQ(greyAnswer(), answerText);
+}
+
+TEST_F(LastAnswersTest, NothingStaysGreyOnceThirteenRequestsInARowHadNoAnswer) {
+    sendAndAnswer(answer);
+    for (int request = 0; request < 13; ++request) {
+        send();
+        EXPECT_EQ(greyAnswer(), answerText) << request;
+    }
+    send();
+    EXPECT_EQ(greyAnswer(), "");
+    EXPECT_EQ(greyStatus(), "");
+}
+
+TEST_F(LastAnswersTest, NothingStaysGreyOnceTheControllerIsSilent) {
+    sendAndAnswer(answer);
+    send();
+    window.click("chkRTimer");
+    window.advance(14 * period);
+    EXPECT_EQ(window.text("txtRStatus"), "No Answer From PLC");
+    EXPECT_EQ(greyAnswer(), "");
+    EXPECT_EQ(greyStatus(), "");
+}
+
+TEST_F(LastAnswersTest, NothingStaysGreyOnceTheLineIsGone) {
+    sendAndAnswer(answer);
+    send();
+    window.farEnd().hangUp("gone");
+    EXPECT_EQ(greyAnswer(), "");
+}
+
+TEST_F(LastAnswersTest, EachPageKeepsItsOwn) {
+    sendAndAnswer(answer);
+    window.click("optMode_1");
+    EXPECT_EQ(window.find<QPlainTextEdit>("txtReceiveWData")->placeholderText().toStdString(), "");
+    EXPECT_EQ(greyAnswer(), answerText);
+}
+
+} // namespace
+} // namespace varda::test

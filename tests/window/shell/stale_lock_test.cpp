@@ -1,0 +1,64 @@
+#include "core/base/scope_exit.h"
+#include "device/lock_file.h"
+#include "support/dead_process.h"
+#include "support/temporary_folder.h"
+#include "support/window_test.h"
+
+#include <QLabel>
+
+#include <filesystem>
+
+namespace varda::test {
+namespace {
+
+class StaleLockTest : public WindowTest {
+protected:
+    StaleLockTest() {
+        std::string name = line.path().substr(std::string("/dev/").size());
+        std::ranges::replace(name, '/', '_');
+        lock_ = device::LockFile::usualFolders().front() + "/LCK.." + name;
+        writeBytes(lock_, std::to_string(dead) + "\n");
+    }
+    void TearDown() override {
+        std::error_code ignored;
+        std::filesystem::remove(lock_, ignored);
+    }
+
+    /// Not where this system has no folder for such files, or lets nobody write there.
+    bool isThere() const { return !bytesOf(lock_).empty(); }
+    std::string notice() { return driver.find<QLabel>("slowLine")->text().toStdString(); }
+
+    const int dead = deadProcess();
+    const std::string told =
+        "The lock of process " + std::to_string(dead) + ", which has ended, was taken over.";
+
+private:
+    std::string lock_;
+};
+
+TEST_F(StaleLockTest, IsToldByTheTestAndStaysUntilThePortIsClosed) {
+    if (!isThere()) {
+        GTEST_SKIP() << "notice: no lock file can be made here";
+    }
+    EXPECT_EQ(notice(), "");
+    paste("cbPort", line.path());
+    driver.click("cmdCommTest");
+    EXPECT_EQ(notice(), told);
+    EXPECT_EQ(driver.find<QLabel>("slowLine")->toolTip().toStdString(), told) << "where there is no room";
+    EXPECT_EQ(driver.box(), nullptr);
+    driver.click("cmdPortOpen");
+    EXPECT_EQ(text("cmdPortOpen"), "Close Port");
+    EXPECT_EQ(notice(), told);
+    driver.click("cmdPortOpen");
+    EXPECT_EQ(notice(), "");
+}
+
+TEST_F(StaleLockTest, IsToldOnce) {
+    paste("cbPort", line.path());
+    driver.click("cmdCommTest");
+    driver.click("cmdCommTest");
+    EXPECT_EQ(notice(), "");
+}
+
+} // namespace
+} // namespace varda::test
