@@ -37,9 +37,9 @@ TEST_F(ResponderOnALineTest, RequestInOnePieceIsAnswered) {
 TEST_F(ResponderOnALineTest, SentIsGreyWhileItAnswersAnEarlierRequest) {
     const auto isGrey = [this] {
         const auto* const answered = driver.find<QPlainTextEdit>("txtSimSP");
-        return !answered->extraSelections().isEmpty() &&
-               answered->extraSelections().first().format.foreground().color() ==
-                   answered->palette().color(QPalette::PlaceholderText);
+        const auto marked = answered->extraSelections();
+        return !marked.isEmpty() && marked.first().format.foreground().color() ==
+                                        answered->palette().color(QPalette::PlaceholderText);
     };
     line.write(requestBytes(1));
     EXPECT_EQ(sentText(7), answer(1));
