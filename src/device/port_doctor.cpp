@@ -19,7 +19,8 @@ std::string reportOf(const PortFindings& findings) {
 std::string reportOf(const std::vector<PortFindings>& findings) {
     std::string text;
     for (const PortFindings& port : findings) {
-        text += (text.empty() ? "" : "\n") + reportOf(port);
+        text += text.empty() ? "" : "\n";
+        text += reportOf(port);
     }
     return text.empty() ? "No serial port is there. Plug the adapter in, and look again.\n" : text;
 }

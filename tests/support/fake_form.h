@@ -38,6 +38,7 @@ public:
             run(textChanges_, control);
         }
     }
+    void setPlaceholder(std::string_view /*control*/, const std::string& /*text*/) override {}
     bool isTicked(std::string_view control) const override { return valueOr(ticks_, control, false); }
     void setTicked(std::string_view control, bool ticked) { ticks_[std::string(control)] = ticked; }
     bool isEnabled(std::string_view control) const { return valueOr(enabled_, control, true); }

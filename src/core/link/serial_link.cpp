@@ -16,8 +16,6 @@ using namespace std::chrono_literals;
 constexpr auto burstWait = 100ms;
 /// A request to the simulator is whole when no byte has come for this long.
 constexpr auto settleWait = 150ms;
-/// Ticks without reception after which the wait for an answer ends.
-constexpr int ticksOfSilence = 13;
 
 std::int16_t raised(std::int16_t count, std::size_t by) {
     constexpr std::size_t largest = std::numeric_limits<std::int16_t>::max();

@@ -40,6 +40,9 @@ struct PreparedAnswer {
 /// clock. What becomes of each exchange is told to the observers.
 class SerialLink {
 public:
+    /// Ticks without reception after which the wait for an answer ends.
+    static constexpr int ticksOfSilence = 13;
+
     /// Whom the link asks. Both run on the interface thread.
     struct Roles {
         /// Sends the shown request once more, where the user wants that: on every tick on which a master page

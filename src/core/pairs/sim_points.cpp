@@ -66,8 +66,8 @@ SimPosition positionAt(int address, Access access) {
     const bool bits = access == Access::Bit;
     // kept: an "SR" address comes back whole, not as a number within its block
     const SplitAddress split = bits ? splitBitWord(address / 16) : SplitRegisterAddress(address);
-    const RegisterKind* const kind = findRegisterKind(split.kind);
-    return {split.kind, decimal(split.number, kind->listWidth), bits ? std::to_string(address % 16) : ""};
+    return {split.kind, registerNumberText(split.kind, split.number),
+            bits ? std::to_string(address % 16) : ""};
 }
 
 std::string onOrOff(std::uint8_t value) {
@@ -97,7 +97,7 @@ void parseBody(PreparedRequest& prepared, const Bytes& bytes, const Command& com
         throw typeMismatch();
     }
     const Access access = *command.access;
-    prepared.position = positionAt(bytes[offset::address] + 256 * bytes[offset::address + 1], access);
+    prepared.position = positionAt(lowHigh(bytes, offset::address), access);
     if (command.writes) {
         const auto data = std::span(bytes).subspan(offset::data);
         rebuildPoints(prepared, data.first(data.size() - frame_size::check), access);

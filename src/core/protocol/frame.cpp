@@ -31,7 +31,7 @@ std::optional<Frame> parse(std::span<const std::uint8_t> bytes) {
         return std::nullopt;
     }
     const std::size_t checked = frame_size::header + bytes[offset::length];
-    if (crc16(bytes.first(checked)) != bytes[checked] + 256 * bytes[checked + 1]) {
+    if (crc16(bytes.first(checked)) != lowHigh(bytes, checked)) {
         return std::nullopt;
     }
     return Frame{bytes[offset::destination], bytes[offset::source], bytes[offset::command],

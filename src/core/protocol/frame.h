@@ -68,6 +68,11 @@ constexpr int readAnswerSize(Access access, int count) {
     return valueSize(access) * count + static_cast<int>(frame_size::envelope);
 }
 
+/// The number that two bytes carry, low byte first. @param at the low one's place; both are in there
+constexpr int lowHigh(std::span<const std::uint8_t> bytes, std::size_t at) {
+    return bytes[at] + 256 * bytes[at + 1];
+}
+
 /// A frame in the bytes that it was found in, which must outlive it.
 struct Frame {
     std::uint8_t destination;

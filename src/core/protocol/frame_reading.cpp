@@ -29,9 +29,8 @@ struct Point {
 
 std::string hexNumber(int value, std::size_t digits) { return hex(value, digits) + 'h'; }
 
-int lowHigh(Octets bytes, std::size_t at) {
-    return at + 1 < bytes.size() ? bytes[at] + 256 * bytes[at + 1] : 0;
-}
+/// 0 where a frame was cut within the number.
+int numberAt(Octets bytes, std::size_t at) { return at + 1 < bytes.size() ? lowHigh(bytes, at) : 0; }
 
 std::string nameOf(const Point& point) {
     return point.access == Access::Bit ? bitName(point.address) : wordName(point.address);
@@ -41,12 +40,12 @@ std::string valueOf(const std::string& name, Access access, Octets bytes, std::s
     if (access == Access::Bit) {
         return bitInWords(name, bytes[at]);
     }
-    return at + 1 < bytes.size() ? wordInWords(name, lowHigh(bytes, at)) : name + ", its first byte";
+    return at + 1 < bytes.size() ? wordInWords(name, numberAt(bytes, at)) : name + ", its first byte";
 }
 
 /// A point of a mixed request, which says in its address what it is.
 Point mixedPoint(Octets frame, std::size_t at) {
-    const int address = lowHigh(frame, at);
+    const int address = numberAt(frame, at);
     const bool isWord = (address & wordMarkInAddress) != 0;
     return isWord ? Point{Access::Word, address & ~wordMarkInAddress} : Point{Access::Bit, address};
 }
@@ -98,7 +97,7 @@ private:
     }
 
     std::string check() const {
-        const int found = lowHigh(frame_, checkAt());
+        const int found = numberAt(frame_, checkAt());
         const int right = crc16(frame_.first(checkAt()));
         const std::string shown = "CRC " + hexNumber(found, 4);
         return found == right ? shown + ", right"
@@ -123,7 +122,7 @@ private:
     // Requests
 
     std::string singleBody(const Command& asked, std::size_t index) const {
-        const Point first{*asked.access, lowHigh(frame_, offset::address)};
+        const Point first{*asked.access, numberAt(frame_, offset::address)};
         if (index < offset::count) {
             return "Address " + hexNumber(first.address, 4) + ": " + core::nameOf(first);
         }
@@ -152,7 +151,7 @@ private:
         const Point point = mixedPoint(frame_, at);
         const std::string name = core::nameOf(point);
         if (!asked.writes || index < at + frame_size::address) {
-            return "Address " + hexNumber(lowHigh(frame_, at), 4) + ": " + name;
+            return "Address " + hexNumber(numberAt(frame_, at), 4) + ": " + name;
         }
         return valueOf(name, point.access, frame_.first(checkAt()), at + frame_size::address);
     }
@@ -173,7 +172,7 @@ private:
         if (!isKnown) {
             return unnamed(*asked.access, index);
         }
-        return data({*asked.access, lowHigh(request_, offset::address)}, offset::body, index);
+        return data({*asked.access, numberAt(request_, offset::address)}, offset::body, index);
     }
 
     std::string plain(std::size_t index) const {
@@ -218,6 +217,7 @@ std::string_view takeGroup(std::string_view& text, bool grouped) {
     return group;
 }
 
+/// One or two digits: a station's group may have one.
 std::optional<std::uint8_t> octet(std::string_view group) {
     std::uint8_t value = 0;
     const char* const end = group.data() + group.size();
@@ -234,7 +234,7 @@ std::string wordName(int word) {
     if (kind == kinds.end()) {
         return "address " + hexNumber(word, 4);
     }
-    return std::string(kind->name) + ' ' + decimal(word - kind->base, kind->listWidth);
+    return std::string(kind->name) + ' ' + registerNumberText(kind->name, word - kind->base);
 }
 
 std::string bitName(int address) {

@@ -97,6 +97,11 @@ std::vector<std::string> numberListTexts(std::string_view kind) {
                             : std::vector<std::string>();
 }
 
+std::string registerNumberText(std::string_view kind, int number) {
+    const RegisterKind* const found = findRegisterKind(kind);
+    return decimal(number, found != nullptr ? found->listWidth : 1);
+}
+
 std::vector<std::string> bitListTexts() { return decimalTexts(0, 15); }
 
 std::vector<std::string> countListTexts(int limit) { return decimalTexts(1, limit); }

@@ -61,6 +61,10 @@ std::vector<std::string> kindListTexts(Access access);
 /// Texts of a page's register number list for a kind; none for an unknown one.
 std::vector<std::string> numberListTexts(std::string_view kind);
 
+/// A register's number as lists and headings show it, zero-filled to the width of its kind; as it is for an
+/// unknown one.
+std::string registerNumberText(std::string_view kind, int number);
+
 /// Texts of a page's bit number list, "0" .. "15".
 std::vector<std::string> bitListTexts();
 

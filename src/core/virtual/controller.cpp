@@ -28,7 +28,7 @@ struct Storage {
 };
 
 /// Addresses and words travel low byte first.
-std::uint16_t lowFirst(Body bytes) { return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8); }
+std::uint16_t lowFirst(Body bytes) { return static_cast<std::uint16_t>(lowHigh(bytes, 0)); }
 
 void appendLowFirst(Bytes& bytes, std::uint16_t value) {
     bytes.push_back(static_cast<std::uint8_t>(value & 0xFF));

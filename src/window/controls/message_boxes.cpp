@@ -39,9 +39,7 @@ void makeRoomForTitle(QMessageBox* box) {
 
 MessageBoxes::~MessageBoxes() { delete shown_; }
 
-void MessageBoxes::show(const QString& text, const QString& title) { show(text, title, Tick()); }
-
-void MessageBoxes::show(const QString& text, const QString& title, const Tick& tick) {
+void MessageBoxes::show(const QString& text, const QString& title, const Form::Tick& tick) {
     enqueue({.text = text, .title = title, .tick = tick});
 }
 
@@ -76,18 +74,18 @@ void MessageBoxes::showFirst() {
     if (!box.advice.isEmpty()) {
         showAdvice(shown_, box.advice);
     }
-    makeRoomForTitle(shown_);
-    QObject::connect(shown_, &QMessageBox::finished, window_,
-                     [this](int button) { finishFirst(button == QMessageBox::Yes); });
-    if (!box.tick.caption.isEmpty()) {
+    if (!box.tick.caption.empty()) {
         addTick(box.tick);
     }
+    makeRoomForTitle(shown_); // behind what lays the box out anew
+    QObject::connect(shown_, &QMessageBox::finished, window_,
+                     [this](int button) { finishFirst(button == QMessageBox::Yes); });
     shown_->open();
 }
 
 /// Enter and Space still press OK, as in every other box.
-void MessageBoxes::addTick(const Tick& tick) {
-    auto* const offer = new QCheckBox(tick.caption, shown_);
+void MessageBoxes::addTick(const Form::Tick& tick) {
+    auto* const offer = new QCheckBox(QString::fromStdString(tick.caption), shown_);
     offer->setChecked(tick.isTicked);
     QObject::connect(offer, &QCheckBox::toggled, window_, tick.changed);
     shown_->setCheckBox(offer);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "window/controls/form.h"
+
 #include <QPointer>
 #include <QString>
 
@@ -22,15 +24,8 @@ public:
     MessageBoxes& operator=(const MessageBoxes&) = delete;
     ~MessageBoxes();
 
-    /// A box to tick below the text; none without a caption.
-    struct Tick {
-        QString caption;
-        bool isTicked = false;
-        std::function<void(bool isTicked)> changed;
-    };
-
-    void show(const QString& text, const QString& title);
-    void show(const QString& text, const QString& title, const Tick& tick);
+    /// @param tick none without a caption
+    void show(const QString& text, const QString& title, const Form::Tick& tick = {});
     /// Shows a report of the program itself: titled as its window. @param advice stands below the text
     void showReport(const QString& text, const QString& advice = {});
     void ask(const QString& text, const QString& title, Answered answered);
@@ -41,12 +36,12 @@ private:
         QString title;
         Answered answered{}; ///< empty for a box with an OK button only
         QString advice{};
-        Tick tick{};
+        Form::Tick tick{};
     };
 
     void enqueue(Box box);
     void showFirst();
-    void addTick(const Tick& tick);
+    void addTick(const Form::Tick& tick);
     void finishFirst(bool yes);
 
     QWidget* window_;

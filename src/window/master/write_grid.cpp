@@ -40,6 +40,7 @@ protected:
         option->text = withBase(option->text, index.data(hexadecimalRole).toBool());
     }
 };
+
 /// What a screen reader calls the cell beside its headings; the text itself where there is one.
 void nameCell(QTableWidgetItem* cell) {
     cell->setData(Qt::AccessibleTextRole, cell->text().isEmpty() ? QObject::tr("empty") : cell->text());
@@ -108,12 +109,11 @@ void WriteGrid::layRows(int rows, std::string_view kind, int firstNumber, int st
             grid_->setItem(row, column, newCell());
         }
     }
-    const RegisterKind* const found = findRegisterKind(kind);
     QStringList headings;
     for (int row = 0; row < rows; ++row) {
-        const std::size_t width = found != nullptr ? found->listWidth : 1;
-        headings.append(kind.empty() ? QStringLiteral(" ")
-                                     : QString::fromStdString(decimal(firstNumber + row * step, width)));
+        headings.append(kind.empty()
+                            ? QStringLiteral(" ")
+                            : QString::fromStdString(registerNumberText(kind, firstNumber + row * step)));
     }
     grid_->setVerticalHeaderLabels(headings);
 }

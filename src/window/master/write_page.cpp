@@ -21,7 +21,8 @@ namespace {
 
 constexpr int noCount = -1;
 constexpr int noNumber = -1;
-constexpr int countOfAllRows = 17; ///< data rows laid for a count of "0"
+constexpr int countOfAllRows = 17;      ///< data rows laid for a count of "0"
+constexpr qsizetype mostPasted = 65536; ///< characters; no request has words for so many
 
 } // namespace
 
@@ -222,10 +223,9 @@ void WritePage::toggleBit(int position) {
 }
 
 QString WritePage::registerName(int position) const {
-    const RegisterKind* const kind = findRegisterKind(fields().kindText());
+    const std::string kind = fields().kindText();
     const int number = fields().number() + position - 1;
-    return QString::fromStdString(fields().kindText() + " " +
-                                  decimal(number, kind != nullptr ? kind->listWidth : 1));
+    return QString::fromStdString(kind + " " + registerNumberText(kind, number));
 }
 
 void WritePage::openWordDialog(int position) {
@@ -256,6 +256,11 @@ void WritePage::storeWord(int position, int value, const QString& text, bool hex
 
 void WritePage::pasteWords(int position, const QString& text) {
     if (access() != Access::Word || !isFilledToSend() || !CheckWriteCell(position)) {
+        return;
+    }
+    if (text.size() > mostPasted) {
+        context().form.showMessage("The clipboard holds more than a request has room for. Copy fewer cells.",
+                                   "Error");
         return;
     }
     const int room = std::min(validPositions().last, grid_->cells()) - position + 1;

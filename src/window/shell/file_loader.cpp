@@ -3,6 +3,7 @@
 #include "core/files/profile_file.h"
 #include "core/link/serial_link.h"
 #include "core/runs/file_kind.h"
+#include "window/controls/events.h"
 #include "window/controls/form.h"
 #include "window/controls/profile_files.h"
 #include "window/scenario/scenario_panel.h"
@@ -12,6 +13,10 @@
 namespace varda::window {
 
 void FileLoader::load(const QStringList& paths) const {
+    context_.events.guard([this, &paths] { loadByContent(paths); });
+}
+
+void FileLoader::loadByContent(const QStringList& paths) const {
     QStringList packets; // behind the scenarios, which are loaded on no page that packets may bring up
     for (const QString& path : paths) {
         const ProfileFile file = ProfileFile::load(fileName(path));

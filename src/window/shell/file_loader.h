@@ -33,6 +33,8 @@ public:
     void loadScenario(const QString& path) const;
 
 private:
+    void loadByContent(const QStringList& paths) const;
+
     PageContext context_;
     Window window_;
 };

@@ -61,9 +61,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     bind();
     addShortcuts();
     announcer_.listenToStatuses(this);
-    new FileDrops(this, [this](const QStringList& paths) {
-        events_.guard([this, &paths] { fileLoader_->load(paths); });
-    });
+    new FileDrops(this, [this](const QStringList& paths) { fileLoader_->load(paths); });
     Form_Load();
 }
 
@@ -178,6 +176,7 @@ void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
         break;
     case CommEvent::HungUp:
         lineNotice_.tellUnsent(0);
+        lineNotice_.tell({});
         linkPort_.hangUp(reason);
         break;
     }
@@ -197,7 +196,7 @@ void FrmVarda::cmdPortOpen_Click() {
     } else if (!commPLC_.notice().empty()) {
         lineNotice_.tell(commPLC_.notice());
     }
-    monitorPage_->showRun();
+    monitorPage_->showRun(); // attaching again finds no run: the hang-up has stopped it
 }
 
 void FrmVarda::addShortcuts() {

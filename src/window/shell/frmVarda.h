@@ -120,7 +120,7 @@ private:
     FrameImages images_;
     SerialLink link_;
     LinkPresenter presenter_{form_};
-    LastAnswers lastAnswers_{*this};
+    LastAnswers lastAnswers_{form_};
     FrameTips frameTips_{*this};
     LinkPort linkPort_;
     Announcer announcer_{clock_};

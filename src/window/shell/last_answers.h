@@ -2,13 +2,9 @@
 
 #include "core/link/exchange.h"
 
-#include <QString>
-
-#include <string_view>
-
-class QWidget;
-
 namespace varda::window {
+
+class Form;
 
 /// Keeps the last answer of each page in sight, in grey, while the next one is awaited: a send empties Answer
 /// and Status, and a page that sends again and again would show nothing most of the time. The fields' texts
@@ -18,7 +14,7 @@ namespace varda::window {
 /// requests in a row had no answer as ticks of silence end a wait.
 class LastAnswers : public LinkObserver {
 public:
-    explicit LastAnswers(QWidget& window) : window_(window) {}
+    explicit LastAnswers(Form& form) : form_(form) {}
 
     void told(const Exchange& exchange) override;
 
@@ -26,10 +22,9 @@ private:
     void keep(const Exchange& exchange);
     void forget(Mode mode);
     void countUnanswered(Mode mode);
-    void show(std::string_view field, const QString& text);
 
-    QWidget& window_;
-    int unanswered_ = 0;
+    Form& form_;
+    int unanswered_ = 0; ///< requests in a row
 };
 
 } // namespace varda::window

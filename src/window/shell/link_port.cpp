@@ -53,15 +53,23 @@ void LinkPort::tellHangUp(const std::string& reason) {
     }
 }
 
-void LinkPort::tryPort(const std::string& name) {
+bool LinkPort::takePort(const std::string& name) {
     commTest_.setCommPort(name);
     commTest_.open();
+    if (!commTest_.isOpen()) {
+        return false;
+    }
+    commTest_.close();
+    link_.port().setCommPort(name);
+    return true;
 }
 
 void LinkPort::cmdCommTest_Click() {
-    const std::string name = form_.text("cbPort");
     try {
-        tryPort(name);
+        if (!takePort(form_.text("cbPort"))) {
+            form_.showMessage("Error !!", "Comm. Port");
+            return;
+        }
     } catch (const RuntimeError& error) {
         if (error.number() == comm_error::inUse) {
             form_.showMessage("Already Using Port !! Please Select Another Port", "Error");
@@ -70,27 +78,18 @@ void LinkPort::cmdCommTest_Click() {
         }
         return;
     }
-    if (!commTest_.isOpen()) {
-        form_.showMessage("Error !!", "Comm. Port");
-        return;
-    }
-    commTest_.close();
-    link_.port().setCommPort(name);
     form_.setEnabled("cmdPortOpen", true);
     pages_.showPort();
 }
 
 bool LinkPort::attach(const std::string& name) {
     try {
-        tryPort(name);
+        if (!takePort(name)) {
+            return false;
+        }
     } catch (const RuntimeError&) {
         return false;
     }
-    if (!commTest_.isOpen()) {
-        return false;
-    }
-    commTest_.close();
-    link_.port().setCommPort(name);
     openPort();
     return true;
 }

@@ -57,7 +57,10 @@ public:
     void hangUp(const std::string& reason);
 
 private:
-    void tryPort(const std::string& name);
+    /// Opens the port and closes it again, and lets the link use it from now on. @return false where it went
+    /// away while it was open
+    /// @throws RuntimeError where it does not open
+    bool takePort(const std::string& name);
     void openPort();
     void closePort();
     void switchOpened(bool open);

@@ -1,5 +1,6 @@
 #include "window/shell/screen_fit.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMainWindow>
 #include <QScreen>
@@ -17,6 +18,13 @@ void makePlain(QScrollArea* area) {
     area->setFocusPolicy(Qt::NoFocus);
     area->setWidgetResizable(true);
     area->viewport()->setAutoFillBackground(false);
+    // Also where a program sets the focus, or it comes in from outside: an area by itself follows Tab within
+    // it alone.
+    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget* /*before*/, QWidget* now) {
+        if (area->widget() != nullptr && area->widget()->isAncestorOf(now)) {
+            area->ensureWidgetVisible(now);
+        }
+    });
 }
 
 /// As wide as its part needs it, so that nothing ever has to be looked for at the side.

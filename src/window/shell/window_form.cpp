@@ -79,6 +79,10 @@ void WindowForm::setText(std::string_view control, const std::string& text) {
     }
 }
 
+void WindowForm::setPlaceholder(std::string_view control, const std::string& text) {
+    find(control)->setProperty("placeholderText", QString::fromStdString(text));
+}
+
 bool WindowForm::isTicked(std::string_view control) const {
     const auto* const button = qobject_cast<const QAbstractButton*>(find(control));
     return button != nullptr && button->isChecked();
@@ -110,8 +114,7 @@ void WindowForm::showMessage(const std::string& text, const std::string& title) 
 }
 
 void WindowForm::showMessage(const std::string& text, const std::string& title, const Tick& tick) {
-    boxes_.show(QString::fromStdString(text), QString::fromStdString(title),
-                {QString::fromStdString(tick.caption), tick.isTicked, tick.changed});
+    boxes_.show(QString::fromStdString(text), QString::fromStdString(title), tick);
 }
 
 void WindowForm::ask(const std::string& text, const std::string& title,

@@ -26,6 +26,7 @@ public:
 
     std::string text(std::string_view control) const override;
     void setText(std::string_view control, const std::string& text) override;
+    void setPlaceholder(std::string_view control, const std::string& text) override;
     bool isTicked(std::string_view control) const override;
     void setEnabled(std::string_view control, bool enabled) override;
     void enableGroup(ControlGroup group, bool enabled) override;

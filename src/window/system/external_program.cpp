@@ -63,7 +63,11 @@ QHash<QString, QProcess*>& running() {
 void start(const ProgramCall& call, QObject* context, const std::function<void(const End& end)>& ended) {
     auto* const process = new QProcess;
     running().insert(nameOf(call), process);
-    QObject::connect(process, &QObject::destroyed, [name = nameOf(call)] { running().remove(name); });
+    QObject::connect(process, &QObject::destroyed, [name = nameOf(call), process] {
+        if (running().value(name) == process) { // else the same call runs anew
+            running().remove(name);
+        }
+    });
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());

@@ -265,5 +265,11 @@ TEST(Registers, AddressAboveSixteenBitsIsOverflow) {
     EXPECT_EQ(numberRaisedBy([] { registerAddress(Access::Bit, "L", 32767); }), 6);
 }
 
+TEST(RegisterNumberText, IsAsWideAsTheListsOfItsKind) {
+    EXPECT_EQ(registerNumberText("W", 57), "0057");
+    EXPECT_EQ(registerNumberText("SV", 7), "007");
+    EXPECT_EQ(registerNumberText("ERR", 7), "7");
+}
+
 } // namespace
 } // namespace varda

@@ -191,6 +191,13 @@ TEST_F(WriteGridTest, NoLeavesTheGridAsItIs) {
     EXPECT_EQ(imageByte(8), 0);
 }
 
+TEST_F(WriteGridTest, AWholeBookIsNotPasted) {
+    chooseWords("W", "0000", "3");
+    pasteAt(1, 1, std::string(65537, '1').c_str());
+    EXPECT_EQ(driver.boxText(), "The clipboard holds more than a request has room for. Copy fewer cells.");
+    EXPECT_EQ(cells(1, 3), "|||");
+}
+
 TEST_F(WriteGridTest, NothingIsAskedWhereNothingFits) {
     chooseWords("W", "0000", "3");
     pasteAt(1, 1, "abc");

@@ -181,6 +181,14 @@ protected:
     }
 };
 
+TEST_F(ScreenFitTest, AFieldThatGetsTheFocusFromElsewhereComesIntoSight) {
+    resize({700, 300});
+    driver.find("txtScnReceive")->setFocus();
+    EXPECT_FALSE(driver.find("txtScnReceive")->visibleRegion().isEmpty());
+    driver.find("cmdAddScenario")->setFocus();
+    EXPECT_FALSE(driver.find("cmdAddScenario")->visibleRegion().isEmpty());
+}
+
 TEST_F(ScreenFitTest, EveryPageFitsEveryScreenAtEveryScale) {
     for (const Screen& screen : screens) {
         SCOPED_TRACE("screen of " + std::to_string(screen.width) + " x " + std::to_string(screen.height) +

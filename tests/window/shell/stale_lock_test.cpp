@@ -53,6 +53,17 @@ TEST_F(StaleLockTest, IsToldByTheTestAndStaysUntilThePortIsClosed) {
     EXPECT_EQ(notice(), "");
 }
 
+TEST_F(StaleLockTest, IsToldNoMoreOnceTheLineHasGoneAway) {
+    if (!isThere()) {
+        GTEST_SKIP() << "notice: no lock file can be made here";
+    }
+    driver.openPort(line.path());
+    EXPECT_EQ(notice(), told);
+    line.closeFarEnd();
+    EXPECT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+    EXPECT_EQ(notice(), "");
+}
+
 TEST_F(StaleLockTest, IsToldOnce) {
     paste("cbPort", line.path());
     driver.click("cmdCommTest");
