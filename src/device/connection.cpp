@@ -65,6 +65,11 @@ std::vector<Arrival> Connection::arrivals() const {
     return input_.taken();
 }
 
+Reception Connection::look(std::size_t from) const {
+    const Lock input(inputMutex_);
+    return input_.look(from);
+}
+
 /// A read may have its bytes already while its handler has not run yet: it is cancelled, and dropped if that
 /// comes too late.
 void Connection::discard() {

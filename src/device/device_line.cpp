@@ -102,6 +102,10 @@ std::vector<Arrival> DeviceLine::arrivals() const {
     return connection_ ? connection_->arrivals() : std::vector<Arrival>{};
 }
 
+Reception DeviceLine::look(std::size_t from) const {
+    return connection_ ? connection_->look(from) : Reception{};
+}
+
 std::string DeviceLine::notice() const { return claim_ ? claim_->takeOver() : std::string(); }
 
 std::string DeviceLine::label() const {

@@ -38,6 +38,7 @@ public:
     void keepFirst(std::size_t most) noexcept override;
     std::size_t unsentWrites() const noexcept override;
     std::vector<Arrival> arrivals() const override;
+    Reception look(std::size_t from) const override;
     std::string notice() const override;
 
 private:

@@ -40,6 +40,22 @@ void InputBuffer::keepFirst(std::size_t most) {
     }
 }
 
+Reception InputBuffer::look(std::size_t from) const {
+    Reception seen;
+    if (from >= kept_.size()) {
+        return seen;
+    }
+    seen.bytes.assign(kept_.begin() + static_cast<std::ptrdiff_t>(from), kept_.end());
+    for (const Arrival& arrival : arrivals_) {
+        const std::size_t passed = std::min(from, arrival.count);
+        from -= passed;
+        if (passed < arrival.count) {
+            seen.arrivals.push_back({arrival.count - passed, arrival.time});
+        }
+    }
+    return seen;
+}
+
 Bytes InputBuffer::take() {
     taken_ = std::exchange(arrivals_, {});
     Bytes taken = std::exchange(kept_, {});

@@ -32,6 +32,9 @@ public:
     Bytes take();
     void clear();
 
+    /// What it keeps behind the first `from` bytes, which stays there.
+    Reception look(std::size_t from) const;
+
     /// The times of what take() returned last.
     const std::vector<Arrival>& taken() const { return taken_; }
 

@@ -70,6 +70,19 @@ public:
             wire_.written_.push_back(bytes);
         }
         std::vector<Arrival> arrivals() const override { return arrivals_; }
+        Reception look(std::size_t from) const override {
+            const auto begin = std::min(from, wire_.input_.size());
+            Reception seen{{wire_.input_.begin() + static_cast<std::ptrdiff_t>(begin), wire_.input_.end()},
+                           {}};
+            for (const Arrival& arrival : wire_.arrivals_) {
+                const std::size_t passed = std::min(from, arrival.count);
+                from -= passed;
+                if (passed < arrival.count) {
+                    seen.arrivals.push_back({arrival.count - passed, arrival.time});
+                }
+            }
+            return seen;
+        }
         void tell(CommEvent event, const std::string& reason = {}) { raise(event, reason); }
 
     private:

@@ -28,6 +28,12 @@ struct Arrival {
     Time time;
 };
 
+/// Bytes that came in, and when: no times where the line does not know them.
+struct Reception {
+    Bytes bytes;
+    std::vector<Arrival> arrivals;
+};
+
 /// Line settings as the serial control reads them from its settings text.
 struct LineSettings {
     int baudRate = 9600;
@@ -61,6 +67,9 @@ public:
     virtual std::size_t unsentWrites() const noexcept { return 0; }
     /// The arrivals of what read() returned last, in order; empty where the line does not know.
     virtual std::vector<Arrival> arrivals() const { return {}; }
+    /// What waits behind the first `from` bytes, for those who only watch: it waits on. Empty where the line
+    /// does not tell before it is read.
+    virtual Reception look(std::size_t /*from*/) const { return {}; }
     /// What opening the line came upon that its user may want to know; empty mostly.
     virtual std::string notice() const { return {}; }
 

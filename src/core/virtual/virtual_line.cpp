@@ -2,6 +2,7 @@
 
 #include "core/link/comm_error.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace varda::inline core {
@@ -28,6 +29,11 @@ void VirtualLine::close() noexcept {
 std::size_t VirtualLine::inBufferCount() const noexcept { return input_.size(); }
 
 Bytes VirtualLine::read() { return std::exchange(input_, {}); }
+
+Reception VirtualLine::look(std::size_t from) const {
+    const auto begin = input_.begin() + static_cast<std::ptrdiff_t>(std::min(from, input_.size()));
+    return {{begin, input_.end()}, {}};
+}
 
 void VirtualLine::discard() noexcept { input_.clear(); }
 

@@ -1,0 +1,128 @@
+#include "core/insight/traced_line.h"
+
+#include "core/base/runtime_error.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace varda::inline core {
+
+TracedLine::TracedLine(std::unique_ptr<Line> line, LineTap& tap, const Clock& clock)
+    : line_(std::move(line)), tap_(tap), clock_(clock) {
+    line_->setEventHandler([this](CommEvent event, const std::string& reason) { pass(event, reason); });
+}
+
+/// Whatever becomes of the telling, the line goes on.
+template <typename Telling>
+void TracedLine::tell(Telling&& telling) const noexcept {
+    if (!tap_.isOpen()) {
+        return;
+    }
+    try {
+        std::forward<Telling>(telling)();
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): no memory left, for example
+    }
+}
+
+void TracedLine::open(const LineSettings& settings) {
+    seen_ = 0;
+    line_->open(settings);
+    tell([&] { tap_.opened(settings); });
+}
+
+void TracedLine::close() noexcept {
+    line_->close();
+    seen_ = 0;
+    tell([&] { tap_.closed(); });
+}
+
+/// The line may be gone when the event has been raised.
+void TracedLine::pass(CommEvent event, const std::string& reason) {
+    tell([&] {
+        if (event == CommEvent::Received) {
+            tellNews();
+        } else if (event == CommEvent::HungUp) {
+            tap_.hungUp(reason);
+        }
+    });
+    raise(event, reason);
+}
+
+void TracedLine::tellNews() {
+    const Reception news = line_->look(seen_);
+    seen_ += news.bytes.size();
+    tellPieces(news.bytes, news.arrivals, 0);
+}
+
+Bytes TracedLine::read() {
+    const std::size_t waited = tap_.isOpen() ? line_->inBufferCount() : 0;
+    Bytes bytes = line_->read();
+    tell([&] { tellRead(bytes, waited, &LineTap::read); });
+    seen_ = 0;
+    return bytes;
+}
+
+/// What is thrown away is read for the tap first, in one step, so that it misses nothing.
+void TracedLine::discard() noexcept {
+    tell([&] {
+        if (const std::size_t waited = line_->inBufferCount(); waited > 0) {
+            tellRead(line_->read(), waited, &LineTap::thrownAway);
+        }
+    });
+    line_->discard();
+    seen_ = 0;
+}
+
+/// @param waited bytes, those that were only counted among them
+void TracedLine::tellRead(const Bytes& bytes, std::size_t waited,
+                          void (LineTap::*what)(std::size_t counted)) {
+    tellPieces(bytes, line_->arrivals(), seen_);
+    const std::size_t told = std::max(bytes.size(), seen_);
+    (tap_.*what)(waited - std::min(waited, told));
+}
+
+void TracedLine::tellPieces(Octets bytes, const std::vector<Arrival>& arrivals, std::size_t from) {
+    std::size_t begin = std::min(from, bytes.size());
+    std::size_t end = 0;
+    for (const Arrival& arrival : arrivals) {
+        end = std::min(end + arrival.count, bytes.size());
+        if (begin < end) {
+            tap_.cameIn(bytes.subspan(begin, end - begin), arrival.time);
+            begin = end;
+        }
+    }
+    if (begin < bytes.size()) {
+        tap_.cameIn(bytes.subspan(begin), arrivals.empty() ? clock_.now() : arrivals.back().time);
+    }
+}
+
+void TracedLine::write(const Bytes& bytes) {
+    if (!tap_.isOpen()) {
+        line_->write(bytes);
+        return;
+    }
+    const Clock::Time time = clock_.now();
+    const std::size_t unsent = line_->unsentWrites();
+    try {
+        line_->write(bytes);
+    } catch (const RuntimeError& error) {
+        tell([&] { tap_.notSent(bytes, time, error.what()); });
+        throw;
+    }
+    tell([&] {
+        if (line_->unsentWrites() > unsent) {
+            tap_.notSent(bytes, time, "Too many bytes before them still wait to be sent.");
+        } else {
+            tap_.sent(bytes, time);
+        }
+    });
+}
+
+MSComm::LineFactory traced(MSComm::LineFactory makeLine, LineTap& tap, const Clock& clock) {
+    return [makeLine = std::move(makeLine), &tap, &clock](const std::string& name) {
+        return std::make_unique<TracedLine>(makeLine(name), tap, clock);
+    };
+}
+
+} // namespace varda::core
