@@ -11,7 +11,7 @@
 #include "window/master/write_page.h"
 #include "window/monitor/monitor_page.h"
 #include "window/scenario/scenario_panel.h"
-#include "window/shell/file_drops.h"
+#include "window/controls/file_drops.h"
 #include "window/shell/frames.h"
 #include "window/shell/frmAbout.h"
 #include "window/shell/label_lines.h"
