@@ -68,8 +68,9 @@ TEST_F(TracedDeviceLineTest, TimesAreThoseOfArrivalWhileTheOwnerIsBusy) {
     EXPECT_EQ(line(1).bytes, (Bytes{1, 2, 3}));
     EXPECT_GE(line(1).first, before);
     EXPECT_LE(line(1).last, arrived);
-    EXPECT_EQ(comm.read(), (Bytes{1, 2, 3}));
-    EXPECT_EQ(comm.arrivals().front().time, line(1).first);
+    const Burst burst = comm.read();
+    EXPECT_EQ(burst.bytes, (Bytes{1, 2, 3}));
+    EXPECT_EQ(burst.arrivals.front().time, line(1).first);
 }
 
 TEST_F(TracedDeviceLineTest, BytesThatAreThrownAwayBeforeAnyEventAreSeen) {
@@ -88,7 +89,7 @@ TEST_F(TracedDeviceLineTest, HangUpStaysBehindWhatCanStillBeRead) {
     terminal.closeFarEnd();
     ASSERT_TRUE(runUntil([this] { return !events.empty(); }));
     EXPECT_EQ(events, std::vector{CommEvent::Received});
-    EXPECT_EQ(comm.read(), (Bytes{1, 2, 3}));
+    EXPECT_EQ(comm.read().bytes, (Bytes{1, 2, 3}));
     ASSERT_TRUE(runUntil([this] { return events.size() == 2; }));
     EXPECT_EQ(events.back(), CommEvent::HungUp);
     ASSERT_EQ(trace.size(), 3U);
@@ -106,7 +107,7 @@ TEST_F(TracedDeviceLineTest, FloodOfTenMegabytesIsCountedAndBounded) {
         ++written;
         if (written % 64 == 0) {
             ASSERT_TRUE(runUntil([&] {
-                received += comm.read().size();
+                received += comm.read().bytes.size();
                 return received == written * piece.size();
             }));
         }
