@@ -49,9 +49,8 @@ public:
     News takeNews();
 
     std::size_t inBufferCount() const;
-    Bytes read();
-    std::vector<Arrival> arrivals() const;
-    Reception look(std::size_t from) const;
+    Burst read();
+    Burst look(std::size_t from) const;
     /// Throws away what has come in up to now, wherever on the way to the input buffer it is.
     void discard();
     void keepFirst(std::size_t most);

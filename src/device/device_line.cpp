@@ -72,7 +72,7 @@ std::size_t DeviceLine::inBufferCount() const noexcept {
     return connection_ ? connection_->inBufferCount() : 0;
 }
 
-Bytes DeviceLine::read() { return connection_ ? connection_->read() : Bytes{}; }
+Burst DeviceLine::read() { return connection_ ? connection_->read() : Burst{}; }
 
 void DeviceLine::discard() noexcept {
     if (connection_) {
@@ -98,13 +98,7 @@ std::size_t DeviceLine::unsentWrites() const noexcept {
     return connection_ ? connection_->unsentWrites() : 0;
 }
 
-std::vector<Arrival> DeviceLine::arrivals() const {
-    return connection_ ? connection_->arrivals() : std::vector<Arrival>{};
-}
-
-Reception DeviceLine::look(std::size_t from) const {
-    return connection_ ? connection_->look(from) : Reception{};
-}
+Burst DeviceLine::look(std::size_t from) const { return connection_ ? connection_->look(from) : Burst{}; }
 
 std::string DeviceLine::notice() const { return claim_ ? claim_->takeOver() : std::string(); }
 
@@ -117,7 +111,7 @@ std::string DeviceLine::label() const {
 void DeviceLine::deliverNews() {
     const std::weak_ptr stillThis = connection_;
     const Connection::News news = connection_->takeNews();
-    if (news.received && inBufferCount() > 0) {
+    if (news.received) {
         raise(CommEvent::Received);
     }
     if (news.unsent && !stillThis.expired()) {

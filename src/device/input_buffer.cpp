@@ -40,25 +40,12 @@ void InputBuffer::keepFirst(std::size_t most) {
     }
 }
 
-Reception InputBuffer::look(std::size_t from) const {
-    Reception seen;
-    if (from >= kept_.size()) {
-        return seen;
-    }
-    seen.bytes.assign(kept_.begin() + static_cast<std::ptrdiff_t>(from), kept_.end());
-    for (const Arrival& arrival : arrivals_) {
-        const std::size_t passed = std::min(from, arrival.count);
-        from -= passed;
-        if (passed < arrival.count) {
-            seen.arrivals.push_back({arrival.count - passed, arrival.time});
-        }
-    }
-    return seen;
-}
+Burst InputBuffer::look(std::size_t from) const { return burstBehind(from, kept_, arrivals_); }
 
-Bytes InputBuffer::take() {
-    taken_ = std::exchange(arrivals_, {});
-    Bytes taken = std::exchange(kept_, {});
+Burst InputBuffer::take() {
+    const std::size_t counted = count_ - kept_.size();
+    Burst taken{
+        .bytes = std::exchange(kept_, {}), .arrivals = std::exchange(arrivals_, {}), .counted = counted};
     clear();
     return taken;
 }

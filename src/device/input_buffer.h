@@ -29,21 +29,17 @@ public:
     bool isFull() const { return most_ == limit && kept_.size() >= limit; }
 
     /// Empties the buffer. @return what it kept, in order
-    Bytes take();
+    Burst take();
     void clear();
 
     /// What it keeps behind the first `from` bytes, which stays there.
-    Reception look(std::size_t from) const;
-
-    /// The times of what take() returned last.
-    const std::vector<Arrival>& taken() const { return taken_; }
+    Burst look(std::size_t from) const;
 
 private:
     Bytes kept_;
     std::size_t count_ = 0;
     std::size_t most_ = limit;
     std::vector<Arrival> arrivals_;
-    std::vector<Arrival> taken_;
 };
 
 } // namespace varda::device

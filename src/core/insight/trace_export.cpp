@@ -53,8 +53,9 @@ template <typename Cell>
 std::string csvLine(Cell&& cell) {
     std::string line;
     for (const TraceColumn column : traceColumns) {
-        line += (line.empty() ? "" : ",") + csvField(cell(column));
+        line += csvField(cell(column)) + ',';
     }
+    line.pop_back();
     return line.append(csvEnd);
 }
 

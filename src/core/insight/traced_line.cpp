@@ -50,50 +50,45 @@ void TracedLine::pass(CommEvent event, const std::string& reason) {
 }
 
 void TracedLine::tellNews() {
-    const Reception news = line_->look(seen_);
+    const Burst news = line_->look(seen_);
     seen_ += news.bytes.size();
-    tellPieces(news.bytes, news.arrivals, 0);
+    tellPieces(news);
 }
 
-Bytes TracedLine::read() {
-    const std::size_t waited = tap_.isOpen() ? line_->inBufferCount() : 0;
-    Bytes bytes = line_->read();
-    tell([&] { tellRead(bytes, waited, &LineTap::read); });
+Burst TracedLine::read() {
+    Burst burst = line_->read();
+    tell([&] { tellRead(burst, &LineTap::read); });
     seen_ = 0;
-    return bytes;
+    return burst;
 }
 
 /// What is thrown away is read for the tap first, in one step, so that it misses nothing.
 void TracedLine::discard() noexcept {
     tell([&] {
-        if (const std::size_t waited = line_->inBufferCount(); waited > 0) {
-            tellRead(line_->read(), waited, &LineTap::thrownAway);
+        if (line_->inBufferCount() > 0) {
+            tellRead(line_->read(), &LineTap::thrownAway);
         }
     });
     line_->discard();
     seen_ = 0;
 }
 
-/// @param waited bytes, those that were only counted among them
-void TracedLine::tellRead(const Bytes& bytes, std::size_t waited,
-                          void (LineTap::*what)(std::size_t counted)) {
-    tellPieces(bytes, line_->arrivals(), seen_);
-    const std::size_t told = std::max(bytes.size(), seen_);
-    (tap_.*what)(waited - std::min(waited, told));
+void TracedLine::tellRead(const Burst& burst, void (LineTap::*what)(std::size_t counted)) {
+    tellPieces(burstBehind(seen_, burst.bytes, burst.arrivals));
+    const std::size_t came = burst.bytes.size() + burst.counted;
+    const std::size_t told = std::max(burst.bytes.size(), seen_); // of which some may only be counted by now
+    (tap_.*what)(came - std::min(came, told));
 }
 
-void TracedLine::tellPieces(Octets bytes, const std::vector<Arrival>& arrivals, std::size_t from) {
-    std::size_t begin = std::min(from, bytes.size());
-    std::size_t end = 0;
-    for (const Arrival& arrival : arrivals) {
-        end = std::min(end + arrival.count, bytes.size());
-        if (begin < end) {
-            tap_.cameIn(bytes.subspan(begin, end - begin), arrival.time);
-            begin = end;
-        }
+void TracedLine::tellPieces(const Burst& burst) const {
+    Octets rest = burst.bytes;
+    for (const Arrival& arrival : burst.arrivals) {
+        const std::size_t count = std::min(arrival.count, rest.size());
+        tap_.cameIn(rest.first(count), arrival.time);
+        rest = rest.subspan(count);
     }
-    if (begin < bytes.size()) {
-        tap_.cameIn(bytes.subspan(begin), arrivals.empty() ? clock_.now() : arrivals.back().time);
+    if (!rest.empty()) {
+        tap_.cameIn(rest, clock_.now());
     }
 }
 

@@ -49,13 +49,12 @@ public:
     void open(const LineSettings& settings) override;
     void close() noexcept override;
     std::size_t inBufferCount() const noexcept override { return line_->inBufferCount(); }
-    Bytes read() override;
+    Burst read() override;
     void discard() noexcept override;
     void write(const Bytes& bytes) override;
     void keepFirst(std::size_t most) noexcept override { line_->keepFirst(most); }
     std::size_t unsentWrites() const noexcept override { return line_->unsentWrites(); }
-    std::vector<Arrival> arrivals() const override { return line_->arrivals(); }
-    Reception look(std::size_t from) const override { return line_->look(from); }
+    Burst look(std::size_t from) const override { return line_->look(from); }
     std::string notice() const override { return line_->notice(); }
 
 private:
@@ -65,8 +64,8 @@ private:
     void tell(Telling&& telling) const noexcept;
     void pass(CommEvent event, const std::string& reason);
     void tellNews();
-    void tellRead(const Bytes& bytes, std::size_t waited, void (LineTap::*what)(std::size_t counted));
-    void tellPieces(Octets bytes, const std::vector<Arrival>& arrivals, std::size_t from);
+    void tellRead(const Burst& burst, void (LineTap::*what)(std::size_t counted));
+    void tellPieces(const Burst& burst) const;
 
     std::unique_ptr<Line> line_;
     LineTap& tap_;

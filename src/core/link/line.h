@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -28,11 +29,15 @@ struct Arrival {
     Time time;
 };
 
-/// Bytes that came in, and when: no times where the line does not know them.
-struct Reception {
+/// What a read takes out of the input buffer.
+struct Burst {
     Bytes bytes;
-    std::vector<Arrival> arrivals;
+    std::vector<Arrival> arrivals{}; ///< of the bytes, in order; empty where the line does not know
+    std::size_t counted = 0;         ///< further bytes, which were not kept
 };
+
+/// The bytes of a burst behind its first `from` ones, with their arrivals.
+Burst burstBehind(std::size_t from, std::span<const std::uint8_t> bytes, std::span<const Arrival> arrivals);
 
 /// Line settings as the serial control reads them from its settings text.
 struct LineSettings {
@@ -55,7 +60,8 @@ public:
     virtual void open(const LineSettings& settings) = 0;
     virtual void close() noexcept = 0;
     virtual std::size_t inBufferCount() const noexcept = 0;
-    virtual Bytes read() = 0;
+    /// Takes everything that waits.
+    virtual Burst read() = 0;
     virtual void discard() noexcept = 0;
     /// Sends all of the bytes or none of them: where too much waits to be sent already, they are counted as
     /// unsent. @throws RuntimeError 8020
@@ -65,11 +71,9 @@ public:
     virtual void keepFirst(std::size_t /*most*/) noexcept {}
     /// Number of writes since the line was opened that were not sent.
     virtual std::size_t unsentWrites() const noexcept { return 0; }
-    /// The arrivals of what read() returned last, in order; empty where the line does not know.
-    virtual std::vector<Arrival> arrivals() const { return {}; }
     /// What waits behind the first `from` bytes, for those who only watch: it waits on. Empty where the line
     /// does not tell before it is read.
-    virtual Reception look(std::size_t /*from*/) const { return {}; }
+    virtual Burst look(std::size_t /*from*/) const { return {}; }
     /// What opening the line came upon that its user may want to know; empty mostly.
     virtual std::string notice() const { return {}; }
 

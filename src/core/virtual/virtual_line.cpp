@@ -2,7 +2,6 @@
 
 #include "core/link/comm_error.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace varda::inline core {
@@ -28,12 +27,9 @@ void VirtualLine::close() noexcept {
 
 std::size_t VirtualLine::inBufferCount() const noexcept { return input_.size(); }
 
-Bytes VirtualLine::read() { return std::exchange(input_, {}); }
+Burst VirtualLine::read() { return {.bytes = std::exchange(input_, {})}; }
 
-Reception VirtualLine::look(std::size_t from) const {
-    const auto begin = input_.begin() + static_cast<std::ptrdiff_t>(std::min(from, input_.size()));
-    return {{begin, input_.end()}, {}};
-}
+Burst VirtualLine::look(std::size_t from) const { return burstBehind(from, input_, {}); }
 
 void VirtualLine::discard() noexcept { input_.clear(); }
 

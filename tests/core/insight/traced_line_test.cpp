@@ -69,7 +69,7 @@ TEST_F(TracedLineTest, UnsentBytesAreNotSent) {
         void open(const LineSettings&) override {}
         void close() noexcept override {}
         std::size_t inBufferCount() const noexcept override { return 0; }
-        Bytes read() override { return {}; }
+        Burst read() override { return {}; }
         void discard() noexcept override {}
         void write(const Bytes&) override { ++unsent_; }
         std::size_t unsentWrites() const noexcept override { return unsent_; }
