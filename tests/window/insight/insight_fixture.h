@@ -6,8 +6,10 @@
 #include "support/event_loop.h"
 #include "window/insight/insight_window.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
