@@ -68,19 +68,25 @@ void TraceRecorder::opened(const LineSettings& settings) {
 }
 
 void TraceRecorder::closed() {
-    lose();
+    lose("The port was closed.");
     appendEvent(Verdict::Closed);
 }
 
 void TraceRecorder::hungUp(const std::string& reason) {
-    lose();
+    lose("The line went away.");
     appendEvent(Verdict::HungUp, reason);
 }
 
+void TraceRecorder::readingFailed(const std::string& reason) { lose("Reading failed: " + reason + '.'); }
+
 /// Nobody can read any more what has come in.
-void TraceRecorder::lose() {
+void TraceRecorder::lose(const std::string& reason) {
+    const auto note = std::make_shared<const std::string>(reason);
     for (const Number number : std::exchange(unread_, {})) {
-        trace_.change(number, [](TraceLine& line) { line.verdict = Verdict::Lost; });
+        trace_.change(number, [&note](TraceLine& line) {
+            line.verdict = Verdict::Lost;
+            line.note = note;
+        });
     }
     growing_.reset();
 }

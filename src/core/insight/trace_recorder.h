@@ -36,6 +36,7 @@ public:
     void hungUp(const std::string& reason) override;
     void cameIn(Octets bytes, Clock::Time time) override;
     void read(std::size_t counted) override;
+    void readingFailed(const std::string& reason) override;
     void thrownAway(std::size_t counted) override;
     void sent(Octets bytes, Clock::Time time) override;
     void notSent(Octets bytes, Clock::Time time, const std::string& reason) override;
@@ -49,7 +50,7 @@ private:
     bool goesOn(Clock::Time time) const;
     Number append(Direction direction, Verdict verdict, Octets bytes, Clock::Time time);
     Number appendEvent(Verdict verdict, const std::string& note = {});
-    void lose();
+    void lose(const std::string& reason);
     void count(const Numbers& lines, std::size_t counted);
     void judge(const Exchange& exchange, Verdict verdict);
     void judgeRequest(Verdict verdict);
