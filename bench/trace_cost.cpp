@@ -79,9 +79,8 @@ private:
 
     ManualClock clock_;
     FakeWire wire_;
-    PacketTable table_;
     Trace trace_;
-    TraceRecorder recorder_{trace_, clock_, table_};
+    TraceRecorder recorder_{trace_, clock_};
     LinkStatistics statistics_;
     RegisterWatch watch_;
     MSComm port_;
@@ -116,7 +115,6 @@ void printExchanges() {
 
 void printNearest() {
     for (const int pairs : {2'000, 20'000, 100'000}) {
-        PacketTable table;
         std::vector<std::string> requests;
         for (int count = 0; count < pairs; ++count) {
             const std::string other = hex(count * 40'503 & 0xFFFF, 4); // none of them is near

@@ -280,7 +280,7 @@ void TraceRecorder::toldUnknown(const Exchange& exchange) {
     const Numbers lines = read_;
     judge(exchange, Verdict::UnknownPair);
     stuckIn_ = exchange.mode;
-    if (auto nearest = nearestPair(pairs_, exchange.request)) {
+    if (auto nearest = pairs_ != nullptr ? nearestPair(*pairs_, exchange.request) : std::nullopt) {
         const auto kept = std::make_shared<const NearestPair>(std::move(*nearest));
         for (const Number number : lines) {
             trace_.change(number, [&](TraceLine& line) { line.nearest = kept; });

@@ -14,16 +14,18 @@ class PacketTable;
 
 /// Writes down what goes over a line and what the link makes of it, while it is open.
 ///
-/// It listens to the line (traced()), and observes the link on it. Of what comes in, bytes with no pause
+/// It listens to the line (traced()), and observes the link on it: before any observer that sends when it is
+/// told, or the trace would take that for what came first. Of what comes in, bytes with no pause
 /// between them are one line.
 class TraceRecorder : public LineTap, public LinkObserver {
 public:
     /// A burst ends when nothing has come for so long.
     static constexpr std::chrono::milliseconds silence{20};
 
-    /// @param pairs the prepared ones, of which the nearest to an unknown request is looked up
-    TraceRecorder(Trace& trace, const Clock& clock, const PacketTable& pairs)
-        : trace_(trace), clock_(clock), pairs_(pairs) {}
+    TraceRecorder(Trace& trace, const Clock& clock) : trace_(trace), clock_(clock) {}
+
+    /// The prepared pairs, of which the nearest to an unknown request is looked up.
+    void setPairs(const PacketTable& pairs) { pairs_ = &pairs; }
 
     /// Begins to write down. @param timeOfDay what the time of day is now
     void open(std::chrono::system_clock::time_point timeOfDay = std::chrono::system_clock::now());
@@ -66,7 +68,7 @@ private:
 
     Trace& trace_;
     const Clock& clock_;
-    const PacketTable& pairs_;
+    const PacketTable* pairs_ = nullptr;
     bool isOpen_ = false;
     std::optional<Number> growing_;      ///< the burst that the next bytes may belong to
     Numbers unread_;                     ///< came in and wait
