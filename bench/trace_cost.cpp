@@ -115,6 +115,7 @@ void printExchanges() {
 
 void printNearest() {
     for (const int pairs : {2'000, 20'000, 100'000}) {
+        PacketTable table;
         std::vector<std::string> requests;
         for (int count = 0; count < pairs; ++count) {
             const std::string other = hex(count * 40'503 & 0xFFFF, 4); // none of them is near
