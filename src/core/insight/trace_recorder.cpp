@@ -34,6 +34,7 @@ void TraceRecorder::open(std::chrono::system_clock::time_point timeOfDay) {
     request_.reset();
     stuckIn_.reset();
     asked_.reset();
+    heard_.reset();
     unread_.clear();
     read_.clear();
 }
@@ -248,10 +249,13 @@ void TraceRecorder::toldAnswer(const Exchange& exchange) {
 
 /// On a line that is only listened to, a burst may be the answer to the request before it.
 void TraceRecorder::toldHeard(const Exchange& exchange) {
+    const Numbers lines = read_;
     judge(exchange, Verdict::Heard);
-    if (kindOf(exchange.answer).isRequest()) {
-        asked_ =
-            shared(std::span(exchange.answer).first(std::min(exchange.answer.size(), Trace::mostLineBytes)));
+    for (const Number number : lines) {
+        trace_.change(number, [this](TraceLine& line) {
+            line.request = std::exchange(heard_, nullptr);
+            heard_ = kindOf(line.bytes).isRequest() ? shared(line.bytes) : nullptr;
+        });
     }
 }
 

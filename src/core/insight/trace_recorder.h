@@ -74,7 +74,8 @@ private:
     Numbers unread_;                     ///< came in and wait
     Numbers read_;                       ///< were read, and the link has not told what it makes of them
     std::optional<Number> request_;      ///< what was sent last
-    std::shared_ptr<const Bytes> asked_; ///< its bytes, or a request that was heard
+    std::shared_ptr<const Bytes> heard_; ///< a request on a line that is only listened to
+    std::shared_ptr<const Bytes> asked_; ///< its bytes, where it is a request
     bool isRefusalTold_ = false;         ///< by the line, before the link does
     std::optional<Mode> stuckIn_;        ///< the mode in which an event ended without its common end
 };

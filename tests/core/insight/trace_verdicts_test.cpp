@@ -188,6 +188,20 @@ TEST_F(TraceVerdicts, MonitorListsAndReadsAnswersByTheRequestBeforeThem) {
     EXPECT_FALSE(isWrong(2));
 }
 
+TEST_F(TraceVerdicts, MonitorTakesNoRequestOfTheProgramForTheLinesOwn) {
+    send(wordRead, 10);
+    link.enterMode(Mode::Monitoring);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(line(2).request, nullptr);
+    receive(wordRead);
+    receive(wordAnswer, 30); // read together, and yet two bursts
+    clock.advance(100);
+    EXPECT_EQ(line(3).request, nullptr);
+    ASSERT_NE(line(4).request, nullptr);
+    EXPECT_EQ(*line(4).request, bytesOfText(wordRead));
+}
+
 TEST_F(TraceVerdicts, PreparedPairAnswers) {
     table.addPair("050023030002020000", "00");
     table.addPair(hexRun(bytesOfText(wordRead)), hexRun(bytesOfText(wordAnswer)));
