@@ -96,7 +96,7 @@ TEST_F(TracedDeviceLineTest, HangUpStaysBehindWhatCanStillBeRead) {
 }
 
 TEST_F(TracedDeviceLineTest, FloodOfTenMegabytesIsCountedAndBounded) {
-    constexpr std::size_t pieces = 10 * 1024;
+    constexpr std::size_t pieces = std::size_t{10} * 1024;
     std::size_t received = 0;
     std::size_t written = 0;
     const Bytes piece(1024, 0x55);
