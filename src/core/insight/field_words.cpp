@@ -14,10 +14,6 @@ std::string inBothBases(int value, std::size_t digits) {
 
 std::string firstByte(const Field& field) { return "its first byte, " + hexNumber(field.number, byteDigits); }
 
-std::string counted(std::size_t number, const std::string& what) {
-    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
-}
-
 std::string countInWords(const Field& field) {
     const int count = countOfByte(field.number);
     return hexNumber(field.number, byteDigits) + ": " +
@@ -100,6 +96,10 @@ std::string binaryDigits(int value, int bits) {
 }
 
 } // namespace
+
+std::string counted(std::size_t number, const std::string& what) {
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
+}
 
 std::string kindInWords(const FrameKind& kind) {
     if (kind.command == nullptr) {
