@@ -5,7 +5,6 @@
 namespace varda::inline core {
 namespace {
 
-constexpr int countOfZero = 256; ///< what a count byte of 0 stands for
 constexpr std::size_t byteDigits = 2;
 constexpr std::size_t wordDigits = 4;
 
@@ -15,12 +14,8 @@ std::string inBothBases(int value, std::size_t digits) {
 
 std::string firstByte(const Field& field) { return "its first byte, " + hexNumber(field.number, byteDigits); }
 
-std::string counted(std::size_t number, const std::string& what) {
-    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
-}
-
 std::string countInWords(const Field& field) {
-    const int count = field.number == 0 ? countOfZero : field.number;
+    const int count = countOfByte(field.number);
     return hexNumber(field.number, byteDigits) + ": " +
            counted(static_cast<std::size_t>(count), field.access == Access::Bit ? "bit" : "word");
 }
@@ -101,6 +96,10 @@ std::string binaryDigits(int value, int bits) {
 }
 
 } // namespace
+
+std::string counted(std::size_t number, const std::string& what) {
+    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
+}
 
 std::string kindInWords(const FrameKind& kind) {
     if (kind.command == nullptr) {

@@ -9,6 +9,9 @@ namespace varda::inline core {
 
 // A decoded frame in words. Those who have names for registers hand them in.
 
+/// "1 byte", "12 bytes".
+std::string counted(std::size_t number, const std::string& what);
+
 /// "word read", "answer to bit write", "unknown".
 std::string kindInWords(const FrameKind& kind);
 

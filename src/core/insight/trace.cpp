@@ -1,7 +1,5 @@
 #include "core/insight/trace.h"
 
-#include "core/insight/decoder.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -28,15 +26,13 @@ bool isBad(Verdict verdict) {
     }
 }
 
-bool hasFlaw(const TraceLine& line) {
-    if (line.bytes.empty()) {
-        return false;
-    }
-    const auto frames = decodeBurst(line.bytes, line.request ? *line.request : Bytes());
-    return !std::ranges::all_of(frames, &DecodedFrame::isSound);
-}
+bool hasFlaw(const TraceLine& line) { return !std::ranges::all_of(framesOf(line), &DecodedFrame::isSound); }
 
 } // namespace
+
+std::vector<DecodedFrame> framesOf(const TraceLine& line) {
+    return decodeBurst(line.bytes, line.request ? *line.request : Bytes());
+}
 
 TraceLine* Trace::lineOf(Number number) const {
     const bool isThere = number >= begin_ && number - begin_ < lines_.size();

@@ -2,6 +2,7 @@
 
 #include "core/base/bytes.h"
 #include "core/base/clock.h"
+#include "core/insight/decoder.h"
 #include "core/insight/nearest_pair.h"
 #include "core/link/routes.h"
 
@@ -13,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace varda::inline core {
 
@@ -40,7 +42,7 @@ enum class Verdict : std::uint8_t {
     KnownPair,   ///< a prepared pair answers it
     UnknownPair, ///< no prepared pair answers it
     ThrownAway,  ///< it was thrown away unread
-    Lost,        ///< the line went away, or was closed, before it was read
+    Lost,        ///< it could not be read any more, or reading failed
     // of events
     Opened,
     Closed,
@@ -69,6 +71,9 @@ struct TraceLine {
     std::shared_ptr<const NearestPair> nearest; ///< of an unknown request
     std::shared_ptr<const std::string> note;    ///< why, or how the port was opened
 };
+
+/// The frames of a line, with what is known of their request.
+std::vector<DecodedFrame> framesOf(const TraceLine& line);
 
 /// What went over the line, the latest lines of it: who shows them reads them by their numbers, where they
 /// stand.

@@ -1,6 +1,5 @@
 #include "core/insight/trace_filter.h"
 
-#include "core/insight/decoder.h"
 #include "core/insight/trace_words.h"
 #include "core/protocol/frame_text.h"
 
@@ -35,8 +34,7 @@ BitRange bitsOf(const PointRun& run) {
 
 bool speaksOf(const TraceLine& line, const Point& point) {
     const BitRange wanted = bitsOf({point, 1});
-    const auto frames = decodeBurst(line.bytes, line.request ? *line.request : Bytes());
-    return std::ranges::any_of(frames, [wanted](const DecodedFrame& frame) {
+    return std::ranges::any_of(framesOf(line), [wanted](const DecodedFrame& frame) {
         return std::ranges::any_of(runsOf(frame), [wanted](const PointRun& run) {
             const BitRange bits = bitsOf(run);
             return bits.begin < wanted.end && wanted.begin < bits.end;
@@ -51,7 +49,7 @@ bool hasStation(const TraceLine& line, int station) {
 }
 
 bool holds(const Bytes& bytes, const Bytes& part) {
-    return part.empty() || !std::ranges::search(bytes, part).empty();
+    return part.empty() || std::search(bytes.begin(), bytes.end(), part.begin(), part.end()) != bytes.end();
 }
 
 std::vector<std::string> wordsOf(std::string_view typed) {

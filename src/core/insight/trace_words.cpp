@@ -12,10 +12,6 @@ namespace {
 
 using namespace std::chrono;
 
-std::vector<DecodedFrame> framesOf(const TraceLine& line) {
-    return decodeBurst(line.bytes, line.request ? *line.request : Bytes());
-}
-
 template <typename Words>
 std::string joined(const TraceLine& line, Words&& words) {
     std::string text;

@@ -12,10 +12,6 @@ namespace {
 using namespace std::chrono_literals;
 using Number = Trace::Number;
 
-std::string counted(std::size_t number, const std::string& what) {
-    return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
-}
-
 std::string noteOf(const TraceLine& line) { return line.note ? *line.note : std::string(); }
 
 /// Rows are counted from 1, as a person does.
@@ -111,7 +107,7 @@ std::string knownPair(const TraceLine& line) {
                               "take the answer, or the answer is no frame.";
 }
 
-std::string inSmallLetters(std::string name) {
+std::string withSmallBeginning(std::string name) {
     const bool isWord = name.size() > 1 && name[1] >= 'a' && name[1] <= 'z';
     if (isWord && name[0] >= 'A' && name[0] <= 'Z') {
         name[0] = static_cast<char>(name[0] - 'A' + 'a');
@@ -130,7 +126,7 @@ std::string nearestInWords(const TraceLine& line) {
                std::to_string(line.size) + ".";
     }
     return which + ", which differs in byte " + std::to_string(place) + " (" +
-           inSmallLetters(fieldName(*field)) + ": " + hexNumber(line.bytes[place], 2) + " came, " +
+           withSmallBeginning(fieldName(*field)) + ": " + hexNumber(line.bytes[place], 2) + " came, " +
            hexNumber(nearest.request[place], 2) + " is prepared).";
 }
 
@@ -177,7 +173,7 @@ std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
         return isBeforeSend(trace, number, line) ? "Thrown away unread, before the next send."
                                                  : "Thrown away unread, when the link began anew.";
     case Verdict::Lost:
-        return "Lost: the line was closed or went away before it was read.";
+        return "Lost before it was read. " + noteOf(line);
     case Verdict::Opened:
         return "The port was opened with " + noteOf(line) + ".";
     case Verdict::Closed:
