@@ -219,7 +219,8 @@ private:
         driver_.click("optRead_1");
         chooseRegister({"cbRegister", "cbRegAddress"}, "W", "0000");
         driver_.choose("cbRLength", "2");
-        for (const int tank : {0x1234, 0x1240, 0x1260, 0x1251}) {
+        constexpr std::array<std::uint16_t, 4> levels = {0x1234, 0x1240, 0x1260, 0x1251};
+        for (const std::uint16_t tank : levels) {
             driver_.controller().setWord(512, tank);
             exchange("Word read of W 0000, traced", readPage, varda::hexGroups(answered(tank)).c_str());
         }
@@ -238,8 +239,8 @@ private:
     }
 
     /// The answer of W 0000 and of W 0001, which the mixed write has set, without its check.
-    static varda::Bytes answered(int tank) {
-        const auto word = static_cast<unsigned>(tank);
+    static varda::Bytes answered(std::uint16_t tank) {
+        const unsigned word = tank;
         return {0xFF, 0xFF, 0xA3, 4, static_cast<std::uint8_t>(word), static_cast<std::uint8_t>(word >> 8U),
                 0x2B, 0x1A};
     }

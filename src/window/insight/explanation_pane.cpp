@@ -13,8 +13,8 @@ namespace {
 
 /// As wide as what usually stands there.
 void fitColumns(QTableView* table) {
-    constexpr std::array usual = {
-        "! Acknowledgement", "000 .. 000", "0000h, right; and more of it", "00000", "-00000", "0000h"};
+    constexpr std::array usual = {"Acknowledgement", "00 .. 00", "0000h = 00000, right",
+                                  "Decimal ",        "-00000 ",  "0000h "};
     constexpr int edges = 12;
     for (std::size_t column = 0; column < usual.size(); ++column) {
         const int width = table->fontMetrics().horizontalAdvance(QLatin1String(usual.at(column)));
@@ -22,6 +22,7 @@ void fitColumns(QTableView* table) {
     }
     table->horizontalHeader()->setStretchLastSection(true);
     table->horizontalHeader()->setHighlightSections(false);
+    table->verticalHeader()->hide();
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + edges / 2);
 }
@@ -30,8 +31,11 @@ void fitColumns(QTableView* table) {
 
 ExplanationPane::ExplanationPane(QWidget* parent)
     : QWidget(parent), ui_(makeForm<Ui::ExplanationPane>(this)) {
-    ui_->fieldsAndBytes->setStretchFactor(0, 3);
-    ui_->fieldsAndBytes->setStretchFactor(1, 2);
+    const int line = ui_->hexBytes->fontMetrics().horizontalAdvance(QStringLiteral("0000  ") +
+                                                                    QStringLiteral("00 ").repeated(17));
+    ui_->fieldsAndBytes->setSizes({2 * line, line}); // the bytes get room for a line
+    ui_->fieldsAndBytes->setStretchFactor(0, 1);
+    ui_->fieldsAndBytes->setStretchFactor(1, 0);
     ui_->goToPartner->hide();
     connect(ui_->hexBytes, &HexView::byteChosen, this, &ExplanationPane::chooseByte);
     connect(ui_->goToPartner, &QPushButton::clicked, this, &ExplanationPane::partnerWanted);
@@ -64,13 +68,24 @@ void ExplanationPane::explain(const Explained& explained) {
 }
 
 void ExplanationPane::showWords(const Explained& explained) {
-    ui_->explanationTitle->setText(explained.title);
+    const bool isWhole = explained.size == explained.bytes.size();
+    ui_->explanationTitle->setText(isWhole ? explained.title
+                                           : explained.title +
+                                                 tr("   %1 bytes, of which the first %2 are kept")
+                                                     .arg(static_cast<qulonglong>(explained.size))
+                                                     .arg(static_cast<qulonglong>(explained.bytes.size())));
     ui_->explanationSentence->setText(explained.sentence);
     ui_->explanationSentence->setVisible(!explained.sentence.isEmpty());
 }
 
 void ExplanationPane::showFrames(const Explained& explained) {
     fields_->showFrames(explained.bytes, explained.request);
+    ui_->fieldTable->clearSpans();
+    for (int row = 0; row < fields_->rowCount(); ++row) {
+        if (fields_->isSentence(row)) {
+            ui_->fieldTable->setSpan(row, FieldModel::Value, 1, FieldModel::ColumnCount - FieldModel::Value);
+        }
+    }
     ui_->hexBytes->showBytes(explained.bytes);
     ui_->hexBytes->showFlaws(fields_->flawedBytes());
 }

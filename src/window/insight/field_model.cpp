@@ -10,7 +10,11 @@ namespace {
 
 QString text(const std::string& words) { return QString::fromStdString(words); }
 
-bool isNumber(const Field& field) { return field.role != FieldRole::Body && field.role != FieldRole::Behind; }
+/// A station has no sign.
+bool hasForm(const Field& field, int column) {
+    const bool isNumber = field.role != FieldRole::Body && field.role != FieldRole::Behind;
+    return column == FieldModel::Signed ? field.role == FieldRole::Value : isNumber;
+}
 
 QString numberForm(const Field& field, int column) {
     constexpr std::size_t wordBytes = 2;
@@ -142,7 +146,8 @@ QString FieldModel::textOf(const Row& row, int column) const {
     case Value:
         return valueOf(row);
     default:
-        return row.field != nullptr && isNumber(*row.field) ? numberForm(*row.field, column) : QString();
+        return row.field != nullptr && hasForm(*row.field, column) ? numberForm(*row.field, column)
+                                                                   : QString();
     }
 }
 

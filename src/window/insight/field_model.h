@@ -42,6 +42,8 @@ public:
     ByteRange bytesOf(int row) const;
     /// The row of the field that a byte belongs to.
     std::optional<int> rowOf(std::size_t byte) const;
+    /// Whether a row is a sentence, which has no number forms.
+    bool isSentence(int row) const { return rows_.at(static_cast<std::size_t>(row)).field == nullptr; }
     /// The bytes of the fields with a flaw.
     std::vector<ByteRange> flawedBytes() const;
 

@@ -13,21 +13,20 @@ Insight::Insight(Clock& clock) : clock_(clock) {}
 
 Insight::~Insight() = default;
 
-/// A line is made when a port is opened, and the recorder stands by then.
 MSComm::LineFactory Insight::traced(MSComm::LineFactory makeLine) {
-    return [this, makeLine = std::move(makeLine)](const std::string& name) -> std::unique_ptr<Line> {
-        return std::make_unique<TracedLine>(makeLine(name), *recorder_, clock_);
-    };
+    return core::traced(std::move(makeLine), recorder_, clock_);
+}
+
+void Insight::observe(SerialLink& link) {
+    link_ = &link;
+    link.observe(recorder_);
+    link.observe(statistics_);
+    link.observe(watch_);
 }
 
 void Insight::attach(const Parts& parts) {
     parts_.emplace(parts);
-    recorder_.emplace(trace_, clock_, parts.pairs);
-    for (LinkObserver* const observer :
-         {static_cast<LinkObserver*>(&*recorder_), static_cast<LinkObserver*>(&statistics_),
-          static_cast<LinkObserver*>(&watch_)}) {
-        parts.link.observe(*observer);
-    }
+    recorder_.setPairs(parts.pairs);
     connect(parts.button, &QAbstractButton::toggled, this, &Insight::setOpen);
 }
 
@@ -45,11 +44,11 @@ void Insight::setOpen(bool isOpen) {
 
 void Insight::record(bool isOn) {
     if (isOn) {
-        recorder_->open();
+        recorder_.open();
         statistics_.open();
         watch_.open();
     } else {
-        recorder_->close();
+        recorder_.close();
         statistics_.close();
         watch_.close();
     }
@@ -62,7 +61,7 @@ void Insight::makeWindow() {
                                .statistics = statistics_,
                                .watch = watch_,
                                .names = names_,
-                               .settings = [this] { return parts_->link.port().settings(); },
+                               .settings = [this] { return link_->port().settings(); },
                                .wantedPeriod = parts_->wantedPeriod,
                                .showHelp = parts_->showHelp,
                                .programFolder = parts_->programFolder});

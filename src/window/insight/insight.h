@@ -31,7 +31,6 @@ class Insight : public QObject {
 
 public:
     struct Parts {
-        SerialLink& link;
         const PacketTable& pairs;
         QAbstractButton* button; ///< opens and closes the window, and shows whether it is open
         QWidget& pages;          ///< whose frames are explained
@@ -47,6 +46,8 @@ public:
 
     /// The same lines, told to the trace.
     MSComm::LineFactory traced(MSComm::LineFactory makeLine);
+    /// Called once, before anybody else observes the link: who sends when told would come first otherwise.
+    void observe(SerialLink& link);
     /// Called once, when all pages stand.
     void attach(const Parts& parts);
 
@@ -60,12 +61,13 @@ private:
     void makeWindow();
 
     Clock& clock_;
+    SerialLink* link_ = nullptr;
     Trace trace_;
+    TraceRecorder recorder_{trace_, clock_};
     LinkStatistics statistics_;
     RegisterWatch watch_;
     RegisterNames names_;
     std::optional<Parts> parts_;
-    std::optional<TraceRecorder> recorder_;
     std::unique_ptr<InsightWindow> window_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/clock.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/message_boxes.h"

@@ -33,7 +33,7 @@ double roundUp(double value) {
     return 10 * decade;
 }
 
-/// A triangle that stands: nothing came.
+/// A triangle that points at its time: nothing came.
 void drawSilence(QPainter& painter, const QPoint& foot) {
     QPainterPath triangle;
     triangle.moveTo(foot);
@@ -132,8 +132,8 @@ void ResponsePlot::drawAxes(QPainter& painter, double top) const {
     for (const int minute : {minutes, minutes / 2, 0}) {
         const int width = fontMetrics().horizontalAdvance(QStringLiteral("- 10 min"));
         const int centre = placeOf(minute * qint64{60'000});
-        const QRect place(std::min(centre - width / 2, this->width() - width), area.bottom() + letter / 4,
-                          width, letter);
+        const int left = std::clamp(centre - width / 2, area.left(), this->width() - width);
+        const QRect place(left, area.bottom() + letter / 4, width, letter);
         painter.drawText(place, Qt::AlignCenter, minute == 0 ? tr("now") : tr("-%1 min").arg(minute));
     }
 }

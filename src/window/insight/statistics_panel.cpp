@@ -77,6 +77,8 @@ StatisticsPanel::StatisticsPanel(const InsightContext& context, QWidget* parent)
     ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     ui_->statisticsTable->horizontalHeader()->setHighlightSections(false);
     ui_->statisticsTable->verticalHeader()->hide();
+    constexpr int edges = 6;
+    ui_->statisticsTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + edges);
     ui_->responsePlot->plot(context.statistics, context.clock);
     connect(ui_->resetStatistics, &QPushButton::clicked, this, &StatisticsPanel::reset);
     connect(ui_->saveStatistics, &QPushButton::clicked, this, &StatisticsPanel::saveCsv);

@@ -42,14 +42,14 @@ void TraceTable::fitRows() {
 
 /// As wide as what usually stands there.
 void TraceTable::fitColumns() {
-    constexpr std::array usual = {"00:00:00.000000",      "00000.000",   "received ",
+    constexpr std::array usual = {"00:00:00.0000",        "00000.000",   "received ",
                                   "answer to word write", "255 to 255 ", "W 0000 .. W 0000"};
     constexpr int edges = 12;
     for (std::size_t column = 0; column < usual.size(); ++column) {
         const int width = fontMetrics().horizontalAdvance(QLatin1String(usual.at(column)));
         horizontalHeader()->resizeSection(static_cast<int>(column), width + edges);
     }
-    const int groups = QFontMetrics(frameFont()).horizontalAdvance(QStringLiteral("00 ").repeated(10));
+    const int groups = QFontMetrics(frameFont()).horizontalAdvance(QStringLiteral("00 ").repeated(8));
     horizontalHeader()->resizeSection(static_cast<int>(usual.size()), groups + edges);
 }
 
@@ -68,6 +68,7 @@ void TraceTable::takeNews() {
     const QScopedValueRollback<bool> moving(isMoving_, true);
     const int before = verticalScrollBar()->value();
     const int gone = trace_->takeNews();
+    viewport()->update(); // what became of a line may depend on those behind it
     if (isFollowing_) {
         scrollToBottom();
     } else if (gone > 0) {

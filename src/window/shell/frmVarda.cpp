@@ -118,6 +118,7 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     link_.setRoles(
         {.repeat = [this](Mode mode) { repeatRequest(mode); },
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
+    insight_.observe(link_);
     for (LinkObserver* const observer :
          {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
           static_cast<LinkObserver*>(&frameTips_), static_cast<LinkObserver*>(simulationPage_),
@@ -173,8 +174,7 @@ void FrmVarda::attachInsight(const QString& programFolder) {
         const bool isScenario = link_.state().CommMode == Mode::Scenario;
         return (isScenario ? tmrScenario_ : tmrComm_)->interval();
     };
-    insight_.attach({.link = link_,
-                     .pairs = simulationPage_->pairs(),
+    insight_.attach({.pairs = simulationPage_->pairs(),
                      .button = ui_->openTrace,
                      .pages = *this,
                      .requestOf = [this](const auto* answer) { return frameTips_.requestOf(answer); },

@@ -10,6 +10,7 @@
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
@@ -26,6 +27,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
 
 namespace varda::test {
 
@@ -62,6 +65,7 @@ protected:
         if (trace() == nullptr || !trace()->isVisible()) {
             window.click("openTrace");
         }
+        QApplication::setActiveWindow(trace()); // whose keys these are
     }
     void closeTrace() { trace()->close(); }
     InsightWindow* trace() { return window.window().insight().window(); }
@@ -129,6 +133,12 @@ protected:
         dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
         QMetaObject::invokeMethod(dialog, "accept");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    /// What stands there and is no regular file.
+    std::string pipe(const char* name) {
+        std::string path = window.folder().file(name);
+        EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+        return path;
     }
     /// The text of the message box on the trace; empty where there is none.
     std::string boxText() {

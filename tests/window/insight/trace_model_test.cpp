@@ -11,6 +11,8 @@
 namespace varda::test {
 namespace {
 
+using namespace window;
+
 TraceLine lineOf(Direction direction, std::size_t bytes) {
     TraceLine line;
     line.direction = direction;
