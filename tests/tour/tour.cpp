@@ -212,6 +212,7 @@ private:
         driver_.click("optMode_0");
         driver_.click("openTrace");
         auto* const trace = driver_.window().insight().window();
+        trace->resize(1000, 640);
         QFile names(QStringLiteral("names.csv"));
         judge(names.open(QIODevice::WriteOnly) && names.write("W 0000,tank level\nW 0001,flow\n") > 0);
         names.close();

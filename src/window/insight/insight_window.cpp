@@ -111,8 +111,10 @@ void InsightWindow::refresh() {
     } else if (shown == watch_) {
         watch_->refresh();
     }
-    if (isVisible()) {
+    if (isVisible() && shown != trace_) { // which has nothing that changes without news
         refreshSoon();
+    } else {
+        refresh_.cancel();
     }
 }
 
