@@ -132,6 +132,12 @@ class User:
         for key in keys:
             self._do("keyup", key)
 
+    def wheel(self, place):
+        """A turn of the wheel, downwards."""
+        self.actions += 1
+        self._do("mousemove", str(place[0]), str(place[1]))
+        self._do("click", "5")
+
     def hold(self, place):
         self.actions += 1
         self._do("mousemove", str(place[0]), str(place[1]))
@@ -334,11 +340,15 @@ class Window:
         return [node.name for top in self.tops() for node in self.below(top) if node.getRole() == self.atspi.ROLE_LABEL]
 
     def cell(self, row, column):
+        """Its place; a cell below the last row in sight is scrolled to, at an action for each turn of the wheel."""
         table = next(node for node in self.below(self.frame()) if node.getRole() == self.atspi.ROLE_TABLE)
-        return self.middle(table.queryTable().getAccessibleAt(row, column))
-
-    def cells(self):
-        return next(node for node in self.below(self.frame()) if node.getRole() == self.atspi.ROLE_TABLE).queryTable()
+        left, top, _, height = self.extents(table)
+        for _ in range(20):
+            x, y = self.middle(table.queryTable().getAccessibleAt(row, column))
+            if y < top + height - 8:
+                return x, y
+            self.user.wheel((left + 100, top + height // 2))
+        raise Failed(f"row {row} does not come into sight")
 
     def rows(self, name):
         return [self.find(name).getChildAtIndex(index) for index in range(self.find(name).childCount)]

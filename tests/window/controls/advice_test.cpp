@@ -155,7 +155,8 @@ TEST_F(AdviceTest, NamesWhatIsWrongInAFile) {
     driver.click("optMode_4");
     driver.click("cmdLoadSimPacket");
     chooseFile(folder.file("bad.ini"));
-    EXPECT_EQ(takeAdvice("13"), "Total of the file \"many\" is no number. Type digits only.");
+    EXPECT_EQ(takeAdvice("13"),
+              "Total of the file is \"many\", no number of pairs. Mend the file, or choose another.");
 }
 
 TEST_F(AdviceTest, SaysWhatHelpsWhereALogCannotBeWritten) {
