@@ -178,6 +178,7 @@ class Window:
 
         self.atspi = pyatspi
         self.user = user
+        list(pyatspi.Registry.getDesktop(0))  # the registry is up then, which a program that comes first may miss
         self.process = subprocess.Popen([program, *arguments], stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.leaves = {getattr(pyatspi, role) for role in self.LEAVES}
         self.known = {}
