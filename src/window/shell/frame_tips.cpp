@@ -1,6 +1,7 @@
 #include "window/shell/frame_tips.h"
 
-#include "core/protocol/frame_reading.h"
+#include "core/insight/frame_reading.h"
+#include "core/protocol/frame_text.h"
 #include "window/shell/page_names.h"
 
 #include <QHelpEvent>
