@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/insight/decoder.h"
+#include "core/link/exchange.h"
+#include "device/port_names.h"
+
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace varda::cli {
+
+/// Writes what the tool finds out, for people or for machines: then one JSON object a line, whose "type" says
+/// which of these functions wrote it.
+class Report {
+public:
+    Report(std::ostream& out, bool asJson) : out_(out), asJson_(asJson) {}
+
+    void port(const device::PortName& port);
+    /// What became of a request that was sent, or that came in.
+    void exchange(const Exchange& exchange);
+    /// A frame taken apart. @param bytes those that it was found in
+    void frame(std::span<const std::uint8_t> bytes, const DecodedFrame& frame);
+    /// A burst on a monitored line. @param line as the monitor lists it
+    void heard(const Exchange& exchange, const std::string& line);
+    /// Rounds of a scenario that were sent, and what became of their lines.
+    void scenario(int rounds, int answered, int others);
+
+private:
+    /// @throws Failure File where the stream takes no more
+    void write(std::string_view line);
+
+    std::ostream& out_;
+    bool asJson_;
+};
+
+/// "answered", "wrong length": what became of an exchange.
+std::string_view inWords(Outcome outcome);
+
+} // namespace varda::cli
