@@ -1,11 +1,13 @@
 #include "cli/program.h"
 
+#include "cli/documents.h"
 #include "cli/subcommand.h"
 #include "core/base/runtime_error.h"
 #include "core/link/comm_error.h"
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <ostream>
 
 namespace varda::cli {
@@ -32,6 +34,20 @@ std::string textOf(const RuntimeError& error) {
 ExitCode tell(const Streams& streams, ExitCode code, const std::string& text) {
     streams.error << "varda-cli: " << text << '\n';
     return code;
+}
+
+/// For those who install the tool; they are no subcommands, and not in the help.
+void addDocuments(CLI::App& app, std::ostream& out) {
+    const auto print = [&app, &out](const char* option, const std::function<std::string()>& document) {
+        app.add_flag_callback(option,
+                              [&out, document] {
+                                  out << document();
+                                  throw CLI::Success();
+                              })
+            ->group("");
+    };
+    print("--print-manual-page", [&app] { return manualPage(app, VARDA_VERSION); });
+    print("--print-bash-completion", [&app] { return bashCompletion(app); });
 }
 
 ExitCode runGuarded(Subcommand& subcommand, const Streams& streams, bool asJson) {
@@ -61,6 +77,7 @@ int run(std::vector<std::string> arguments, const Streams& streams) {
     for (const auto& subcommand : subcommands) {
         subcommand->declare(*app.add_subcommand(subcommand->name(), subcommand->purpose()));
     }
+    addDocuments(app, streams.out);
     std::ranges::reverse(arguments); // as this parser wants them
     try {
         app.parse(arguments);

@@ -188,6 +188,17 @@ TEST_F(ProgramTest, HelpsAndTellsItsVersion) {
     EXPECT_EQ(out.text(), "varda-cli " VARDA_VERSION "\n");
 }
 
+TEST_F(ProgramTest, MakesItsManualPageAndCompletionOfWhatIsDeclared) {
+    EXPECT_EQ(run({"--print-manual-page"}), 0);
+    for (const char* const part :
+         {".SS mixed\\-read", "\\-\\-rounds", "500 if not given", ".SH EXIT STATUS"}) {
+        EXPECT_NE(out.text().find(part), std::string::npos) << part;
+    }
+    EXPECT_EQ(run({"--print-bash-completion"}), 0);
+    EXPECT_NE(out.text().find("ports read write"), std::string::npos);
+    EXPECT_NE(out.text().find("monitor) words=\"--help --port"), std::string::npos);
+}
+
 TEST_F(ProgramTest, ExplainsFrames) {
     EXPECT_EQ(run({"decode", "01 00 23 03 00 02 01 2D 9A"}), 1) << "the check is wrong";
     EXPECT_NE(out.text().find("Address 0200h: W 0000"), std::string::npos);
