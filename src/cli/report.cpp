@@ -171,6 +171,17 @@ void Report::heard(const Exchange& exchange, const std::string& line) {
     write(asJson_ ? asLine({{"type", "heard"}, {"bytes", hexRun(exchange.answer)}}) : line);
 }
 
+void Report::finding(const std::string& file, const PairFinding& finding) {
+    const std::size_t number = finding.pair + 1;
+    write(asJson_
+              ? asLine({{"type", "finding"},
+                        {"file", file},
+                        {"pair", number},
+                        {"problem", finding.problem},
+                        {"remedy", finding.remedy}})
+              : file + ": pair " + std::to_string(number) + ": " + finding.problem + ' ' + finding.remedy);
+}
+
 void Report::scenario(int rounds, int answered, int others) {
     write(
         asJson_

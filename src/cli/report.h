@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/insight/decoder.h"
+#include "core/insight/pair_lint.h"
 #include "core/link/exchange.h"
 #include "device/port_names.h"
 
@@ -24,6 +25,8 @@ public:
     void frame(std::span<const std::uint8_t> bytes, const DecodedFrame& frame);
     /// A burst on a monitored line. @param line as the monitor lists it
     void heard(const Exchange& exchange, const std::string& line);
+    /// What is wrong with a prepared pair. @param file that it stands in
+    void finding(const std::string& file, const PairFinding& finding);
     /// Rounds of a scenario that were sent, and what became of their lines.
     void scenario(int rounds, int answered, int others);
 

@@ -1,8 +1,7 @@
 #include "cli/scenario_command.h"
 
+#include "cli/files.h"
 #include "cli/link_session.h"
-#include "core/files/profile_file.h"
-#include "core/runs/scenario_file.h"
 #include "core/runs/scenario_run.h"
 
 #include <ostream>
@@ -23,19 +22,6 @@ private:
     std::vector<std::string> lines_;
     int current_ = -1;
 };
-
-/// @throws Failure File where it holds none
-std::vector<std::string> linesOf(const std::string& path) {
-    const ProfileFile file = ProfileFile::load(path);
-    if (file.problem()) {
-        throw Failure(ExitCode::File, path + ": " + file.problem()->what());
-    }
-    std::optional<LoadedScenario> scenario = loadScenario(file);
-    if (!scenario || !scenario->isComplete) {
-        throw Failure(ExitCode::File, path + " does not hold the lines of a scenario that it should.");
-    }
-    return std::move(scenario->lines);
-}
 
 /// Sends the lines of some rounds and counts what becomes of them. As in the window, a line that nothing
 /// comes for ends the run.
@@ -106,7 +92,7 @@ void ScenarioCommand::declare(CLI::App& app) {
 
 ExitCode ScenarioCommand::run(const Streams& /*streams*/, Report& report) {
     LinkSession session(startPeriod);
-    Rounds rounds(session, report, linesOf(file_), rounds_);
+    Rounds rounds(session, report, scenarioLines(file_), rounds_);
     session.open(port_);
     rounds.start(period_);
     const bool isWhole = session.run();

@@ -1,9 +1,8 @@
 #include "cli/simulate_command.h"
 
+#include "cli/files.h"
 #include "cli/link_session.h"
-#include "core/files/profile_file.h"
 #include "core/link/period.h"
-#include "core/pairs/packet_file.h"
 #include "core/pairs/packet_table.h"
 #include "core/runs/responder.h"
 
@@ -11,23 +10,6 @@
 
 namespace varda::cli {
 namespace {
-
-/// @throws Failure File where it holds none
-void addPairs(PacketTable& table, const std::string& path) {
-    const ProfileFile file = ProfileFile::load(path);
-    if (file.problem()) {
-        throw Failure(ExitCode::File, path + ": " + file.problem()->what());
-    }
-    PacketTable own;
-    const PacketLoad result = loadPackets(own, file);
-    if (result != PacketLoad::Complete) {
-        throw Failure(ExitCode::File, path + " does not hold the pairs that it should: " +
-                                          std::to_string(own.answers().size()) + " whole ones were found.");
-    }
-    for (std::size_t row = 0; row < own.requests().size(); ++row) {
-        table.addPair(own.requests()[row], own.answer(row));
-    }
-}
 
 bool isOfARequest(const Exchange& exchange) {
     return exchange.outcome == Outcome::AnsweredByPair || exchange.outcome == Outcome::Unknown ||

@@ -1,4 +1,5 @@
 #include "cli/decode_command.h"
+#include "cli/lint_command.h"
 #include "cli/monitor_command.h"
 #include "cli/ports_command.h"
 #include "cli/scenario_command.h"
@@ -20,7 +21,7 @@ std::vector<std::unique_ptr<Subcommand>> make() {
 
 std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     return make<PortsCommand, ReadCommand, WriteCommand, MixedReadCommand, MixedWriteCommand, SimulateCommand,
-                MonitorCommand, ScenarioCommand, DecodeCommand>();
+                MonitorCommand, ScenarioCommand, DecodeCommand, LintCommand>();
 }
 
 } // namespace varda::cli

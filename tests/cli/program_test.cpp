@@ -245,6 +245,17 @@ TEST_F(ProgramTest, AnswersFromPreparedPairs) {
     EXPECT_EQ(objects()[1]["outcome"], "unknown");
 }
 
+TEST_F(ProgramTest, FindsWhatIsWrongWithPreparedPairs) {
+    EXPECT_EQ(run({"lint", VARDA_DATA_FOLDER "/example-reads.ini", VARDA_DATA_FOLDER "/example-writes.ini"}),
+              0)
+        << out.text();
+    const std::string path = file("pairs.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n0=0102\r\n"
+                                               "[Send]\r\n0=xyz\r\n");
+    EXPECT_EQ(run({"--json", "lint", path}), 1);
+    EXPECT_EQ(objects().back()["pair"], 1);
+    EXPECT_EQ(objects().back()["problem"], "The answer is no frame, so nothing is sent.");
+}
+
 TEST_F(ProgramTest, ListsAndLogsWhatComesIn) {
     const std::string log = folder.path() + "/log.txt";
     EXPECT_EQ(runUntilEnded({"monitor", "-p", line.path(), "--log", log},
