@@ -79,9 +79,8 @@ private:
 
     ManualClock clock_;
     FakeWire wire_;
-    PacketTable table_;
     Trace trace_;
-    TraceRecorder recorder_{trace_, clock_, table_};
+    TraceRecorder recorder_{trace_, clock_};
     LinkStatistics statistics_;
     RegisterWatch watch_;
     MSComm port_;
@@ -120,7 +119,7 @@ void printNearest() {
         std::vector<std::string> requests;
         for (int count = 0; count < pairs; ++count) {
             const std::string other = hex(count * 40'503 & 0xFFFF, 4); // none of them is near
-            requests.push_back(other + other + other + "990000");
+            requests.push_back(std::string(other).append(other).append(other).append("990000"));
         }
         table.replace(requests, std::vector<std::string>(requests.size(), "00"));
         const double seconds = secondsOf([&] { nearestPair(table, request); });

@@ -1,6 +1,5 @@
 #include "core/insight/trace_recorder.h"
 #include "core/insight/verdict_words.h"
-#include "core/pairs/packet_table.h"
 #include "device/device_line.h"
 #include "support/pseudo_terminal.h"
 #include "support/task_loop.h"
@@ -48,9 +47,8 @@ protected:
     TaskLoop loop;
     RealClock clock;
     PseudoTerminal terminal;
-    PacketTable table;
     Trace trace;
-    TraceRecorder recorder{trace, clock, table};
+    TraceRecorder recorder{trace, clock};
     MSComm comm{
         traced([this](const std::string& name) { return std::make_unique<DeviceLine>(name, loop.post()); },
                recorder, clock)};
@@ -98,7 +96,7 @@ TEST_F(TracedDeviceLineTest, HangUpStaysBehindWhatCanStillBeRead) {
 }
 
 TEST_F(TracedDeviceLineTest, FloodOfTenMegabytesIsCountedAndBounded) {
-    constexpr std::size_t pieces = 10 * 1024;
+    constexpr std::size_t pieces = std::size_t{10} * 1024;
     std::size_t received = 0;
     std::size_t written = 0;
     const Bytes piece(1024, 0x55);

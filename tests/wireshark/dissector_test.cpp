@@ -184,7 +184,7 @@ TEST_F(DissectorTest, TenThousandRandomFramesHaveTheDecodersFields) {
     FrameDraws draws(seed);
     DrawnExchange drawn;
     Bytes request;
-    std::string capture = pcapng::heading();
+    std::string capture = captureHeading();
     std::vector<std::vector<std::string>> expected;
     for (int round = 0; round < 10'000; ++round) {
         const Bytes burst = drawBurst(draws, drawn, round);
@@ -196,7 +196,7 @@ TEST_F(DissectorTest, TenThousandRandomFramesHaveTheDecodersFields) {
                                burst.begin() + static_cast<std::ptrdiff_t>(frame.end));
             }
         }
-        capture += pcapng::packet({{}, round % 2 == 0, burst, burst.size(), {}});
+        capture += captured({{}, round % 2 == 0, burst, burst.size(), {}});
     }
     const auto found = fieldsByDissector(readBack(capture, "-T pdml"));
     ASSERT_EQ(found.size(), expected.size());

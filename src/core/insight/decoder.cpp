@@ -14,8 +14,6 @@ using Octets = std::span<const std::uint8_t>;
 constexpr int wordMarkInAddress = wordMark << 8;
 constexpr std::size_t mostInLength = 255;  ///< that LEN can say
 constexpr std::size_t longestAnswer = 512; ///< body bytes: 256 words
-constexpr int countOfZero = 256;           ///< what a count byte of 0 stands for
-constexpr std::size_t mostFramesOfBurst = 32;
 
 /// A point of a mixed request, which says in its address what it is.
 Point mixedPoint(int address) {
@@ -310,142 +308,10 @@ private:
     bool isUneven_ = false; ///< the body ends within a field
 };
 
-void append(std::vector<PointRun>& runs, const Point& point) {
-    if (!runs.empty()) {
-        PointRun& last = runs.back();
-        if (last.first.access == point.access && last.first.address + last.count == point.address) {
-            ++last.count;
-            return;
-        }
-    }
-    runs.push_back({point, 1});
-}
-
-std::vector<PointRun> runOfRead(const DecodedFrame& frame) {
-    const Field* const address = frame.find(FieldRole::Address);
-    const Field* const count = frame.find(FieldRole::Count);
-    if (address == nullptr || !address->point || count == nullptr) {
-        return {};
-    }
-    return {{*address->point, count->number == 0 ? countOfZero : count->number}};
-}
-
-/// Makes the places of a frame those in the burst that it stands in.
-void moveBy(DecodedFrame& frame, std::size_t begin) {
-    frame.begin += begin;
-    frame.end += begin;
-    for (Field& field : frame.fields) {
-        field.place += begin;
-    }
-}
-
-bool isWholeFrame(const DecodedFrame& frame) {
-    return !frame.has(Fault::Cut) && !frame.has(Fault::WrongCheck) && !frame.has(Fault::UnknownCommand);
-}
-
-/// The bytes before `begin` belong to this frame, and are no longer what follows it.
-void endAt(DecodedFrame& frame, std::size_t begin) {
-    std::erase(frame.faults, Fault::MoreBytes);
-    Field& behind = frame.fields.back();
-    behind.length = behind.whole = begin - behind.place;
-    if (behind.length == 0) {
-        frame.fields.pop_back();
-    }
-}
-
-/// A whole frame that follows another one, which may have a byte behind it.
-std::optional<DecodedFrame> nextFrame(Octets bytes, const DecodedFrame& before, Octets request) {
-    const bool mayBeFollowed = before.kind.isRequest() && !before.kind.command->access;
-    for (std::size_t begin = before.end; begin <= before.end + (mayBeFollowed ? 1 : 0); ++begin) {
-        if (begin >= bytes.size()) {
-            break;
-        }
-        DecodedFrame next = decode(bytes.subspan(begin), request);
-        if (isWholeFrame(next)) {
-            moveBy(next, begin);
-            return next;
-        }
-    }
-    return std::nullopt;
-}
-
 } // namespace
-
-FrameKind kindOfCode(std::uint8_t code) {
-    if (const Command* const asked = findCommand(code)) {
-        return {asked, false};
-    }
-    const bool isMarked = (code & answerMark) != 0;
-    const Command* const answered =
-        isMarked ? findCommand(code & static_cast<std::uint8_t>(~answerMark)) : nullptr;
-    return {answered, answered != nullptr};
-}
-
-FrameKind kindOf(std::span<const std::uint8_t> frame) {
-    return frame.size() > offset::command ? kindOfCode(frame[offset::command]) : FrameKind{};
-}
-
-bool DecodedFrame::has(Fault fault) const { return std::ranges::find(faults, fault) != faults.end(); }
-
-const Field* DecodedFrame::fieldAt(std::size_t place) const {
-    const auto found = std::ranges::find_if(
-        fields, [place](const Field& field) { return place - field.place < field.length; });
-    return found != fields.end() ? &*found : nullptr;
-}
-
-const Field* DecodedFrame::find(FieldRole role) const {
-    const auto found = std::ranges::find(fields, role, &Field::role);
-    return found != fields.end() ? &*found : nullptr;
-}
-
-std::vector<PointRun> runsOf(const DecodedFrame& frame) {
-    if (frame.kind.isRequest() && frame.kind.command->access && !frame.kind.command->writes) {
-        return runOfRead(frame);
-    }
-    const bool isMixedRequest = frame.kind.isRequest() && !frame.kind.command->access;
-    const FieldRole role = isMixedRequest ? FieldRole::Address : FieldRole::Value;
-    std::vector<PointRun> runs;
-    for (const Field& field : frame.fields) {
-        if (field.role == role && field.point) {
-            append(runs, *field.point);
-        }
-    }
-    return runs;
-}
-
-std::vector<Point> pointsOf(const std::vector<PointRun>& runs) {
-    std::vector<Point> points;
-    for (const PointRun& run : runs) {
-        for (int step = 0; step < run.count; ++step) {
-            points.push_back({run.first.access, run.first.address + step});
-        }
-    }
-    return points;
-}
 
 DecodedFrame decode(std::span<const std::uint8_t> bytes, std::span<const std::uint8_t> request) {
     return Decoding(bytes, request).take();
-}
-
-std::vector<DecodedFrame> decodeBurst(std::span<const std::uint8_t> bytes,
-                                      std::span<const std::uint8_t> request) {
-    std::vector<DecodedFrame> frames;
-    std::optional<DecodedFrame> frame = bytes.empty() ? std::nullopt : std::optional(decode(bytes, request));
-    while (frame) {
-        frames.push_back(std::move(*frame));
-        DecodedFrame& last = frames.back();
-        frame.reset();
-        if (last.kind.isRequest()) {
-            request = bytes.subspan(last.begin, last.end - last.begin);
-        }
-        if (isWholeFrame(last) && frames.size() < mostFramesOfBurst) {
-            frame = nextFrame(bytes, last, request);
-        }
-        if (frame) {
-            endAt(last, frame->begin);
-        }
-    }
-    return frames;
 }
 
 } // namespace varda::core

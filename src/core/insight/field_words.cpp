@@ -5,7 +5,6 @@
 namespace varda::inline core {
 namespace {
 
-constexpr int countOfZero = 256; ///< what a count byte of 0 stands for
 constexpr std::size_t byteDigits = 2;
 constexpr std::size_t wordDigits = 4;
 
@@ -20,7 +19,7 @@ std::string counted(std::size_t number, const std::string& what) {
 }
 
 std::string countInWords(const Field& field) {
-    const int count = field.number == 0 ? countOfZero : field.number;
+    const int count = countOfByte(field.number);
     return hexNumber(field.number, byteDigits) + ": " +
            counted(static_cast<std::size_t>(count), field.access == Access::Bit ? "bit" : "word");
 }

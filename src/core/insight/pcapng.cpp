@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace varda::inline core::pcapng {
+namespace varda::inline core {
 namespace {
 
 constexpr std::size_t longestComment = 4000;
@@ -59,7 +59,7 @@ std::string cutText(const std::string& text) {
 
 } // namespace
 
-std::string heading() {
+std::string captureHeading() {
     constexpr std::uint64_t byteOrderMark = 0x1A2B3C4D;
     constexpr std::uint64_t unknownLength = UINT64_MAX;
     Writer section;
@@ -70,7 +70,7 @@ std::string heading() {
     return block(Block::Section, section) + block(Block::Interface, interface);
 }
 
-std::string packet(const Packet& packet) {
+std::string captured(const CapturedPacket& packet) {
     constexpr std::uint64_t inbound = 1;
     constexpr std::uint64_t outbound = 2;
     const auto time = static_cast<std::uint64_t>(
@@ -87,4 +87,4 @@ std::string packet(const Packet& packet) {
     return block(Block::Packet, body);
 }
 
-} // namespace varda::core::pcapng
+} // namespace varda::core

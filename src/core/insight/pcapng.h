@@ -6,13 +6,14 @@
 #include <span>
 #include <string>
 
-/// Captures in the form that Wireshark reads, pcapng: a heading, then the packets.
-namespace varda::inline core::pcapng {
+namespace varda::inline core {
+
+// Captures in the form that Wireshark reads, pcapng: a heading, then the packets.
 
 /// Link type of what is nobody's but the user's, the first of sixteen.
 constexpr int linkTypeUser0 = 147;
 
-struct Packet {
+struct CapturedPacket {
     std::chrono::system_clock::time_point time;
     bool isSent = false;
     std::span<const std::uint8_t> bytes; ///< as many as were kept
@@ -20,7 +21,7 @@ struct Packet {
     std::string comment;                 ///< in UTF-8; longer ones are cut
 };
 
-std::string heading();
-std::string packet(const Packet& packet);
+std::string captureHeading();
+std::string captured(const CapturedPacket& packet);
 
-} // namespace varda::core::pcapng
+} // namespace varda::core

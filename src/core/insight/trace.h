@@ -40,7 +40,7 @@ enum class Verdict : std::uint8_t {
     KnownPair,   ///< a prepared pair answers it
     UnknownPair, ///< no prepared pair answers it
     ThrownAway,  ///< it was thrown away unread
-    Lost,        ///< the line went away, or was closed, before it was read
+    Lost,        ///< it could not be read any more, or reading failed
     // of events
     Opened,
     Closed,

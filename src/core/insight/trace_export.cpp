@@ -67,7 +67,7 @@ std::string heading(TraceForm form) {
     case TraceForm::Csv:
         return csvLine(name);
     case TraceForm::Pcapng:
-        return pcapng::heading();
+        return captureHeading();
     default:
         return {};
     }
@@ -93,8 +93,8 @@ std::string packet(const Trace& trace, Trace::Number number) {
     if (line.bytes.empty() || line.verdict == Verdict::NotSent) {
         return {};
     }
-    return pcapng::packet({trace.timeOfDay(line.first), line.direction == Direction::Sent, line.bytes,
-                           line.size, verdictInWords(trace, number)});
+    return captured({trace.timeOfDay(line.first), line.direction == Direction::Sent, line.bytes, line.size,
+                     verdictInWords(trace, number)});
 }
 
 std::string exported(const Trace& trace, Trace::Number number, TraceForm form, const RegisterNames& names) {

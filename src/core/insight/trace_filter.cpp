@@ -51,7 +51,7 @@ bool hasStation(const TraceLine& line, int station) {
 }
 
 bool holds(const Bytes& bytes, const Bytes& part) {
-    return part.empty() || !std::ranges::search(bytes, part).empty();
+    return part.empty() || std::search(bytes.begin(), bytes.end(), part.begin(), part.end()) != bytes.end();
 }
 
 std::vector<std::string> wordsOf(std::string_view typed) {

@@ -34,6 +34,7 @@ void TraceRecorder::open(std::chrono::system_clock::time_point timeOfDay) {
     request_.reset();
     stuckIn_.reset();
     asked_.reset();
+    heard_.reset();
     unread_.clear();
     read_.clear();
 }
@@ -68,19 +69,25 @@ void TraceRecorder::opened(const LineSettings& settings) {
 }
 
 void TraceRecorder::closed() {
-    lose();
+    lose("The port was closed.");
     appendEvent(Verdict::Closed);
 }
 
 void TraceRecorder::hungUp(const std::string& reason) {
-    lose();
+    lose("The line went away.");
     appendEvent(Verdict::HungUp, reason);
 }
 
+void TraceRecorder::readingFailed(const std::string& reason) { lose("Reading failed: " + reason + '.'); }
+
 /// Nobody can read any more what has come in.
-void TraceRecorder::lose() {
+void TraceRecorder::lose(const std::string& reason) {
+    const auto note = std::make_shared<const std::string>(reason);
     for (const Number number : std::exchange(unread_, {})) {
-        trace_.change(number, [](TraceLine& line) { line.verdict = Verdict::Lost; });
+        trace_.change(number, [&note](TraceLine& line) {
+            line.verdict = Verdict::Lost;
+            line.note = note;
+        });
     }
     growing_.reset();
 }
@@ -242,10 +249,13 @@ void TraceRecorder::toldAnswer(const Exchange& exchange) {
 
 /// On a line that is only listened to, a burst may be the answer to the request before it.
 void TraceRecorder::toldHeard(const Exchange& exchange) {
+    const Numbers lines = read_;
     judge(exchange, Verdict::Heard);
-    if (kindOf(exchange.answer).isRequest()) {
-        asked_ =
-            shared(std::span(exchange.answer).first(std::min(exchange.answer.size(), Trace::mostLineBytes)));
+    for (const Number number : lines) {
+        trace_.change(number, [this](TraceLine& line) {
+            line.request = std::exchange(heard_, nullptr);
+            heard_ = kindOf(line.bytes).isRequest() ? shared(line.bytes) : nullptr;
+        });
     }
 }
 
@@ -274,7 +284,7 @@ void TraceRecorder::toldUnknown(const Exchange& exchange) {
     const Numbers lines = read_;
     judge(exchange, Verdict::UnknownPair);
     stuckIn_ = exchange.mode;
-    if (auto nearest = nearestPair(pairs_, exchange.request)) {
+    if (auto nearest = pairs_ != nullptr ? nearestPair(*pairs_, exchange.request) : std::nullopt) {
         const auto kept = std::make_shared<const NearestPair>(std::move(*nearest));
         for (const Number number : lines) {
             trace_.change(number, [&](TraceLine& line) { line.nearest = kept; });

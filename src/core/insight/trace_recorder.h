@@ -14,16 +14,18 @@ class PacketTable;
 
 /// Writes down what goes over a line and what the link makes of it, while it is open.
 ///
-/// It listens to the line (traced()), and observes the link on it. Of what comes in, bytes with no pause
+/// It listens to the line (traced()), and observes the link on it: before any observer that sends when it is
+/// told, or the trace would take that for what came first. Of what comes in, bytes with no pause
 /// between them are one line.
 class TraceRecorder : public LineTap, public LinkObserver {
 public:
     /// A burst ends when nothing has come for so long.
     static constexpr std::chrono::milliseconds silence{20};
 
-    /// @param pairs the prepared ones, of which the nearest to an unknown request is looked up
-    TraceRecorder(Trace& trace, const Clock& clock, const PacketTable& pairs)
-        : trace_(trace), clock_(clock), pairs_(pairs) {}
+    TraceRecorder(Trace& trace, const Clock& clock) : trace_(trace), clock_(clock) {}
+
+    /// The prepared pairs, of which the nearest to an unknown request is looked up.
+    void setPairs(const PacketTable& pairs) { pairs_ = &pairs; }
 
     /// Begins to write down. @param timeOfDay what the time of day is now
     void open(std::chrono::system_clock::time_point timeOfDay = std::chrono::system_clock::now());
@@ -36,6 +38,7 @@ public:
     void hungUp(const std::string& reason) override;
     void cameIn(Octets bytes, Clock::Time time) override;
     void read(std::size_t counted) override;
+    void readingFailed(const std::string& reason) override;
     void thrownAway(std::size_t counted) override;
     void sent(Octets bytes, Clock::Time time) override;
     void notSent(Octets bytes, Clock::Time time, const std::string& reason) override;
@@ -49,7 +52,7 @@ private:
     bool goesOn(Clock::Time time) const;
     Number append(Direction direction, Verdict verdict, Octets bytes, Clock::Time time);
     Number appendEvent(Verdict verdict, const std::string& note = {});
-    void lose();
+    void lose(const std::string& reason);
     void count(const Numbers& lines, std::size_t counted);
     void judge(const Exchange& exchange, Verdict verdict);
     void judgeRequest(Verdict verdict);
@@ -65,13 +68,14 @@ private:
 
     Trace& trace_;
     const Clock& clock_;
-    const PacketTable& pairs_;
+    const PacketTable* pairs_ = nullptr;
     bool isOpen_ = false;
     std::optional<Number> growing_;      ///< the burst that the next bytes may belong to
     Numbers unread_;                     ///< came in and wait
     Numbers read_;                       ///< were read, and the link has not told what it makes of them
     std::optional<Number> request_;      ///< what was sent last
-    std::shared_ptr<const Bytes> asked_; ///< its bytes, or a request that was heard
+    std::shared_ptr<const Bytes> heard_; ///< a request on a line that is only listened to
+    std::shared_ptr<const Bytes> asked_; ///< its bytes, where it is a request
     bool isRefusalTold_ = false;         ///< by the line, before the link does
     std::optional<Mode> stuckIn_;        ///< the mode in which an event ended without its common end
 };

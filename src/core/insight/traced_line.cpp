@@ -56,10 +56,22 @@ void TracedLine::tellNews() {
 }
 
 Burst TracedLine::read() {
-    Burst burst = line_->read();
+    Burst burst = takeBurst();
     tell([&] { tellRead(burst, &LineTap::read); });
     seen_ = 0;
     return burst;
+}
+
+Burst TracedLine::takeBurst() {
+    try {
+        return line_->read();
+    } catch (const RuntimeError& error) {
+        if (line_->inBufferCount() == 0) {
+            seen_ = 0;
+            tell([&] { tap_.readingFailed(error.what()); });
+        }
+        throw;
+    }
 }
 
 /// What is thrown away is read for the tap first, in one step, so that it misses nothing.

@@ -30,6 +30,8 @@ public:
     virtual void cameIn(Octets bytes, Clock::Time time) = 0;
     /// All that had come in was read. @param counted bytes that were only counted, beside those told before
     virtual void read(std::size_t counted) = 0;
+    /// Reading failed, and nothing that had come in is left.
+    virtual void readingFailed(const std::string& reason) = 0;
     /// All that had come in was thrown away unread. @param counted as for read()
     virtual void thrownAway(std::size_t counted) = 0;
     virtual void sent(Octets bytes, Clock::Time time) = 0;
@@ -63,6 +65,7 @@ private:
     template <typename Telling>
     void tell(Telling&& telling) const noexcept;
     void pass(CommEvent event, const std::string& reason);
+    Burst takeBurst();
     void tellNews();
     void tellRead(const Burst& burst, void (LineTap::*what)(std::size_t counted));
     void tellPieces(const Burst& burst) const;

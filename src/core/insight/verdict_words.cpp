@@ -177,7 +177,7 @@ std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
         return isBeforeSend(trace, number, line) ? "Thrown away unread, before the next send."
                                                  : "Thrown away unread, when the link began anew.";
     case Verdict::Lost:
-        return "Lost: the line was closed or went away before it was read.";
+        return "Lost before it was read. " + noteOf(line);
     case Verdict::Opened:
         return "The port was opened with " + noteOf(line) + ".";
     case Verdict::Closed:

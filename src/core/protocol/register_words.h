@@ -2,7 +2,6 @@
 
 #include "core/protocol/registers.h"
 
-#include <compare>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -16,7 +15,10 @@ struct Point {
     Access access;
     int address; ///< of the word, or of the bit
 
-    auto operator<=>(const Point&) const = default;
+    bool operator==(const Point&) const = default;
+    bool operator<(const Point& other) const {
+        return access != other.access ? access < other.access : address < other.address;
+    }
 };
 
 /// "0E00h": so many digits of a number, marked as hexadecimal.

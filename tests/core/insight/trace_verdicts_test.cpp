@@ -113,10 +113,43 @@ TEST_F(TraceVerdicts, HangUpLosesWhatWaits) {
     send(wordRead, 10);
     receive("00 05 ");
     wire.hangUp("ttyS0 went away: it was unplugged.");
-    EXPECT_EQ(verdict(2),
-              "Lost: the line was closed or went away before it was read. It is too short for a frame.");
+    EXPECT_EQ(verdict(2), "Lost before it was read. The line went away. It is too short for a frame.");
     EXPECT_EQ(verdict(3), "ttyS0 went away: it was unplugged.");
     EXPECT_TRUE(isWrong(3));
+}
+
+TEST_F(TraceVerdicts, ClosingLosesWhatWaitsToo) {
+    receive("00 05 ");
+    port.close();
+    EXPECT_EQ(verdict(1), "Lost before it was read. The port was closed. It is too short for a frame.");
+}
+
+TEST_F(TraceVerdicts, FailedReadingLosesWhatWaited) {
+    send(wordRead, 10);
+    receive(wordAnswer);
+    wire.failRead(RuntimeError(8020, "Read error"));
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "What came for it was dropped, and the wait ended with that.");
+    EXPECT_EQ(verdict(2), "Lost before it was read. Reading failed: Read error.");
+    wire.heal();
+    send(wordRead, 10);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(verdict(4), "Taken: it has the 10 bytes that were awaited.");
+}
+
+TEST_F(TraceVerdicts, KnownRequestOnAPortThatWasClosedMeanwhileIsNotAnswered) {
+    link.setRoles({.answerTo = [this](std::span<const std::uint8_t>) {
+        port.close();
+        return std::optional(PreparedAnswer{.pair = 4, .bytes = bytesOfText(wordAnswer)});
+    }});
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(1),
+              "Known, by a prepared pair, but nothing was sent: the port is closed or did not take the "
+              "answer, or the answer is no frame.");
+    EXPECT_EQ(lines(), 3U); // the closing is the last one
 }
 
 TEST_F(TraceVerdicts, RefusedBytesAreNotSent) {
@@ -153,6 +186,20 @@ TEST_F(TraceVerdicts, MonitorListsAndReadsAnswersByTheRequestBeforeThem) {
     ASSERT_NE(line(2).request, nullptr);
     EXPECT_EQ(*line(2).request, bytesOfText(wordRead));
     EXPECT_FALSE(isWrong(2));
+}
+
+TEST_F(TraceVerdicts, MonitorTakesNoRequestOfTheProgramForTheLinesOwn) {
+    send(wordRead, 10);
+    link.enterMode(Mode::Monitoring);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(line(2).request, nullptr);
+    receive(wordRead);
+    receive(wordAnswer, 30); // read together, and yet two bursts
+    clock.advance(100);
+    EXPECT_EQ(line(3).request, nullptr);
+    ASSERT_NE(line(4).request, nullptr);
+    EXPECT_EQ(*line(4).request, bytesOfText(wordRead));
 }
 
 TEST_F(TraceVerdicts, PreparedPairAnswers) {

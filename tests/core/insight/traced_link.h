@@ -35,6 +35,7 @@ protected:
         link.setRoles({.answerTo = [this](std::span<const std::uint8_t> request) {
             return responder.answerTo(request);
         }});
+        recorder.setPairs(table);
         recorder.open(std::chrono::system_clock::time_point(1'800'000'000s));
         port.open();
     }
@@ -66,7 +67,7 @@ protected:
     PacketTable table;
     Responder responder{table};
     Trace trace;
-    TraceRecorder recorder{trace, clock, table};
+    TraceRecorder recorder{trace, clock};
     MSComm port{
         traced([this](const std::string& name) { return std::make_unique<FakeWire::NearEnd>(wire, name); },
                recorder, clock)};
