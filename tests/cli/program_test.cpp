@@ -246,9 +246,11 @@ TEST_F(ProgramTest, AnswersFromPreparedPairs) {
 }
 
 TEST_F(ProgramTest, FindsWhatIsWrongWithPreparedPairs) {
-    EXPECT_EQ(run({"lint", VARDA_DATA_FOLDER "/example-reads.ini", VARDA_DATA_FOLDER "/example-writes.ini"}),
-              0)
-        << out.text();
+    const std::string right = file("right.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n"
+                                                "0=FF00230364020490F0\r\n[Send]\r\n"
+                                                "0=00FFA3080000000000000000C658\r\n");
+    EXPECT_EQ(run({"lint", right}), 0) << out.text();
+    EXPECT_EQ(out.text(), "");
     const std::string path = file("pairs.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n0=0102\r\n"
                                                "[Send]\r\n0=xyz\r\n");
     EXPECT_EQ(run({"--json", "lint", path}), 1);

@@ -74,7 +74,18 @@ TEST_F(PairLintTest, FindsFramesWithAFlaw) {
     const Texts ofAnswer = problemsOf(wordRead, wordAnswer.substr(0, wordAnswer.size() - 2));
     ASSERT_EQ(ofAnswer.size(), 1U);
     EXPECT_TRUE(ofAnswer.front().starts_with("The answer: ")) << ofAnswer.front();
-    EXPECT_EQ(problemsOf(framed({1, 0, 0x23, 4, 0x64, 0x02, 1}), wordAnswer).empty(), false) << "LEN";
+    EXPECT_FALSE(problemsOf(framed({1, 0, 0x23, 4, 0x64, 0x02, 1}), wordAnswer).empty()) << "LEN";
+}
+
+TEST_F(PairLintTest, NamesTheDigitsThatMakeAFrameSound) {
+    PacketTable table;
+    table.addPair(wordRead, wordAnswer.substr(0, wordAnswer.size() - 4) + "0000");
+    table.addPair(mixedRead + "00", framed({0, 1, 0xA5, 1, 0x34, 0x12}));
+    const std::vector<PairFinding> findings = lintPairs(table);
+    ASSERT_GE(findings.size(), 2U);
+    EXPECT_EQ(findings[0].remedy,
+              "Write " + wordAnswer.substr(wordAnswer.size() - 4) + " as its last two bytes.");
+    EXPECT_EQ(findings[1].remedy, "Write 02 as its fourth byte, and the check anew.");
 }
 
 TEST_F(PairLintTest, FindsAnAnswerOfAnotherKindOrLength) {
