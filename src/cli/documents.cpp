@@ -73,7 +73,7 @@ std::vector<const CLI::App*> subcommandsOf(const CLI::App& app) {
 } // namespace
 
 std::string manualPage(const CLI::App& app, const std::string& version) {
-    std::string text = ".TH VARDA-CLI 1 \"\" \"varda-cli " + version + "\" \"User commands\"\n.SH NAME\n" +
+    std::string text = R"(.TH VARDA-CLI 1 "" "varda-cli )" + version + "\" \"User commands\"\n.SH NAME\n" +
                        "varda\\-cli \\- " + plain(app.get_description()) +
                        "\n.SH SYNOPSIS\n.B varda\\-cli\n[\\fIOPTION\\fR]... \\fISUBCOMMAND\\fR "
                        "[\\fIOPTION\\fR]... [\\fIOPERAND\\fR]...\n.SH OPTIONS\n" +

@@ -120,7 +120,7 @@ private:
         const std::optional<Point> point = readPoint(text);
         if (!point) {
             throw notUnderstood('"' + text + "\" is no register. Write its kind (" + kindNames() +
-                                ") and a number that it has, as \"W 0100\", and a bit as \"R 0012.3\".");
+                                R"() and a number that it has, as "W 0100", and a bit as "R 0012.3".)");
         }
         return *point;
     }

@@ -56,7 +56,7 @@ ExitCode TransactionCommand::run(const Streams& /*streams*/, Report& report) {
 }
 
 std::string ReadCommand::operandsInWords() const {
-    return "Registers, each with a count if it is more than one: \"W 0100 4\", \"R 0012.3\"";
+    return R"(Registers, each with a count if it is more than one: "W 0100 4", "R 0012.3")";
 }
 
 std::vector<Request> ReadCommand::makeRequests(const StationTexts& stations,
@@ -65,7 +65,7 @@ std::vector<Request> ReadCommand::makeRequests(const StationTexts& stations,
 }
 
 std::string WriteCommand::operandsInWords() const {
-    return "Registers and their values: \"W 0100=1A2Bh,7\", \"M 0000.0=ON\"";
+    return R"(Registers and their values: "W 0100=1A2Bh,7", "M 0000.0=ON")";
 }
 
 std::vector<Request> WriteCommand::makeRequests(const StationTexts& stations,

@@ -90,7 +90,7 @@ protected:
     }
 
     std::string file(const std::string& name, const std::string& text) {
-        const std::string path = folder.path() + '/' + name;
+        std::string path = folder.file(name);
         std::ofstream(path) << text;
         return path;
     }
