@@ -5,6 +5,7 @@
 #include "core/pairs/packet_file.h"
 #include "core/runs/scenario_file.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -38,6 +39,16 @@ std::vector<std::string> scenarioLines(const std::string& path) {
         throw Failure(ExitCode::File, path + " does not hold the lines of a scenario that it should.");
     }
     return std::move(scenario->lines);
+}
+
+std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines) {
+    std::vector<std::optional<Expectation>> wanted = loadExpectations(load(path), lines);
+    if (std::ranges::none_of(wanted, [](const auto& entry) { return entry.has_value(); })) {
+        throw Failure(ExitCode::File, path +
+                                          " holds no expectation of these lines: entries Expect0 .. Expect" +
+                                          std::to_string(lines - 1) + " of section [Expect].");
+    }
+    return wanted;
 }
 
 } // namespace varda::cli

@@ -163,6 +163,16 @@ void Report::exchange(const Exchange& exchange) {
     write(asJson_ ? asLine(jsonOf(exchange)) : textOf(exchange));
 }
 
+void Report::expectation(int round, int line, const std::string& why) {
+    write(asJson_       ? asLine({{"type", "expectation"},
+                                  {"round", round},
+                                  {"line", line},
+                                  {"isMet", why.empty()},
+                                  {"why", why}})
+          : why.empty() ? "  as expected"
+                        : "  not as expected: " + why);
+}
+
 void Report::frame(Octets bytes, const DecodedFrame& frame) {
     write(asJson_ ? asLine(jsonOf(bytes, frame)) : textOf(bytes, frame));
 }
@@ -182,13 +192,10 @@ void Report::finding(const std::string& file, const PairFinding& finding) {
               : file + ": pair " + std::to_string(number) + ": " + finding.problem + ' ' + finding.remedy);
 }
 
-void Report::scenario(int rounds, int answered, int others) {
-    write(
-        asJson_
-            ? asLine(
-                  {{"type", "scenario"}, {"rounds", rounds}, {"answered", answered}, {"notAnswered", others}})
-            : std::to_string(rounds) + (rounds == 1 ? " round: " : " rounds: ") + std::to_string(answered) +
-                  " answered, " + std::to_string(others) + " not");
+void Report::scenario(int rounds, int right, int wrong) {
+    write(asJson_ ? asLine({{"type", "scenario"}, {"rounds", rounds}, {"right", right}, {"wrong", wrong}})
+                  : std::to_string(rounds) + (rounds == 1 ? " round: " : " rounds: ") +
+                        std::to_string(right) + " right, " + std::to_string(wrong) + " wrong");
 }
 
 void Report::write(std::string_view line) {

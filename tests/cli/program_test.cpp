@@ -213,8 +213,36 @@ TEST_F(ProgramTest, RunsAScenario) {
                                              "Scenario1=FF FF 23 03 00 02 04 C5 20 \r\n");
     EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--rounds", "2", "--period", "150", path}), 0);
     ASSERT_EQ(objects().size(), 5U);
-    EXPECT_EQ(objects().back()["answered"], 4);
-    EXPECT_EQ(objects().back()["notAnswered"], 0);
+    EXPECT_EQ(objects().back()["right"], 4);
+    EXPECT_EQ(objects().back()["wrong"], 0);
+}
+
+TEST_F(ProgramTest, JudgesAScenarioByWhatIsExpected) {
+    const std::string scenario = file("two.scn", "[Information]\r\nTotal=2\r\n[Scenario]\r\n"
+                                                 "Scenario0=FF FF 21 03 00 00 08 BD 85 \r\n"
+                                                 "Scenario1=FF FF 23 03 00 02 04 C5 20 \r\n");
+    const std::string right = file(
+        "right.expect", "[Expect]\r\nExpect0=R 0000.3 = OFF; R 0000.7 != ON\r\n"
+                        "Expect1=FF FF A3 08 .. .. .. .. .. .. .. .. .. ..\r\n[Limit]\r\nLimit1=5000\r\n");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "150", "--expect", right, scenario}), 0) << out.text();
+    const std::string wrong = file("wrong.expect", "[Expect]\r\nExpect1=W 0002 >= 10\r\n");
+    const std::string results = folder.file("results.xml");
+    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--period", "150", "--expect", wrong, "--junit", results,
+                   scenario}),
+              1);
+    const auto read = objects();
+    ASSERT_EQ(read.size(), 5U);
+    EXPECT_EQ(read[1]["isMet"], true) << "nothing was expected of it";
+    EXPECT_EQ(read[3]["why"], "W 0002 >= 10 was wanted, and it is W 0002 = 0000h = 0.");
+    std::ostringstream xml;
+    xml << std::ifstream(results).rdbuf();
+    EXPECT_NE(xml.str().find(R"(tests="2" failures="1")"), std::string::npos) << xml.str();
+    EXPECT_NE(xml.str().find("10 was wanted, and it is W 0002 = 0000h = 0."), std::string::npos);
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--expect", scenario, scenario}), 4);
+    EXPECT_EQ(
+        run({"run", "-p", "VIRTUAL", "--expect", file("odd.expect", "[Expect]\nExpect0=maybe\n"), scenario}),
+        2);
+    EXPECT_NE(error.text().find("\"maybe\" is no expectation"), std::string::npos);
 }
 
 TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {
