@@ -28,6 +28,7 @@ class InsightWindow;
 /// seen before stays, and is there when it is opened again.
 class Insight : public QObject {
     Q_OBJECT
+    Q_DISABLE_COPY(Insight)
 
 public:
     struct Parts {

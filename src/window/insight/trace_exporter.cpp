@@ -33,7 +33,7 @@ const char* extensionOf(TraceForm form) { return forms.at(static_cast<std::size_
 
 } // namespace
 
-void TraceExporter::addEntries(QMenu* menu, const QString& namePrefix, Lines lines) {
+void TraceExporter::addEntries(QMenu* menu, const QString& namePrefix, const Lines& lines) {
     for (const ExportForm& form : forms) {
         QAction* const entry = menu->addAction(
             tr(form.caption), this, [this, lines, kind = form.form] { chooseFile(lines(), kind); });

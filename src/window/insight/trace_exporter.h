@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 class QMenu;
@@ -19,10 +20,10 @@ class TraceExporter : public QObject {
 public:
     using Lines = std::function<std::vector<Trace::Number>()>;
 
-    TraceExporter(const InsightContext& context, QObject* parent) : QObject(parent), context_(context) {}
+    TraceExporter(InsightContext context, QObject* parent) : QObject(parent), context_(std::move(context)) {}
 
     /// Adds an entry for each form.
-    void addEntries(QMenu* menu, const QString& namePrefix, Lines lines);
+    void addEntries(QMenu* menu, const QString& namePrefix, const Lines& lines);
 
 signals:
     void saved(const QString& path, int lines);

@@ -28,7 +28,7 @@ protected:
     void look() { window.advance(1000); }
 
     std::string namesFile(const std::string& text) {
-        const std::string path = window.folder().file("names.csv");
+        std::string path = window.folder().file("names.csv");
         std::ofstream(path) << text;
         return path;
     }
