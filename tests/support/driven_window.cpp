@@ -1,5 +1,7 @@
 #include "support/driven_window.h"
 
+#include "support/trace_wish.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -30,6 +32,9 @@ DrivenWindow::DrivenWindow()
     window_.resize(1024, 768);
     window_.setUpdatesEnabled(false); // nobody looks at it, and painting would take most of the time
     window_.show();
+    if (isTraceWanted()) {
+        find<QAbstractButton>("openTrace")->click();
+    }
     QApplication::setActiveWindow(&window_);
 }
 

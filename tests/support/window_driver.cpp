@@ -1,5 +1,7 @@
 #include "support/window_driver.h"
 
+#include "support/trace_wish.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -18,6 +20,9 @@ WindowDriver::WindowDriver() {
     }
     window().resize(1024, 768);
     window().show();
+    if (isTraceWanted()) {
+        find<QAbstractButton>("openTrace")->click();
+    }
     QApplication::setActiveWindow(&window());
 }
 

@@ -4,6 +4,8 @@
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
+#include "window/insight/insight_window.h"
+#include "window/insight/watch_panel.h"
 #include "window/shell/program.h"
 
 #include <QApplication>
@@ -15,6 +17,8 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QTabWidget>
+#include <QTableView>
 #include <QTableWidget>
 #include <QTest>
 
@@ -77,6 +81,7 @@ public:
         writeWords();
         writeMixed();
         readMixed();
+        trace();
         playScenario();
         simulate();
         monitor();
@@ -227,6 +232,45 @@ private:
             driver_.closeBox();
         }
         driver_.click("cmdMRDel"); // the point that was being read is the marked one
+    }
+
+    /// Opens the trace, has something to show in it, and closes it.
+    void trace() {
+        driver_.click("optMode_0");
+        driver_.click("openTrace");
+        auto* const trace = driver_.window().insight().window();
+        trace->resize(1000, 640);
+        QFile names(QStringLiteral("names.csv"));
+        judge(names.open(QIODevice::WriteOnly) && names.write("W 0000,tank level\nW 0001,flow\n") > 0);
+        names.close();
+        trace->findChild<varda::window::WatchPanel*>()->loadNames(names.fileName());
+        driver_.click("optRead_1");
+        chooseRegister({"cbRegister", "cbRegAddress"}, "W", "0000");
+        driver_.choose("cbRLength", "2");
+        constexpr std::array<std::uint16_t, 4> levels = {0x1234, 0x1240, 0x1260, 0x1251};
+        for (const std::uint16_t tank : levels) {
+            driver_.controller().setWord(512, tank);
+            exchange("Word read of W 0000, traced", readPage, varda::hexGroups(answered(tank)).c_str());
+        }
+        auto* const table = trace->findChild<QTableView*>(QStringLiteral("traceTable"));
+        runUntil([table] { return table->model()->rowCount() >= 8; });
+        table->setCurrentIndex(table->model()->index(7, 0));
+        auto* const fields = trace->findChild<QTableView*>(QStringLiteral("fieldTable"));
+        fields->setCurrentIndex(fields->model()->index(5, 0));
+        save(*trace, "trace");
+        auto* const tabs = trace->findChild<QTabWidget*>(QStringLiteral("insightTabs"));
+        tabs->setCurrentIndex(1);
+        save(*trace, "trace-statistics");
+        tabs->setCurrentIndex(2);
+        save(*trace, "trace-watch");
+        driver_.click("openTrace");
+    }
+
+    /// The answer of W 0000 and of W 0001, which the mixed write has set, without its check.
+    static varda::Bytes answered(std::uint16_t tank) {
+        const unsigned word = tank;
+        return {0xFF, 0xFF, 0xA3, 4, static_cast<std::uint8_t>(word), static_cast<std::uint8_t>(word >> 8U),
+                0x2B, 0x1A};
     }
 
     /// Plays a scenario twice round; every answer has to be a whole frame.

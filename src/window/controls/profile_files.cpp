@@ -1,12 +1,13 @@
 #include "window/controls/profile_files.h"
 
 #include "core/base/runtime_error.h"
-#include "core/files/atomic_file.h"
 #include "core/files/profile_file.h"
 #include "window/controls/events.h"
 #include "window/controls/form.h"
+#include "window/controls/saving.h"
 
 #include <memory>
+#include <utility>
 
 namespace varda::window {
 
@@ -18,46 +19,22 @@ bool tellWhyUnreadable(const ProfileFile& file, const PageContext& context) {
     return unreadable;
 }
 
-namespace {
-
-void saveInPlace(const ProfileFile& file, const std::string& path, const PageContext& context,
-                 const std::function<void()>& saved) {
-    try {
-        file.saveInPlace(path);
-    } catch (const RuntimeError& error) {
-        context.form.showMessage(error.what(), "Error");
-        return;
-    }
-    saved();
-}
-
-void askToSaveInPlace(const ProfileFile& file, const std::string& path, const PageContext& context,
-                      const std::function<void()>& saved) {
-    const auto kept = std::make_shared<const ProfileFile>(file);
-    context.form.ask('"' + path +
-                         "\" cannot be replaced in one step: its folder takes no new file. Do you want to "
-                         "write into the file itself? If that is interrupted, the file is damaged.",
-                     "Confirm", [kept, path, context, saved](bool yes) {
-                         if (yes) {
-                             context.events.guard([&] { saveInPlace(*kept, path, context, saved); });
-                         }
-                     });
-}
-
-} // namespace
-
 void saveOrTell(const ProfileFile& file, const std::string& path, const PageContext& context,
                 const std::function<void()>& saved) {
-    try {
-        file.save(path);
-    } catch (const OnlyInPlace&) {
-        askToSaveInPlace(file, path, context, saved);
-        return;
-    } catch (const RuntimeError& error) {
-        context.form.showMessage(error.what(), "Error");
-        return;
-    }
-    saved();
+    const auto kept = std::make_shared<const ProfileFile>(file);
+    Form& form = context.form;
+    Events& events = context.events;
+    saveOrTell(path,
+               {.replace = [kept, path] { kept->save(path); },
+                .overwrite = [kept, path] { kept->saveInPlace(path); }},
+               {.tell = [&form](const std::string& text) { form.showMessage(text, "Error"); },
+                .ask =
+                    [&form, &events](const std::string& question, std::function<void(bool yes)> answered) {
+                        form.ask(question, "Confirm", [&events, answered = std::move(answered)](bool yes) {
+                            events.guard([&answered, yes] { answered(yes); });
+                        });
+                    }},
+               saved);
 }
 
 } // namespace varda::window

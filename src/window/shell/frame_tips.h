@@ -26,11 +26,14 @@ public:
     /// Remembers what the answer that a page shows is the answer to: its fields may have changed since.
     void told(const Exchange& exchange) override;
 
+    /// The request that the frame in an answer's field answers; empty for other fields, and where none is
+    /// known.
+    Bytes requestOf(const QPlainTextEdit* answer) const;
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     bool showTip(QPlainTextEdit* frame, const QHelpEvent& where) const;
-    Bytes requestOf(const QPlainTextEdit* answer) const;
 
     QWidget& window_;
     QHash<QString, Bytes> requests_; ///< by the name of the field that shows the answer

@@ -3,6 +3,7 @@
 #include "core/base/runtime_error.h"
 #include "core/link/period.h"
 #include "ui_frmVarda.h"
+#include "window/controls/file_drops.h"
 #include "window/controls/lists.h"
 #include "window/controls/make_form.h"
 #include "window/master/mixed_read_page.h"
@@ -11,7 +12,6 @@
 #include "window/master/write_page.h"
 #include "window/monitor/monitor_page.h"
 #include "window/scenario/scenario_panel.h"
-#include "window/shell/file_drops.h"
 #include "window/shell/frames.h"
 #include "window/shell/frmAbout.h"
 #include "window/shell/label_lines.h"
@@ -44,7 +44,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm<Ui::FrmVarda>(this)),
       clock_(surroundings.clock, events_),
-      commPLC_(surroundings.makeLine),
+      commPLC_(insight_.traced(surroundings.makeLine)),
       commTest_(surroundings.makeLine),
       tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
       tmrScenario_(
@@ -59,6 +59,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     addPages();
     form_.collectControls(*this);
     bind();
+    attachInsight(surroundings.programFolder);
     addShortcuts();
     announcer_.listenToStatuses(this);
     new FileDrops(this, [this](const QStringList& paths) { fileLoader_->load(paths); });
@@ -117,6 +118,7 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     link_.setRoles(
         {.repeat = [this](Mode mode) { repeatRequest(mode); },
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
+    insight_.observe(link_);
     for (LinkObserver* const observer :
          {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
           static_cast<LinkObserver*>(&frameTips_), static_cast<LinkObserver*>(simulationPage_),
@@ -144,7 +146,8 @@ void FrmVarda::addPages() {
     keepFramesReadable(this);
     frameTips_.watchFrames();
     chainTabOrder(tabOrder << ui_->tabMode << ui_->scenarioHolder << ui_->txtTotalData << ui_->txtCurrentData
-                           << ui_->txtWatchDog << ui_->cmdHelp << ui_->cmdAbout << ui_->cmdEnd);
+                           << ui_->txtWatchDog << ui_->cmdHelp << ui_->cmdAbout << ui_->cmdEnd
+                           << ui_->openTrace);
 }
 
 void FrmVarda::bind() {
@@ -164,6 +167,20 @@ void FrmVarda::bind() {
     commPLC_.setEventHandler([this](CommEvent event, const std::string& reason) {
         events_.guard([this, event, &reason] { commPLC_Event(event, reason); });
     });
+}
+
+void FrmVarda::attachInsight(const QString& programFolder) {
+    const auto period = [this] {
+        const bool isScenario = link_.state().CommMode == Mode::Scenario;
+        return (isScenario ? tmrScenario_ : tmrComm_)->interval();
+    };
+    insight_.attach({.pairs = simulationPage_->pairs(),
+                     .button = ui_->openTrace,
+                     .pages = *this,
+                     .requestOf = [this](const auto* answer) { return frameTips_.requestOf(answer); },
+                     .wantedPeriod = period,
+                     .showHelp = [this] { events_.guard([this] { manual_.show(manual_page::trace); }); },
+                     .programFolder = programFolder});
 }
 
 void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
@@ -206,6 +223,7 @@ void FrmVarda::addShortcuts() {
         connect(shortcut, &QShortcut::activated, this, press);
     };
     add(Qt::Key_F1, [this] { events_.guard([this] { manual_.show(shownManualPage()); }); });
+    add(Qt::Key_F9, [this] { ui_->openTrace->click(); });
     add(Qt::Key_F5, [this] { shownMode().page->clickSend(); });
     int key = Qt::Key_1;
     for (const ModeRow& mode : modes_) {
@@ -325,6 +343,7 @@ void FrmVarda::changeEvent(QEvent* event) {
 
 void FrmVarda::closeEvent(QCloseEvent* event) {
     shutDown();
+    insight_.close();
     event->accept();
 }
 

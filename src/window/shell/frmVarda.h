@@ -7,6 +7,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
 #include "window/controls/message_boxes.h"
+#include "window/insight/insight.h"
 #include "window/shell/announcer.h"
 #include "window/shell/file_loader.h"
 #include "window/shell/frame_tips.h"
@@ -71,6 +72,7 @@ public:
     void optMode_Click(int index);
 
     const FileLoader& fileLoader() const { return *fileLoader_; }
+    const Insight& insight() const { return insight_; }
 
     /// Ends whatever runs, and closes the log and the port: all that the end of the program has to leave in
     /// order.
@@ -92,6 +94,7 @@ private:
     void makePages(const Surroundings& surroundings);
     void addPages();
     void bind();
+    void attachInsight(const QString& programFolder);
     void Form_Load();
     void fillSerialLists();
     void repeatRequest(Mode mode);
@@ -113,6 +116,7 @@ private:
     WindowForm form_{events_, boxes_};
     GuardedClock clock_;
 
+    Insight insight_{clock_};
     MSComm commPLC_;
     MSComm commTest_;
     std::unique_ptr<PeriodTimer> tmrComm_;

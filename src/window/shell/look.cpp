@@ -1,10 +1,10 @@
 #include "window/shell/look.h"
 
+#include "window/controls/frame_font.h"
+
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QComboBox>
-#include <QFontDatabase>
-#include <QFontInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -72,23 +72,8 @@ QList<QWidget*> tabStops(QWidget* part) {
 
 } // namespace
 
-QFont fixedWidthFont(const QFont& wished, const QStringList& otherwise) {
-    const auto isFixedWidth = [](const QFont& font) { return QFontInfo(font).fixedPitch(); };
-    QFont font(wished);
-    for (const QString& family : otherwise) {
-        if (isFixedWidth(font)) {
-            break;
-        }
-        font.setFamilies({family});
-    }
-    return isFixedWidth(font) ? font : wished;
-}
-
 void useFixedWidthForFrames(QWidget* window) {
-    const QFont fixedWidth =
-        fixedWidthFont(QFontDatabase::systemFont(QFontDatabase::FixedFont),
-                       QStringList{QStringLiteral("DejaVu Sans Mono"), QStringLiteral("Liberation Mono"),
-                                   QStringLiteral("Noto Sans Mono"), QStringLiteral("Courier New")});
+    const QFont fixedWidth = frameFont();
     for (QPlainTextEdit* const frame : window->findChildren<QPlainTextEdit*>()) {
         frame->setFont(fixedWidth);
     }

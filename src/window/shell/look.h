@@ -1,16 +1,10 @@
 #pragma once
 
-#include <QFont>
 #include <QList>
-#include <QStringList>
 
 class QWidget;
 
 namespace varda::window {
-
-/// The wished font, where what the desktop has for it is really of fixed width, else the first of the other
-/// families that is; a theme may name a font that is not there, and gets one that is not fixed.
-QFont fixedWidthFont(const QFont& wished, const QStringList& otherwise);
 
 /// Gives every frame text and every list of frames the fixed-width font, so that bytes stand below one
 /// another.

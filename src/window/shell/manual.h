@@ -35,6 +35,7 @@ inline constexpr ManualPage monitoring = {"monitoring.html", 7};
 inline constexpr ManualPage scenario = {"scenario.html", 8};
 inline constexpr ManualPage files = {"files.html", 9};
 inline constexpr ManualPage troubleshooting = {"troubleshooting.html", 10};
+inline constexpr ManualPage trace = {"trace.html", 11};
 
 } // namespace manual_page
 

@@ -64,6 +64,8 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
 
 SimulationPage::~SimulationPage() = default;
 
+const PacketTable& SimulationPage::pairs() const { return lists_->table(); }
+
 void SimulationPage::bind() {
     Events& events = context_.events;
     connect(ui_->cbSimMode, &QComboBox::activated, this,

@@ -50,6 +50,8 @@ public:
     bool hasPoints() const;
 
     const Responder& responder() const { return responder_; }
+    /// The prepared pairs.
+    const PacketTable& pairs() const;
     /// Shows a request that came in, and the pair that answered it.
     void told(const Exchange& exchange) override;
 

@@ -2,6 +2,7 @@
 
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
+#include "window/controls/frame_font.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

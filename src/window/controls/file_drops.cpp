@@ -1,4 +1,4 @@
-#include "window/shell/file_drops.h"
+#include "window/controls/file_drops.h"
 
 #include <QApplication>
 #include <QDropEvent>

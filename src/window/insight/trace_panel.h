@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/insight/trace.h"
+#include "window/insight/explained.h"
+#include "window/insight/insight_context.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace varda::window {
+
+namespace Ui {
+class TracePanel;
+}
+class TraceModel;
+
+/// "Trace": the lines of the trace with what can be done to them, and below them an explanation of one.
+class TracePanel : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY(TracePanel)
+
+public:
+    explicit TracePanel(const InsightContext& context, QWidget* parent = nullptr);
+    ~TracePanel() override;
+
+    /// Takes over what has changed in the trace.
+    void takeNews();
+    /// Names of registers are other ones.
+    void showNames();
+    /// Explains bytes that stand elsewhere. @param caret the byte that is looked at
+    void explain(const Explained& explained, std::size_t caret);
+
+private:
+    void bindSearch();
+    void bindButtons();
+    void addTableActions();
+    void filter();
+    void find(bool isForward);
+    void pause(bool isHeld);
+    void clear();
+    void mark();
+    void copyHex() const;
+    void copyText() const;
+    std::vector<Trace::Number> selectedLines() const;
+    void explainLine(Trace::Number number);
+    void refreshExplanation();
+    void offerPartner();
+    void goToPartner();
+    void tell(const QString& news);
+    void showState();
+
+    InsightContext context_;
+    std::unique_ptr<Ui::TracePanel> ui_;
+    TraceModel* model_ = nullptr;
+    std::optional<Trace::Number> explained_; ///< the line below; none for bytes that stand elsewhere
+    QString news_;                           ///< of what was done last
+};
+
+} // namespace varda::window

@@ -1,0 +1,114 @@
+#include "window/insight/watch_panel.h"
+
+#include "core/files/atomic_file.h"
+#include "core/insight/register_names.h"
+#include "core/insight/register_watch.h"
+#include "ui_watch_panel.h"
+#include "window/controls/file_dialogs.h"
+#include "window/controls/make_form.h"
+#include "window/controls/saving.h"
+#include "window/insight/history_delegate.h"
+#include "window/insight/watch_model.h"
+#include "window/system/file_name.h"
+
+#include <QHeaderView>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace varda::window {
+namespace {
+
+/// As wide as what usually stands there.
+void fitColumns(QTableView* table) {
+    constexpr std::array usual = {"SR 0000.15", "a name of a register", "00000 ",      "-00000 ",
+                                  "0000h ",     "0000 0000 0000 0000",  "00 min 00 s", "Changes "};
+    constexpr int edges = 12;
+    for (std::size_t column = 0; column < usual.size(); ++column) {
+        const int width = table->fontMetrics().horizontalAdvance(QLatin1String(usual.at(column)));
+        table->horizontalHeader()->resizeSection(static_cast<int>(column), width + edges);
+    }
+    table->horizontalHeader()->setStretchLastSection(true);
+    table->horizontalHeader()->setHighlightSections(false);
+    table->verticalHeader()->hide();
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + edges / 2);
+}
+
+std::string badLines(const std::string& path, const std::vector<std::size_t>& lines) {
+    constexpr std::size_t most = 10;
+    std::string text = '"' + path + "\" has lines that name no register: ";
+    for (std::size_t index = 0; index < std::min(lines.size(), most); ++index) {
+        text += (index > 0 ? ", " : "") + std::to_string(lines[index]);
+    }
+    text += lines.size() > most ? " and others" : "";
+    return text + ". A line is a register and its name, W 0100,tank level for example. The others are taken.";
+}
+
+} // namespace
+
+WatchPanel::WatchPanel(const InsightContext& context, QWidget* parent)
+    : QWidget(parent),
+      context_(context),
+      ui_(makeForm<Ui::WatchPanel>(this)),
+      model_(new WatchModel(context.watch, context.names, context.clock, this)) {
+    ui_->watchTable->setModel(model_);
+    ui_->watchTable->setItemDelegateForColumn(WatchModel::History, new HistoryDelegate(this));
+    fitColumns(ui_->watchTable);
+    connect(ui_->clearWatch, &QPushButton::clicked, this, &WatchPanel::clear);
+    connect(ui_->loadNames, &QPushButton::clicked, this, [this] {
+        context_.files.chooseToOpen({QStringLiteral(".csv"), QStringLiteral("Data")},
+                                    [this](const QString& path) { loadNames(path); });
+    });
+    refresh();
+}
+
+WatchPanel::~WatchPanel() = default;
+
+void WatchPanel::refresh() {
+    model_->refresh();
+    showState();
+}
+
+void WatchPanel::clear() {
+    model_->clear();
+    context_.watch.clear();
+    refresh();
+}
+
+void WatchPanel::loadNames(const QString& path) {
+    const std::string name = fileName(path);
+    const FileText file = readRegularFile(name, RegisterNames::sizeLimit);
+    if (file.problem) {
+        context_.talk.tell(file.problem->what());
+        return;
+    }
+    RegisterNames names = RegisterNames::parse(file.text);
+    if (!names.badLines().empty()) {
+        context_.talk.tell(badLines(name, names.badLines()));
+    }
+    if (names.size() == 0) {
+        return; // those that are there stay
+    }
+    context_.names = std::move(names);
+    namesFrom_ = tr("%1 names from %2")
+                     .arg(static_cast<qulonglong>(context_.names.size()))
+                     .arg(path.section(QLatin1Char('/'), -1));
+    refresh();
+    emit namesChanged();
+}
+
+void WatchPanel::showState() {
+    QStringList words = {model_->rowCount() == 1 ? tr("1 register")
+                                                 : tr("%1 registers").arg(model_->rowCount())};
+    if (const auto leftOut = context_.watch.leftOut(); leftOut > 0) {
+        words.append(tr("no room for more"));
+    }
+    if (!namesFrom_.isEmpty()) {
+        words.append(namesFrom_);
+    }
+    ui_->watchState->setText(words.join(QStringLiteral(" \u2013 ")));
+}
+
+} // namespace varda::window

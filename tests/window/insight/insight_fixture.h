@@ -1,0 +1,166 @@
+#pragma once
+
+#include "core/base/bytes.h"
+#include "core/protocol/crc16.h"
+#include "support/driven_window.h"
+#include "support/event_loop.h"
+#include "window/insight/insight_window.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemModel>
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
+
+namespace varda::test {
+
+// A user's hands on the window of the trace, whatever drives the main window.
+
+/// The control of that name. @throws std::runtime_error where there is none of that class
+template <typename Control = QWidget>
+Control* findIn(InsightWindow* trace, const char* name) {
+    auto* const control = trace != nullptr ? trace->findChild<Control*>(QString::fromLatin1(name)) : nullptr;
+    if (control == nullptr) {
+        throw std::runtime_error(std::string("no such control of the trace: ") + name);
+    }
+    return control;
+}
+
+inline std::string cellText(const QAbstractItemView* view, int row, int column) {
+    return view->model()->index(row, column).data().toString().toStdString();
+}
+
+/// Columns of the trace.
+enum TraceCell { Time, Delta, Way, Kind, Station, Registers, Hex, Verdict };
+
+/// The main window and its trace on a clock and a line in the test's hands.
+class InsightTest : public testing::Test {
+protected:
+    /// @param isOpen whether the trace is open from the beginning
+    explicit InsightTest(bool isOpen = true) {
+        if (isOpen) {
+            openTrace();
+        }
+    }
+
+    void openTrace() {
+        if (trace() == nullptr || !trace()->isVisible()) {
+            window.click("openTrace");
+        }
+        QApplication::setActiveWindow(trace()); // whose keys these are
+    }
+    void closeTrace() { trace()->close(); }
+    InsightWindow* trace() { return window.window().insight().window(); }
+
+    template <typename Control = QWidget>
+    Control* find(const char* name) {
+        return findIn<Control>(trace(), name);
+    }
+    void showTab(int index) { find<QTabWidget>("insightTabs")->setCurrentIndex(index); }
+
+    void openPort() {
+        window.paste("cbPort", "COM1");
+        window.click("cmdCommTest");
+        window.click("cmdPortOpen");
+    }
+    void closePort() { window.click("cmdPortOpen"); }
+
+    /// Chooses one word of the kind W on the read page.
+    void chooseWord(int number, int count = 1) {
+        window.click("optRead_1");
+        window.choose("cbRegister", 6); // W
+        window.choose("cbRegAddress", number);
+        window.choose("cbRLength", count - 1);
+    }
+    void send() { window.click("cmdRDSend"); }
+    /// Sends what is chosen, and has it answered.
+    void exchange(const Bytes& answer) {
+        send();
+        window.advance(30);
+        window.farEnd().deliver(answer);
+        window.advance(150);
+    }
+    /// Lets the trace show what there is.
+    void settle() { window.advance(150); }
+
+    int rows() { return find<QTableView>("traceTable")->model()->rowCount(); }
+    std::string cell(int row, int column) { return cellText(find<QTableView>("traceTable"), row, column); }
+    /// A column of all lines.
+    std::vector<std::string> column(int column) {
+        std::vector<std::string> texts;
+        for (int row = 0; row < rows(); ++row) {
+            texts.push_back(cell(row, column));
+        }
+        return texts;
+    }
+    void choose(int row) {
+        auto* const table = find<QTableView>("traceTable");
+        const QModelIndex index = table->model()->index(row, 0);
+        table->scrollTo(index);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualRect(index).center());
+    }
+    void type(const char* field, const char* text) {
+        find<QLineEdit>(field)->clear();
+        QTest::keyClicks(find<QLineEdit>(field), QLatin1String(text));
+    }
+    void press(const char* button) { find<QAbstractButton>(button)->click(); }
+    void run(const char* action) { find<QAction>(action)->trigger(); }
+    std::string label(const char* name) { return find<QLabel>(name)->text().toStdString(); }
+    static std::string clipboard() { return QGuiApplication::clipboard()->text().toStdString(); }
+
+    /// Answers the file dialog of the trace.
+    void chooseFile(const std::string& path) {
+        auto* const dialog = find<QFileDialog>("QFileDialog");
+        dialog->setOption(QFileDialog::DontConfirmOverwrite);
+        dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
+        QMetaObject::invokeMethod(dialog, "accept");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    /// What stands there and is no regular file.
+    std::string pipe(const char* name) {
+        std::string path = window.folder().file(name);
+        EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+        return path;
+    }
+    /// The text of the message box on the trace; empty where there is none.
+    std::string boxText() {
+        for (const QMessageBox* const box : trace()->findChildren<QMessageBox*>()) {
+            if (box->isVisible()) {
+                return box->text().toStdString();
+            }
+        }
+        return {};
+    }
+
+    /// A frame with its check behind it.
+    static Bytes checked(Bytes frame) {
+        const std::uint16_t check = crc16(frame);
+        frame.push_back(static_cast<std::uint8_t>(check));
+        frame.push_back(static_cast<std::uint8_t>(check >> 8U));
+        return frame;
+    }
+
+    const Bytes wordOne = checked({0xFF, 0xFF, 0xA3, 0x02, 0x34, 0x12});
+
+    DrivenWindow window;
+};
+
+} // namespace varda::test
