@@ -120,9 +120,10 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
          .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
     insight_.observe(link_);
     for (LinkObserver* const observer :
-         {static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
-          static_cast<LinkObserver*>(&frameTips_), static_cast<LinkObserver*>(simulationPage_),
-          static_cast<LinkObserver*>(monitorPage_), static_cast<LinkObserver*>(scenarioPanel_)}) {
+         {static_cast<LinkObserver*>(&frameTips_), // knows the request before its answer is shown
+          static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
+          static_cast<LinkObserver*>(simulationPage_), static_cast<LinkObserver*>(monitorPage_),
+          static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
     linkPort_.setPages({.stopRuns = [this] { stopRuns(); },
