@@ -1,5 +1,7 @@
 #include "window/shell/look.h"
 
+#include "window/system/system_look.h"
+
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QComboBox>
@@ -21,6 +23,8 @@ namespace {
 
 class WholeFrames : public QProxyStyle {
 public:
+    explicit WholeFrames(const QString& style) : QProxyStyle(style) {}
+
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         if (element == PE_Frame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
@@ -139,6 +143,6 @@ void chainTabOrder(const QList<QWidget*>& parts) {
     }
 }
 
-void drawWholeFrames() { QApplication::setStyle(new WholeFrames); }
+void drawWholeFrames() { QApplication::setStyle(new WholeFrames(styleForSystemLook())); }
 
 } // namespace varda::window

@@ -4,6 +4,7 @@
 #include "window/system/end_signals.h"
 #include "window/system/own_arguments.h"
 #include "window/system/print.h"
+#include "window/system/system_look.h"
 
 #include <QApplication>
 
@@ -52,6 +53,7 @@ int main(int argc, char** argv) {
     if (const auto answer = answerAtOnce(ownArguments(argc, argv))) {
         return tell(*answer);
     }
+    followSystemLook();
     const QApplication application(argc, argv); // takes its own arguments out
     const auto read = readCommandLine(argumentsLeftByQt(argc, argv));
     if (const auto* const answer = std::get_if<CommandLineAnswer>(&read)) {
