@@ -83,7 +83,7 @@ TEST_F(DeviceLineOnWindows, TellsOfAHangUpOnceAndWhichPortWentAway) {
     ASSERT_TRUE(loop.runUntil([this] { return hangUps() > 0; }));
     loop.runFor(100ms);
     EXPECT_EQ(hangUps(), 1);
-    EXPECT_FALSE(comm.portOpen());
+    EXPECT_FALSE(comm.isOpen());
     EXPECT_EQ(reasons.back(), line.path() + " went away: it was unplugged, or its far end was closed.");
 }
 

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QSettings>
 
 namespace varda::test {
 namespace {
@@ -26,6 +27,21 @@ TEST_F(FileDialogsOnWindows, NamesOutsideTheCodePageAreSavedAndLoaded) {
     schedule()->clear();
     load(folder.file(name));
     EXPECT_EQ(schedule()->count(), 2);
+}
+
+TEST_F(FileDialogsOnWindows, StoreNoHistoryAndLeaveThatOfOthers) {
+    const QString place = QStringLiteral("FileDialog/history");
+    QSettings settings(QSettings::UserScope, QStringLiteral("QtProject"));
+    settings.remove(QStringLiteral("FileDialog"));
+    for (const QVariant& ofOthers : {QVariant(), QVariant(QStringLiteral("file:///C:/others"))}) {
+        if (ofOthers.isValid()) {
+            settings.setValue(place, ofOthers);
+        }
+        load(write("one.scn", "[Information]\r\nTotal=0\r\n"));
+        settings.sync();
+        EXPECT_EQ(settings.value(place), ofOthers);
+    }
+    settings.remove(QStringLiteral("FileDialog"));
 }
 
 } // namespace
