@@ -14,7 +14,7 @@ ManifestSupportedOS Win10
 !include LogicLib.nsh
 
 !define TITLE "VR-Series PLC Test & Simulator"
-!define BUTTON_TITLE "VR-Series PLC Test && Simulator" ; where a single & would underline
+!define BUTTON_TITLE "VR-Series PLC Test && Simulator" ; where a single & underlines
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Varda"
 !define CLASSES "Software\Classes"
 
@@ -22,7 +22,7 @@ Name "${TITLE}" "${BUTTON_TITLE}"
 OutFile "${OUTPUT}"
 InstallDir "$LOCALAPPDATA\Programs\Varda"
 InstallDirRegKey HKCU "${UNINSTALL_KEY}" "InstallLocation"
-BrandingText "${TITLE} ${VERSION}"
+BrandingText "${BUTTON_TITLE} ${VERSION}"
 
 VIProductVersion "${VERSION}.0"
 VIAddVersionKey "ProductName" "${TITLE}"
@@ -34,6 +34,7 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 
 !define MUI_ICON "${ICONS}\varda.ico"
 !define MUI_UNICON "${ICONS}\varda.ico"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${NSISDIR}\Contrib\Graphics\Wizard\nsis3-grey.bmp"
 !define MUI_FINISHPAGE_RUN "$INSTDIR\varda.exe"
 !define MUI_FINISHPAGE_RUN_TEXT "Start the program now"
 !insertmacro MUI_PAGE_DIRECTORY
