@@ -27,15 +27,15 @@ protected:
     /// The command line behind the name of the program that was started.
     std::string called(const char* name) {
         const QString program = QDir::toNativeSeparators(inPrograms(name) + QStringLiteral(".exe"));
-        QString line;
+        QString call;
         runUntil([&] {
             QFile calls(inPrograms("calls"));
-            line = calls.open(QIODevice::ReadOnly) ? QString::fromUtf8(calls.readAll()) : QString();
-            return line.contains(program, Qt::CaseInsensitive);
+            call = calls.open(QIODevice::ReadOnly) ? QString::fromUtf8(calls.readAll()) : QString();
+            return call.contains(program, Qt::CaseInsensitive);
         });
-        const qsizetype place = line.indexOf(program, 0, Qt::CaseInsensitive);
-        return place < 0 ? "not called: " + line.toStdString()
-                         : line.mid(place + program.size() + 1).toStdString();
+        const qsizetype place = call.indexOf(program, 0, Qt::CaseInsensitive);
+        return place < 0 ? "not called: " + call.toStdString()
+                         : call.mid(place + program.size() + 1).toStdString();
     }
 
     std::string folder() {
