@@ -40,7 +40,9 @@ Connection::~Connection() {
 Connection::News Connection::takeNews() {
     const Lock input(inputMutex_);
     isTold_ = false;
-    return std::exchange(news_, {});
+    News news = std::exchange(news_, {});
+    news.received = news.received && input_.count() > 0; // discarded meanwhile
+    return news;
 }
 
 std::size_t Connection::inBufferCount() const {
@@ -49,20 +51,15 @@ std::size_t Connection::inBufferCount() const {
 }
 
 /// Reading has stopped where the buffer was full, and nowhere else.
-Bytes Connection::read() {
+Burst Connection::read() {
     Lock input(inputMutex_);
     const bool wasFull = input_.isFull();
-    Bytes bytes = input_.take();
+    Burst burst = input_.take();
     tellOfTheEnd(input);
     if (wasFull) {
         readOnWhereThereIsRoom();
     }
-    return bytes;
-}
-
-std::vector<Arrival> Connection::arrivals() const {
-    const Lock input(inputMutex_);
-    return input_.taken();
+    return burst;
 }
 
 /// A read may have its bytes already while its handler has not run yet: it is cancelled, and dropped if that

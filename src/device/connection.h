@@ -49,8 +49,7 @@ public:
     News takeNews();
 
     std::size_t inBufferCount() const;
-    Bytes read();
-    std::vector<Arrival> arrivals() const;
+    Burst read();
     /// Throws away what has come in up to now, wherever on the way to the input buffer it is.
     void discard();
     void keepFirst(std::size_t most);

@@ -72,7 +72,7 @@ std::size_t DeviceLine::inBufferCount() const noexcept {
     return connection_ ? connection_->inBufferCount() : 0;
 }
 
-Bytes DeviceLine::read() { return connection_ ? connection_->read() : Bytes{}; }
+Burst DeviceLine::read() { return connection_ ? connection_->read() : Burst{}; }
 
 void DeviceLine::discard() noexcept {
     if (connection_) {
@@ -98,10 +98,6 @@ std::size_t DeviceLine::unsentWrites() const noexcept {
     return connection_ ? connection_->unsentWrites() : 0;
 }
 
-std::vector<Arrival> DeviceLine::arrivals() const {
-    return connection_ ? connection_->arrivals() : std::vector<Arrival>{};
-}
-
 std::string DeviceLine::notice() const { return claim_ ? claim_->takeOver() : std::string(); }
 
 std::string DeviceLine::label() const {
@@ -113,7 +109,7 @@ std::string DeviceLine::label() const {
 void DeviceLine::deliverNews() {
     const std::weak_ptr stillThis = connection_;
     const Connection::News news = connection_->takeNews();
-    if (news.received && inBufferCount() > 0) {
+    if (news.received) {
         raise(CommEvent::Received);
     }
     if (news.unsent && !stillThis.expired()) {

@@ -31,13 +31,12 @@ public:
     /// What the far end has not taken yet is not sent any more.
     void close() noexcept override;
     std::size_t inBufferCount() const noexcept override;
-    Bytes read() override;
+    Burst read() override;
     void discard() noexcept override;
     /// Hands the bytes to the driver, what it does not take at once later. @throws RuntimeError 8020
     void write(const Bytes& bytes) override;
     void keepFirst(std::size_t most) noexcept override;
     std::size_t unsentWrites() const noexcept override;
-    std::vector<Arrival> arrivals() const override;
     std::string notice() const override;
 
 private:

@@ -40,9 +40,10 @@ void InputBuffer::keepFirst(std::size_t most) {
     }
 }
 
-Bytes InputBuffer::take() {
-    taken_ = std::exchange(arrivals_, {});
-    Bytes taken = std::exchange(kept_, {});
+Burst InputBuffer::take() {
+    const std::size_t counted = count_ - kept_.size();
+    Burst taken{
+        .bytes = std::exchange(kept_, {}), .arrivals = std::exchange(arrivals_, {}), .counted = counted};
     clear();
     return taken;
 }

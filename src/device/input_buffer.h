@@ -29,18 +29,14 @@ public:
     bool isFull() const { return most_ == limit && kept_.size() >= limit; }
 
     /// Empties the buffer. @return what it kept, in order
-    Bytes take();
+    Burst take();
     void clear();
-
-    /// The times of what take() returned last.
-    const std::vector<Arrival>& taken() const { return taken_; }
 
 private:
     Bytes kept_;
     std::size_t count_ = 0;
     std::size_t most_ = limit;
     std::vector<Arrival> arrivals_;
-    std::vector<Arrival> taken_;
 };
 
 } // namespace varda::device

@@ -130,7 +130,7 @@ TEST_F(DeviceLineFlowTest, EveryByteOfAFloodArrivesThoughTheReaderComesOnlyNowAn
     bool isInOrder = true;
     while (count < total && told(CommEvent::HungUp) == 0) {
         loop.runFor(5ms);
-        const Bytes bytes = line.read();
+        const Bytes bytes = line.read().bytes;
         largest = std::max(largest, bytes.size());
         for (const std::uint8_t byte : bytes) {
             isInOrder = isInOrder && byte == count++ % 251;
@@ -161,13 +161,13 @@ TEST_F(DeviceLineFlowTest, NobodyReadsAndStillMemoryEndsAtTheLimit) {
     isStopped = true;
     loop.runUntil(
         [&] {
-            read += line.read().size();
+            read += line.read().bytes.size();
             return false;
         },
         300ms);
     sender.join();
     loop.runUntil([&] {
-        read += line.read().size();
+        read += line.read().bytes.size();
         return read >= sent;
     });
     EXPECT_GE(read, sent) << "and nothing is lost when the reader comes back";
@@ -179,11 +179,11 @@ TEST_F(DeviceLineFlowTest, WhatIsOnlyCountedIsNotKept) {
         terminal.write(Bytes(10000, static_cast<std::uint8_t>(piece)));
     }
     ASSERT_TRUE(loop.runUntil([this] { return line.inBufferCount() == 5'000'000; }));
-    EXPECT_EQ(line.read(), Bytes(1000, 0));
+    EXPECT_EQ(line.read().bytes, Bytes(1000, 0));
     EXPECT_EQ(line.inBufferCount(), 0U);
     terminal.write(Bytes(2000, 7));
     ASSERT_TRUE(loop.runUntil([this] { return line.inBufferCount() == 2000; }));
-    EXPECT_EQ(line.read().size(), 2000U);
+    EXPECT_EQ(line.read().bytes.size(), 2000U);
 }
 
 TEST_F(DeviceLineFlowTest, TellsOfEveryPieceThatComesToUnreadOnes) {
@@ -222,7 +222,7 @@ TEST_F(DeviceLineFlowTest, NoEventFindsTheInputEmptyWhenItWasDiscardedMeanwhile)
     EXPECT_EQ(std::count(sizesAtEvents.begin(), sizesAtEvents.end(), 0U), 0);
     terminal.write({42});
     ASSERT_TRUE(loop.runUntil([this] { return line.inBufferCount() > 0; }));
-    EXPECT_EQ(line.read(), Bytes{42});
+    EXPECT_EQ(line.read().bytes, Bytes{42});
 }
 
 TEST_F(DeviceLineFlowTest, WhatHasComeWhenItIsDiscardedNeverComesBackWhereverItIs) {
@@ -232,7 +232,7 @@ TEST_F(DeviceLineFlowTest, WhatHasComeWhenItIsDiscardedNeverComesBackWhereverItI
         line.discard();
         terminal.write({9});
         ASSERT_TRUE(loop.runUntil([this] { return line.inBufferCount() > 0; })) << "round " << round;
-        ASSERT_EQ(line.read(), Bytes{9}) << "round " << round;
+        ASSERT_EQ(line.read().bytes, Bytes{9}) << "round " << round;
     }
 }
 
@@ -243,8 +243,7 @@ TEST_F(DeviceLineFlowTest, TellsWhenEachPieceCame) {
     terminal.write({3});
     ASSERT_TRUE(loop.runUntil([this] { return line.inBufferCount() == 3; }));
     const auto after = Arrival::Time::clock::now();
-    line.read();
-    const auto arrivals = line.arrivals();
+    const auto arrivals = line.read().arrivals;
     ASSERT_EQ(arrivals.size(), 2U);
     EXPECT_EQ(arrivals[0].count, 2U);
     EXPECT_EQ(arrivals[1].count, 1U);
@@ -298,7 +297,7 @@ TEST_F(DeviceLineFlowTest, TheEndOfALineThatWasFullIsToldOnceItWasRead) {
     terminal.closeFarEnd();
     loop.runFor(20ms);
     EXPECT_EQ(told(CommEvent::HungUp), 0);
-    EXPECT_GE(line.read().size(), InputBuffer::limit);
+    EXPECT_GE(line.read().bytes.size(), InputBuffer::limit);
     EXPECT_TRUE(loop.runUntil([this] { return told(CommEvent::HungUp) == 1; }));
     EXPECT_EQ(events.back(), CommEvent::HungUp);
 }

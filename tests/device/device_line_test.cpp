@@ -31,7 +31,7 @@ protected:
             events.push_back(event);
             reasons.push_back(reason);
             if (event == CommEvent::Received && readsAtOnce) {
-                const Bytes bytes = comm.read();
+                const Bytes bytes = comm.read().bytes;
                 received.insert(received.end(), bytes.begin(), bytes.end());
             }
         });
@@ -110,7 +110,7 @@ TEST_F(DeviceLineTest, ReceivesALongAnswerInOneBurst) {
     readsAtOnce = false;
     terminal.write(answer);
     ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() == 518; }));
-    EXPECT_EQ(comm.read(), answer);
+    EXPECT_EQ(comm.read().bytes, answer);
     EXPECT_EQ(comm.inBufferCount(), 0U);
 }
 
@@ -130,7 +130,7 @@ TEST_F(DeviceLineTest, RaisesReceivedAgainWhenMoreBytesFollowUnreadOnes) {
     ASSERT_TRUE(runUntil([this] { return events.size() == 1; }));
     terminal.write({2});
     ASSERT_TRUE(runUntil([this] { return events.size() == 2; }));
-    EXPECT_EQ(comm.read(), (Bytes{1, 2}));
+    EXPECT_EQ(comm.read().bytes, (Bytes{1, 2}));
 }
 
 TEST_F(DeviceLineTest, SendsAnyNumberOfBytesToASlowReader) {
@@ -148,7 +148,7 @@ TEST_F(DeviceLineTest, DiscardsUnreadBytes) {
     EXPECT_EQ(comm.inBufferCount(), 0U);
     terminal.write({4});
     ASSERT_TRUE(runUntil([this] { return comm.inBufferCount() > 0; }));
-    EXPECT_EQ(comm.read(), Bytes{4});
+    EXPECT_EQ(comm.read().bytes, Bytes{4});
 }
 
 TEST_F(DeviceLineTest, DiscardsBytesThatStillWaitInTheDriver) {
@@ -186,7 +186,7 @@ TEST_F(DeviceLineTest, ForgetsADiscardWhenItIsClosed) {
     line.open({});
     terminal.write({7});
     ASSERT_TRUE(runUntil([&line] { return line.inBufferCount() > 0; }));
-    EXPECT_EQ(line.read(), Bytes{7});
+    EXPECT_EQ(line.read().bytes, Bytes{7});
 }
 
 TEST_F(DeviceLineTest, DropsWhatCameWhileItWasClosed) {
@@ -237,7 +237,7 @@ TEST_F(DeviceLineTest, BytesThatCameBeforeAHangUpCanBeReadAWhileLater) {
     terminal.closeFarEnd();
     runFor(100ms);
     EXPECT_EQ(events, std::vector<CommEvent>{CommEvent::Received});
-    EXPECT_EQ(comm.read(), (Bytes{1, 2, 3}));
+    EXPECT_EQ(comm.read().bytes, (Bytes{1, 2, 3}));
     comm.write({1}); // said of the one moment or of the other, that the line is gone is said once
     ASSERT_TRUE(runUntil([this] { return hangUps() > 0; }));
     runFor(500ms);

@@ -43,7 +43,7 @@ int exchange(const char* port, int frames) {
         const Bytes answer = expected.answer(request).value();
         comm.write(request);
         loop.runUntil([&] { return comm.inBufferCount() >= answer.size(); });
-        if (comm.read() != answer) {
+        if (comm.read().bytes != answer) {
             return done;
         }
     }

@@ -21,9 +21,9 @@ class InputBufferTest : public testing::Test {
 protected:
     void append(const Bytes& bytes) { buffer.append(bytes, time += 1ms); }
 
-    std::vector<std::size_t> countsTaken() const {
+    static std::vector<std::size_t> countsOf(const Burst& burst) {
         std::vector<std::size_t> counts;
-        for (const Arrival& arrival : buffer.taken()) {
+        for (const Arrival& arrival : burst.arrivals) {
             counts.push_back(arrival.count);
         }
         return counts;
@@ -37,20 +37,23 @@ TEST_F(InputBufferTest, GivesItsPiecesInOrderWithTheTimesOfTheirArrival) {
     append({1, 2});
     append({3});
     EXPECT_EQ(buffer.count(), 3U);
-    EXPECT_EQ(buffer.take(), (Bytes{1, 2, 3}));
-    EXPECT_EQ(countsTaken(), (std::vector<std::size_t>{2, 1}));
-    EXPECT_EQ(buffer.taken().at(0).time, InputBuffer::Time(1ms));
-    EXPECT_EQ(buffer.taken().at(1).time, InputBuffer::Time(2ms));
+    const Burst taken = buffer.take();
+    EXPECT_EQ(taken.bytes, (Bytes{1, 2, 3}));
+    EXPECT_EQ(countsOf(taken), (std::vector<std::size_t>{2, 1}));
+    EXPECT_EQ(taken.arrivals.at(0).time, InputBuffer::Time(1ms));
+    EXPECT_EQ(taken.arrivals.at(1).time, InputBuffer::Time(2ms));
+    EXPECT_EQ(taken.counted, 0U);
     EXPECT_EQ(buffer.count(), 0U);
-    EXPECT_TRUE(buffer.take().empty());
-    EXPECT_TRUE(buffer.taken().empty());
+    const Burst nothing = buffer.take();
+    EXPECT_TRUE(nothing.bytes.empty());
+    EXPECT_TRUE(nothing.arrivals.empty());
 }
 
 TEST_F(InputBufferTest, ClearedKeepsNothing) {
     append({1, 2});
     buffer.clear();
     EXPECT_EQ(buffer.count(), 0U);
-    EXPECT_TRUE(buffer.take().empty());
+    EXPECT_TRUE(buffer.take().bytes.empty());
 }
 
 TEST_F(InputBufferTest, IsFullAtItsLimitUntilItIsTaken) {
@@ -58,7 +61,7 @@ TEST_F(InputBufferTest, IsFullAtItsLimitUntilItIsTaken) {
     EXPECT_FALSE(buffer.isFull());
     append(Bytes(10));
     EXPECT_TRUE(buffer.isFull());
-    EXPECT_EQ(buffer.take().size(), InputBuffer::limit + 9) << "no byte is lost";
+    EXPECT_EQ(buffer.take().bytes.size(), InputBuffer::limit + 9) << "no byte is lost";
     EXPECT_FALSE(buffer.isFull());
 }
 
@@ -68,8 +71,10 @@ TEST_F(InputBufferTest, CountsWhatItIsNotToKeep) {
     append(counting(3));
     append(counting(3));
     EXPECT_EQ(buffer.count(), 9U);
-    EXPECT_EQ(buffer.take(), (Bytes{0, 1, 2, 0}));
-    EXPECT_EQ(countsTaken(), (std::vector<std::size_t>{3, 1}));
+    const Burst taken = buffer.take();
+    EXPECT_EQ(taken.bytes, (Bytes{0, 1, 2, 0}));
+    EXPECT_EQ(countsOf(taken), (std::vector<std::size_t>{3, 1}));
+    EXPECT_EQ(taken.counted, 5U);
 }
 
 TEST_F(InputBufferTest, DropsWhatItHasTooMuchAlready) {
@@ -79,8 +84,10 @@ TEST_F(InputBufferTest, DropsWhatItHasTooMuchAlready) {
     buffer.keepFirst(4);
     append(counting(3));
     EXPECT_EQ(buffer.count(), 12U);
-    EXPECT_EQ(buffer.take(), (Bytes{0, 1, 2, 0}));
-    EXPECT_EQ(countsTaken(), (std::vector<std::size_t>{3, 1}));
+    const Burst taken = buffer.take();
+    EXPECT_EQ(taken.bytes, (Bytes{0, 1, 2, 0}));
+    EXPECT_EQ(countsOf(taken), (std::vector<std::size_t>{3, 1}));
+    EXPECT_EQ(taken.counted, 8U);
 }
 
 TEST_F(InputBufferTest, KeepsEverythingAgainOnceItWasTakenOrCleared) {
@@ -88,11 +95,11 @@ TEST_F(InputBufferTest, KeepsEverythingAgainOnceItWasTakenOrCleared) {
     append(counting(3));
     buffer.take();
     append(counting(3));
-    EXPECT_EQ(buffer.take(), counting(3));
+    EXPECT_EQ(buffer.take().bytes, counting(3));
     buffer.keepFirst(1);
     buffer.clear();
     append(counting(3));
-    EXPECT_EQ(buffer.take(), counting(3));
+    EXPECT_EQ(buffer.take().bytes, counting(3));
 }
 
 TEST_F(InputBufferTest, IsNeverFullWhereItOnlyCounts) {
@@ -102,16 +109,17 @@ TEST_F(InputBufferTest, IsNeverFullWhereItOnlyCounts) {
         ASSERT_FALSE(buffer.isFull());
     }
     EXPECT_GT(buffer.count(), 2 * InputBuffer::limit);
-    EXPECT_EQ(buffer.take().size(), 1000U);
+    EXPECT_EQ(buffer.take().bytes.size(), 1000U);
 }
 
 TEST_F(InputBufferTest, TellsOnlySoManyArrivalsApart) {
     for (std::size_t piece = 0; piece < InputBuffer::mostArrivals + 10; ++piece) {
         append({1});
     }
-    EXPECT_EQ(buffer.take().size(), InputBuffer::mostArrivals + 10);
-    EXPECT_EQ(buffer.taken().size(), InputBuffer::mostArrivals);
-    EXPECT_EQ(buffer.taken().back().count, 11U);
+    const Burst taken = buffer.take();
+    EXPECT_EQ(taken.bytes.size(), InputBuffer::mostArrivals + 10);
+    EXPECT_EQ(taken.arrivals.size(), InputBuffer::mostArrivals);
+    EXPECT_EQ(taken.arrivals.back().count, 11U);
 }
 
 } // namespace

@@ -41,15 +41,17 @@ public:
             wire_.input_.clear();
         }
         std::size_t inBufferCount() const noexcept override { return wire_.input_.size() + wire_.counted_; }
-        Bytes read() override {
+        Burst read() override {
             wire_.calls_.emplace_back("read");
             if (wire_.readFailure_ && wire_.readLosesInput_) {
                 wire_.input_.clear();
             }
             throwIfSet(wire_.readFailure_);
+            const std::size_t counted = wire_.counted_;
             wire_.keepEverything();
-            arrivals_ = std::exchange(wire_.arrivals_, {});
-            return std::exchange(wire_.input_, {});
+            return {.bytes = std::exchange(wire_.input_, {}),
+                    .arrivals = std::exchange(wire_.arrivals_, {}),
+                    .counted = counted};
         }
         void discard() noexcept override {
             wire_.calls_.emplace_back("discard");
@@ -69,13 +71,11 @@ public:
             throwIfSet(wire_.writeFailure_);
             wire_.written_.push_back(bytes);
         }
-        std::vector<Arrival> arrivals() const override { return arrivals_; }
         void tell(CommEvent event, const std::string& reason = {}) { raise(event, reason); }
 
     private:
         FakeWire& wire_;
         std::string name_;
-        std::vector<Arrival> arrivals_;
     };
 
     /// Bytes come in and the receive event tells so.

@@ -69,7 +69,7 @@ public:
         }
     }
     std::size_t inBufferCount() const noexcept override { return input_.size(); }
-    Bytes read() override { return std::exchange(input_, {}); }
+    Burst read() override { return {.bytes = std::exchange(input_, {})}; }
     void discard() noexcept override { input_.clear(); }
     void write(const Bytes& bytes) override {
         farEnd_.written_.push_back(

@@ -28,6 +28,13 @@ struct Arrival {
     Time time;
 };
 
+/// What a read takes out of the input buffer.
+struct Burst {
+    Bytes bytes;
+    std::vector<Arrival> arrivals{}; ///< of the bytes, in order; empty where the line does not know
+    std::size_t counted = 0;         ///< further bytes, which were not kept
+};
+
 /// Line settings as the serial control reads them from its settings text.
 struct LineSettings {
     int baudRate = 9600;
@@ -49,7 +56,8 @@ public:
     virtual void open(const LineSettings& settings) = 0;
     virtual void close() noexcept = 0;
     virtual std::size_t inBufferCount() const noexcept = 0;
-    virtual Bytes read() = 0;
+    /// Takes everything that waits.
+    virtual Burst read() = 0;
     virtual void discard() noexcept = 0;
     /// Sends all of the bytes or none of them: where too much waits to be sent already, they are counted as
     /// unsent. @throws RuntimeError 8020
@@ -59,8 +67,6 @@ public:
     virtual void keepFirst(std::size_t /*most*/) noexcept {}
     /// Number of writes since the line was opened that were not sent.
     virtual std::size_t unsentWrites() const noexcept { return 0; }
-    /// The arrivals of what read() returned last, in order; empty where the line does not know.
-    virtual std::vector<Arrival> arrivals() const { return {}; }
     /// What opening the line came upon that its user may want to know; empty mostly.
     virtual std::string notice() const { return {}; }
 

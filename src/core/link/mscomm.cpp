@@ -106,11 +106,7 @@ bool MSComm::isOpen() const noexcept { return open_ != nullptr; }
 
 std::size_t MSComm::inBufferCount() const noexcept { return isOpen() ? open_->inBufferCount() : 0; }
 
-Bytes MSComm::read() { return openLine().read(); }
-
-std::vector<Arrival> MSComm::arrivals() const {
-    return isOpen() ? open_->arrivals() : std::vector<Arrival>();
-}
+Burst MSComm::read() { return openLine().read(); }
 
 void MSComm::discard() noexcept {
     if (isOpen()) {

@@ -47,9 +47,7 @@ public:
     /// Number of unread bytes; 0 while the port is closed.
     std::size_t inBufferCount() const noexcept;
     /// Takes everything that waits out of the input buffer. @throws RuntimeError 8012, 8020
-    Bytes read();
-    /// The arrivals of what read() returned last; empty where the line does not know.
-    std::vector<Arrival> arrivals() const;
+    Burst read();
     /// Throws away what waits in the input buffer.
     void discard() noexcept;
     /// Hands all bytes over in one write and returns at once; a line that is too slow for them leaves them

@@ -131,10 +131,10 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
     tell(Outcome::Sent);
 }
 
-void SerialLink::beginExchange(const Bytes& request, int expected) {
+void SerialLink::beginExchange(Bytes request, int expected) {
     tellOvertaken();
     exchange_ = {};
-    exchange_.request = request;
+    exchange_.request = std::move(request);
     exchange_.expected = expected;
 }
 
@@ -234,12 +234,12 @@ void SerialLink::wait(std::chrono::milliseconds time, std::function<void()> rest
 }
 
 /// Everything that waits, and when it came. @throws RuntimeError of the port
-Bytes SerialLink::readBurst() {
-    Bytes bytes = commPLC_.read();
-    const std::vector<Arrival> arrivals = commPLC_.arrivals();
-    exchange_.received = arrivals.empty() ? TimeSpan{noticed_, clock_.now()}
-                                          : TimeSpan{arrivals.front().time, arrivals.back().time};
-    return bytes;
+Burst SerialLink::readBurst() {
+    Burst burst = commPLC_.read();
+    exchange_.received = burst.arrivals.empty()
+                             ? TimeSpan{noticed_, clock_.now()}
+                             : TimeSpan{burst.arrivals.front().time, burst.arrivals.back().time};
+    return burst;
 }
 
 void SerialLink::receiveBurst() {
@@ -251,7 +251,7 @@ void SerialLink::receiveBurst() {
     const ScopeExit ended([this] { endReception(); }); // also after a defect
     skippingFailure([this] {
         beginExchange({}, 0);
-        exchange_.answer = readBurst();
+        exchange_.answer = readBurst().bytes;
         tell(Outcome::Heard);
     });
 }
@@ -309,47 +309,47 @@ void SerialLink::receiveRequest() {
 
 /// @return false where no prepared pair answers the request; the reception then ends without its common end
 bool SerialLink::answerRequest() {
-    const Bytes request(received().begin(), received().end());
+    Bytes request(received().begin(), received().end());
     const TimeSpan cameIn = exchange_.received;
     const bool isHeldWhole = static_cast<std::size_t>(state_.RxCount) <= state_.RxBuffer.size();
-    const std::optional<PreparedAnswer> answer = roles_.answerTo(request);
+    std::optional<PreparedAnswer> answer = roles_.answerTo(request);
     const bool isKnown = answer && isHeldWhole;
     const bool isOpen = commPLC_.isOpen();
     if (!isKnown || isOpen) {
         discardUnread();
         state_.RxCount = 0;
     }
-    beginExchange(request, 0);
+    beginExchange(std::move(request), 0);
     exchange_.received = cameIn;
     if (!isKnown) {
         tell(Outcome::Unknown);
         return false;
     }
     if (isOpen) {
-        sendAnswer(answer->bytes);
+        sendAnswer(std::move(answer->bytes));
     }
     exchange_.pair = answer->pair;
     tell(isOpen ? Outcome::AnsweredByPair : Outcome::NotSent);
     return true;
 }
 
-void SerialLink::sendAnswer(const Bytes& answer) {
+void SerialLink::sendAnswer(Bytes answer) {
     if (answer.empty()) {
         return;
     }
     skippingFailure([this, &answer] {
         handOver(answer);
-        exchange_.answer = answer;
+        exchange_.answer = std::move(answer);
     });
 }
 
 void SerialLink::readIntoRxBuffer() {
-    const std::size_t waiting = commPLC_.inBufferCount(); // some of it only counted
-    const Bytes bytes = readBurst();
+    const Burst burst = readBurst();
+    const Bytes& bytes = burst.bytes;
     const std::size_t first = std::min(static_cast<std::size_t>(state_.RxCount), state_.RxBuffer.size());
     const std::size_t fitting = std::min(bytes.size(), state_.RxBuffer.size() - first);
     std::copy_n(bytes.begin(), fitting, state_.RxBuffer.begin() + static_cast<std::ptrdiff_t>(first));
-    state_.RxCount = raised(state_.RxCount, std::max(waiting, bytes.size()));
+    state_.RxCount = raised(state_.RxCount, bytes.size() + burst.counted);
 }
 
 std::span<const std::uint8_t> SerialLink::received() const {

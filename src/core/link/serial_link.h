@@ -110,13 +110,13 @@ private:
     void settleRequest(std::size_t noted);
     void receiveRequest();
     bool answerRequest();
-    void sendAnswer(const Bytes& answer);
-    Bytes readBurst();
+    void sendAnswer(Bytes answer);
+    Burst readBurst();
     void readIntoRxBuffer();
     std::span<const std::uint8_t> received() const;
     void endReception();
 
-    void beginExchange(const Bytes& request, int expected);
+    void beginExchange(Bytes request, int expected);
     void handOverRequest();
     void handOver(const Bytes& bytes);
     void discardUnread();

@@ -27,7 +27,7 @@ void VirtualLine::close() noexcept {
 
 std::size_t VirtualLine::inBufferCount() const noexcept { return input_.size(); }
 
-Bytes VirtualLine::read() { return std::exchange(input_, {}); }
+Burst VirtualLine::read() { return {.bytes = std::exchange(input_, {})}; }
 
 void VirtualLine::discard() noexcept { input_.clear(); }
 

@@ -30,7 +30,7 @@ public:
     /// Answers still on their way are lost.
     void close() noexcept override;
     std::size_t inBufferCount() const noexcept override;
-    Bytes read() override;
+    Burst read() override;
     /// Throws away what has arrived; an answer still on its way arrives.
     void discard() noexcept override;
     /// The request is carried out at once; its answer arrives in one burst after answerDelay, or never where

@@ -45,7 +45,7 @@ public:
     }
     void close() noexcept override { ++log_.closed; }
     std::size_t inBufferCount() const noexcept override { return waiting.size(); }
-    Bytes read() override { return std::exchange(waiting, {}); }
+    Burst read() override { return {.bytes = std::exchange(waiting, {})}; }
     void discard() noexcept override { waiting.clear(); }
     void write(const Bytes& bytes) override { written = bytes; }
     std::string notice() const override { return log_.notice; }
@@ -214,7 +214,7 @@ TEST_F(MSCommTest, HasNoBytesWhileClosed) {
 TEST_F(MSCommTest, PassesBytesBothWays) {
     comm.open();
     log.newest->waiting = {0x00, 0xFF};
-    EXPECT_EQ(comm.read(), (Bytes{0x00, 0xFF}));
+    EXPECT_EQ(comm.read().bytes, (Bytes{0x00, 0xFF}));
     EXPECT_EQ(comm.inBufferCount(), 0U);
     comm.write({0x1A, 0x00});
     EXPECT_EQ(log.newest->written, (Bytes{0x1A, 0x00}));

@@ -65,7 +65,7 @@ TEST_F(VirtualLineTest, TheAnswerArrivesAfterTheDelayAsOneBurst) {
     EXPECT_TRUE(counts_.empty());
     clock_.advance(milliseconds{1});
     EXPECT_EQ(counts_, std::vector<std::size_t>{readAnswer.size()});
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, TheAnswerComesWellInsideTheWaitForIt) {
@@ -78,7 +78,7 @@ TEST_F(VirtualLineTest, ReadTakesEverythingOut) {
     clock_.advance(VirtualLine::answerDelay);
     line_->read();
     EXPECT_EQ(line_->inBufferCount(), 0U);
-    EXPECT_EQ(line_->read(), Bytes{});
+    EXPECT_EQ(line_->read().bytes, Bytes{});
 }
 
 TEST_F(VirtualLineTest, UnreadAnswersPileUpInOrder) {
@@ -87,7 +87,7 @@ TEST_F(VirtualLineTest, UnreadAnswersPileUpInOrder) {
     clock_.advance(VirtualLine::answerDelay);
     EXPECT_EQ(counts_,
               (std::vector<std::size_t>{writeAnswer.size(), writeAnswer.size() + readAnswer.size()}));
-    EXPECT_EQ(line_->read(), joined(writeAnswer, readAnswer));
+    EXPECT_EQ(line_->read().bytes, joined(writeAnswer, readAnswer));
 }
 
 TEST_F(VirtualLineTest, ARequestWithoutAnswerIsSilence) {
@@ -110,7 +110,7 @@ TEST_F(VirtualLineTest, NothingArrivesAfterClose) {
     line_->close();
     clock_.advance(VirtualLine::answerDelay);
     EXPECT_EQ(line_->inBufferCount(), 0U);
-    EXPECT_EQ(line_->read(), Bytes{});
+    EXPECT_EQ(line_->read().bytes, Bytes{});
     EXPECT_TRUE(counts_.empty());
 }
 
@@ -161,7 +161,7 @@ TEST_F(VirtualLineTest, TheHandlerMaySendTheNextRequest) {
     EXPECT_EQ(line_->inBufferCount(), 0U);
     line_->setEventHandler({});
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, DiscardEmptiesTheInputBuffer) {
@@ -175,7 +175,7 @@ TEST_F(VirtualLineTest, DiscardDoesNotHoldUpAnAnswerOnItsWay) {
     line_->write(readW1);
     line_->discard();
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, ASecondLineIsRefusedAsInUse) {
@@ -184,14 +184,14 @@ TEST_F(VirtualLineTest, ASecondLineIsRefusedAsInUse) {
     EXPECT_EQ(errorNumber([&] { second.write(readW1); }), 8020);
     line_->write(readW1);
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, OpeningAnOpenLineIsRefusedAndLeavesItOpen) {
     line_->write(readW1);
     EXPECT_EQ(errorNumber([&] { line_->open({}); }), 8005);
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, TheRefusalNamesTheLineAndTheRemedy) {
@@ -238,7 +238,7 @@ TEST_F(VirtualLineTest, TheMemoryOutlivesTheConnection) {
     second.open({});
     second.write(readW1);
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(second.read(), readAnswer);
+    EXPECT_EQ(second.read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, LineSettingsMeanNothing) {
@@ -246,7 +246,7 @@ TEST_F(VirtualLineTest, LineSettingsMeanNothing) {
     line_->open({.baudRate = 1, .parity = '?', .dataBits = 0, .stopBits = 9});
     line_->write(readW1);
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 TEST_F(VirtualLineTest, WritingToAClosedLineFailsAndChangesNothing) {
@@ -267,7 +267,7 @@ TEST_F(VirtualLineTest, NeedsNoEventHandler) {
     line_->setEventHandler({});
     line_->write(readW1);
     clock_.advance(VirtualLine::answerDelay);
-    EXPECT_EQ(line_->read(), readAnswer);
+    EXPECT_EQ(line_->read().bytes, readAnswer);
 }
 
 } // namespace
