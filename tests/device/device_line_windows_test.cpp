@@ -29,7 +29,7 @@ protected:
             events.push_back(event);
             reasons.push_back(reason);
             if (event == CommEvent::Received) {
-                const Bytes bytes = comm.read();
+                const Bytes bytes = comm.read().bytes;
                 received.insert(received.end(), bytes.begin(), bytes.end());
             }
         });

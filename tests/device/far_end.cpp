@@ -47,7 +47,7 @@ constexpr std::size_t requestLength = 9;
         if (!loop.runUntil([&] { return comm.inBufferCount() >= requestLength; })) {
             continue;
         }
-        if (const auto answer = controller.answer(comm.read())) {
+        if (const auto answer = controller.answer(comm.read().bytes)) {
             comm.write(*answer);
         }
     }
