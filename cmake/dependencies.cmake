@@ -61,6 +61,8 @@ else()
     find_library(XCB_LIBRARY xcb)
     find_path(XCB_INCLUDE_DIR xcb/xcb.h)
     find_package(CLI11 QUIET)
+    find_package(nlohmann_json QUIET)
+    find_package(pugixml QUIET)
 endif()
 
 set(missing "")

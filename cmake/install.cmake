@@ -44,14 +44,24 @@ install(DIRECTORY ${packaging}/icons/hicolor DESTINATION share/icons)
 install(FILES ${packaging}/${VARDA_APPLICATION_ID}.mime.xml DESTINATION share/mime/packages
     RENAME ${VARDA_APPLICATION_ID}.xml)
 
-# Debian wants both compressed as far as it goes, without name and time. Part of a full build, not of the program: that can be
+# What the tool says of itself.
+add_custom_command(OUTPUT ${made}/varda-cli.1 ${made}/varda-cli.bash
+    COMMAND varda-cli --print-manual-page > ${made}/varda-cli.1
+    COMMAND varda-cli --print-bash-completion > ${made}/varda-cli.bash
+    DEPENDS varda-cli
+    COMMENT "Manual page and completion of varda-cli"
+    VERBATIM)
+install(TARGETS varda-cli RUNTIME DESTINATION bin)
+install(FILES ${made}/varda-cli.bash DESTINATION share/bash-completion/completions RENAME varda-cli)
+
+# Debian wants these compressed as far as it goes, without name and time. Part of a full build, not of the program: that can be
 # built where bash or GNU's date is lacking.
-add_custom_command(OUTPUT ${made}/changelog.gz ${made}/varda.1.gz
+add_custom_command(OUTPUT ${made}/changelog.gz ${made}/varda.1.gz ${made}/varda-cli.1.gz
     COMMAND ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md "${VARDA_MAINTAINER}" > ${made}/changelog
-    COMMAND gzip -9nkf ${made}/changelog ${made}/varda.1
-    DEPENDS ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${made}/varda.1
+    COMMAND gzip -9nkf ${made}/changelog ${made}/varda.1 ${made}/varda-cli.1
+    DEPENDS ${packaging}/debian-changelog ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${made}/varda.1 ${made}/varda-cli.1 ${made}/varda-cli.bash
     COMMENT "Changelog and manual page"
     VERBATIM)
-add_custom_target(varda_documents ALL DEPENDS ${made}/changelog.gz ${made}/varda.1.gz)
+add_custom_target(varda_documents ALL DEPENDS ${made}/changelog.gz ${made}/varda.1.gz ${made}/varda-cli.1.gz)
 install(FILES ${made}/changelog.gz DESTINATION share/doc/varda)
-install(FILES ${made}/varda.1.gz DESTINATION share/man/man1)
+install(FILES ${made}/varda.1.gz ${made}/varda-cli.1.gz DESTINATION share/man/man1)

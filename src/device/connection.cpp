@@ -62,6 +62,11 @@ Burst Connection::read() {
     return burst;
 }
 
+Burst Connection::look(std::size_t from) const {
+    const Lock input(inputMutex_);
+    return input_.look(from);
+}
+
 /// A read may have its bytes already while its handler has not run yet: it is cancelled, and dropped if that
 /// comes too late.
 void Connection::discard() {

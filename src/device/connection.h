@@ -50,6 +50,7 @@ public:
 
     std::size_t inBufferCount() const;
     Burst read();
+    Burst look(std::size_t from) const;
     /// Throws away what has come in up to now, wherever on the way to the input buffer it is.
     void discard();
     void keepFirst(std::size_t most);

@@ -98,6 +98,8 @@ std::size_t DeviceLine::unsentWrites() const noexcept {
     return connection_ ? connection_->unsentWrites() : 0;
 }
 
+Burst DeviceLine::look(std::size_t from) const { return connection_ ? connection_->look(from) : Burst{}; }
+
 std::string DeviceLine::notice() const { return claim_ ? claim_->takeOver() : std::string(); }
 
 std::string DeviceLine::label() const {

@@ -37,6 +37,7 @@ public:
     void write(const Bytes& bytes) override;
     void keepFirst(std::size_t most) noexcept override;
     std::size_t unsentWrites() const noexcept override;
+    Burst look(std::size_t from) const override;
     std::string notice() const override;
 
 private:

@@ -5,11 +5,29 @@
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
 #include <asio/post.hpp>
+#include <asio/signal_set.hpp>
 #include <asio/steady_timer.hpp>
 
+#include <csignal>
 #include <utility>
+#include <vector>
 
 namespace varda::device {
+namespace {
+
+std::vector<int> endSignals() {
+    std::vector<int> signals = {SIGINT, SIGTERM};
+#ifdef SIGHUP
+    if (std::signal(SIGHUP, SIG_DFL) == SIG_IGN) { // asked by setting it, there is no other way
+        std::signal(SIGHUP, SIG_IGN);
+    } else {
+        signals.push_back(SIGHUP);
+    }
+#endif
+    return signals;
+}
+
+} // namespace
 
 struct EventLoop::Context {
     asio::io_context io{1};
@@ -35,6 +53,19 @@ void EventLoop::post(std::function<void()> task) { asio::post(context_->io, std:
 
 std::unique_ptr<PeriodTimer> EventLoop::makeTimer(std::function<void()> tick) {
     return std::make_unique<ClockTimer>(*this, std::move(tick));
+}
+
+std::shared_ptr<void> EventLoop::whenAskedToEnd(std::function<void()> end) {
+    auto signals = std::make_shared<asio::signal_set>(context_->io);
+    for (const int signal : endSignals()) {
+        signals->add(signal);
+    }
+    signals->async_wait([end = std::move(end)](const asio::error_code& error, int /*signal*/) {
+        if (!error) {
+            end();
+        }
+    });
+    return signals;
 }
 
 void EventLoop::run() {

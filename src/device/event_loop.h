@@ -26,6 +26,12 @@ public:
     /// Makes a stopped timer that runs `tick` at each of its ticks.
     std::unique_ptr<PeriodTimer> makeTimer(std::function<void()> tick);
 
+    /// Runs `end` once when something asks the program to end: a signal of the terminal or of another
+    /// program. Without it the program would be gone at once, and what it holds would be left as it stands. A
+    /// signal that was ignored when the program was started, as nohup does, stays ignored.
+    /// @return listens while it lives
+    [[nodiscard]] std::shared_ptr<void> whenAskedToEnd(std::function<void()> end);
+
     /// Serves until stop() is called meanwhile. @throws what a task throws; the loop can be run on then
     void run();
     void stop();

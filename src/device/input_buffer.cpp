@@ -40,6 +40,8 @@ void InputBuffer::keepFirst(std::size_t most) {
     }
 }
 
+Burst InputBuffer::look(std::size_t from) const { return burstBehind(from, kept_, arrivals_); }
+
 Burst InputBuffer::take() {
     const std::size_t counted = count_ - kept_.size();
     Burst taken{

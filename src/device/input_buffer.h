@@ -32,6 +32,9 @@ public:
     Burst take();
     void clear();
 
+    /// What it keeps behind the first `from` bytes, which stays there.
+    Burst look(std::size_t from) const;
+
 private:
     Bytes kept_;
     std::size_t count_ = 0;

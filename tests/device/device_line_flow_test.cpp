@@ -56,10 +56,13 @@ protected:
 
     /// Waits until so many bytes are in the driver, or have been fetched from there.
     void waitAtTheNearEnd(std::size_t count) const {
-        int inDriver = 0;
+        std::size_t waiting = 0;
         do {
+            waiting = line.inBufferCount();
+            int inDriver = 0; // asked second: what moves meanwhile is counted once at the most
             ::ioctl(terminal.nearEnd(), FIONREAD, &inDriver);
-        } while (static_cast<std::size_t>(inDriver) + line.inBufferCount() < count);
+            waiting += static_cast<std::size_t>(inDriver);
+        } while (waiting < count);
     }
 
     TaskLoop loop;

@@ -59,10 +59,10 @@ protected:
         const auto end = std::chrono::steady_clock::now() + 1s;
         std::size_t waiting = 0;
         while (waiting < count && std::chrono::steady_clock::now() < end) {
-            int inDriver = 0;
+            waiting = open != nullptr ? open->inBufferCount() : comm.inBufferCount();
+            int inDriver = 0; // asked second: what moves meanwhile is counted once at the most
             ::ioctl(terminal.nearEnd(), FIONREAD, &inDriver);
-            waiting = static_cast<std::size_t>(inDriver) +
-                      (open != nullptr ? open->inBufferCount() : comm.inBufferCount());
+            waiting += static_cast<std::size_t>(inDriver);
         }
         return waiting == count;
     }

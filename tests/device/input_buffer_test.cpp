@@ -122,5 +122,20 @@ TEST_F(InputBufferTest, TellsOnlySoManyArrivalsApart) {
     EXPECT_EQ(taken.arrivals.back().count, 11U);
 }
 
+TEST_F(InputBufferTest, ShowsWhatItKeepsWithoutGivingItAway) {
+    append({1, 2, 3});
+    append({4});
+    EXPECT_EQ(buffer.look(0).bytes, (Bytes{1, 2, 3, 4}));
+    const Burst rest = buffer.look(2);
+    EXPECT_EQ(rest.bytes, (Bytes{3, 4}));
+    ASSERT_EQ(rest.arrivals.size(), 2U);
+    EXPECT_EQ(rest.arrivals[0].count, 1U);
+    EXPECT_EQ(rest.arrivals[0].time, InputBuffer::Time(1ms));
+    EXPECT_EQ(rest.arrivals[1].time, InputBuffer::Time(2ms));
+    EXPECT_TRUE(buffer.look(4).bytes.empty());
+    EXPECT_TRUE(buffer.look(5).arrivals.empty());
+    EXPECT_EQ(buffer.take().bytes, (Bytes{1, 2, 3, 4}));
+}
+
 } // namespace
 } // namespace varda

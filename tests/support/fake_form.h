@@ -58,6 +58,10 @@ public:
         showMessage(text, title);
         offers_.push_back(tick);
     }
+    void showAdvised(const std::string& text, const std::string& title, const std::string& advice) override {
+        showMessage(text, title);
+        advice_ = advice;
+    }
     void ask(const std::string& text, const std::string& title, Answered /*answered*/) override {
         messages_.push_back({text, title});
     }
@@ -93,6 +97,8 @@ public:
     void forgetTold() { told_.clear(); }
 
     const std::vector<Message>& messages() const { return messages_; }
+    /// What stood below the text of the last message box that may have such a line.
+    const std::string& advice() const { return advice_; }
     /// What message boxes offered to tick.
     const std::vector<Tick>& offers() const { return offers_; }
     const std::vector<std::pair<window::ControlGroup, bool>>& groups() const { return groups_; }
@@ -130,6 +136,7 @@ private:
     std::vector<std::pair<std::string, std::string>> told_;
     std::vector<std::pair<window::ControlGroup, bool>> groups_;
     std::vector<Message> messages_;
+    std::string advice_;
     std::vector<Tick> offers_;
 };
 

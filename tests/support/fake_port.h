@@ -71,6 +71,9 @@ public:
             throwIfSet(wire_.writeFailure_);
             wire_.written_.push_back(bytes);
         }
+        Burst look(std::size_t from) const override {
+            return burstBehind(from, wire_.input_, wire_.arrivals_);
+        }
         void tell(CommEvent event, const std::string& reason = {}) { raise(event, reason); }
 
     private:

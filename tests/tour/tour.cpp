@@ -7,11 +7,13 @@
 #include "window/shell/program.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QListView>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QTableWidget>
 #include <QTest>
@@ -85,7 +87,7 @@ public:
         playScenario();
         simulate();
         monitor();
-        driver_.click("cmdPortOpen");
+        unplug();
         std::printf("%s\n", failures_ == 0 ? "Every answer was right." : "The tour has found wrong answers.");
         return failures_ == 0;
     }
@@ -125,6 +127,11 @@ private:
         driver_.choose("cbRLength", "2");
         exchange("Word read of W 0000, 2 words", readPage, "FF FF A3 04 34 12 CD AB ");
         picture("read-words");
+        waitForTick();
+        driver_.click("cmdRDSend"); // until the next answer the last one stands in grey
+        judge(driver_.text("txtReceiveRData").empty());
+        picture("read-awaiting");
+        runUntil([&] { return driver_.text("txtRStatus") == "Data Receive OK !!"; });
     }
 
     void chooseRegister(const std::array<const char*, 2>& lists, const char* kind, const char* number) {
@@ -161,7 +168,7 @@ private:
         chooseRegister({"cbWRegister", "cbWRegAddress"}, "SV", "000");
         driver_.choose("cbWLength", "2");
         enterWord(0, "4660", "word-dialog");
-        enterWord(1, "65535", nullptr);
+        pasteWords(1, "FFFFh");
         exchange("Word write of SV 000, 4660 and 65535", writePage, "FF FF A4 01 00 ");
         picture("write-words");
         driver_.click("optMode_0");
@@ -175,11 +182,16 @@ private:
         clickCell(0, column);
         auto* const dialog = driver_.find<QDialog>("frmWriteWord");
         QTest::keyClicks(driver_.find("txtWordWrite"), QString::fromLatin1(value));
-        if (pictureName != nullptr) {
-            save(*dialog, pictureName);
-        }
+        save(*dialog, pictureName);
         QTest::keyClick(driver_.find("txtWordWrite"), Qt::Key_Return);
         QCoreApplication::sendPostedEvents(dialog, QEvent::DeferredDelete);
+    }
+
+    void pasteWords(int column, const char* words) {
+        auto* const grid = driver_.find<QTableWidget>("gridWriteData");
+        grid->setCurrentCell(0, column);
+        QGuiApplication::clipboard()->setText(QString::fromLatin1(words));
+        QTest::keyClick(grid, Qt::Key_V, Qt::ControlModifier);
     }
 
     void writeMixed() {
@@ -207,6 +219,21 @@ private:
         driver_.click("cmdMRAdd");
         exchange("Mixed read of R 0000.2, 3 bits, and W 0001", mixedReadPage, "FF FF A5 05 00 FF 00 2B 1A ");
         picture("mixed-read");
+        refuseTwoLetterKind();
+    }
+
+    /// A report names the point that cannot be sent, and what helps.
+    void refuseTwoLetterKind() {
+        chooseRegister({"cbMRegister", "cbMRegAddress"}, "SR", "000");
+        driver_.choose("cbMRLength", "1");
+        driver_.click("cmdMRAdd");
+        driver_.click("cmdMRDSend");
+        auto* const report = driver_.box();
+        if (judge(report != nullptr && report->informativeText().startsWith(QLatin1String("SR 000: ")))) {
+            save(*report, "report");
+            driver_.closeBox();
+        }
+        driver_.click("cmdMRDel"); // the point that was being read is the marked one
     }
 
     /// Plays a scenario twice round; every answer has to be a whole frame.
@@ -276,6 +303,18 @@ private:
                   file.readAll().replace("\r\n", "\n") == first.toLatin1() + '\n' + second.toLatin1() + '\n');
         std::printf("\nBursts heard while monitoring, and their log\n  line     %s\n  line     %s\n  %s\n",
                     qPrintable(first), qPrintable(second), right ? "right" : "WRONG");
+    }
+
+    /// The line goes away while it is open.
+    void unplug() {
+        QFile::remove(lineName);
+        line_.closeFarEnd();
+        const bool told = runUntil([&] { return driver_.box() != nullptr; });
+        if (judge(told)) {
+            std::printf("\nThe line is unplugged\n  box      %s\n", driver_.boxText().c_str());
+            save(*driver_.box(), "unplugged");
+            driver_.closeBox();
+        }
     }
 
     /// Sends a burst from the far end. @return its line in the monitor

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,9 @@ struct Burst {
     std::vector<Arrival> arrivals{}; ///< of the bytes, in order; empty where the line does not know
     std::size_t counted = 0;         ///< further bytes, which were not kept
 };
+
+/// The bytes of a burst behind its first `from` ones, with their arrivals.
+Burst burstBehind(std::size_t from, std::span<const std::uint8_t> bytes, std::span<const Arrival> arrivals);
 
 /// Line settings as the serial control reads them from its settings text.
 struct LineSettings {
@@ -67,6 +71,9 @@ public:
     virtual void keepFirst(std::size_t /*most*/) noexcept {}
     /// Number of writes since the line was opened that were not sent.
     virtual std::size_t unsentWrites() const noexcept { return 0; }
+    /// What waits behind the first `from` bytes, for those who only watch: it waits on. Empty where the line
+    /// does not tell before it is read.
+    virtual Burst look(std::size_t /*from*/) const { return {}; }
     /// What opening the line came upon that its user may want to know; empty mostly.
     virtual std::string notice() const { return {}; }
 

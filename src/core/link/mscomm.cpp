@@ -28,12 +28,27 @@ Fields fieldsOf(std::string_view text) {
     return fields;
 }
 
-int numberOf(std::string_view field, int least, int most) {
+/// A field's name, and the numbers that it takes.
+struct NumberField {
+    std::string_view name;
+    int least;
+    int most;
+};
+
+constexpr NumberField baudRateField = {"Baud rate", 1, std::numeric_limits<int>::max()};
+constexpr NumberField dataBitsField = {"Data bits", 5, 8};
+constexpr NumberField stopBitsField = {"Stop bits", 1, 2};
+
+int numberOf(std::string_view text, const NumberField& field) {
     int number = 0;
-    const char* const end = field.data() + field.size();
-    const auto [stop, error] = std::from_chars(field.data(), end, number);
-    if (error != std::errc{} || stop != end || number < least || number > most) {
-        throw invalidPropertyValue();
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc{} || stop != end || number < field.least || number > field.most) {
+        RuntimeError refused = invalidPropertyValue();
+        refused.advise(std::string(field.name) + " \"" + std::string(text) + "\" is no number of " +
+                       std::to_string(field.least) + " to " + std::to_string(field.most) +
+                       ". Choose one from the list.");
+        throw refused;
     }
     return number;
 }
@@ -54,10 +69,10 @@ char parityOf(std::string_view field) {
 LineSettings settingsOf(std::string_view text) {
     const Fields fields = fieldsOf(text);
     LineSettings settings;
-    settings.baudRate = numberOf(fields[0], 1, std::numeric_limits<int>::max());
+    settings.baudRate = numberOf(fields[0], baudRateField);
     settings.parity = parityOf(fields[1]);
-    settings.dataBits = numberOf(fields[2], 5, 8);
-    settings.stopBits = numberOf(fields[3], 1, 2);
+    settings.dataBits = numberOf(fields[2], dataBitsField);
+    settings.stopBits = numberOf(fields[3], stopBitsField);
     return settings;
 }
 

@@ -35,6 +35,7 @@ public:
     /// "9600,n,8,1".
     /// @throws RuntimeError 380 where one of them is missing or out of range; the settings stay as they were
     void setSettings(const std::string& settings);
+    const LineSettings& settings() const { return settings_; }
 
     /// A line that goes away while it opens leaves the port closed.
     /// @throws RuntimeError 8005 where it is open already, and what the line throws

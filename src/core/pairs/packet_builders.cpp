@@ -43,8 +43,7 @@ std::string stationText(const SimFields& fields) {
 }
 
 std::string addressText(const SimPosition& position, Access access) {
-    const int number = toInteger(position.number, "Register number");
-    const int word = registerAddress(access, position.kind, number);
+    const int word = registerAddress(access, position.kind, position.number);
     return lowByteFirst(access == Access::Bit ? bitAddressText(word, toInteger(position.bit, "Bit number"))
                                               : wordAddressText(word));
 }
@@ -79,7 +78,11 @@ std::string pointData(std::string_view line, Access access) {
     if (access == Access::Bit) {
         return value == "ON" ? "FF" : "00";
     }
-    return hexRun(bytesOfFrameText(value)); // typed digits may be lower case
+    return advised([value] { return hexRun(bytesOfFrameText(value)); }, // typed digits may be lower case
+                   [value](const RuntimeError& /*error*/) {
+                       return "Value \"" + std::string(value) +
+                              "\" is no hexadecimal number. Type 0 to 9 and A to F, or take out HEX.";
+                   });
 }
 
 std::string writeRequest(const SimFields& fields, std::string_view header, Access access,

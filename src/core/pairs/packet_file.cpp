@@ -56,7 +56,11 @@ PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
         return file.isText() ? PacketLoad::NoTotal : PacketLoad::NoText;
     }
     table.clear();
-    const std::int32_t pairs = toLong(totalText, "Total of the file");
+    const std::int32_t pairs = advised([&] { return toLong(totalText); },
+                                       [&](const RuntimeError& /*error*/) {
+                                           return "Total of the file is \"" + totalText +
+                                                  "\", no number of pairs. Mend the file, or choose another.";
+                                       });
     if (pairs < 1) {
         return PacketLoad::Corrupted;
     }

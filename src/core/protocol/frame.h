@@ -63,6 +63,9 @@ const Command* findCommand(std::uint8_t code);
 /// Bytes that one value takes in a body: 1 for a bit, 2 for a word.
 constexpr int valueSize(Access access) { return access == Access::Word ? 2 : 1; }
 
+/// Bits or words that the count byte of a single read asks for.
+constexpr int countOfByte(int countByte) { return countByte == 0 ? 256 : countByte; }
+
 /// Bytes of an answer to a single read. @param count bits or words, 0 .. 256
 constexpr int readAnswerSize(Access access, int count) {
     return valueSize(access) * count + static_cast<int>(frame_size::envelope);

@@ -1,6 +1,7 @@
 #include "core/protocol/registers.h"
 
 #include "core/base/conversion.h"
+#include "core/base/runtime_error.h"
 #include "core/protocol/hex_text.h"
 
 #include <algorithm>
@@ -108,6 +109,15 @@ std::vector<std::string> countListTexts(int limit) { return decimalTexts(1, limi
 
 int registerAddress(Access access, std::string_view kind, int number) {
     return toInteger16(GetRegisterBase(access == Access::Bit ? "B" : "W", kind) + number);
+}
+
+int registerAddress(Access access, std::string_view kind, std::string_view number) {
+    const int typed = toInteger(number, "Register number");
+    return advised([&] { return registerAddress(access, kind, typed); },
+                   [number](const RuntimeError& /*error*/) {
+                       return "Register number \"" + std::string(number) +
+                              "\" is out of range. Choose one from the list.";
+                   });
 }
 
 std::string wordAddressText(int word) { return hex(word, 4); }

@@ -78,6 +78,8 @@ constexpr int wordWriteLimit = 126; ///< LEN = 2n + 2 stays within one byte
 
 /// Word address of a register. @throws RuntimeError 6 above 32767
 int registerAddress(Access access, std::string_view kind, int number);
+/// The same of a number as it was typed. @throws RuntimeError 13, 6 where it is none, or too large
+int registerAddress(Access access, std::string_view kind, std::string_view number);
 
 /// The four hexadecimal digits of a word address; only the last four are kept.
 std::string wordAddressText(int word);

@@ -39,8 +39,7 @@ void setReadCount(FrameImages& images, int count) {
 Bytes readWire(const FrameImages& images) { return images.read.wire(readBytes); }
 
 int readAnswerLength(Access access, std::uint8_t countByte) {
-    const int count = countByte == 0 ? 256 : countByte;
-    return readAnswerSize(access, count);
+    return readAnswerSize(access, countOfByte(countByte));
 }
 
 int writeBodyLength(Access access, int count) {

@@ -83,7 +83,7 @@ std::optional<Items> readRun(const Storage& storage, Body body) {
         return std::nullopt;
     }
     const std::size_t first = lowFirst(body);
-    const std::size_t count = body[frame_size::address] == 0 ? 256 : body[frame_size::address];
+    const auto count = static_cast<std::size_t>(countOfByte(body[frame_size::address]));
     Items items;
     for (std::size_t address = first; address < first + count; ++address) {
         items.push_back({storage, address, {}});

@@ -29,6 +29,8 @@ std::size_t VirtualLine::inBufferCount() const noexcept { return input_.size(); 
 
 Burst VirtualLine::read() { return {.bytes = std::exchange(input_, {})}; }
 
+Burst VirtualLine::look(std::size_t from) const { return burstBehind(from, input_, {}); }
+
 void VirtualLine::discard() noexcept { input_.clear(); }
 
 void VirtualLine::write(const Bytes& bytes) {

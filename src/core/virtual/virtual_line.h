@@ -31,6 +31,7 @@ public:
     void close() noexcept override;
     std::size_t inBufferCount() const noexcept override;
     Burst read() override;
+    Burst look(std::size_t from) const override;
     /// Throws away what has arrived; an answer still on its way arrives.
     void discard() noexcept override;
     /// The request is carried out at once; its answer arrives in one burst after answerDelay, or never where

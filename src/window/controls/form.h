@@ -53,6 +53,10 @@ public:
         std::function<void(bool isTicked)> changed;
     };
     virtual void showMessage(const std::string& text, const std::string& title, const Tick& tick) = 0;
+    /// The same with a line below the text that names what it is about, and says what helps; none where it is
+    /// empty.
+    virtual void showAdvised(const std::string& text, const std::string& title,
+                             const std::string& advice) = 0;
     /// Shows a Yes/No box and returns at once; `answered` runs with the answer.
     virtual void ask(const std::string& text, const std::string& title,
                      std::function<void(bool yes)> answered) = 0;

@@ -1,21 +1,14 @@
 #include "window/controls/frame_line_delegate.h"
 
+#include "window/controls/texts.h"
+
 #include <QApplication>
-#include <QFontMetricsF>
 #include <QListView>
 
 #include <algorithm>
 #include <cmath>
 
 namespace varda::window {
-namespace {
-
-/// Of every character; not always whole pixels, which adds up in a long line.
-double characterWidth(const QFont& font) {
-    return std::max(1.0, QFontMetricsF(font).horizontalAdvance(QLatin1Char('0')));
-}
-
-} // namespace
 
 FrameLineDelegate::FrameLineDelegate(QListView* list)
     : QStyledItemDelegate(list), list_(list), model_(list->model()) {

@@ -43,8 +43,12 @@ void MessageBoxes::show(const QString& text, const QString& title, const Form::T
     enqueue({.text = text, .title = title, .tick = tick});
 }
 
+void MessageBoxes::showAdvised(const QString& text, const QString& title, const QString& advice) {
+    enqueue({.text = text, .title = title, .advice = advice});
+}
+
 void MessageBoxes::showReport(const QString& text, const QString& advice) {
-    enqueue({.text = text, .title = window_->windowTitle(), .advice = advice});
+    showAdvised(text, window_->windowTitle(), advice);
 }
 
 void MessageBoxes::ask(const QString& text, const QString& title, Answered answered) {

@@ -26,7 +26,9 @@ public:
 
     /// @param tick none without a caption
     void show(const QString& text, const QString& title, const Form::Tick& tick = {});
-    /// Shows a report of the program itself: titled as its window. @param advice stands below the text
+    /// @param advice stands below the text
+    void showAdvised(const QString& text, const QString& title, const QString& advice);
+    /// Shows a report of the program itself: titled as its window.
     void showReport(const QString& text, const QString& advice = {});
     void ask(const QString& text, const QString& title, Answered answered);
 

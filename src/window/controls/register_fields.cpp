@@ -1,7 +1,6 @@
 #include "window/controls/register_fields.h"
 
 #include "core/base/conversion.h"
-#include "core/base/runtime_error.h"
 #include "window/controls/lists.h"
 #include "window/controls/texts.h"
 
@@ -73,11 +72,7 @@ std::optional<int> RegisterFields::readableBit() const { return readInteger(bitT
 std::optional<int> RegisterFields::readableCount() const { return readInteger(countText()); }
 
 int RegisterFields::wordAddress(Access access) const {
-    return advised([this, access] { return registerAddress(access, kindText(), number()); },
-                   [this](const RuntimeError& /*error*/) {
-                       return "Register number \"" + numberText() +
-                              "\" is out of range. Choose one from the list.";
-                   });
+    return registerAddress(access, kindText(), numberText());
 }
 
 int RegisterFields::bitNumber() const { return toInteger(bitText(), "Bit number"); }

@@ -43,7 +43,8 @@ protected:
 
 /// What a screen reader calls the cell beside its headings; the text itself where there is one.
 void nameCell(QTableWidgetItem* cell) {
-    cell->setData(Qt::AccessibleTextRole, cell->text().isEmpty() ? QObject::tr("empty") : cell->text());
+    const QString text = withBase(cell->text(), cell->data(hexadecimalRole).toBool());
+    cell->setData(Qt::AccessibleTextRole, text.isEmpty() ? QObject::tr("empty") : text);
 }
 
 QTableWidgetItem* newCell() {
@@ -152,6 +153,7 @@ void WriteGrid::setWord(int position, int value, const QString& text, bool hexad
     if (QTableWidgetItem* const cell = cellAt(grid_, position)) {
         cell->setData(hexadecimalRole, hexadecimal);
         cell->setData(wordRole, value);
+        nameCell(cell);
     }
 }
 

@@ -2,9 +2,9 @@
 
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
-#include "core/protocol/frame_reading.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/pasted_words.h"
+#include "core/protocol/register_words.h"
 #include "core/protocol/single_requests.h"
 #include "ui_write_page.h"
 #include "window/controls/events.h"

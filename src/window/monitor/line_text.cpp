@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace varda::window {
 namespace {
@@ -31,7 +32,8 @@ void LineText::setText(const QString& text) {
 
 qsizetype LineText::charactersInRow(int width) const {
     constexpr qsizetype group = 6; // whole groups of two digits and a blank, or of a character and a blank
-    return std::max<qsizetype>((width - 2 * margin) / characterWidth(fontMetrics()) / group, 1) * group;
+    const auto characters = static_cast<qsizetype>((width - 2 * margin) / characterWidth(font()));
+    return std::max<qsizetype>(characters / group, 1) * group;
 }
 
 QSize LineText::sizeToShowAll(int widest) const {
@@ -40,9 +42,8 @@ QSize LineText::sizeToShowAll(int widest) const {
     const qsizetype height =
         std::min<qsizetype>(rows * fontMetrics().lineSpacing() + qsizetype{2} * margin, QWIDGETSIZE_MAX);
     constexpr int roundedUp = 6; // so that the same characters fit a row again
-    return {
-        std::min(static_cast<int>(inRow + roundedUp) * characterWidth(fontMetrics()) + 2 * margin, widest),
-        static_cast<int>(height)};
+    const double width = std::ceil(static_cast<double>(inRow + roundedUp) * characterWidth(font()));
+    return {static_cast<int>(std::min<double>(width + 2 * margin, widest)), static_cast<int>(height)};
 }
 
 void LineText::paintEvent(QPaintEvent* event) {

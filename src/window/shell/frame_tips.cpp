@@ -1,6 +1,7 @@
 #include "window/shell/frame_tips.h"
 
-#include "core/protocol/frame_reading.h"
+#include "core/insight/frame_reading.h"
+#include "core/protocol/frame_text.h"
 #include "window/shell/page_names.h"
 
 #include <QHelpEvent>
@@ -34,11 +35,9 @@ QRect characterRect(const QPlainTextEdit* frame, int place) {
     return sameLine ? from.united(to) : from;
 }
 
-/// What a prepared or a simulated answer is shown beside.
+/// What a prepared answer is shown beside.
 QString requestBeside(const QString& answer) {
-    return answer == QLatin1String("txtSimSend") ? QStringLiteral("txtSimReceive")
-           : answer == QLatin1String("txtSimSP") ? QStringLiteral("txtSimRP")
-                                                 : QString();
+    return answer == QLatin1String("txtSimSend") ? QStringLiteral("txtSimReceive") : QString();
 }
 
 } // namespace
@@ -50,6 +49,9 @@ void FrameTips::watchFrames() {
 }
 
 void FrameTips::told(const Exchange& exchange) {
+    if (exchange.outcome == Outcome::AnsweredByPair) { // shown until the next one, unknown requests between
+        requests_.insert(QStringLiteral("txtSimSP"), exchange.request);
+    }
     if (exchange.outcome != Outcome::Answered) {
         return;
     }

@@ -9,10 +9,14 @@ namespace varda::window {
 
 void LastAnswers::told(const Exchange& exchange) {
     switch (exchange.outcome) {
+    case Outcome::Sent:
+        forgetUnless(exchange);
+        break;
     case Outcome::Answered:
         keep(exchange);
         break;
     case Outcome::Overtaken:
+    case Outcome::WrongLength:
         countUnanswered(exchange.mode);
         break;
     case Outcome::Silent:
@@ -30,6 +34,15 @@ void LastAnswers::keep(const Exchange& exchange) {
     if (const PageNames* const page = findPageNames(exchange.mode)) {
         form_.setPlaceholder(page->answer, hexGroups(exchange.answer));
         form_.setPlaceholder(page->completionStatus, answeredStatus);
+        requests_[page] = exchange.request;
+    }
+}
+
+/// The answer to another request would pass for the one that is awaited.
+void LastAnswers::forgetUnless(const Exchange& exchange) {
+    const auto kept = requests_.find(findPageNames(exchange.mode));
+    if (kept != requests_.end() && kept->second != exchange.request) {
+        forget(exchange.mode);
     }
 }
 
@@ -44,6 +57,7 @@ void LastAnswers::forget(Mode mode) {
     if (const PageNames* const page = findPageNames(mode)) {
         form_.setPlaceholder(page->answer, {});
         form_.setPlaceholder(page->completionStatus, {});
+        requests_.erase(page);
     }
 }
 

@@ -42,7 +42,17 @@ std::string LinkPort::MakeCommSettings() {
     return settings + settingText("cbStopBit", "1");
 }
 
-void LinkPort::showPortError(const RuntimeError& error) { form_.showMessage(portErrorText(error), "Error"); }
+/// Of settings that do not fall into their four fields.
+std::string LinkPort::settingsAdvice() const {
+    const std::string parity = form_.text("cbParityBit");
+    return parityLetter(parity).empty()
+               ? "Parity \"" + parity + "\" is none of NONE, EVEN and ODD. Choose it from the list."
+               : "A setting of the port holds a comma. Choose it from its list.";
+}
+
+void LinkPort::showPortError(const RuntimeError& error) {
+    form_.showAdvised(portErrorText(error), "Error", error.advice());
+}
 
 void LinkPort::tellHangUp(const std::string& reason) {
     const RuntimeError error(comm_error::readError, reason);
@@ -105,7 +115,9 @@ void LinkPort::cmdPortOpen_Click() {
 void LinkPort::openPort() {
     form_.setText("cmdPortOpen", std::string(closeCaption));
     try {
-        link_.port().setSettings(MakeCommSettings());
+        const std::string settings = MakeCommSettings();
+        advised([&] { link_.port().setSettings(settings); },
+                [this](const RuntimeError& /*error*/) { return settingsAdvice(); });
         link_.port().open();
     } catch (const RuntimeError& error) {
         form_.setText("cmdPortOpen", std::string(openCaption));

@@ -65,6 +65,7 @@ private:
     void closePort();
     void switchOpened(bool open);
     void showPortError(const RuntimeError& error);
+    std::string settingsAdvice() const;
     void tellHangUp(const std::string& reason);
     std::string settingText(std::string_view list, const std::string& startValue);
 

@@ -3,9 +3,12 @@
 #include "core/virtual/virtual_line.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCompleter>
 #include <QEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
+#include <QPointer>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
 
@@ -62,6 +65,51 @@ void showOffers(const QStandardItemModel* offers, QCompleter* completer, const Q
     }
 }
 
+/// A click beside the offers closes them and goes on to what it was meant for; Qt would only close them.
+class ClickBeside : public QObject {
+public:
+    ClickBeside(QWidget* offers, const QWidget* field) : QObject(offers), offers_(offers), field_(field) {
+        offers->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == offers_ && event->type() == QEvent::MouseButtonPress) {
+            return press(*static_cast<const QMouseEvent*>(event));
+        }
+        if (watched->isWindowType() && event->type() == QEvent::MouseButtonRelease) {
+            qApp->removeEventFilter(this);
+            passOn(*static_cast<const QMouseEvent*>(event));
+            return true;
+        }
+        return false;
+    }
+
+private:
+    bool press(const QMouseEvent& event) {
+        const QWidget* const window = field_->window();
+        if (offers_->rect().contains(event.position().toPoint())) {
+            return false;
+        }
+        offers_->hide();
+        meant_ = window->childAt(window->mapFromGlobal(event.globalPosition().toPoint()));
+        passOn(event);
+        qApp->installEventFilter(this); // the release comes to either window, which would drop it
+        return true;
+    }
+
+    void passOn(const QMouseEvent& event) const {
+        if (meant_ != nullptr) {
+            QMouseEvent again(event.type(), meant_->mapFromGlobal(event.globalPosition()),
+                              event.globalPosition(), event.button(), event.buttons(), event.modifiers());
+            QCoreApplication::sendEvent(meant_, &again);
+        }
+    }
+
+    QWidget* offers_;
+    const QWidget* field_;
+    QPointer<QWidget> meant_;
+};
+
 } // namespace
 
 PortList::PortList(QWidget* parent) : QComboBox(parent) {
@@ -77,6 +125,7 @@ void PortList::offerWhileTyping() {
     completer->setFilterMode(Qt::MatchContains);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     lineEdit()->setCompleter(completer);
+    new ClickBeside(completer->popup(), this); // installed last, it sees a click before the completer does
     const auto show = [this, completer](const QString& typed) { showOffers(completions_, completer, typed); };
     // The line edit completes behind this signal.
     connect(lineEdit(), &QLineEdit::textEdited, completer, show, Qt::QueuedConnection);

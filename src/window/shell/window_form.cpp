@@ -117,6 +117,11 @@ void WindowForm::showMessage(const std::string& text, const std::string& title, 
     boxes_.show(QString::fromStdString(text), QString::fromStdString(title), tick);
 }
 
+void WindowForm::showAdvised(const std::string& text, const std::string& title, const std::string& advice) {
+    boxes_.showAdvised(QString::fromStdString(text), QString::fromStdString(title),
+                       QString::fromStdString(advice));
+}
+
 void WindowForm::ask(const std::string& text, const std::string& title,
                      std::function<void(bool yes)> answered) {
     boxes_.ask(QString::fromStdString(text), QString::fromStdString(title), std::move(answered));

@@ -34,6 +34,7 @@ public:
     void press(std::string_view button) override;
     void showMessage(const std::string& text, const std::string& title) override;
     void showMessage(const std::string& text, const std::string& title, const Tick& tick) override;
+    void showAdvised(const std::string& text, const std::string& title, const std::string& advice) override;
     void ask(const std::string& text, const std::string& title,
              std::function<void(bool yes)> answered) override;
 

@@ -47,28 +47,49 @@ QString nameOf(const ProgramCall& call) {
     return (QStringList(call.program) + call.arguments).join(QChar(0));
 }
 
-/// The programs that run yet, by their calls. Never taken down: they are let go at the end of this program,
+/// What shows a file.
+struct Viewer {
+    QString call;
+    QProcess* process = nullptr;
+
+    bool runs() const { return process != nullptr && process->state() != QProcess::NotRunning; }
+};
+
+/// By their files: of each there is one. Never taken down: viewers are let go at the end of this program,
 /// where deleting them would end them as well.
-QHash<QString, QProcess*>& running() {
-    static auto* const processes = new QHash<QString, QProcess*>;
-    return *processes;
+QHash<QString, Viewer>& viewers() {
+    static auto* const running = new QHash<QString, Viewer>;
+    return *running;
+}
+
+/// A viewer that shows another place of the file makes room for the next one, and how it ends is no news.
+void letGo(const QString& file) {
+    const Viewer viewer = viewers().take(file);
+    if (viewer.runs() && !closeWindowOf(viewer.process->processId())) {
+        viewer.process->terminate();
+    }
 }
 
 /// Starts a process that is deleted when it ends.
-void start(const ProgramCall& call, QObject* context, const std::function<void(const End& end)>& ended) {
+void start(const ProgramCall& call, const QString& file, QObject* context,
+           const std::function<void(const End& end)>& ended) {
+    letGo(file);
     auto* const process = new QProcess;
-    running().insert(nameOf(call), process);
-    QObject::connect(process, &QObject::destroyed, [name = nameOf(call), process] {
-        if (running().value(name) == process) { // else the same call runs anew
-            running().remove(name);
+    viewers().insert(file, {nameOf(call), process});
+    const auto isCurrent = [file, process] { return viewers().value(file).process == process; };
+    QObject::connect(process, &QObject::destroyed, [file, isCurrent] {
+        if (isCurrent()) {
+            viewers().remove(file);
         }
     });
     process->setStandardInputFile(QProcess::nullDevice());
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
     QObject::connect(process, &QProcess::finished, context,
-                     [ended](int exitCode, QProcess::ExitStatus status) {
-                         ended({true, exitCode == 0 && status == QProcess::NormalExit, exitCode});
+                     [ended, isCurrent](int exitCode, QProcess::ExitStatus status) {
+                         if (isCurrent()) {
+                             ended({true, exitCode == 0 && status == QProcess::NormalExit, exitCode});
+                         }
                      });
     QObject::connect(process, &QProcess::errorOccurred, context,
                      [process, ended](QProcess::ProcessError error) {
@@ -82,12 +103,12 @@ void start(const ProgramCall& call, QObject* context, const std::function<void(c
 }
 
 /// @return false where no program runs from that call
-bool showAgain(const ProgramCall& call) {
-    const QProcess* const process = running().value(nameOf(call));
-    if (process == nullptr || process->state() == QProcess::NotRunning) {
+bool showAgain(const ProgramCall& call, const QString& file) {
+    const Viewer viewer = viewers().value(file);
+    if (!viewer.runs() || viewer.call != nameOf(call)) {
         return false;
     }
-    raiseWindowOf(process->processId());
+    raiseWindowOf(viewer.process->processId());
     return true;
 }
 
@@ -97,17 +118,19 @@ bool foundNoViewer(const End& end) { return !end.started || end.exitCode == 2 ||
 /// Hands a file to the desktop. @throws RuntimeError 53 where it is not there, or there is no opener
 void openWithDesktop(const QString& file, QObject* context, const Failed& failed) {
     if (!QFileInfo::exists(file)) {
-        throw nothingStarted(file, QStringLiteral("it was not installed with the program."));
+        RuntimeError error = nothingStarted(file, QStringLiteral("it was not installed with the program."));
+        error.advise("Install the program again, or open docs/help/index.html of its sources in a browser.");
+        throw error;
     }
     const ProgramCall call = desktopOpener(file);
     if (call.program.isEmpty()) {
         throw nothingStarted(desktopOpenerName(), remedyForNoOpener(file));
     }
-    if (showAgain(call)) {
+    if (showAgain(call, file)) {
         return;
     }
     const QDeadlineTimer search(longestSearch);
-    start(call, context, [file, failed, search](const End& end) {
+    start(call, file, context, [file, failed, search](const End& end) {
         if (end.well || search.hasExpired()) {
             return;
         }
@@ -151,9 +174,9 @@ void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject*
     const ProgramCall call{QStandardPaths::findExecutable(calls.first().program), calls.first().arguments};
     if (call.program.isEmpty()) {
         startFirstOf(others, file, context, failed);
-    } else if (!showAgain(call)) {
+    } else if (!showAgain(call, file)) {
         const QDeadlineTimer atOnce(longestFailure);
-        start(call, context, [others, file, context, failed, atOnce](const End& end) {
+        start(call, file, context, [others, file, context, failed, atOnce](const End& end) {
             if (!end.started || (!end.well && !atOnce.hasExpired())) {
                 tryNext(others, file, context, failed);
             }

@@ -35,7 +35,7 @@ void startProgram(const QString& commandText, QObject* context,
 /// the opener with the file behind them all.
 ///
 /// What runs yet from the same call is not started again: its window comes to the front, where the desktop
-/// lets that be asked.
+/// lets that be asked. What shows another place of the file is closed first, so that there is one viewer.
 void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject* context,
                   const std::function<void(const RuntimeError& error)>& failed);
 

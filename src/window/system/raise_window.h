@@ -8,4 +8,8 @@ namespace varda::window {
 /// nothing where there is no such window, or no window manager of X11 to ask.
 void raiseWindowOf(qint64 process);
 
+/// Asks the window of a process, or of one that it started, to close, as its user would.
+/// @return false where there is no such window, or no window manager of X11 to ask
+bool closeWindowOf(qint64 process);
+
 } // namespace varda::window

@@ -4,4 +4,6 @@ namespace varda::window {
 
 void raiseWindowOf(qint64 /*process*/) {}
 
+bool closeWindowOf(qint64 /*process*/) { return false; }
+
 } // namespace varda::window

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -55,21 +57,26 @@ public:
         return process.empty() ? 0 : process.front();
     }
 
-    void activate(xcb_window_t window) const {
-        constexpr std::uint32_t byTheUser = 2;
+    void activate(xcb_window_t window) const { ask(window, "_NET_ACTIVE_WINDOW", {byTheUser, 0}); }
+
+    void close(xcb_window_t window) const { ask(window, "_NET_CLOSE_WINDOW", {0, byTheUser}); }
+
+private:
+    static constexpr std::uint32_t byTheUser = 2;
+
+    void ask(xcb_window_t window, const char* request, const std::array<std::uint32_t, 2>& data) const {
         xcb_client_message_event_t message{};
         message.response_type = XCB_CLIENT_MESSAGE;
         message.format = 32;
         message.window = window;
-        message.type = atom("_NET_ACTIVE_WINDOW");
-        message.data.data32[0] = byTheUser;
+        message.type = atom(request);
+        std::ranges::copy(data, message.data.data32);
         xcb_send_event(connection_, 0, root_,
                        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                        reinterpret_cast<const char*>(&message));
         xcb_flush(connection_);
     }
 
-private:
     xcb_atom_t atom(const QByteArray& name) const {
         const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
             connection_,
@@ -95,20 +102,35 @@ private:
     xcb_window_t root_;
 };
 
-} // namespace
-
-void raiseWindowOf(qint64 process) {
+/// Does something to every window of a process, or of one that it started. @return how many there were
+template <typename Act>
+int forWindowsOf(qint64 process, Act act) {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     xcb_connection_t* const connection = x11 != nullptr ? x11->connection() : nullptr;
     if (connection == nullptr) { // no X11, or no screen at all
-        return;
+        return 0;
     }
     const WindowManager manager(connection);
+    int found = 0;
     for (const xcb_window_t window : manager.windows()) {
         if (descendsFrom(manager.processOf(window), process)) {
-            manager.activate(window);
+            act(manager, window);
+            ++found;
         }
     }
+    return found;
+}
+
+} // namespace
+
+void raiseWindowOf(qint64 process) {
+    forWindowsOf(process,
+                 [](const WindowManager& manager, xcb_window_t window) { manager.activate(window); });
+}
+
+bool closeWindowOf(qint64 process) {
+    return forWindowsOf(process,
+                        [](const WindowManager& manager, xcb_window_t window) { manager.close(window); }) > 0;
 }
 
 } // namespace varda::window

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QListWidget>
 
+#include <array>
 #include <fstream>
 
 namespace varda::test {
@@ -114,6 +115,38 @@ TEST_F(AdviceTest, NamesTheFieldsOfTheSimulation) {
     paste("txtSimData", "much");
     driver.click("cmdSimAddListBox");
     EXPECT_EQ(takeAdvice("13"), "Value \"much\" is no number. Type digits only.");
+    driver.find<QCheckBox>("chkSimHexDec")->setChecked(true);
+    driver.click("cmdSimAddListBox");
+    EXPECT_EQ(takeAdvice("13"),
+              "Value \"much\" is no hexadecimal number. Type 0 to 9 and A to F, or take out HEX.");
+    driver.choose("cbSimMode", "Word Read");
+    driver.choose("cbSimReg", "SR");
+    driver.choose("cbSimLength", "1");
+    paste("cbSimAddress", "32000");
+    EXPECT_EQ(takeAdvice("6"), "Register number \"32000\" is out of range. Choose one from the list.");
+}
+
+TEST_F(AdviceTest, NamesTheSettingThatThePortDoesNotTake) {
+    openLine();
+    driver.click("cmdPortOpen");
+    const std::vector<std::array<std::string, 3>> cases = {
+        {"cbBaudRate", "fast",
+         "Baud rate \"fast\" is no number of 1 to 2147483647. Choose one from the list."},
+        {"cbDataBit", "9", "Data bits \"9\" is no number of 5 to 8. Choose one from the list."},
+        {"cbStopBit", "1.5", "Stop bits \"1.5\" is no number of 1 to 2. Choose one from the list."},
+        {"cbParityBit", "MARK", "Parity \"MARK\" is none of NONE, EVEN and ODD. Choose it from the list."},
+        {"cbBaudRate", "96,00", "A setting of the port holds a comma. Choose it from its list."}};
+    for (const auto& [list, bad, expected] : cases) {
+        const std::string before = text(list.c_str());
+        paste(list.c_str(), bad);
+        driver.click("cmdPortOpen");
+        EXPECT_EQ(driver.boxText(), "380 Invalid property value");
+        EXPECT_EQ(driver.boxTitle(), "Error");
+        EXPECT_EQ(advice(), expected);
+        driver.closeBox();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        paste(list.c_str(), before);
+    }
 }
 
 TEST_F(AdviceTest, NamesWhatIsWrongInAFile) {
@@ -122,7 +155,8 @@ TEST_F(AdviceTest, NamesWhatIsWrongInAFile) {
     driver.click("optMode_4");
     driver.click("cmdLoadSimPacket");
     chooseFile(folder.file("bad.ini"));
-    EXPECT_EQ(takeAdvice("13"), "Total of the file \"many\" is no number. Type digits only.");
+    EXPECT_EQ(takeAdvice("13"),
+              "Total of the file is \"many\", no number of pairs. Mend the file, or choose another.");
 }
 
 TEST_F(AdviceTest, SaysWhatHelpsWhereALogCannotBeWritten) {

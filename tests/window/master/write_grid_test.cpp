@@ -155,6 +155,7 @@ TEST_F(WriteGridTest, PastingFillsWordsFromTheChosenCellOn) {
     EXPECT_EQ(imageByte(12), 0xFF);
     EXPECT_EQ(imageByte(16), 7);
     EXPECT_EQ(Painted::text(grid(), 1, 3), "12h");
+    EXPECT_EQ(grid()->item(0, 2)->data(Qt::AccessibleTextRole).toString(), QStringLiteral("12h"));
     EXPECT_EQ(driver.box(), nullptr);
     EXPECT_EQ(text("txtSendWData").substr(0, 36), "FF FF 24 12 00 02 00 00 34 12 12 00 ");
 }

@@ -63,6 +63,17 @@ protected:
                      "/end' && test -d '" + folder + "'; do /bin/sleep 0.1; done\n");
         script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     }
+    /// A viewer that runs until it is asked to end, and then writes that down.
+    void addViewerThatIsClosed(const char* name) {
+        QFile script(programs_.filePath(QString::fromLatin1(name)));
+        ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+        const QByteArray folder = programs_.path().toLocal8Bit();
+        script.write("#!/bin/sh\ntrap 'printf x >> " + folder + "/closed; exit 1' TERM\nprintf x >> '" +
+                     folder + "/starts'\nwhile ! test -e '" + folder + "/end' && test -d '" + folder +
+                     "'; do /bin/sleep 0.1; done\n");
+        script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
+    qint64 closed() const { return QFileInfo(programs_.filePath(QStringLiteral("closed"))).size(); }
     qint64 starts() const { return QFileInfo(programs_.filePath(QStringLiteral("starts"))).size(); }
     void letViewersEnd() {
         QFile end(programs_.filePath(QStringLiteral("end")));
@@ -260,6 +271,27 @@ TEST_F(HelpTest, ViewerThatRunsYetIsNotStartedAgain) {
     ASSERT_TRUE(runUntil([this] { return starts() == 3; }));
     EXPECT_EQ(driver.box(), nullptr);
     letViewersEnd();
+}
+
+TEST_F(HelpTest, ViewerOfAnotherPageMakesRoom) {
+    addViewerThatIsClosed("hh");
+    QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
+    ASSERT_TRUE(runUntil([this] { return starts() == 1; }));
+    driver.click("optMode_1");
+    QTest::keyClick(driver.find("optMode_1"), Qt::Key_F1);
+    EXPECT_TRUE(runUntil([this] { return starts() == 2 && closed() == 1; }));
+    driver.click("cmdHelp");
+    EXPECT_TRUE(runUntil([this] { return starts() == 3 && closed() == 2; }));
+    runFor(std::chrono::milliseconds(100)); // that it ended is told by now
+    EXPECT_EQ(driver.box(), nullptr); // it was asked to: no failure, and no reason to try the next program
+    letViewersEnd();
+}
+
+TEST_F(HelpTest, MissingManualIsReportedWithWhatHelps) {
+    addProgram("xdg-open");
+    driver.click("cmdHelp");
+    ASSERT_NE(driver.box(), nullptr);
+    EXPECT_FALSE(driver.box()->informativeText().isEmpty());
 }
 
 } // namespace

@@ -95,6 +95,27 @@ TEST_F(LastAnswersTest, AnAnswerOfTheWrongLengthLeavesTheOneBefore) {
     EXPECT_EQ(greyAnswer(), answerText);
 }
 
+TEST_F(LastAnswersTest, NothingStaysGreyOnceThirteenAnswersInARowHadTheWrongLength) {
+    sendAndAnswer(answer);
+    for (int request = 0; request < 12; ++request) {
+        sendAndAnswer({0x01, 0x02});
+    }
+    EXPECT_EQ(greyAnswer(), answerText);
+    sendAndAnswer({0x01, 0x02});
+    EXPECT_EQ(greyAnswer(), "");
+    EXPECT_EQ(greyStatus(), "");
+}
+
+TEST_F(LastAnswersTest, TheAnswerToAnotherRequestIsNotShownInGrey) {
+    sendAndAnswer(answer);
+    window.click("chkRTimer");
+    window.choose("cbRegAddress", 1);
+    window.click("cmdRDSend");
+    EXPECT_EQ(window.text("txtReceiveRData"), "");
+    EXPECT_EQ(greyAnswer(), "");
+    EXPECT_EQ(greyStatus(), "");
+}
+
 TEST_F(LastAnswersTest, NothingStaysGreyOnceThirteenRequestsInARowHadNoAnswer) {
     sendAndAnswer(answer);
     for (int request = 0; request < 13; ++request) {

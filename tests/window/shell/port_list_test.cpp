@@ -119,5 +119,33 @@ TEST_F(PortListTest, OffersThePortsWhileTyping) {
     EXPECT_EQ(completer->currentCompletion().toStdString(), "VIRTUAL");
 }
 
+TEST_F(PortListTest, AClickBesideTheOffersGoesToWhatItIsMeantFor) {
+    driver.find("cbBaudRate")->setFocus();
+    ports->setFocus();
+    paste("cbPort", "");
+    QTest::keyClicks(ports->lineEdit(), QStringLiteral("ttyUSB0"));
+    QWidget* const offered = ports->lineEdit()->completer()->popup();
+    ASSERT_TRUE(offered->isVisible()) << "a part of a name does not show what is offered";
+    QWidget* const test = driver.find("cmdCommTest");
+    const QPoint place = test->mapTo(&driver.window(), test->rect().center());
+    QTest::mouseClick(driver.window().windowHandle(), Qt::LeftButton, {}, place); // as the system brings it
+    EXPECT_FALSE(offered->isVisible());
+    EXPECT_NE(driver.boxText(), "") << "the port was not tested";
+    EXPECT_EQ(text("cbPort"), "ttyUSB0");
+}
+
+TEST_F(PortListTest, AClickOnAnOfferChoosesIt) {
+    driver.find("cbBaudRate")->setFocus();
+    ports->setFocus();
+    paste("cbPort", "");
+    QTest::keyClicks(ports->lineEdit(), QStringLiteral("virt"));
+    auto* const offered = ports->lineEdit()->completer()->popup();
+    ASSERT_TRUE(offered->isVisible());
+    const QPoint first = offered->visualRect(offered->model()->index(0, 0)).center();
+    QTest::mouseClick(offered->viewport(), Qt::LeftButton, {}, first);
+    EXPECT_EQ(text("cbPort"), "VIRTUAL");
+    EXPECT_FALSE(offered->isVisible());
+}
+
 } // namespace
 } // namespace varda::test

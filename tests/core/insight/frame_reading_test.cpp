@@ -1,4 +1,5 @@
-#include "core/protocol/frame_reading.h"
+#include "core/insight/frame_reading.h"
+#include "core/protocol/frame_text.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +42,7 @@ TEST(FrameReading, RightAndWrongChecksAreToldApart) {
 
 TEST(FrameReading, AnAnswerIsReadByItsRequest) {
     const Words words = inWords("FF FF A3 04 34 12 CD AB 52 49 ", "FF FF 23 03 39 02 02 00 00 ");
-    EXPECT_EQ(words.at(2), "CMD A3h: answer to a word read");
+    EXPECT_EQ(words.at(2), "CMD A3h: answer to word read");
     EXPECT_EQ(words.at(4), "W 0057 = 1234h = 4660");
     EXPECT_EQ(words.at(5), "W 0057 = 1234h = 4660");
     EXPECT_EQ(words.at(7), "W 0058 = ABCDh = 43981");
@@ -66,8 +67,8 @@ TEST(FrameReading, WritesNameEveryValue) {
     EXPECT_EQ(words.at(6), "W 0001 = 1234h = 4660");
     EXPECT_EQ(words.at(9), "W 0002 = 00FFh = 255");
     EXPECT_EQ(inWords("FF FF 22 03 03 00 FF 00 00 ").at(6), "R 0000.3 = ON");
-    EXPECT_EQ(inWords("FF FF A4 01 00 40 73 ").at(4), "00h: written");
-    EXPECT_EQ(inWords("FF FF A4 01 07 40 73 ").at(4), "07h");
+    EXPECT_EQ(inWords("FF FF A4 01 00 40 73 ").at(4), "Acknowledgement: 00h, written");
+    EXPECT_EQ(inWords("FF FF A4 01 07 40 73 ").at(4), "Acknowledgement: 07h");
 }
 
 TEST(FrameReading, MixedFramesNameTheirPoints) {
@@ -90,29 +91,6 @@ TEST(FrameReading, MixedWritesNameAddressAndValue) {
     EXPECT_EQ(words.at(6), "R 0000.3 = ON");
     EXPECT_EQ(words.at(8), "Address 4201h: W 0001");
     EXPECT_EQ(words.at(10), "W 0001 = 1A2Bh = 6699");
-}
-
-TEST(FrameReading, EveryRegisterHasItsName) {
-    EXPECT_EQ(wordName(0), "R 0000");
-    EXPECT_EQ(wordName(3072), "SR 000"); // unlike the address that comes back whole elsewhere
-    EXPECT_EQ(wordName(3583), "SR 511");
-    EXPECT_EQ(wordName(3584), "address 0E00h");
-    EXPECT_EQ(bitName(0x0C23), "M 0002.3");
-}
-
-TEST(FrameReading, TextsOfBothFormsAreRead) {
-    EXPECT_EQ(bytesOfText("5 0A FF "), (Bytes{0x05, 0x0A, 0xFF})); // a station may have one digit
-    EXPECT_EQ(bytesOfText("0AFF01"), (Bytes{0x0A, 0xFF, 0x01}));
-    EXPECT_EQ(bytesOfText("0A zz 01 "), (Bytes{0x0A}));
-    EXPECT_TRUE(bytesOfText("").empty());
-}
-
-TEST(FrameReading, EveryCharacterBelongsToAByte) {
-    EXPECT_EQ(byteAt("5 0A FF ", 0), 0U);
-    EXPECT_EQ(byteAt("5 0A FF ", 1), 0U); // the space behind it
-    EXPECT_EQ(byteAt("5 0A FF ", 2), 1U);
-    EXPECT_EQ(byteAt("5 0A FF ", 6), 2U);
-    EXPECT_EQ(byteAt("0AFF01", 3), 1U);
 }
 
 TEST(FrameReading, AnyBytesCanBeRead) {

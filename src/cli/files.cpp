@@ -1,0 +1,54 @@
+#include "cli/files.h"
+
+#include "cli/failure.h"
+#include "core/files/profile_file.h"
+#include "core/pairs/packet_file.h"
+#include "core/runs/scenario_file.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace varda::cli {
+namespace {
+
+ProfileFile load(const std::string& path) {
+    ProfileFile file = ProfileFile::load(path);
+    if (file.problem()) {
+        throw Failure(ExitCode::File, path + ": " + file.problem()->what());
+    }
+    return file;
+}
+
+} // namespace
+
+void addPairs(PacketTable& table, const std::string& path) {
+    PacketTable own;
+    if (loadPackets(own, load(path)) != PacketLoad::Complete) {
+        throw Failure(ExitCode::File, path + " does not hold the pairs that it should: " +
+                                          std::to_string(own.answers().size()) + " whole ones were found.");
+    }
+    for (std::size_t row = 0; row < own.requests().size(); ++row) {
+        table.addPair(own.requests()[row], own.answer(row));
+    }
+}
+
+std::vector<std::string> scenarioLines(const std::string& path) {
+    std::optional<LoadedScenario> scenario = loadScenario(load(path));
+    if (!scenario || !scenario->isComplete) {
+        throw Failure(ExitCode::File, path + " does not hold the lines of a scenario that it should.");
+    }
+    return std::move(scenario->lines);
+}
+
+std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines) {
+    std::vector<std::optional<Expectation>> wanted = loadExpectations(load(path), lines);
+    if (std::ranges::none_of(wanted, [](const auto& entry) { return entry.has_value(); })) {
+        throw Failure(ExitCode::File, path +
+                                          " holds no expectation of these lines: entries Expect0 .. Expect" +
+                                          std::to_string(lines - 1) + " of section [Expect].");
+    }
+    return wanted;
+}
+
+} // namespace varda::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/insight/expectation.h"
+#include "core/pairs/packet_table.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varda::cli {
+
+/// Adds the prepared pairs of a file. @throws Failure File where it does not hold what it should
+void addPairs(PacketTable& table, const std::string& path);
+
+/// The lines of a scenario's file. @throws Failure File where it does not hold what it should
+std::vector<std::string> scenarioLines(const std::string& path);
+
+/// What is expected of the lines of a scenario. @throws Failure File where there is nothing of the kind,
+/// RuntimeError where an entry is not understood
+std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines);
+
+} // namespace varda::cli

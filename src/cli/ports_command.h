@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cli/subcommand.h"
+
+namespace varda::cli {
+
+class PortsCommand : public Subcommand {
+public:
+    std::string name() const override { return "ports"; }
+    std::string purpose() const override { return "List the serial ports of this computer"; }
+    void declare(CLI::App& app) override;
+    ExitCode run(const Streams& streams, Report& report) override;
+
+private:
+    bool examine_ = false;
+};
+
+} // namespace varda::cli

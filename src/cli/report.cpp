@@ -1,0 +1,208 @@
+#include "cli/report.h"
+
+#include "cli/failure.h"
+#include "core/insight/field_words.h"
+#include "core/protocol/hex_text.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <ostream>
+
+namespace varda::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Octets = std::span<const std::uint8_t>;
+
+/// In the order of Outcome.
+constexpr std::array<std::string_view, 13> outcomes = {
+    "sent",        "not sent", "answered", "wrong length", "nothing to read",    "silent", "overtaken",
+    "thrown away", "hung up",  "ignored",  "heard",        "answered by a pair", "unknown"};
+
+std::string asLine(const Json& object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
+
+double milliseconds(Clock::Time from, Clock::Time until) {
+    return std::chrono::duration<double, std::milli>(until - from).count();
+}
+
+std::string inMilliseconds(double time) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.1f ms", time);
+    return text.data();
+}
+
+bool isAnswered(const Exchange& exchange) { return exchange.outcome == Outcome::Answered; }
+
+/// The answer taken apart, in whose fields the registers have the names that the request asked for.
+DecodedFrame answerOf(const Exchange& exchange) { return decode(exchange.answer, exchange.request); }
+
+template <typename Use>
+void forEachValue(const DecodedFrame& frame, Use&& use) {
+    for (const Field& field : frame.fields) {
+        if (field.role == FieldRole::Value && field.point && !field.isCut()) {
+            use(field);
+        }
+    }
+}
+
+Json valuesOf(const DecodedFrame& frame) {
+    Json values = Json::array();
+    forEachValue(frame, [&values](const Field& field) {
+        const bool isBit = field.point->access == Access::Bit;
+        values.push_back({{"register", nameOf(*field.point)},
+                          {"value", isBit ? Json(field.number != 0) : Json(field.number)}});
+    });
+    return values;
+}
+
+Json faultsOf(const DecodedFrame& frame) {
+    Json faults = Json::array();
+    for (const Fault fault : frame.faults) {
+        faults.push_back(faultInWords(frame, fault));
+    }
+    return faults;
+}
+
+Json jsonOf(const Exchange& exchange) {
+    Json object = {{"type", "exchange"},
+                   {"outcome", inWords(exchange.outcome)},
+                   {"kind", kindInWords(kindOf(exchange.request))},
+                   {"request", hexRun(exchange.request)},
+                   {"expected", exchange.expected},
+                   {"answer", hexRun(exchange.answer)}};
+    if (isAnswered(exchange)) {
+        const DecodedFrame answer = answerOf(exchange);
+        object["milliseconds"] = milliseconds(exchange.sent.first, exchange.received.last);
+        object["values"] = valuesOf(answer);
+        object["faults"] = faultsOf(answer);
+    }
+    if (exchange.pair) {
+        object["pair"] = *exchange.pair + 1;
+    }
+    return object;
+}
+
+std::string headingOf(const Exchange& exchange) {
+    std::string text = kindInWords(kindOf(exchange.request)) + ' ' + hexGroups(exchange.request) + "- " +
+                       std::string(inWords(exchange.outcome));
+    switch (exchange.outcome) {
+    case Outcome::Answered:
+        return text + " in " + inMilliseconds(milliseconds(exchange.sent.first, exchange.received.last));
+    case Outcome::WrongLength:
+        return text + ": " + std::to_string(exchange.answer.size()) + " bytes of " +
+               std::to_string(exchange.expected) + " came";
+    case Outcome::AnsweredByPair:
+        return text + ": pair " + std::to_string(exchange.pair.value_or(0) + 1);
+    default:
+        return text;
+    }
+}
+
+std::string textOf(const Exchange& exchange) {
+    std::string text = headingOf(exchange) + '\n';
+    if (!exchange.answer.empty()) {
+        text += "  " + hexGroups(exchange.answer) + '\n';
+    }
+    if (isAnswered(exchange)) {
+        const DecodedFrame answer = answerOf(exchange);
+        forEachValue(answer, [&](const Field& field) { text += "  " + fieldInWords(answer, field) + '\n'; });
+        for (const Fault fault : answer.faults) {
+            text += "  " + faultInWords(answer, fault) + '\n';
+        }
+    }
+    text.pop_back();
+    return text;
+}
+
+Octets bytesOf(const Field& field, Octets bytes) { return bytes.subspan(field.place, field.length); }
+
+Json jsonOf(Octets bytes, const DecodedFrame& frame) {
+    Json fields = Json::array();
+    for (const Field& field : frame.fields) {
+        fields.push_back({{"name", fieldName(field)},
+                          {"place", field.place},
+                          {"bytes", hexRun(bytesOf(field, bytes))},
+                          {"value", fieldValue(frame, field)}});
+    }
+    return {{"type", "frame"},
+            {"kind", kindInWords(frame.kind)},
+            {"bytes", hexRun(bytes.subspan(frame.begin, frame.end - frame.begin))},
+            {"fields", fields},
+            {"faults", faultsOf(frame)}};
+}
+
+std::string textOf(Octets bytes, const DecodedFrame& frame) {
+    std::string text = kindInWords(frame.kind) + ", " + std::to_string(frame.end - frame.begin) + " bytes";
+    for (const Field& field : frame.fields) {
+        text += "\n  " + hexGroups(bytesOf(field, bytes)) + ' ' + fieldInWords(frame, field);
+    }
+    for (const Fault fault : frame.faults) {
+        text += "\n  ! " + faultInWords(frame, fault);
+    }
+    return text;
+}
+
+} // namespace
+
+std::string_view inWords(Outcome outcome) { return outcomes.at(static_cast<std::size_t>(outcome)); }
+
+void Report::port(const device::PortName& port) {
+    write(asJson_ ? asLine({{"type", "port"},
+                            {"name", port.node},
+                            {"description", port.description},
+                            {"maker", port.maker},
+                            {"serialNumber", port.serialNumber},
+                            {"stableName", port.stableName}})
+                  : describe(port));
+}
+
+void Report::exchange(const Exchange& exchange) {
+    write(asJson_ ? asLine(jsonOf(exchange)) : textOf(exchange));
+}
+
+void Report::expectation(int round, int line, const std::string& why) {
+    write(asJson_       ? asLine({{"type", "expectation"},
+                                  {"round", round},
+                                  {"line", line},
+                                  {"isMet", why.empty()},
+                                  {"why", why}})
+          : why.empty() ? "  as expected"
+                        : "  not as expected: " + why);
+}
+
+void Report::frame(Octets bytes, const DecodedFrame& frame) {
+    write(asJson_ ? asLine(jsonOf(bytes, frame)) : textOf(bytes, frame));
+}
+
+void Report::heard(const Exchange& exchange, const std::string& line) {
+    write(asJson_ ? asLine({{"type", "heard"}, {"bytes", hexRun(exchange.answer)}}) : line);
+}
+
+void Report::finding(const std::string& file, const PairFinding& finding) {
+    const std::size_t number = finding.pair + 1;
+    write(asJson_
+              ? asLine({{"type", "finding"},
+                        {"file", file},
+                        {"pair", number},
+                        {"problem", finding.problem},
+                        {"remedy", finding.remedy}})
+              : file + ": pair " + std::to_string(number) + ": " + finding.problem + ' ' + finding.remedy);
+}
+
+void Report::scenario(int rounds, int right, int wrong) {
+    write(asJson_ ? asLine({{"type", "scenario"}, {"rounds", rounds}, {"right", right}, {"wrong", wrong}})
+                  : std::to_string(rounds) + (rounds == 1 ? " round: " : " rounds: ") +
+                        std::to_string(right) + " right, " + std::to_string(wrong) + " wrong");
+}
+
+void Report::write(std::string_view line) {
+    out_ << line << '\n' << std::flush;
+    if (!out_) {
+        throw Failure(ExitCode::File, "Standard output takes no more: it was closed, or its disk is full.");
+    }
+}
+
+} // namespace varda::cli

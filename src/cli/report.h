@@ -1,0 +1,47 @@
+#pragma once
+
+#include "core/insight/decoder.h"
+#include "core/insight/pair_lint.h"
+#include "core/link/exchange.h"
+#include "device/port_names.h"
+
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace varda::cli {
+
+/// Writes what the tool finds out, for people or for machines: then one JSON object a line, whose "type" says
+/// which of these functions wrote it.
+class Report {
+public:
+    Report(std::ostream& out, bool asJson) : out_(out), asJson_(asJson) {}
+
+    void port(const device::PortName& port);
+    /// What became of a request that was sent, or that came in.
+    void exchange(const Exchange& exchange);
+    /// Whether the answer to a line of a scenario was what was wanted. @param round, line from 1
+    /// @param why it was not; empty where it was
+    void expectation(int round, int line, const std::string& why);
+    /// A frame taken apart. @param bytes those that it was found in
+    void frame(std::span<const std::uint8_t> bytes, const DecodedFrame& frame);
+    /// A burst on a monitored line. @param line as the monitor lists it
+    void heard(const Exchange& exchange, const std::string& line);
+    /// What is wrong with a prepared pair. @param file that it stands in
+    void finding(const std::string& file, const PairFinding& finding);
+    /// Rounds of a scenario, and how many of their lines were answered, or ended as it was expected.
+    void scenario(int rounds, int right, int wrong);
+
+private:
+    /// @throws Failure File where the stream takes no more
+    void write(std::string_view line);
+
+    std::ostream& out_;
+    bool asJson_;
+};
+
+/// "answered", "wrong length": what became of an exchange.
+std::string_view inWords(Outcome outcome);
+
+} // namespace varda::cli

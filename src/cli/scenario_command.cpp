@@ -1,0 +1,144 @@
+#include "cli/scenario_command.h"
+
+#include "cli/files.h"
+#include "cli/junit.h"
+#include "cli/link_session.h"
+#include "core/files/atomic_file.h"
+#include "core/insight/field_words.h"
+#include "core/runs/scenario_run.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ostream>
+
+namespace varda::cli {
+namespace {
+
+class FileLines : public ScenarioLines {
+public:
+    explicit FileLines(std::vector<std::string> lines) : lines_(std::move(lines)) {}
+
+    int count() const override { return static_cast<int>(lines_.size()); }
+    std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
+    int current() const override { return current_; }
+    void choose(int row) override { current_ = row; }
+
+private:
+    std::vector<std::string> lines_;
+    int current_ = -1;
+};
+
+using Expectations = std::vector<std::optional<Expectation>>;
+
+/// Sends the lines of some rounds and judges what becomes of them. As in the window, a line that nothing
+/// comes for ends the run, unless that is expected.
+class Rounds {
+public:
+    /// @param wanted for each line; empty where every line is to be answered
+    Rounds(LinkSession& session, Report& report, std::vector<std::string> lines, Expectations wanted,
+           int rounds)
+        : session_(session),
+          report_(report),
+          lines_(std::move(lines)),
+          wanted_(std::move(wanted)),
+          left_(lines_.count() * rounds),
+          timer_(session.loop().makeTimer([this] { sendNext(); })),
+          run_(session.link(), *timer_, lines_) {
+        session.whenTold([this](const Exchange& exchange) { take(exchange); });
+    }
+
+    void start(int period) { run_.start(std::to_string(period)); }
+    void stop() { run_.stop(Mode::MonitorIdle); }
+
+    const std::vector<LineResult>& results() const { return results_; }
+    int failures() const {
+        return static_cast<int>(
+            std::ranges::count_if(results_, [](const LineResult& result) { return !result.why.empty(); }));
+    }
+    bool isComplete() const { return left_ == 0 && failures() == 0; }
+
+private:
+    void sendNext() {
+        if (left_ > 0) {
+            --left_;
+            run_.send(run_.next().value());
+        }
+    }
+
+    void take(const Exchange& exchange) {
+        if (exchange.outcome == Outcome::ThrownAway || exchange.outcome == Outcome::Sent) {
+            return;
+        }
+        const int line = static_cast<int>(results_.size()) % lines_.count();
+        const int round = static_cast<int>(results_.size()) / lines_.count() + 1;
+        const std::string why = judge(exchange, line);
+        const std::chrono::duration<double> time = exchange.received.last - exchange.sent.first;
+        const bool isAnswered = exchange.outcome == Outcome::Answered;
+        results_.push_back(
+            {round, line + 1, kindInWords(kindOf(exchange.request)), isAnswered ? time.count() : 0, why});
+        report_.exchange(exchange);
+        if (!wanted_.empty()) {
+            report_.expectation(round, line + 1, why);
+        }
+        endWhere(exchange.outcome == Outcome::Silent && !why.empty());
+    }
+
+    std::string judge(const Exchange& exchange, int line) const {
+        if (!wanted_.empty()) {
+            const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
+            return wanted ? wanted->judge(exchange) : std::string();
+        }
+        return exchange.outcome == Outcome::Answered ? std::string() : std::string(inWords(exchange.outcome));
+    }
+
+    void endWhere(bool isStopped) {
+        const bool isLast = left_ == 0 && results_.size() % static_cast<std::size_t>(lines_.count()) == 0;
+        if (isStopped || isLast) {
+            session_.stop();
+        }
+    }
+
+    LinkSession& session_;
+    Report& report_;
+    FileLines lines_;
+    Expectations wanted_;
+    int left_;
+    std::unique_ptr<PeriodTimer> timer_;
+    ScenarioRun run_;
+    std::vector<LineResult> results_;
+};
+
+} // namespace
+
+void ScenarioCommand::declare(CLI::App& app) {
+    port_.declare(app);
+    app.add_option("--rounds", rounds_, "How many times all lines are sent")
+        ->check(CLI::Range(1, 1'000'000).description("1 to 1000000"))
+        ->capture_default_str();
+    app.add_option("--period", period_, "Milliseconds from one line to the next")
+        ->check(CLI::Range(0, longestPeriod))
+        ->capture_default_str();
+    app.add_option("--expect", expectations_, "File of what is expected of the lines' answers")
+        ->check(CLI::ExistingFile);
+    app.add_option("--junit", junit_, "Write the results to this file, as CI systems read them");
+    app.add_option("file", file_, "File of a scenario")->required()->check(CLI::ExistingFile);
+}
+
+ExitCode ScenarioCommand::run(const Streams& /*streams*/, Report& report) {
+    std::vector<std::string> lines = scenarioLines(file_);
+    Expectations wanted = expectations_.empty() ? Expectations() : expectations(expectations_, lines.size());
+    LinkSession session(startPeriod);
+    Rounds rounds(session, report, std::move(lines), std::move(wanted), rounds_);
+    session.open(port_);
+    rounds.start(period_);
+    const bool isWhole = session.run();
+    rounds.stop();
+    const int failures = rounds.failures();
+    report.scenario(rounds_, static_cast<int>(rounds.results().size()) - failures, failures);
+    if (!junit_.empty()) {
+        replaceFile(junit_, junit(file_, rounds.results()));
+    }
+    return isWhole && rounds.isComplete() ? ExitCode::Right : ExitCode::Failed;
+}
+
+} // namespace varda::cli

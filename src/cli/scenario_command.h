@@ -1,0 +1,26 @@
+#pragma once
+
+#include "cli/port_choice.h"
+#include "cli/subcommand.h"
+#include "core/link/period.h"
+
+namespace varda::cli {
+
+class ScenarioCommand : public Subcommand {
+public:
+    std::string name() const override { return "run"; }
+    std::string purpose() const override { return "Send the frames of a scenario"; }
+    void declare(CLI::App& app) override;
+    /// Right where every line was answered, or as it was expected.
+    ExitCode run(const Streams& streams, Report& report) override;
+
+private:
+    PortChoice port_;
+    std::string file_;
+    std::string expectations_;
+    std::string junit_;
+    int rounds_ = 1;
+    int period_ = startPeriod;
+};
+
+} // namespace varda::cli

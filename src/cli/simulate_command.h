@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/port_choice.h"
+#include "cli/subcommand.h"
+
+namespace varda::cli {
+
+class SimulateCommand : public Subcommand {
+public:
+    std::string name() const override { return "simulate"; }
+    std::string purpose() const override { return "Answer requests from files of prepared pairs"; }
+    void declare(CLI::App& app) override;
+    /// Until it is ended from outside.
+    ExitCode run(const Streams& streams, Report& report) override;
+
+private:
+    PortChoice port_;
+    std::vector<std::string> files_;
+};
+
+} // namespace varda::cli

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "core/insight/decoder.h"
+#include "core/link/exchange.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varda::inline core {
+
+class ProfileFile;
+
+/// What is wanted of the answer to a request.
+class Expectation {
+public:
+    /// Reads what is wanted: "silence"; the bytes of the answer, "00 FF A3 02 .. .. 58 C6", where ".." stands
+    /// for any byte; or values that it brings, "W 0100 >= 10; R 0012.3 = ON".
+    /// @throws RuntimeError 13 where it is none of these; its advice says which part
+    static Expectation parse(std::string_view text);
+
+    /// The answer must be there so soon after the request was sent.
+    void setLimit(std::chrono::milliseconds limit) { limit_ = limit; }
+
+    /// @param exchange that has ended @return why it is not what was wanted; empty where it is
+    std::string judge(const Exchange& exchange) const;
+
+private:
+    enum class Comparison { Equal, Unequal, Below, AtMost, Above, AtLeast };
+
+    struct Value {
+        std::string text; ///< as it was written
+        Point point;
+        Comparison comparison;
+        int number;
+    };
+
+    static Value parseValue(std::string_view text);
+    static bool holds(Comparison comparison, int found, int wanted);
+    std::string judgeBytes(const Bytes& answer) const;
+    std::string judgeValues(const Exchange& exchange) const;
+
+    bool isSilence_ = false;
+    std::vector<std::optional<std::uint8_t>> bytes_; ///< nothing for any byte
+    std::vector<Value> values_;
+    std::optional<std::chrono::milliseconds> limit_;
+};
+
+/// Reads what is wanted of the lines of a scenario: Expect0, Expect1, .. of section "Expect", and times in
+/// milliseconds, Limit0, Limit1, .. of section "Limit". Of a line without an entry nothing is wanted.
+/// @param lines how many the scenario has
+/// @throws RuntimeError 13 where an entry is not understood; its advice names it
+std::vector<std::optional<Expectation>> loadExpectations(const ProfileFile& file, std::size_t lines);
+
+} // namespace varda::core

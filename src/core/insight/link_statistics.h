@@ -1,0 +1,107 @@
+#pragma once
+
+#include "core/base/clock.h"
+#include "core/link/exchange.h"
+#include "core/link/line.h"
+#include "core/protocol/frame.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace varda::inline core {
+
+/// Milliseconds of many: the shortest, the one in the middle, the one that 99 of a hundred do not exceed, the
+/// longest.
+struct Spread {
+    double least = 0;
+    double median = 0;
+    double percentile99 = 0;
+    double most = 0;
+};
+
+/// Nothing where there are none.
+std::optional<Spread> spreadOf(std::vector<double> values);
+
+/// Time that so many bytes take on a line, with start, parity and stop bits.
+double millisecondsOnWire(std::size_t bytes, const LineSettings& settings);
+
+/// Counts what becomes of requests, while it is open; one row for each kind of request, one for what is none.
+class LinkStatistics : public LinkObserver {
+public:
+    /// The last times that are kept of each kind; counts know no limit.
+    static constexpr std::size_t mostTimes = 20'000;
+    static constexpr std::chrono::minutes plotted{10};
+    static constexpr std::size_t mostSamples = 60'000;
+
+    /// Requests of one kind.
+    struct Row {
+        std::string kind;
+        std::size_t sent = 0;
+        std::size_t answered = 0;
+        std::size_t wrongCheck = 0; ///< among the answered
+        std::size_t wrongLength = 0;
+        std::size_t silent = 0;
+        std::size_t overtaken = 0;
+        std::size_t notSent = 0;
+        std::optional<Spread> response; ///< from handing the request over to the answer's last byte, ms
+        std::optional<Spread> onWire;   ///< what of it the bytes take on the line at these settings, ms
+        std::optional<Spread> period;   ///< from one request of the kind to its next one, ms
+    };
+
+    /// A point of the plot.
+    struct Sample {
+        Clock::Time time;
+        Outcome outcome;         ///< Answered, WrongLength or Silent
+        double milliseconds = 0; ///< of an answer
+        std::size_t kind = 0;    ///< the row of it
+    };
+
+    void open() { isOpen_ = true; }
+    void close();
+    bool isOpen() const { return isOpen_; }
+    void reset();
+
+    void told(const Exchange& exchange) override;
+
+    /// Only kinds of which something is known, in the order of the codes.
+    std::vector<Row> rows(const LineSettings& settings) const;
+    /// The same rows as a CSV file. @param wantedPeriod in ms, as the page has it
+    std::string csv(const LineSettings& settings, std::optional<int> wantedPeriod = std::nullopt) const;
+
+    /// The last ten minutes, oldest first.
+    const std::deque<Sample>& samples() const { return samples_; }
+    /// Rises with every change.
+    std::uint64_t changes() const { return changes_; }
+
+private:
+    struct Response {
+        double milliseconds;
+        std::size_t bytes; ///< of request and answer
+    };
+    struct Kind {
+        Row counts;
+        std::deque<Response> responses;
+        std::deque<double> periods;
+        std::optional<Clock::Time> lastSent;
+    };
+
+    static constexpr std::size_t kindCount = 7;
+    static std::size_t indexOf(const Bytes& request);
+
+    void addSent(Kind& kind, const Exchange& exchange);
+    void addAnswer(Kind& kind, const Exchange& exchange);
+    void addSample(const Exchange& exchange, double milliseconds);
+
+    bool isOpen_ = false;
+    std::array<Kind, kindCount> kinds_;
+    std::deque<Sample> samples_;
+    std::uint64_t changes_ = 0;
+};
+
+} // namespace varda::core

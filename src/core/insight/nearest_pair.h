@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/base/bytes.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+
+namespace varda::inline core {
+
+class PacketTable;
+
+/// The prepared request that is most like one that came in.
+struct NearestPair {
+    std::size_t row = 0;
+    Bytes request;         ///< as it is prepared
+    std::size_t place = 0; ///< of the first byte that differs
+};
+
+/// Finds the prepared request that the fewest bytes of one that came in differ from, the lowest row of
+/// equals. The frame check, which differs with anything else, does not count.
+/// @return nothing where none is prepared that is a frame
+std::optional<NearestPair> nearestPair(const PacketTable& table, std::span<const std::uint8_t> received);
+
+} // namespace varda::core

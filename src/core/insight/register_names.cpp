@@ -1,0 +1,127 @@
+#include "core/insight/register_names.h"
+
+#include "core/base/blanks.h"
+#include "core/files/file_calls.h"
+#include "core/files/file_path.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace varda::inline core {
+namespace {
+
+constexpr int bitsOfWord = 16;
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+bool isLetter(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+}
+
+/// The text in capitals of A to Z.
+std::string capitals(std::string_view text) {
+    std::string changed(text);
+    std::ranges::transform(changed, changed.begin(), [](char character) {
+        const bool isSmall = character >= 'a' && character <= 'z';
+        return isSmall ? static_cast<char>(character - 'a' + 'A') : character;
+    });
+    return changed;
+}
+
+std::optional<int> readNumber(std::string_view digits, int most) {
+    int number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    const bool isNumber = error == std::errc{} && stop == end && digits.front() != '-';
+    return isNumber && number <= most ? std::optional(number) : std::nullopt;
+}
+
+/// Without the double quotes round it, those within it halved.
+std::string unquoted(std::string_view text) {
+    if (text.size() < 2 || text.front() != '"' || text.back() != '"') {
+        return std::string(text);
+    }
+    std::string name(text.substr(1, text.size() - 2));
+    for (auto pair = name.find("\"\""); pair != std::string::npos; pair = name.find("\"\"", pair + 1)) {
+        name.erase(pair, 1);
+    }
+    return name;
+}
+
+} // namespace
+
+std::optional<Point> readPoint(std::string_view text) {
+    text = withoutBlanksAround(text);
+    const auto letters = static_cast<std::size_t>(std::ranges::find_if_not(text, isLetter) - text.begin());
+    const RegisterKind* const kind = findRegisterKind(capitals(text.substr(0, letters)));
+    const std::string_view digits = withoutBlanksAround(text.substr(letters));
+    const auto dot = digits.find('.');
+    if (kind == nullptr || digits.empty() || dot == 0) {
+        return std::nullopt;
+    }
+    const auto number = readNumber(digits.substr(0, dot), kind->highestListed);
+    if (!number) {
+        return std::nullopt;
+    }
+    const int word = kind->base + *number;
+    if (dot == std::string_view::npos) {
+        return Point{Access::Word, word};
+    }
+    const std::string_view bits = digits.substr(dot + 1);
+    const auto bit = bits.empty() ? std::nullopt : readNumber(bits, bitsOfWord - 1);
+    return bit ? std::optional(Point{Access::Bit, word * bitsOfWord + *bit}) : std::nullopt;
+}
+
+RegisterNames RegisterNames::parse(std::string_view csv) {
+    if (csv.starts_with(byteOrderMark)) {
+        csv.remove_prefix(byteOrderMark.size());
+    }
+    RegisterNames names;
+    for (std::size_t number = 1; !csv.empty(); ++number) {
+        const auto end = std::min(csv.find('\n'), csv.size());
+        std::string_view line = csv.substr(0, end);
+        csv.remove_prefix(std::min(end + 1, csv.size()));
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        names.takeLine(withoutBlanksAround(line), number);
+    }
+    return names;
+}
+
+RegisterNames RegisterNames::load(const std::string& path) {
+    const std::string text = readFile(filePath(path), sizeLimit + 1);
+    return text.size() <= sizeLimit ? parse(text) : RegisterNames();
+}
+
+void RegisterNames::takeLine(std::string_view line, std::size_t number) {
+    if (line.empty() || line.front() == '#') {
+        return;
+    }
+    const auto comma = line.find(',');
+    const std::optional<Point> point = readPoint(line.substr(0, comma));
+    const std::string name = comma == std::string_view::npos
+                                 ? std::string()
+                                 : unquoted(withoutBlanksAround(line.substr(comma + 1)));
+    if (!point || name.empty()) {
+        badLines_.push_back(number);
+        return;
+    }
+    names_.insert_or_assign(*point, name);
+}
+
+std::string_view RegisterNames::find(const Point& point) const {
+    const auto found = names_.find(point);
+    return found != names_.end() ? std::string_view(found->second) : std::string_view();
+}
+
+std::string RegisterNames::describe(const Point& point) const {
+    const std::string_view name = find(point);
+    return name.empty() ? nameOf(point) : nameOf(point) + " (" + std::string(name) + ")";
+}
+
+const RegisterNames& noNames() {
+    static const RegisterNames none;
+    return none;
+}
+
+} // namespace varda::core

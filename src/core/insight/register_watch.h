@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/base/clock.h"
+#include "core/insight/decoder.h"
+#include "core/link/exchange.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace varda::inline core {
+
+/// A register as it was seen last.
+struct WatchedRegister {
+    struct Change {
+        Clock::Time time;
+        int value;
+    };
+
+    Point point{Access::Word, 0};
+    int value = 0;
+    Clock::Time seen;           ///< when it was seen last
+    std::uint64_t changes = 0;  ///< times that the value was another one than before
+    std::deque<Change> history; ///< the last values and when they were seen first, oldest first
+};
+
+/// The registers that were seen in any answer and any write, while it is open: of frames without a flaw only.
+///
+/// A register keeps its row until all are forgotten.
+class RegisterWatch : public LinkObserver {
+public:
+    static constexpr std::size_t mostRegisters = 20'000; ///< further ones are counted
+    static constexpr std::size_t longestHistory = 60;
+
+    void open() { isOpen_ = true; }
+    void close() { isOpen_ = false; }
+    bool isOpen() const { return isOpen_; }
+    void clear();
+
+    void told(const Exchange& exchange) override;
+
+    std::size_t size() const { return registers_.size(); }
+    const WatchedRegister& at(std::size_t row) const { return registers_[row]; }
+    std::optional<std::size_t> rowOf(const Point& point) const;
+    /// How often a register found no room any more.
+    std::uint64_t leftOut() const { return leftOut_; }
+
+    /// Rises with every change.
+    std::uint64_t changes() const { return changes_; }
+    /// Runs on the interface thread when something was seen, and not again until takeNews().
+    void setWakeUp(std::function<void()> wakeUp) { wakeUp_ = std::move(wakeUp); }
+    void takeNews() { isTold_ = false; }
+
+private:
+    void see(const DecodedFrame& frame, Clock::Time time);
+    void see(const Point& point, int value, Clock::Time time);
+    void hear(const Exchange& exchange);
+
+    bool isOpen_ = false;
+    std::vector<WatchedRegister> registers_;
+    std::map<Point, std::size_t> rows_;
+    Bytes heardRequest_; ///< on a line that is only listened to
+    std::uint64_t leftOut_ = 0;
+    std::uint64_t changes_ = 0;
+    bool isTold_ = false;
+    std::function<void()> wakeUp_;
+};
+
+} // namespace varda::core

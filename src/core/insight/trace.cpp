@@ -1,0 +1,118 @@
+#include "core/insight/trace.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace varda::inline core {
+namespace {
+
+bool isBad(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::AnswerDropped:
+    case Verdict::NoAnswer:
+    case Verdict::Overtaken:
+    case Verdict::NotSent:
+    case Verdict::TakenAgain:
+    case Verdict::Dropped:
+    case Verdict::UnknownPair:
+    case Verdict::ThrownAway:
+    case Verdict::Lost:
+    case Verdict::HungUp:
+    case Verdict::Silence:
+    case Verdict::NothingToRead:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool hasFlaw(const TraceLine& line) { return !std::ranges::all_of(framesOf(line), &DecodedFrame::isSound); }
+
+} // namespace
+
+std::vector<DecodedFrame> framesOf(const TraceLine& line) {
+    return decodeBurst(line.bytes, line.request ? *line.request : Bytes());
+}
+
+TraceLine* Trace::lineOf(Number number) const {
+    const bool isThere = number >= begin_ && number - begin_ < lines_.size();
+    return isThere ? &lines_[static_cast<std::size_t>(number - begin_)] : nullptr;
+}
+
+const TraceLine* Trace::find(Number number) const { return lineOf(number); }
+
+Trace::Number Trace::append(TraceLine line) {
+    bytes_ += line.bytes.size();
+    lines_.push_back(std::move(line));
+    const Number number = end() - 1;
+    dropOldest();
+    wakeUp();
+    return number;
+}
+
+void Trace::noteChange(Number number, std::size_t moreBytes) {
+    bytes_ += moreBytes;
+    if (number < news_.end) {
+        const bool isFirst = news_.changedBegin == news_.changedEnd;
+        news_.changedBegin = isFirst ? number : std::min(news_.changedBegin, number);
+        news_.changedEnd = isFirst ? number + 1 : std::max(news_.changedEnd, number + 1);
+    }
+    dropOldest();
+    wakeUp();
+}
+
+void Trace::dropOldest() {
+    while (lines_.size() > mostLines || (bytes_ > mostBytes && lines_.size() > 1)) {
+        bytes_ -= lines_.front().bytes.size();
+        lines_.pop_front();
+        ++begin_;
+    }
+}
+
+void Trace::mark(Number number, bool isMarked) {
+    change(number, [isMarked](TraceLine& line) { line.isMarked = isMarked; });
+}
+
+void Trace::clear() {
+    begin_ = end();
+    lines_.clear();
+    bytes_ = 0;
+    wakeUp();
+}
+
+bool Trace::isWrong(Number number) const {
+    TraceLine* const line = lineOf(number);
+    if (line == nullptr) {
+        return false;
+    }
+    if (!line->isDamaged) {
+        line->isDamaged = hasFlaw(*line);
+    }
+    return *line->isDamaged || isBad(line->verdict);
+}
+
+void Trace::wakeUp() {
+    ++changes_;
+    if (wakeUp_ && !std::exchange(isTold_, true)) {
+        wakeUp_();
+    }
+}
+
+Trace::News Trace::takeNews() {
+    isTold_ = false;
+    News news = std::exchange(news_, News{begin(), end(), 0, 0});
+    news.begin = begin();
+    news.end = end();
+    return news;
+}
+
+void Trace::setTimeOfDay(Clock::Time time, std::chrono::system_clock::time_point timeOfDay) {
+    time_ = time;
+    timeOfDay_ = timeOfDay;
+}
+
+std::chrono::system_clock::time_point Trace::timeOfDay(Clock::Time time) const {
+    return timeOfDay_ + std::chrono::duration_cast<std::chrono::system_clock::duration>(time - time_);
+}
+
+} // namespace varda::core

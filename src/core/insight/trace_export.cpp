@@ -1,0 +1,137 @@
+#include "core/insight/trace_export.h"
+
+#include "core/insight/json_text.h"
+#include "core/insight/pcapng.h"
+#include "core/insight/trace_words.h"
+#include "core/insight/verdict_words.h"
+#include "core/protocol/hex_text.h"
+
+#include <algorithm>
+
+namespace varda::inline core {
+namespace {
+
+constexpr std::string_view csvEnd = "\r\n";
+
+/// Widths of the text's columns, as their contents usually need them; the last one has what is left.
+std::size_t widthOf(TraceColumn column) {
+    switch (column) {
+    case TraceColumn::Time:
+        return 13;
+    case TraceColumn::Delta:
+    case TraceColumn::Direction:
+        return 10;
+    case TraceColumn::Kind:
+        return 22;
+    case TraceColumn::Station:
+        return 11;
+    case TraceColumn::Registers:
+        return 20;
+    case TraceColumn::Hex:
+        return 32;
+    default:
+        return 0;
+    }
+}
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size() + 1, width), ' ');
+    return text;
+}
+
+template <typename Cell>
+std::string textLine(Cell&& cell) {
+    std::string line;
+    for (const TraceColumn column : traceColumns) {
+        line += padded(cell(column), widthOf(column));
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line + '\n';
+}
+
+template <typename Cell>
+std::string csvLine(Cell&& cell) {
+    std::string line;
+    for (const TraceColumn column : traceColumns) {
+        line += csvField(cell(column)) + ',';
+    }
+    line.pop_back();
+    return line.append(csvEnd);
+}
+
+std::string heading(TraceForm form) {
+    const auto name = [](TraceColumn column) { return std::string(columnName(column)); };
+    switch (form) {
+    case TraceForm::Text:
+        return textLine(name);
+    case TraceForm::Csv:
+        return csvLine(name);
+    case TraceForm::Pcapng:
+        return captureHeading();
+    default:
+        return {};
+    }
+}
+
+std::string jsonLine(const Trace& trace, Trace::Number number, const RegisterNames& names) {
+    const TraceLine& line = *trace.find(number);
+    const auto cell = [&](TraceColumn column) {
+        return jsonString(cellInWords(trace, number, column, names));
+    };
+    return "{\"number\":" + std::to_string(number) +
+           ",\"time\":" + jsonString(universalTime(trace.timeOfDay(line.first))) +
+           ",\"delta_ms\":" + cellInWords(trace, number, TraceColumn::Delta) +
+           ",\"direction\":" + cell(TraceColumn::Direction) + ",\"kind\":" + cell(TraceColumn::Kind) +
+           ",\"stations\":" + cell(TraceColumn::Station) + ",\"registers\":" + cell(TraceColumn::Registers) +
+           ",\"size\":" + std::to_string(line.size) + ",\"bytes\":" + jsonString(hexRun(line.bytes)) +
+           ",\"wrong\":" + (trace.isWrong(number) ? "true" : "false") +
+           ",\"verdict\":" + cell(TraceColumn::Verdict) + "}\n";
+}
+
+std::string packet(const Trace& trace, Trace::Number number) {
+    const TraceLine& line = *trace.find(number);
+    if (line.bytes.empty() || line.verdict == Verdict::NotSent) {
+        return {};
+    }
+    return captured({trace.timeOfDay(line.first), line.direction == Direction::Sent, line.bytes, line.size,
+                     verdictInWords(trace, number)});
+}
+
+std::string exported(const Trace& trace, Trace::Number number, TraceForm form, const RegisterNames& names) {
+    const auto cell = [&](TraceColumn column) { return cellInWords(trace, number, column, names); };
+    switch (form) {
+    case TraceForm::Text:
+        return textLine(cell);
+    case TraceForm::Csv:
+        return csvLine(cell);
+    case TraceForm::JsonLines:
+        return jsonLine(trace, number, names);
+    default:
+        return packet(trace, number);
+    }
+}
+
+} // namespace
+
+std::string csvField(std::string_view text) {
+    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+        return std::string(text);
+    }
+    std::string field = "\"";
+    for (const char character : text) {
+        field += character == '"' ? "\"\"" : std::string(1, character);
+    }
+    return field + '"';
+}
+
+void exportTrace(const Trace& trace, std::span<const Trace::Number> lines, TraceForm form,
+                 const RegisterNames& names, const ExportSink& sink) {
+    sink(heading(form));
+    for (const Trace::Number number : lines) {
+        if (trace.find(number) != nullptr) {
+            sink(exported(trace, number, form, names));
+        }
+    }
+}
+
+} // namespace varda::core

@@ -1,0 +1,135 @@
+#include "core/insight/traced_line.h"
+
+#include "core/base/runtime_error.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace varda::inline core {
+
+TracedLine::TracedLine(std::unique_ptr<Line> line, LineTap& tap, const Clock& clock)
+    : line_(std::move(line)), tap_(tap), clock_(clock) {
+    line_->setEventHandler([this](CommEvent event, const std::string& reason) { pass(event, reason); });
+}
+
+/// Whatever becomes of the telling, the line goes on.
+template <typename Telling>
+void TracedLine::tell(Telling&& telling) const noexcept {
+    if (!tap_.isOpen()) {
+        return;
+    }
+    try {
+        std::forward<Telling>(telling)();
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): no memory left, for example
+    }
+}
+
+void TracedLine::open(const LineSettings& settings) {
+    seen_ = 0;
+    line_->open(settings);
+    tell([&] { tap_.opened(settings); });
+}
+
+void TracedLine::close() noexcept {
+    line_->close();
+    seen_ = 0;
+    tell([&] { tap_.closed(); });
+}
+
+/// The line may be gone when the event has been raised.
+void TracedLine::pass(CommEvent event, const std::string& reason) {
+    tell([&] {
+        if (event == CommEvent::Received) {
+            tellNews();
+        } else if (event == CommEvent::HungUp) {
+            tap_.hungUp(reason);
+        }
+    });
+    raise(event, reason);
+}
+
+void TracedLine::tellNews() {
+    const Burst news = line_->look(seen_);
+    seen_ += news.bytes.size();
+    tellPieces(news);
+}
+
+Burst TracedLine::read() {
+    Burst burst = takeBurst();
+    tell([&] { tellRead(burst, &LineTap::read); });
+    seen_ = 0;
+    return burst;
+}
+
+Burst TracedLine::takeBurst() {
+    try {
+        return line_->read();
+    } catch (const RuntimeError& error) {
+        if (line_->inBufferCount() == 0) {
+            seen_ = 0;
+            tell([&] { tap_.readingFailed(error.what()); });
+        }
+        throw;
+    }
+}
+
+/// What is thrown away is read for the tap first, in one step, so that it misses nothing.
+void TracedLine::discard() noexcept {
+    tell([&] {
+        if (line_->inBufferCount() > 0) {
+            tellRead(line_->read(), &LineTap::thrownAway);
+        }
+    });
+    line_->discard();
+    seen_ = 0;
+}
+
+void TracedLine::tellRead(const Burst& burst, void (LineTap::*what)(std::size_t counted)) {
+    tellPieces(burstBehind(seen_, burst.bytes, burst.arrivals));
+    const std::size_t came = burst.bytes.size() + burst.counted;
+    const std::size_t told = std::max(burst.bytes.size(), seen_); // of which some may only be counted by now
+    (tap_.*what)(came - std::min(came, told));
+}
+
+void TracedLine::tellPieces(const Burst& burst) const {
+    Octets rest = burst.bytes;
+    for (const Arrival& arrival : burst.arrivals) {
+        const std::size_t count = std::min(arrival.count, rest.size());
+        tap_.cameIn(rest.first(count), arrival.time);
+        rest = rest.subspan(count);
+    }
+    if (!rest.empty()) {
+        tap_.cameIn(rest, clock_.now());
+    }
+}
+
+void TracedLine::write(const Bytes& bytes) {
+    if (!tap_.isOpen()) {
+        line_->write(bytes);
+        return;
+    }
+    const Clock::Time time = clock_.now();
+    const std::size_t unsent = line_->unsentWrites();
+    try {
+        line_->write(bytes);
+    } catch (const RuntimeError& error) {
+        tell([&] { tap_.notSent(bytes, time, error.what()); });
+        throw;
+    }
+    tell([&] {
+        if (line_->unsentWrites() > unsent) {
+            tap_.notSent(bytes, time, "Too many bytes before them still wait to be sent.");
+        } else {
+            tap_.sent(bytes, time);
+        }
+    });
+}
+
+MSComm::LineFactory traced(MSComm::LineFactory makeLine, LineTap& tap, const Clock& clock) {
+    return [makeLine = std::move(makeLine), &tap, &clock](const std::string& name) {
+        return std::make_unique<TracedLine>(makeLine(name), tap, clock);
+    };
+}
+
+} // namespace varda::core

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "core/base/clock.h"
+#include "core/link/mscomm.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace varda::inline core {
+
+/// Is told what goes over a line, while it happens, on the interface thread.
+class LineTap {
+public:
+    using Octets = std::span<const std::uint8_t>;
+
+    LineTap() = default;
+    LineTap(const LineTap&) = delete;
+    LineTap& operator=(const LineTap&) = delete;
+    virtual ~LineTap() = default;
+
+    /// Whether somebody wants to know; nothing else is called where not.
+    virtual bool isOpen() const noexcept = 0;
+    virtual void opened(const LineSettings& settings) = 0;
+    virtual void closed() = 0;
+    virtual void hungUp(const std::string& reason) = 0;
+    /// Bytes came in at that time. They wait to be read.
+    virtual void cameIn(Octets bytes, Clock::Time time) = 0;
+    /// All that had come in was read. @param counted bytes that were only counted, beside those told before
+    virtual void read(std::size_t counted) = 0;
+    /// Reading failed, and nothing that had come in is left.
+    virtual void readingFailed(const std::string& reason) = 0;
+    /// All that had come in was thrown away unread. @param counted as for read()
+    virtual void thrownAway(std::size_t counted) = 0;
+    virtual void sent(Octets bytes, Clock::Time time) = 0;
+    /// The line did not take these bytes.
+    virtual void notSent(Octets bytes, Clock::Time time, const std::string& reason) = 0;
+};
+
+/// A line that tells a tap of all that it does, and does what the line in it does.
+///
+/// It only looks at what comes in, so that who reads it finds the same bytes at the same time with and
+/// without a tap; without one it costs a branch for each call. The tap sees bytes that are thrown away, too.
+class TracedLine : public Line {
+public:
+    /// @param clock for lines that do not know when their bytes came
+    TracedLine(std::unique_ptr<Line> line, LineTap& tap, const Clock& clock);
+
+    void open(const LineSettings& settings) override;
+    void close() noexcept override;
+    std::size_t inBufferCount() const noexcept override { return line_->inBufferCount(); }
+    Burst read() override;
+    void discard() noexcept override;
+    void write(const Bytes& bytes) override;
+    void keepFirst(std::size_t most) noexcept override { line_->keepFirst(most); }
+    std::size_t unsentWrites() const noexcept override { return line_->unsentWrites(); }
+    Burst look(std::size_t from) const override { return line_->look(from); }
+    std::string notice() const override { return line_->notice(); }
+
+private:
+    using Octets = LineTap::Octets;
+
+    template <typename Telling>
+    void tell(Telling&& telling) const noexcept;
+    void pass(CommEvent event, const std::string& reason);
+    Burst takeBurst();
+    void tellNews();
+    void tellRead(const Burst& burst, void (LineTap::*what)(std::size_t counted));
+    void tellPieces(const Burst& burst) const;
+
+    std::unique_ptr<Line> line_;
+    LineTap& tap_;
+    const Clock& clock_;
+    std::size_t seen_ = 0; ///< bytes of those that wait which the tap was told of
+};
+
+/// The same lines, told to a tap.
+MSComm::LineFactory traced(MSComm::LineFactory makeLine, LineTap& tap, const Clock& clock);
+
+} // namespace varda::core

@@ -1,0 +1,310 @@
+#include "cli/program.h"
+
+#include "support/pseudo_terminal.h"
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <condition_variable>
+#include <csignal>
+#include <fstream>
+#include <mutex>
+#include <sstream>
+#include <thread>
+
+namespace varda {
+namespace {
+
+using Json = nlohmann::json;
+using namespace std::chrono_literals;
+
+/// A stream that another thread may wait for.
+class Output : public std::ostream {
+public:
+    Output() : std::ostream(nullptr) { rdbuf(&buffer_); }
+
+    std::string text() const { return buffer_.str(); }
+    void clearText() { buffer_.str({}); }
+    /// Returns when something was written since it was asked for last.
+    void waitForMore() { buffer_.waitForMore(); }
+
+private:
+    class Buffer : public std::stringbuf {
+    public:
+        void waitForMore() {
+            std::unique_lock lock(mutex_);
+            written_.wait_for(lock, 10s, [this] { return flushes_ > seen_; });
+            seen_ = flushes_;
+        }
+
+    protected:
+        int sync() override {
+            const std::lock_guard lock(mutex_);
+            ++flushes_;
+            written_.notify_all();
+            return 0;
+        }
+
+    private:
+        std::mutex mutex_;
+        std::condition_variable written_;
+        int flushes_ = 0;
+        int seen_ = 0;
+    };
+
+    Buffer buffer_;
+};
+
+/// The tool, run in this process.
+class ProgramTest : public testing::Test {
+protected:
+    int run(const std::vector<std::string>& arguments, const std::string& input = {}) {
+        std::istringstream in(input);
+        out.clearText();
+        error.clearText();
+        return cli::run(arguments, {in, out, error});
+    }
+
+    /// The output as objects, one a line.
+    std::vector<Json> objects() const {
+        std::vector<Json> read;
+        std::istringstream lines(out.text());
+        for (std::string text; std::getline(lines, text);) {
+            read.push_back(Json::parse(text));
+        }
+        return read;
+    }
+
+    /// Runs a subcommand that only a signal ends, which comes when the far end has done its part.
+    int runUntilEnded(const std::vector<std::string>& arguments, const std::function<void()>& farEnd) {
+        std::thread other([this, &farEnd] {
+            error.waitForMore(); // the port is open
+            farEnd();
+            std::raise(SIGTERM);
+        });
+        const int code = run(arguments);
+        other.join();
+        return code;
+    }
+
+    std::string file(const std::string& name, const std::string& text) {
+        std::string path = folder.file(name);
+        std::ofstream(path) << text;
+        return path;
+    }
+
+    test::TemporaryFolder folder;
+    test::PseudoTerminal line;
+    Output out;
+    Output error;
+};
+
+TEST_F(ProgramTest, ReadsFromTheEmbeddedController) {
+    EXPECT_EQ(run({"read", "--port", "VIRTUAL", "W 0100 2"}), 0);
+    EXPECT_NE(out.text().find("W 0100 = 0000h = 0\n"), std::string::npos);
+    EXPECT_NE(out.text().find("W 0101 = 0000h = 0\n"), std::string::npos);
+    EXPECT_EQ(error.text(), "");
+}
+
+TEST_F(ProgramTest, WritesJsonForMachines) {
+    EXPECT_EQ(run({"--json", "read", "-p", "VIRTUAL", "W 0100", "R 0012.3"}), 0);
+    const auto read = objects();
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_EQ(read[0]["type"], "exchange");
+    EXPECT_EQ(read[0]["outcome"], "answered");
+    EXPECT_EQ(read[0]["expected"], 8);
+    EXPECT_EQ(read[0]["values"], Json::parse(R"([{"register": "W 0100", "value": 0}])"));
+    EXPECT_EQ(read[1]["values"], Json::parse(R"([{"register": "R 0012.3", "value": false}])"));
+}
+
+TEST_F(ProgramTest, WritesAndReadsMixedPoints) {
+    EXPECT_EQ(run({"write", "-p", "VIRTUAL", "W 0100=1A2Bh,7", "M 0000.0=ON"}), 0);
+    EXPECT_EQ(run({"mixed-write", "-p", "VIRTUAL", "W 0100=1A2Bh", "M 0000.0=ON"}), 0);
+    EXPECT_EQ(run({"mixed-read", "-p", "VIRTUAL", "--json", "R 0012.3 W 0100 2"}), 0);
+    EXPECT_EQ(objects().at(0)["values"].size(), 3U);
+}
+
+TEST_F(ProgramTest, TellsThatNothingCame) {
+    EXPECT_EQ(run({"read", "-p", line.path(), "--period", "100", "W 0100"}), 1);
+    EXPECT_NE(out.text().find("silent"), std::string::npos);
+}
+
+TEST_F(ProgramTest, TellsAnAnswerOfAnotherLengthAndOneWithAFlaw) {
+    const auto answerWith = [this](const std::vector<std::uint8_t>& answer) {
+        std::thread farEnd([&] {
+            line.read(9, 5s);
+            line.write(answer);
+        });
+        const int code = run({"read", "-p", line.path(), "--json", "W 0100"});
+        farEnd.join();
+        return code;
+    };
+    EXPECT_EQ(answerWith({1, 2, 3}), 1);
+    EXPECT_EQ(objects().at(0)["outcome"], "wrong length");
+    EXPECT_EQ(answerWith({0x00, 0xFF, 0xA3, 2, 0x34, 0x12, 0, 0}), 1);
+    EXPECT_EQ(objects().at(0)["outcome"], "answered");
+    EXPECT_EQ(objects().at(0)["faults"].size(), 1U);
+}
+
+TEST_F(ProgramTest, TellsThatThePortWentAway) {
+    std::thread farEnd([this] {
+        line.read(9, 5s);
+        line.closeFarEnd();
+    });
+    EXPECT_EQ(run({"read", "-p", line.path(), "W 0100"}), 3);
+    farEnd.join();
+    EXPECT_NE(error.text().find("went away"), std::string::npos);
+}
+
+TEST_F(ProgramTest, RefusesAPortThatIsNotThere) {
+    for (const char* const subcommand : {"read", "mixed-read"}) {
+        EXPECT_EQ(run({subcommand, "-p", "/dev/nothing", "W 0"}), 3);
+        EXPECT_EQ(error.text(),
+                  "varda-cli: No such device: /dev/nothing. Check its name, and that it is plugged in.\n");
+    }
+    EXPECT_EQ(run({"monitor", "-p", "/dev/nothing"}), 3);
+}
+
+TEST_F(ProgramTest, NamesTheRemedyOfACommandLineThatItDoesNotUnderstand) {
+    EXPECT_EQ(run({}), 2);
+    EXPECT_EQ(run({"fly"}), 2);
+    EXPECT_EQ(run({"read", "W 0100"}), 2);
+    EXPECT_NE(error.text().find("--port is required"), std::string::npos);
+    EXPECT_EQ(run({"read", "-p", "VIRTUAL", "Q 1"}), 2);
+    EXPECT_NE(error.text().find("\"Q 1\" is no register"), std::string::npos);
+    EXPECT_EQ(run({"mixed-read", "-p", "VIRTUAL", "SR 0"}), 2);
+    EXPECT_NE(error.text().find("SR 000"), std::string::npos);
+    EXPECT_EQ(out.text(), "");
+}
+
+TEST_F(ProgramTest, HelpsAndTellsItsVersion) {
+    EXPECT_EQ(run({"--help"}), 0);
+    EXPECT_NE(out.text().find("mixed-write"), std::string::npos);
+    EXPECT_EQ(run({"read", "--help"}), 0);
+    EXPECT_NE(out.text().find("--port"), std::string::npos);
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(out.text(), "varda-cli " VARDA_VERSION "\n");
+}
+
+TEST_F(ProgramTest, MakesItsManualPageAndCompletionOfWhatIsDeclared) {
+    EXPECT_EQ(run({"--print-manual-page"}), 0);
+    for (const char* const part :
+         {".SS mixed\\-read", "\\-\\-rounds", "500 if not given", ".SH EXIT STATUS"}) {
+        EXPECT_NE(out.text().find(part), std::string::npos) << part;
+    }
+    EXPECT_EQ(run({"--print-bash-completion"}), 0);
+    EXPECT_NE(out.text().find("ports read write"), std::string::npos);
+    EXPECT_NE(out.text().find("monitor) words=\"--help --port"), std::string::npos);
+}
+
+TEST_F(ProgramTest, ExplainsFrames) {
+    EXPECT_EQ(run({"decode", "01 00 23 03 00 02 01 2D 9A"}), 1) << "the check is wrong";
+    EXPECT_NE(out.text().find("Address 0200h: W 0000"), std::string::npos);
+    EXPECT_EQ(run({"--json", "decode", "-"}, "FF00230364020400\nFF0023\n"), 1);
+    EXPECT_EQ(objects().size(), 2U);
+    EXPECT_EQ(run({"decode", "xyz"}), 2);
+}
+
+TEST_F(ProgramTest, RunsAScenario) {
+    const std::string path = file("two.scn", "[Information]\r\nTotal=2\r\n[Scenario]\r\n"
+                                             "Scenario0=FF FF 21 03 00 00 08 BD 85 \r\n"
+                                             "Scenario1=FF FF 23 03 00 02 04 C5 20 \r\n");
+    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--rounds", "2", "--period", "150", path}), 0);
+    ASSERT_EQ(objects().size(), 5U);
+    EXPECT_EQ(objects().back()["right"], 4);
+    EXPECT_EQ(objects().back()["wrong"], 0);
+}
+
+TEST_F(ProgramTest, JudgesAScenarioByWhatIsExpected) {
+    const std::string scenario = file("two.scn", "[Information]\r\nTotal=2\r\n[Scenario]\r\n"
+                                                 "Scenario0=FF FF 21 03 00 00 08 BD 85 \r\n"
+                                                 "Scenario1=FF FF 23 03 00 02 04 C5 20 \r\n");
+    const std::string right = file(
+        "right.expect", "[Expect]\r\nExpect0=R 0000.3 = OFF; R 0000.7 != ON\r\n"
+                        "Expect1=FF FF A3 08 .. .. .. .. .. .. .. .. .. ..\r\n[Limit]\r\nLimit1=5000\r\n");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "150", "--expect", right, scenario}), 0) << out.text();
+    const std::string wrong = file("wrong.expect", "[Expect]\r\nExpect1=W 0002 >= 10\r\n");
+    const std::string results = folder.file("results.xml");
+    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--period", "150", "--expect", wrong, "--junit", results,
+                   scenario}),
+              1);
+    const auto read = objects();
+    ASSERT_EQ(read.size(), 5U);
+    EXPECT_EQ(read[1]["isMet"], true) << "nothing was expected of it";
+    EXPECT_EQ(read[3]["why"], "W 0002 >= 10 was wanted, and it is W 0002 = 0000h = 0.");
+    std::ostringstream xml;
+    xml << std::ifstream(results).rdbuf();
+    EXPECT_NE(xml.str().find(R"(tests="2" failures="1")"), std::string::npos) << xml.str();
+    EXPECT_NE(xml.str().find("10 was wanted, and it is W 0002 = 0000h = 0."), std::string::npos);
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--expect", scenario, scenario}), 4);
+    EXPECT_EQ(
+        run({"run", "-p", "VIRTUAL", "--expect", file("odd.expect", "[Expect]\nExpect0=maybe\n"), scenario}),
+        2);
+    EXPECT_NE(error.text().find("\"maybe\" is no expectation"), std::string::npos);
+}
+
+TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {
+    const std::string path = file("nothing.txt", "nothing\n");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", path}), 4);
+    EXPECT_NE(error.text().find(path), std::string::npos);
+    EXPECT_EQ(run({"simulate", "-p", "VIRTUAL", path}), 4);
+    EXPECT_EQ(run({"simulate", "-p", "VIRTUAL", folder.path() + "/none"}), 2);
+}
+
+TEST_F(ProgramTest, AnswersFromPreparedPairs) {
+    const std::string path = file("pairs.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n0=0102030405\r\n"
+                                               "[Send]\r\n0=AABBCC\r\n");
+    std::vector<std::uint8_t> answer;
+    EXPECT_EQ(runUntilEnded({"--json", "simulate", "-p", line.path(), path},
+                            [&] {
+                                line.write({1, 2, 3, 4, 5});
+                                answer = line.read(3, 5s);
+                                out.waitForMore();
+                                line.write({9, 9});
+                                out.waitForMore();
+                            }),
+              0);
+    EXPECT_EQ(answer, (std::vector<std::uint8_t>{0xAA, 0xBB, 0xCC}));
+    ASSERT_EQ(objects().size(), 2U);
+    EXPECT_EQ(objects()[0]["outcome"], "answered by a pair");
+    EXPECT_EQ(objects()[0]["pair"], 1);
+    EXPECT_EQ(objects()[1]["outcome"], "unknown");
+}
+
+TEST_F(ProgramTest, FindsWhatIsWrongWithPreparedPairs) {
+    const std::string right = file("right.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n"
+                                                "0=FF00230364020490F0\r\n[Send]\r\n"
+                                                "0=00FFA3080000000000000000C658\r\n");
+    EXPECT_EQ(run({"lint", right}), 0) << out.text();
+    EXPECT_EQ(out.text(), "");
+    const std::string path = file("pairs.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n0=0102\r\n"
+                                               "[Send]\r\n0=xyz\r\n");
+    EXPECT_EQ(run({"--json", "lint", path}), 1);
+    EXPECT_EQ(objects().back()["pair"], 1);
+    EXPECT_EQ(objects().back()["problem"], "The answer is no frame, so nothing is sent.");
+}
+
+TEST_F(ProgramTest, ListsAndLogsWhatComesIn) {
+    const std::string log = folder.path() + "/log.txt";
+    EXPECT_EQ(runUntilEnded({"monitor", "-p", line.path(), "--log", log},
+                            [&] {
+                                line.write({0x01, 0xFF});
+                                out.waitForMore();
+                            }),
+              0);
+    EXPECT_EQ(out.text(), "01 FF \n");
+    std::ostringstream logged;
+    logged << std::ifstream(log).rdbuf();
+    EXPECT_EQ(logged.str(), "01 FF \n");
+}
+
+TEST_F(ProgramTest, EndsWhereItsOutputIsClosed) {
+    out.setstate(std::ios::badbit);
+    EXPECT_EQ(run({"read", "-p", "VIRTUAL", "W 0"}), 4);
+    EXPECT_NE(error.text().find("Standard output takes no more"), std::string::npos);
+}
+
+} // namespace
+} // namespace varda

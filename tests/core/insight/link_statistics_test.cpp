@@ -1,0 +1,114 @@
+#include "core/insight/link_statistics.h"
+
+#include "core/insight/traced_link.h"
+
+namespace varda::test {
+namespace {
+
+constexpr const char* wordRead = "05 00 23 03 00 02 02 0B 22 ";
+constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
+
+class LinkStatisticsTest : public TracedLinkTest {
+protected:
+    LinkStatisticsTest() {
+        link.observe(statistics);
+        statistics.open();
+    }
+    void exchange(int after, const char* answer = wordAnswer) {
+        send(wordRead, 10);
+        receive(answer, after);
+        clock.advance(100);
+    }
+    std::vector<LinkStatistics::Row> rows() const { return statistics.rows({}); }
+
+    LinkStatistics statistics;
+};
+
+TEST_F(LinkStatisticsTest, CountsWhatBecomesOfEveryKind) {
+    exchange(10);
+    exchange(20);
+    exchange(30, "00 05 A3 04 34 12 CD AB 47 43 ");
+    exchange(40, "00 05 A3 ");
+    send(wordRead, 10);
+    tick(13);
+    send(wordRead, 10);
+    send("01 00 21 03 23 0C 10 42 85 ", 22);
+    ASSERT_EQ(rows().size(), 2U);
+    EXPECT_EQ(rows()[0].kind, "bit read");
+    const LinkStatistics::Row words = rows()[1];
+    EXPECT_EQ(words.kind, "word read");
+    EXPECT_EQ(words.sent, 6U);
+    EXPECT_EQ(words.answered, 3U);
+    EXPECT_EQ(words.wrongCheck, 1U);
+    EXPECT_EQ(words.wrongLength, 1U);
+    EXPECT_EQ(words.silent, 1U);
+    EXPECT_EQ(words.overtaken, 1U);
+    EXPECT_EQ(words.response->least, 10);
+    EXPECT_EQ(words.response->median, 20);
+    EXPECT_EQ(words.response->most, 30);
+    EXPECT_NEAR(words.onWire->median, 19 * 10 * 1000 / 9600.0, 1e-9);
+    EXPECT_EQ(words.period->least, 0);
+    EXPECT_EQ(words.period->median, 120);
+}
+
+TEST_F(LinkStatisticsTest, ClosedAndInOtherModesItCountsNothing) {
+    statistics.close();
+    exchange(10);
+    statistics.open();
+    link.enterMode(Mode::Monitoring);
+    receive(wordRead);
+    clock.advance(100);
+    EXPECT_TRUE(rows().empty());
+    link.enterMode(Mode::WordRead);
+    exchange(10);
+    EXPECT_FALSE(rows()[0].period); // the one before was not seen
+    statistics.reset();
+    EXPECT_TRUE(rows().empty());
+    EXPECT_TRUE(statistics.samples().empty());
+}
+
+TEST_F(LinkStatisticsTest, PlotHasTheLastTenMinutes) {
+    exchange(10);
+    exchange(15, "00 05 ");
+    clock.advance(10min - 1s);
+    exchange(20);
+    ASSERT_EQ(statistics.samples().size(), 3U);
+    EXPECT_EQ(statistics.samples()[1].outcome, Outcome::WrongLength);
+    clock.advance(2s);
+    exchange(20);
+    EXPECT_EQ(statistics.samples().size(), 2U);
+}
+
+TEST_F(LinkStatisticsTest, CsvHasARowForEveryKind) {
+    exchange(10);
+    const std::string csv = statistics.csv({}, 500);
+    EXPECT_TRUE(csv.starts_with(
+        "Kind,Sent,Answered,Wrong check,Wrong length,Silent,Overtaken,Not sent,Response min ms,"));
+    EXPECT_NE(
+        csv.find("\r\nword "
+                 "read,1,1,0,0,0,0,0,10.000,10.000,10.000,10.000,19.792,19.792,19.792,19.792,,,,,500\r\n"),
+        std::string::npos)
+        << csv;
+}
+
+TEST(Spread, RanksAreThoseOfTheNearestValue) {
+    std::vector<double> values;
+    for (int value = 100; value > 0; --value) {
+        values.push_back(value);
+    }
+    const Spread spread = spreadOf(values).value();
+    EXPECT_EQ(spread.least, 1);
+    EXPECT_EQ(spread.median, 50);
+    EXPECT_EQ(spread.percentile99, 99);
+    EXPECT_EQ(spread.most, 100);
+    EXPECT_EQ(spreadOf({7})->percentile99, 7);
+    EXPECT_FALSE(spreadOf({}));
+}
+
+TEST(Spread, TimeOnTheWireCountsEveryBit) {
+    EXPECT_DOUBLE_EQ(millisecondsOnWire(96, {9600, 'n', 8, 1}), 100);
+    EXPECT_DOUBLE_EQ(millisecondsOnWire(80, {9600, 'e', 8, 2}), 100);
+}
+
+} // namespace
+} // namespace varda::test

@@ -1,0 +1,40 @@
+#include "core/insight/register_names.h"
+
+#include "support/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace varda::test {
+namespace {
+
+TEST(RegisterNames, RegistersAreReadAsTheyAreWritten) {
+    EXPECT_EQ(readPoint("W 0100"), (Point{Access::Word, 612}));
+    EXPECT_EQ(readPoint(" w100 "), (Point{Access::Word, 612}));
+    EXPECT_EQ(readPoint("R 0012.3"), (Point{Access::Bit, 195}));
+    EXPECT_EQ(readPoint("sr 511"), (Point{Access::Word, 3583}));
+    for (const char* const text :
+         {"", "W", "100", "W 2048", "X 1", "R 1.16", "R 1.", "R .1", "R 1.2.3", "R -1", "W 1x"}) {
+        EXPECT_EQ(readPoint(text), std::nullopt) << text;
+    }
+}
+
+TEST(RegisterNames, EachLineNamesARegister) {
+    const RegisterNames names =
+        RegisterNames::parse("\xEF\xBB\xBF# tanks\r\nW 0100,tank level\r\n\r\n"
+                             "R 0012.3, \"pump, \"\"left\"\"\"\nW 0100 , level\nnonsense\nW 1,");
+    EXPECT_EQ(names.size(), 2U);
+    EXPECT_EQ(names.describe({Access::Word, 612}), "W 0100 (level)");
+    EXPECT_EQ(names.describe({Access::Bit, 195}), "R 0012.3 (pump, \"left\")");
+    EXPECT_EQ(names.describe({Access::Word, 613}), "W 0101");
+    EXPECT_EQ(names.badLines(), (std::vector<std::size_t>{6, 7}));
+}
+
+TEST(RegisterNames, FilesAreRead) {
+    const TemporaryFolder folder;
+    writeBytes(folder.file("names.csv"), "W 0100,tank level\n");
+    EXPECT_EQ(RegisterNames::load(folder.file("names.csv")).find({Access::Word, 612}), "tank level");
+    EXPECT_THROW(RegisterNames::load(folder.file("none.csv")), std::system_error);
+}
+
+} // namespace
+} // namespace varda::test

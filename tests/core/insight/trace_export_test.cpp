@@ -1,0 +1,114 @@
+#include "core/insight/trace_export.h"
+
+#include "core/insight/json_text.h"
+#include "core/insight/traced_link.h"
+
+namespace varda::test {
+namespace {
+
+class TraceExport : public TracedLinkTest {
+protected:
+    TraceExport() {
+        send("05 00 23 03 00 02 02 0B 22 ", 10);
+        receive("00 05 A3 04 34 12 CD AB 47 42 ", 23);
+        clock.advance(100);
+        wire.failWrite(RuntimeError(8020, "Write \"error\""));
+        EXPECT_TRUE(link.startRequest());
+        EXPECT_THROW(link.SendRequest({1, 2}, 10), RuntimeError);
+    }
+
+    std::string exported(TraceForm form) const {
+        std::vector<Trace::Number> all;
+        for (Trace::Number number = trace.begin(); number < trace.end() + 3; ++number) {
+            all.push_back(number); // those behind the end are left out
+        }
+        std::string text;
+        const RegisterNames names = RegisterNames::parse("W 0000,\"level, m\"\n");
+        exportTrace(trace, all, form, names, [&text](std::string_view part) { text += part; });
+        return text;
+    }
+
+    static std::vector<std::string> linesOf(const std::string& text, const std::string& end) {
+        std::vector<std::string> lines;
+        for (std::size_t begin = 0; begin < text.size();) {
+            const auto next = text.find(end, begin);
+            lines.push_back(text.substr(begin, next - begin));
+            begin = next + end.size();
+        }
+        return lines;
+    }
+};
+
+TEST_F(TraceExport, TextStandsInColumns) {
+    const auto lines = linesOf(exported(TraceForm::Text), "\n");
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_TRUE(lines[0].starts_with("Time         Delta ms  Direction ")) << lines[0];
+    EXPECT_EQ(lines[0].find("Kind"), lines[3].find("answer to word read"));
+}
+
+TEST_F(TraceExport, CsvQuotesWhatNeedsIt) {
+    const auto lines = linesOf(exported(TraceForm::Csv), "\r\n");
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines[0], "Time,Delta ms,Direction,Kind,Station,Registers,Bytes,What became of it");
+    EXPECT_TRUE(
+        lines[2].find(",0.000,sent,word read,0 to 5,\"W 0000 (level, m) .. W 0001\",05 00 23 03 00 02 02 0B "
+                      "22,Answered 23 ms later.") != std::string::npos)
+        << lines[2];
+    EXPECT_TRUE(lines[4].ends_with("\"Not sent. Write \"\"error\"\"\"")) << lines[4];
+}
+
+TEST_F(TraceExport, JsonHasAnObjectALine) {
+    const auto lines = linesOf(exported(TraceForm::JsonLines), "\n");
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[2], "{\"number\":2,\"time\":\"2027-01-15T08:00:00.023000Z\",\"delta_ms\":23.000,"
+                        "\"direction\":\"received\",\"kind\":\"answer to word read\",\"stations\":\"5 to 0\","
+                        "\"registers\":\"W 0000 (level, m) .. W 0001\",\"size\":10,"
+                        "\"bytes\":\"0005A3043412CDAB4742\",\"wrong\":false,"
+                        "\"verdict\":\"Taken: it has the 10 bytes that were awaited.\"}");
+}
+
+TEST(JsonText, IsEscapedAndOfUtf8) {
+    EXPECT_EQ(jsonString("a\"b\\c\n\t\x01"), "\"a\\\"b\\\\c\\n\\t\\u0001\"");
+    EXPECT_EQ(jsonString("m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"),
+              "\"m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\"");
+    const std::string bad = "\xEF\xBF\xBD";
+    EXPECT_EQ(jsonString("\xC3"), "\"" + bad + "\"");
+    EXPECT_EQ(jsonString("\xC0\x80"), "\"" + bad + bad + "\"");
+    EXPECT_EQ(jsonString("\xED\xA0\x80"), "\"" + bad + bad + bad + "\"");
+    EXPECT_EQ(jsonString("\xE2\x82x"), "\"" + bad + bad + "x\"");
+}
+
+/// A number of a capture, low byte first.
+std::uint64_t numberAt(const std::string& text, std::size_t at, std::size_t bytes) {
+    std::uint64_t number = 0;
+    for (std::size_t count = bytes; count-- > 0;) {
+        number = number << 8U | static_cast<unsigned char>(text.at(at + count));
+    }
+    return number;
+}
+
+TEST_F(TraceExport, CaptureHoldsWhatWentOverTheLine) {
+    const std::string capture = exported(TraceForm::Pcapng);
+    std::vector<std::size_t> packets;
+    std::size_t at = 0;
+    for (; at < capture.size(); at += numberAt(capture, at + 4, 4)) {
+        ASSERT_EQ(numberAt(capture, at + 4, 4), numberAt(capture, at + numberAt(capture, at + 4, 4) - 4, 4));
+        if (numberAt(capture, at, 4) == 6) {
+            packets.push_back(at);
+        }
+    }
+    EXPECT_EQ(at, capture.size());
+    EXPECT_EQ(numberAt(capture, 0, 4), 0x0A0D0D0AU);
+    ASSERT_EQ(packets.size(), 2U); // neither the event nor what was not sent
+    const std::size_t answer = packets[1];
+    EXPECT_EQ(numberAt(capture, answer + 12, 4) << 32U | numberAt(capture, answer + 16, 4),
+              1'800'000'000'023'000U);
+    EXPECT_EQ(numberAt(capture, answer + 20, 4), 10U);
+    EXPECT_EQ(numberAt(capture, answer + 24, 4), 10U);
+    EXPECT_NE(capture.find("Taken: it has the 10 bytes", answer), std::string::npos);
+    EXPECT_NE(capture.find(std::string("\2\0\4\0\1\0\0\0", 8), answer), std::string::npos);
+    EXPECT_NE(capture.find(std::string("\2\0\4\0\2\0\0\0", 8), packets[0]), std::string::npos);
+}
+
+} // namespace
+} // namespace varda::test

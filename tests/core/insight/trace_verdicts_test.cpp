@@ -1,0 +1,273 @@
+#include "core/insight/traced_link.h"
+
+namespace varda::test {
+namespace {
+
+// stations 5 and 0: two words from W 0000, answered with 1234h and ABCDh
+constexpr const char* wordRead = "05 00 23 03 00 02 02 0B 22 ";
+constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
+
+class TraceVerdicts : public TracedLinkTest {};
+
+TEST_F(TraceVerdicts, AnswerIsTaken) {
+    send(wordRead, 10);
+    EXPECT_EQ(verdict(1), "Sent; an answer of 10 bytes is awaited.");
+    receive(wordAnswer, 23);
+    EXPECT_EQ(verdict(2), "Waits to be read.");
+    clock.advance(100);
+    ASSERT_EQ(lines(), 3U);
+    EXPECT_EQ(verdict(0), "The port was opened with 9600,n,8,1.");
+    EXPECT_EQ(verdict(1), "Answered 23 ms later.");
+    EXPECT_EQ(verdict(2), "Taken: it has the 10 bytes that were awaited.");
+    EXPECT_FALSE(isWrong(1) || isWrong(2));
+}
+
+TEST_F(TraceVerdicts, WrongCheckIsTakenBecauseOnlyTheLengthCounts) {
+    send(wordRead, 10);
+    receive("00 05 A3 04 34 12 CD AB 47 43 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(2),
+              "Taken: it has the 10 bytes that were awaited. Nothing else is looked at. The check is "
+              "4347h; of the bytes before it, it is 4247h.");
+    EXPECT_TRUE(isWrong(2));
+}
+
+TEST_F(TraceVerdicts, ShortBurstIsDroppedAndTheRestCameLater) {
+    send(wordRead, 10);
+    receive("00 05 A3 04 34 12 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(2),
+              "Dropped: 6 of 10 bytes had come when it was read. The frame is cut: 4 bytes are missing.");
+    receive("CD AB 47 42 ", 20);
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "What came for it was dropped, and the wait ended with that.");
+    EXPECT_EQ(verdict(2),
+              "Dropped: 6 of 10 bytes had come when it was read. The rest came 120 ms later. The frame is "
+              "cut: 4 bytes are missing.");
+    EXPECT_EQ(verdict(3),
+              "Dropped: the last 4 of 10 bytes; those before them had been dropped already, for pieces are "
+              "not put together.");
+}
+
+TEST_F(TraceVerdicts, LongBurstIsDropped) {
+    send(wordRead, 9);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(verdict(2), "Dropped: 10 bytes, 1 more than were awaited.");
+}
+
+TEST_F(TraceVerdicts, SilenceEndsTheWaitAndWhatComesLaterIsLate) {
+    send(wordRead, 10);
+    clock.advance(6500);
+    tick(13);
+    ASSERT_EQ(lines(), 3U);
+    EXPECT_EQ(verdict(1), "No answer within 13 ticks of silence.");
+    EXPECT_EQ(verdict(2), "The wait for the answer was given up after 13 ticks of silence.");
+    receive(wordAnswer, 12);
+    clock.advance(100);
+    EXPECT_EQ(verdict(3),
+              "Dropped: it came 6512 ms after the request, when the wait for the answer had ended.");
+    EXPECT_TRUE(isWrong(1) && isWrong(2) && isWrong(3));
+}
+
+TEST_F(TraceVerdicts, BytesBeforeASendAreThrownAway) {
+    send(wordRead, 10);
+    wire.receiveAt(clock.now() + 3ms, bytesOfText("00 05 A3 "));
+    clock.advance(5);
+    send(wordRead, 10);
+    ASSERT_EQ(lines(), 4U);
+    EXPECT_EQ(verdict(1), "The next request went out, or the port was closed, before an answer came.");
+    EXPECT_EQ(verdict(2), "Thrown away unread, before the next send. The frame is cut: 3 bytes are missing.");
+    EXPECT_EQ(line(2).bytes, bytesOfText("00 05 A3 "));
+    EXPECT_EQ(line(2).first - line(1).first, 3ms);
+}
+
+TEST_F(TraceVerdicts, BytesBehindAnAnswerAreThrownAwayByTheNextTick) {
+    send(wordRead, 10);
+    receive(wordAnswer);
+    clock.advance(100);
+    wire.receiveSilently({1, 2});
+    tick(1);
+    EXPECT_EQ(verdict(3), "Thrown away unread, when the link began anew. It is too short for a frame.");
+}
+
+TEST_F(TraceVerdicts, WhatCameWhileTheLinkWasStuckSaysSo) {
+    send(wordRead, 10);
+    link.commPLC_OnComm(CommEvent::Received);
+    clock.advance(100);
+    EXPECT_EQ(verdict(2),
+              "The port told of bytes, and none were there. The link's timer stands still until something "
+              "comes in.");
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(verdict(3),
+              "Taken: it has the 10 bytes that were awaited. It came while the link was stuck after an event "
+              "that led to nothing: its timer had stood still.");
+    send(wordRead, 10);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_FALSE(line(lines() - 1).whileStuck);
+}
+
+TEST_F(TraceVerdicts, HangUpLosesWhatWaits) {
+    send(wordRead, 10);
+    receive("00 05 ");
+    wire.hangUp("ttyS0 went away: it was unplugged.");
+    EXPECT_EQ(verdict(2), "Lost before it was read. The line went away. It is too short for a frame.");
+    EXPECT_EQ(verdict(3), "ttyS0 went away: it was unplugged.");
+    EXPECT_TRUE(isWrong(3));
+}
+
+TEST_F(TraceVerdicts, ClosingLosesWhatWaitsToo) {
+    receive("00 05 ");
+    port.close();
+    EXPECT_EQ(verdict(1), "Lost before it was read. The port was closed. It is too short for a frame.");
+}
+
+TEST_F(TraceVerdicts, FailedReadingLosesWhatWaited) {
+    send(wordRead, 10);
+    receive(wordAnswer);
+    wire.failRead(RuntimeError(8020, "Read error"));
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "What came for it was dropped, and the wait ended with that.");
+    EXPECT_EQ(verdict(2), "Lost before it was read. Reading failed: Read error.");
+    wire.heal();
+    send(wordRead, 10);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(verdict(4), "Taken: it has the 10 bytes that were awaited.");
+}
+
+TEST_F(TraceVerdicts, KnownRequestOnAPortThatWasClosedMeanwhileIsNotAnswered) {
+    link.setRoles({.answerTo = [this](std::span<const std::uint8_t>) {
+        port.close();
+        return std::optional(PreparedAnswer{.pair = 4, .bytes = bytesOfText(wordAnswer)});
+    }});
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(1),
+              "Known, by a prepared pair, but nothing was sent: the port is closed or did not take the "
+              "answer, or the answer is no frame.");
+    EXPECT_EQ(lines(), 3U); // the closing is the last one
+}
+
+TEST_F(TraceVerdicts, RefusedBytesAreNotSent) {
+    wire.failWrite(RuntimeError(8020, "Write error"));
+    EXPECT_TRUE(link.startRequest());
+    EXPECT_THROW(link.SendRequest(bytesOfText(wordRead), 10), RuntimeError);
+    ASSERT_EQ(lines(), 2U);
+    EXPECT_EQ(verdict(1), "Not sent. Write error");
+    EXPECT_TRUE(isWrong(1));
+}
+
+TEST_F(TraceVerdicts, ClosedPortSendsNothing) {
+    link.enterMode(Mode::Scenario);
+    port.close();
+    link.sendScenarioFrame(bytesOfText(wordRead), 10);
+    EXPECT_EQ(verdict(1), "The port was closed.");
+    EXPECT_EQ(verdict(2), "Not sent. The port is closed.");
+}
+
+TEST_F(TraceVerdicts, ModeWithoutUseForBytesDropsThem) {
+    link.enterMode(Mode::MonitorIdle);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "Dropped: what is shown has no use for bytes that come in.");
+}
+
+TEST_F(TraceVerdicts, MonitorListsAndReadsAnswersByTheRequestBeforeThem) {
+    link.enterMode(Mode::Monitoring);
+    receive(wordRead);
+    clock.advance(100);
+    receive(wordAnswer, 50);
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "Listed by the monitor.");
+    ASSERT_NE(line(2).request, nullptr);
+    EXPECT_EQ(*line(2).request, bytesOfText(wordRead));
+    EXPECT_FALSE(isWrong(2));
+}
+
+TEST_F(TraceVerdicts, MonitorTakesNoRequestOfTheProgramForTheLinesOwn) {
+    send(wordRead, 10);
+    link.enterMode(Mode::Monitoring);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(line(2).request, nullptr);
+    receive(wordRead);
+    receive(wordAnswer, 30); // read together, and yet two bursts
+    clock.advance(100);
+    EXPECT_EQ(line(3).request, nullptr);
+    ASSERT_NE(line(4).request, nullptr);
+    EXPECT_EQ(*line(4).request, bytesOfText(wordRead));
+}
+
+TEST_F(TraceVerdicts, PreparedPairAnswers) {
+    table.addPair("050023030002020000", "00");
+    table.addPair(hexRun(bytesOfText(wordRead)), hexRun(bytesOfText(wordAnswer)));
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    ASSERT_EQ(lines(), 3U);
+    EXPECT_EQ(verdict(1), "Answered by prepared pair 2.");
+    EXPECT_EQ(verdict(2), "The answer of prepared pair 2.");
+    EXPECT_EQ(*line(2).request, bytesOfText(wordRead));
+    EXPECT_FALSE(isWrong(1) || isWrong(2));
+}
+
+TEST_F(TraceVerdicts, PairWhoseAnswerIsNoFrameSendsNothing) {
+    table.addPair(hexRun(bytesOfText(wordRead)), "xy");
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(1),
+              "Known, by prepared pair 1, but nothing was sent: the port is closed or did not take the "
+              "answer, or the answer is no frame.");
+}
+
+TEST_F(TraceVerdicts, UnknownRequestNamesTheNearestPairAndTheByte) {
+    table.addPair("0500210300000200 00", "00");
+    table.addPair("0500230300020512A0", "00");
+    link.enterMode(Mode::Simulation);
+    receive("05 00 23 03 00 02 04 8B 20 ");
+    clock.advance(150);
+    EXPECT_EQ(verdict(1),
+              "No prepared request matches. The nearest is prepared pair 2, which differs in byte 6 (count: "
+              "04h came, 05h is prepared).");
+    EXPECT_TRUE(isWrong(1));
+    receive("05 00 23 03 00 ");
+    clock.advance(150);
+    EXPECT_TRUE(verdict(2).starts_with(
+        "No prepared request matches. The nearest is prepared pair 2, which has 9 bytes, "
+        "not 5."))
+        << verdict(2);
+    EXPECT_TRUE(line(2).whileStuck);
+}
+
+TEST_F(TraceVerdicts, UnknownRequestWithoutAnyPairSaysSo) {
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(1), "No prepared request matches. None is prepared.");
+}
+
+TEST_F(TraceVerdicts, UnawaitedBytesSaySo) {
+    link.sendUnawaited(bytesOfText(wordRead));
+    EXPECT_EQ(verdict(1), "Sent; no answer is awaited.");
+}
+
+TEST_F(TraceVerdicts, BurstsAreSplitBySilenceAndJudgedTogether) {
+    send(wordRead, 10);
+    receive("00 05 A3 04 ");
+    receive("34 12 ", 20);
+    receive("CD AB 47 42 ", 21);
+    clock.advance(59);
+    ASSERT_EQ(lines(), 4U);
+    EXPECT_EQ(line(2).bytes.size(), 6U);
+    EXPECT_EQ(line(2).last - line(2).first, 20ms);
+    EXPECT_TRUE(verdict(2).starts_with("Taken: it has the 10 bytes that were awaited.")) << verdict(2);
+    EXPECT_TRUE(verdict(3).ends_with("It was read together with the burst beside it.")) << verdict(3);
+}
+
+} // namespace
+} // namespace varda::test
