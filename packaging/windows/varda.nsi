@@ -138,6 +138,7 @@ Section Uninstall
   !insertmacro RemoveUntouchedExample "example-writes.ini"
   !insertmacro RemoveUntouchedExample "example.scn"
   Delete "$INSTDIR\varda.exe"
+  Delete "$INSTDIR\varda-cli.exe"
   Delete "$INSTDIR\VARDA.CHM"
   Delete "$INSTDIR\packets.ico"
   Delete "$INSTDIR\scenario.ico"

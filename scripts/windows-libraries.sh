@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Qt for Windows, static, from the sources that Debian's own Qt is made of: built once, into a cache outside of the tree. To
-# be sourced behind setup.sh.
+# What the program for Windows is linked with: Qt, static, from the sources that Debian's own Qt is made of, built once into a
+# cache outside of the tree, and pugixml's sources. To be sourced behind setup.sh.
 
 windows_cache=${XDG_CACHE_HOME:-$HOME/.cache}/varda
 windows_toolchain=${root:?}/cmake/mingw-w64.cmake
@@ -44,10 +44,10 @@ windows_qt_folder() {
 # Written when all is in its place.
 is_built() { [[ -f $1/built ]]; }
 
-# The machine's list of sources may name no sources, and stays as it is: its own lists are read as ones of sources, in a
-# folder of our own.
-download_qt_sources() {
-    local into=$1 apt=$1/apt list
+# download_sources PACKAGE VERSION FOLDER: Debian's own. The machine's list of sources may name no sources, and stays as it is:
+# its own lists are read as ones of sources, in a folder of our own.
+download_sources() {
+    local package=$1 version=$2 into=$3 apt=$3/apt list
     mkdir -p "$apt"/{parts,lists/partial,archives/partial}
     for list in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
         case $list in
@@ -58,9 +58,11 @@ download_qt_sources() {
     local options=(-q -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$apt/parts"
         -o "Dir::State::lists=$apt/lists" -o "Dir::Cache=$apt" -o APT::Sandbox::User=)
     apt-get "${options[@]}" update || fail "The lists of Debian's sources could not be had; apt-get tells why above."
-    (cd "$into" && apt-get "${options[@]}" --download-only source "qt6-base=$(qt_source_version)") ||
-        fail "The sources of qt6-base $(qt_source_version) could not be had; apt-get tells why above."
+    (cd "$into" && apt-get "${options[@]}" --download-only source "$package=$version") ||
+        fail "The sources of $package $version could not be had; apt-get tells why above."
     rm -rf "$apt"
+    (cd "$into" && dpkg-source --no-check --extract "$package"_*.dsc source >extract.log) ||
+        fail "The sources of $package could not be unpacked: $(tail -n 3 "$into/extract.log")"
 }
 
 # Runs a build by ninja, and tells how far it is at each twentieth; what it says goes to a file.
@@ -114,8 +116,7 @@ build_qt() {
     say "Building Qt for Windows into $folder: half an hour, once"
     rm -rf "$folder" "$work"
     mkdir -p "$work"
-    download_qt_sources "$work"
-    (cd "$work" && dpkg-source --no-check --extract qt6-base_*.dsc source >extract.log) || fail "The sources could not be unpacked."
+    download_sources qt6-base "$(qt_source_version)" "$work"
     cp "$windows_toolchain" "$work/toolchain.cmake"
     mapfile -t options < <(qt_options)
     cmake -S "$work/source" -B "$work/build" -G Ninja "-DCMAKE_INSTALL_PREFIX=$folder" \
@@ -128,21 +129,45 @@ build_qt() {
     touch "$folder/built"
 }
 
-# Sees to it that Qt is in the cache, and tells cmake's presets where. Two that build at the same time wait for each other.
-ensure_windows_qt() {
-    VARDA_WINDOWS_QT=$(windows_qt_folder) || fail "qt6-base-dev is not installed, so its version is not known."
-    export VARDA_WINDOWS_QT
-    mkdir -p "$windows_cache"
-    exec {qt_lock}>"$windows_cache/lock"
-    flock "$qt_lock"
-    is_built "$VARDA_WINDOWS_QT" || build_qt "$VARDA_WINDOWS_QT"
-    exec {qt_lock}>&-
+# Debian has pugixml ready for its own system alone. It is one source file, which is built with the program.
+pugixml_folder() {
+    local version
+    version=$(dpkg-query --show --showformat '${source:Version}' libpugixml-dev 2>/dev/null) || return
+    printf '%s/pugixml-%s\n' "$windows_cache" "$version"
 }
 
-# A build folder that knows another Qt is begun afresh.
+fetch_pugixml() {
+    local folder=$1 work=$1.work
+    rm -rf "$folder" "$work"
+    mkdir -p "$work"
+    download_sources pugixml "${folder##*/pugixml-}" "$work"
+    mv "$work/source/src" "$folder"
+    rm -rf "$work"
+    touch "$folder/built"
+}
+
+# Tells cmake's presets where in the cache things are, or would be.
+name_windows_libraries() {
+    VARDA_WINDOWS_QT=$(windows_qt_folder) || fail "qt6-base-dev is not installed, so its version is not known."
+    VARDA_PUGIXML=$(pugixml_folder) || fail "libpugixml-dev is not installed, so its version is not known."
+    export VARDA_WINDOWS_QT VARDA_PUGIXML
+}
+
+# Sees to it that they are there. Two that build at the same time wait for each other.
+ensure_windows_libraries() {
+    name_windows_libraries
+    mkdir -p "$windows_cache"
+    exec {cache_lock}>"$windows_cache/lock"
+    flock "$cache_lock"
+    is_built "$VARDA_WINDOWS_QT" || build_qt "$VARDA_WINDOWS_QT"
+    is_built "$VARDA_PUGIXML" || fetch_pugixml "$VARDA_PUGIXML"
+    exec {cache_lock}>&-
+}
+
+# A build folder that knows others of them is begun afresh.
 configure_windows_program() {
     local cache=$root/build/windows-program/CMakeCache.txt
-    if [[ -f $cache ]] && ! grep -qF "$VARDA_WINDOWS_QT/" "$cache"; then
+    if [[ -f $cache ]] && ! { grep -qF "$VARDA_WINDOWS_QT/" "$cache" && grep -qF "$VARDA_PUGIXML" "$cache"; }; then
         rm -rf "$root/build/windows-program"
     fi
     configure windows-program
