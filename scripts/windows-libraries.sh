@@ -50,6 +50,7 @@ download_sources() {
     local package=$1 version=$2 into=$3 apt=$3/apt list
     mkdir -p "$apt"/{parts,lists/partial,archives/partial}
     for list in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
+        [[ -f $list ]] || continue
         case $list in
         *.sources) sed 's/^Types:.*/Types: deb-src/' "$list" >"$apt/parts/${list##*/}" ;;
         *.list) sed -E 's/^deb /deb-src /' "$list" >"$apt/parts/${list##*/}" ;;
