@@ -1,11 +1,19 @@
 # What "cmake --install <build folder> --prefix <any folder>" puts there: the program in a folder of its own, together with
 # what it looks for beside itself, and on Unix what a desktop needs to offer it.
 set(program_folder lib/varda)
+if(WIN32)
+    set(program_folder .)
+endif()
 
 install(TARGETS varda RUNTIME DESTINATION ${program_folder})
 install(DIRECTORY data/ DESTINATION ${program_folder}/Data)
 install(DIRECTORY DESTINATION ${program_folder}/Log)
 install(FILES ${PROJECT_BINARY_DIR}/bin/VARDA.CHM DESTINATION ${program_folder} OPTIONAL)
+if(WIN32)
+    install(TARGETS varda-cli RUNTIME DESTINATION ${program_folder})
+    windows_licences(Licences)
+    return()
+endif()
 install(FILES LICENSE DESTINATION share/doc/varda RENAME copyright)
 
 if(NOT UNIX OR APPLE)

@@ -4,6 +4,7 @@
 #include "device/group_name_posix.h"
 #include "device/lock_file.h"
 #include "device/node_kind_posix.h"
+#include "device/node_target.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,7 +13,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
 #include <system_error>
 
 namespace varda::device {
@@ -89,19 +89,13 @@ void take(int handle, const std::string& label) {
     ::ioctl(handle, TIOCEXCL);
 }
 
-/// The path that other programs name their lock files after, also where the node was chosen by a link to it.
-std::string withoutLinks(const std::string& node) {
-    std::error_code error;
-    const auto path = std::filesystem::canonical(node, error);
-    return error ? node : path.string();
-}
-
 } // namespace
 
 NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
     const auto found = lookedUp(node, label);
     refuseOthers(found, label);
-    lockFile_ = std::make_unique<LockFile>(withoutLinks(node), node);
+    // other programs name theirs after the path behind all links, also where the node was chosen by a link
+    lockFile_ = std::make_unique<LockFile>(nodeTarget(node), node);
     if (lockFile_->isTakenByAnother()) {
         throw portInUse(label);
     }

@@ -4,6 +4,7 @@
 #include "core/virtual/virtual_line.h"
 #include "device/group_name_posix.h"
 #include "device/node_kind_posix.h"
+#include "device/node_target.h"
 #include "device/port_holders_posix.h"
 #include "device/serial_node.h"
 #include "device/this_user_posix.h"
@@ -12,15 +13,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 namespace varda::device {
 namespace {
-
-namespace files = std::filesystem;
 
 std::string quoted(const std::string& text) { return '"' + text + '"'; }
 
@@ -198,9 +196,7 @@ std::string chosenNode(const std::string& chosen, const std::string& root) {
     if (node.empty() || withoutBlanksAround(chosen) == virtualPortName) {
         return {};
     }
-    std::error_code error;
-    const std::string path = files::canonical(root + node, error).string();
-    return error || !path.starts_with(root) ? node : path.substr(root.size());
+    return nodeTarget(node, root);
 }
 
 /// All ports, the chosen one first, also where it is none of them.

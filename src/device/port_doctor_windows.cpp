@@ -1,5 +1,8 @@
 #include "device/port_doctor.h"
 
+#include "core/base/blanks.h"
+#include "core/virtual/virtual_line.h"
+#include "device/node_target.h"
 #include "device/serial_node.h"
 
 #include <algorithm>
@@ -9,18 +12,34 @@ namespace {
 
 /// What the system tells without the port being opened. Who has it, it does not tell.
 PortFindings findingsOf(const PortName& port) {
-    return {port, {}, {{"devmgmt.msc", "Its driver and settings, in the device manager"}}};
+    return {port,
+            {"Windows does not tell who has it open: Test says whether another program has."},
+            {{"devmgmt.msc", "Its driver and settings, in the device manager"}}};
+}
+
+/// The chosen port; empty where none is chosen, or the embedded controller, which is no port of this
+/// computer.
+std::string chosenPort(const std::string& chosen) {
+    return withoutBlanksAround(chosen) == virtualPortName ? std::string() : nodeTarget(deviceNode(chosen));
+}
+
+PortFindings notThere(const std::string& name) {
+    const std::string meant = meantInCapitals(name);
+    return {{name, {}},
+            {"There is no such port." + (meant.empty() ? "" : " Did you mean " + meant + ", in capitals?")},
+            {{"devmgmt.msc", "What is plugged in, in the device manager"}}};
 }
 
 } // namespace
 
 std::vector<PortFindings> examinePorts(const std::string& chosen, const std::string& root) {
-    const auto ports = portNames(root);
+    auto ports = portNames(root);
+    const std::string name = chosenPort(chosen);
+    const auto others = std::stable_partition(ports.begin(), ports.end(),
+                                              [&name](const PortName& port) { return port.node == name; });
     std::vector<PortFindings> findings;
-    findings.reserve(ports.size() + 1);
-    const std::string node = deviceNode(chosen);
-    if (!node.empty() && std::ranges::find(ports, node, &PortName::node) == ports.end()) {
-        findings.push_back({{node, {}}, {"The system knows no port of this name."}, {}});
+    if (!name.empty() && others == ports.begin()) {
+        findings.push_back(notThere(name));
     }
     for (const PortName& port : ports) {
         findings.push_back(findingsOf(port));

@@ -34,11 +34,21 @@ std::string nodeOfName(std::string_view name) {
 }
 
 bool isComPort(std::string_view name) { return comNumber(name) > 0; }
-#else
+
+constexpr std::string_view namesInWords = "COM1 .. COM20, a device such as /dev/ttyUSB0, or VIRTUAL";
+#elif defined(_WIN32)
 std::string nodeOfName(std::string_view name) { return std::string(name); }
 
 /// Here the system takes a port's name in letters of either size.
 bool isComPort(std::string_view /*name*/) { return false; }
+
+constexpr std::string_view namesInWords = "COM1 .. COM20, any other port such as COM21, or VIRTUAL";
+#else
+std::string nodeOfName(std::string_view name) { return std::string(name); }
+
+bool isComPort(std::string_view /*name*/) { return false; }
+
+constexpr std::string_view namesInWords = "COM1 .. COM20, a device such as /dev/cu.usbserial, or VIRTUAL";
 #endif
 
 std::string inCapitals(std::string_view text) {
@@ -52,6 +62,8 @@ std::string inCapitals(std::string_view text) {
 } // namespace
 
 std::string deviceNode(std::string_view name) { return nodeOfName(withoutBlanksAround(name)); }
+
+std::string_view portNamesInWords() { return namesInWords; }
 
 std::string meantInCapitals(std::string_view name) {
     const std::string_view typed = withoutBlanksAround(name);

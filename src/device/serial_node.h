@@ -12,6 +12,9 @@ namespace varda::device {
 /// @return the node, whether or not it exists; empty for an empty name
 std::string deviceNode(std::string_view name);
 
+/// What may stand where a port is asked for, in words; the embedded controller's name comes last.
+std::string_view portNamesInWords();
+
 /// The name that somebody may mean who writes one in small letters, "VIRTUAL" or "COM1": capitals count in
 /// both. Empty for a name that stands as it should, or that is like neither.
 std::string meantInCapitals(std::string_view name);

@@ -1,5 +1,19 @@
 #pragma once
 
+#ifdef _WIN32
+
+namespace varda::test {
+
+/// On this system a test has the rights of who runs it, to its end.
+class OrdinaryUser {
+public:
+    OrdinaryUser() {}
+};
+
+} // namespace varda::test
+
+#else
+
 #include <stdexcept>
 
 #include <unistd.h>
@@ -34,3 +48,5 @@ private:
 };
 
 } // namespace varda::test
+
+#endif

@@ -7,7 +7,9 @@
 
 namespace varda::test {
 
-/// A serial line without hardware: the program under test opens path(), the test holds the far end.
+/// A serial line without hardware: the program under test opens path(), the test holds the far end. On
+/// Windows, whose lines varda_line_maker makes outside of wine, that is a port's name, and a connection to
+/// there.
 ///
 /// Nothing here runs an event loop; what the program writes in its event loop has to be let out there first.
 class PseudoTerminal {
@@ -19,8 +21,10 @@ public:
     ~PseudoTerminal();
 
     const std::string& path() const { return path_; }
+#ifndef _WIN32
     /// A handle of the near end, as another program would have it. Valid while the far end is open.
     int nearEnd() const { return nearEnd_; }
+#endif
 
     /// Sends from the far end. @throws std::system_error where the near end takes too long to accept the
     /// bytes
@@ -35,8 +39,15 @@ public:
     void closeFarEnd();
 
 private:
-    int farEnd_ = -1;
+#ifdef _WIN32
+    using Handle = std::uintptr_t;
+#else
+    using Handle = int;
     int nearEnd_ = -1;
+#endif
+    static constexpr Handle none = static_cast<Handle>(-1);
+
+    Handle farEnd_ = none;
     std::string path_;
 };
 

@@ -4,11 +4,15 @@
 
 #include <gtest/gtest.h>
 
-/// The one main of all tests that need Qt; without a wish for another platform they run offscreen.
+/// The one main of all tests that need Qt; without a wish for another platform they run offscreen, where
+/// there is such a one. Tests fill in Qt's own file dialogs: the system's have none of its controls.
 int main(int argc, char** argv) {
+#ifndef Q_OS_WIN
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+#endif
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const QApplication application(argc, argv);
     varda::window::prepareApplication();
     testing::InitGoogleTest(&argc, argv);

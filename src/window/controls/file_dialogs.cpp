@@ -1,11 +1,11 @@
 #include "window/controls/file_dialogs.h"
 
 #include "core/files/free_handles.h"
+#include "window/system/traceless_dialog.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QSettings>
 #include <QStandardPaths>
 
 #include <utility>
@@ -13,16 +13,9 @@
 namespace varda::window {
 namespace {
 
-/// Dialogs would write down the folders they have been in, in a file of the user's that all programs of Qt
-/// share; and read what others wrote.
-void keepNoHistory() {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
-}
-
 QFileDialog* makeDialog(QWidget* window, const QString& folder, const FileDialogs::Kind& kind) {
     requireFreeHandles();
-    keepNoHistory();
-    auto* const dialog = new QFileDialog(window);
+    auto* const dialog = makeTracelessDialog(window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setNameFilter(QStringLiteral("*") + kind.extension);
     dialog->setDefaultSuffix(kind.extension.mid(1));

@@ -1,9 +1,13 @@
 #include "window/shell/command_line.h"
 
+#include "core/files/file_path.h"
+#include "device/serial_node.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <iterator>
 #include <limits>
 #include <sstream>
@@ -38,8 +42,22 @@ std::string parityText(const std::string& typed) {
     }
 }
 
+/// The parser's own check takes a name for one of the system's 8-bit letters, which are few on Windows.
+std::string whyNoFile(const std::string& name) {
+    std::error_code error;
+    const auto kind = std::filesystem::status(filePath(name), error).type();
+    if (kind == std::filesystem::file_type::directory) {
+        return "File is actually a directory: " + name;
+    }
+    return kind == std::filesystem::file_type::not_found || kind == std::filesystem::file_type::none
+               ? "File does not exist: " + name
+               : std::string();
+}
+
+CLI::Validator existingFile() { return {whyNoFile, "FILE"}; }
+
 void addPortOptions(CLI::App& app, CommandLine& line, Typed& typed) {
-    app.add_option("--port", line.port, "COM1 .. COM20, a device such as /dev/ttyUSB0, or VIRTUAL");
+    app.add_option("--port", line.port, std::string(device::portNamesInWords()));
     app.add_option("--baud", line.baudRate, "Bits per second")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description("above 0"));
     app.add_option("--data", line.dataBits, "Data bits")->check(CLI::IsMember({"5", "6", "7", "8"}));
@@ -52,10 +70,10 @@ void addPortOptions(CLI::App& app, CommandLine& line, Typed& typed) {
 void addPageOptions(CLI::App& app, CommandLine& line, Typed& typed) {
     app.add_option("--mode", typed.mode, "What the program does")->check(CLI::IsMember(modes()));
     app.add_option("--packets", line.packets, "Load prepared pairs of request and answer")
-        ->check(CLI::ExistingFile);
-    app.add_option("--scenario", line.scenario, "Load a scenario")->check(CLI::ExistingFile);
+        ->check(existingFile());
+    app.add_option("--scenario", line.scenario, "Load a scenario")->check(existingFile());
     app.add_option("files", line.files, "Loaded by what they hold: prepared pairs, or a scenario")
-        ->check(CLI::ExistingFile);
+        ->check(existingFile());
 }
 
 void complete(CommandLine& line, const Typed& typed) {

@@ -1,6 +1,7 @@
 #include "window/shell/look.h"
 
 #include "window/controls/frame_font.h"
+#include "window/system/system_look.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -21,6 +22,8 @@ namespace {
 
 class WholeFrames : public QProxyStyle {
 public:
+    explicit WholeFrames(const QString& style) : QProxyStyle(style) {}
+
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         if (element == PE_Frame && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr) {
@@ -124,6 +127,6 @@ void chainTabOrder(const QList<QWidget*>& parts) {
     }
 }
 
-void drawWholeFrames() { QApplication::setStyle(new WholeFrames); }
+void drawWholeFrames() { QApplication::setStyle(new WholeFrames(styleForSystemLook())); }
 
 } // namespace varda::window

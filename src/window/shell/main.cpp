@@ -2,11 +2,13 @@
 #include "window/shell/program.h"
 #include "window/shell/start_up.h"
 #include "window/system/end_signals.h"
+#include "window/system/own_arguments.h"
+#include "window/system/print.h"
+#include "window/system/system_look.h"
 
 #include <QApplication>
 
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 
 using namespace varda::window;
@@ -16,8 +18,8 @@ namespace {
 /// The program while it runs; the desktop may end it by exit(), which takes nothing down.
 Program* running = nullptr;
 
-int print(const CommandLineAnswer& answer) {
-    std::fputs(answer.text.c_str(), answer.exitCode == 0 ? stdout : stderr);
+int tell(const CommandLineAnswer& answer) {
+    print(answer.text, answer.exitCode != 0);
     return answer.exitCode;
 }
 
@@ -48,13 +50,14 @@ int main(int argc, char** argv) {
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN); // a file at its size limit is a full disk, no reason to end
 #endif
-    if (const auto answer = answerAtOnce({argv + 1, argv + argc})) {
-        return print(*answer);
+    if (const auto answer = answerAtOnce(ownArguments(argc, argv))) {
+        return tell(*answer);
     }
+    followSystemLook();
     const QApplication application(argc, argv); // takes its own arguments out
-    const auto read = readCommandLine({argv + 1, argv + argc});
+    const auto read = readCommandLine(argumentsLeftByQt(argc, argv));
     if (const auto* const answer = std::get_if<CommandLineAnswer>(&read)) {
-        return print(*answer);
+        return tell(*answer);
     }
     prepareApplication();
     return run(application, std::get<CommandLine>(read));

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QKeyEvent>
@@ -51,7 +52,8 @@ Manual::Manual(QWidget& window, Events& events, QString programFolder)
 }
 
 QString Manual::file() const {
-    return programFolder_ + QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
+    return QDir::toNativeSeparators(programFolder_) +
+           QStringLiteral(R"(\\VARDA.CHM)"); // kept: two backslashes
 }
 
 void Manual::show() {

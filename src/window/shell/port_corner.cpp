@@ -20,7 +20,7 @@ QString meaningOf(const QString& text) {
     }
     const std::string node = device::deviceNode(text.toStdString());
     if (node.empty()) {
-        return PortCorner::tr("COM1 .. COM20, a device such as /dev/ttyUSB0, or VIRTUAL.");
+        return QString::fromStdString(std::string(device::portNamesInWords())) + QLatin1Char('.');
     }
     const QString meaning = PortCorner::tr("Stands for %1.").arg(QString::fromStdString(node));
     const QString meant = QString::fromStdString(device::meantInCapitals(text.toStdString()));

@@ -2,17 +2,15 @@
 
 #include "window/shell/command_line.h"
 #include "window/shell/frmVarda.h"
+#include "window/system/file_name.h"
 
 #include <QAbstractButton>
-#include <QFile>
 
 #include <initializer_list>
 #include <utility>
 
 namespace varda::window {
 namespace {
-
-QString pathOf(const std::string& argument) { return QFile::decodeName(QByteArray::fromStdString(argument)); }
 
 /// Does nothing where the button is off, as Open Port is after a test that failed.
 void click(const FrmVarda& window, const QString& name) {
@@ -42,14 +40,14 @@ void choosePort(const CommandLine& wishes, FrmVarda& window) {
 void loadFiles(const CommandLine& wishes, const FileLoader& loader) {
     QStringList paths;
     for (const std::string& file : wishes.files) {
-        paths.append(pathOf(file));
+        paths.append(shownName(file));
     }
     if (wishes.scenario) {
-        loader.loadScenario(pathOf(*wishes.scenario));
+        loader.loadScenario(shownName(*wishes.scenario));
     }
     loader.load(paths);
     if (wishes.packets) {
-        loader.loadPackets(pathOf(*wishes.packets));
+        loader.loadPackets(shownName(*wishes.packets));
     }
 }
 

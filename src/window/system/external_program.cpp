@@ -1,6 +1,7 @@
 #include "window/system/external_program.h"
 
 #include "core/base/runtime_error.h"
+#include "window/system/desktop_opener.h"
 #include "window/system/raise_window.h"
 
 #include <QDeadlineTimer>
@@ -16,12 +17,6 @@ namespace varda::window {
 namespace {
 
 using Failed = std::function<void(const RuntimeError& error)>;
-
-#if defined(Q_OS_MACOS)
-constexpr QLatin1String opener("open");
-#else
-constexpr QLatin1String opener("xdg-open");
-#endif
 
 /// A program that ends with a failure within this time has shown nothing: it is another one of that name.
 constexpr auto longestFailure = std::chrono::seconds(2);
@@ -44,7 +39,7 @@ RuntimeError endedBadly(const QString& file) {
     RuntimeError error(run_time_error::invalidProcedureCall,
                        "Invalid procedure call or argument: the viewer of " + file.toStdString() +
                            " ended with a failure.");
-    error.advise("Open the file yourself, or install another viewer for CHM files, for example xchm.");
+    error.advise("Open the file yourself, or install another viewer " + remedyForNoViewer().toStdString());
     return error;
 }
 
@@ -127,9 +122,9 @@ void openWithDesktop(const QString& file, QObject* context, const Failed& failed
         error.advise("Install the program again, or open docs/help/index.html of its sources in a browser.");
         throw error;
     }
-    const ProgramCall call{QStandardPaths::findExecutable(opener), {file}};
+    const ProgramCall call = desktopOpener(file);
     if (call.program.isEmpty()) {
-        throw nothingStarted(opener, QStringLiteral("install xdg-utils, or open %1 yourself.").arg(file));
+        throw nothingStarted(desktopOpenerName(), remedyForNoOpener(file));
     }
     if (showAgain(call, file)) {
         return;
@@ -140,9 +135,8 @@ void openWithDesktop(const QString& file, QObject* context, const Failed& failed
             return;
         }
         failed(foundNoViewer(end)
-                   ? nothingStarted(file,
-                                    QStringLiteral("no program opens it. Install a viewer for CHM files, for "
-                                                   "example xchm."))
+                   ? nothingStarted(file, QStringLiteral("no program opens it. Install a viewer ") +
+                                              remedyForNoViewer())
                    : endedBadly(file));
     });
 }
@@ -159,7 +153,9 @@ void tryNext(const QList<ProgramCall>& calls, const QString& file, QObject* cont
 } // namespace
 
 QString ownName(QString file) {
-    return QDir::cleanPath(file.replace(QLatin1String("\\\\"), QLatin1String("/")));
+    const QLatin1String others("\\\\");
+    const qsizetype place = file.lastIndexOf(others); // at its beginning they may be a server's
+    return QDir::cleanPath(place > 0 ? file.replace(place, others.size(), QLatin1Char('/')) : file);
 }
 
 void startProgram(const QString& commandText, QObject* context, const Failed& failed) {

@@ -16,4 +16,13 @@ inline std::string fileName(const QString& name) {
 #endif
 }
 
+/// The way back: a name of the core's as the window shows it and hands it on.
+inline QString shownName(const std::string& name) {
+#ifdef Q_OS_WIN
+    return QString::fromStdString(name);
+#else
+    return QFile::decodeName(QByteArray::fromStdString(name));
+#endif
+}
+
 } // namespace varda::window

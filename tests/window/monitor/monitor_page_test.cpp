@@ -1,73 +1,19 @@
-#include "support/temporary_folder.h"
-#include "support/window_test.h"
+#include "window/monitor/monitor_page_fixture.h"
+
 #include "window/monitor/monitor_delegate.h"
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QListView>
 #include <QPlainTextEdit>
 
-#include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <numeric>
-#include <sstream>
 #include <utility>
 #include <vector>
-
-#include <sys/resource.h>
 
 namespace varda::test {
 
 using namespace window;
 namespace {
-
-class MonitorPageTest : public WindowTest {
-protected:
-    MonitorPageTest() { driver.click("optMode_5"); }
-
-    void startMonitoring() {
-        openLine();
-        driver.click("cmdMonStart");
-    }
-
-    QListView* list() { return driver.find<QListView>("lstMonitor"); }
-    int lines() { return list()->model()->rowCount(); }
-    std::string shown(int row) { return list()->model()->index(row, 0).data().toString().toStdString(); }
-
-    /// Sends a burst and waits for its line.
-    void receive(const Bytes& burst) {
-        const int before = lines();
-        line.write(burst);
-        ASSERT_TRUE(runUntil([&] { return lines() != before; }));
-    }
-
-    std::string logged() {
-        std::stringstream content;
-        content << std::ifstream(folder.file("line.log")).rdbuf();
-        return content.str();
-    }
-
-    void chooseLog(const std::string& path) {
-        driver.find<QCheckBox>("chkMonLog")->setChecked(true);
-        paste("txtMonLogFile", path);
-    }
-
-    /// Whether this process holds the log open.
-    bool logIsOpen() {
-        for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-            std::error_code ignored;
-            if (std::filesystem::read_symlink(entry.path(), ignored) == folder.file("line.log")) {
-                return true;
-            }
-        }
-        return false;
-    }
-
-    QWidget* popUp() { return driver.find("frmMonitoringData"); }
-
-    TemporaryFolder folder;
-};
 
 TEST_F(MonitorPageTest, ModeIsIdleUntilStarted) {
     EXPECT_EQ(driver.link().CommMode, Mode{0x80});
@@ -242,25 +188,6 @@ TEST_F(MonitorPageTest, SecondStartGoesOn) {
     driver.window().form().press("cmdMonStart"); // the button is off, for it would do nothing
     EXPECT_EQ(driver.box(), nullptr);
     EXPECT_EQ(driver.link().CommMode, Mode{0x81});
-}
-
-TEST_F(MonitorPageTest, LogAtItsSizeLimitIsToldByTheToolTipAloneAndGoesOnBehindIt) {
-    const rlimit none = {RLIM_INFINITY, RLIM_INFINITY};
-    std::signal(SIGXFSZ, SIG_IGN);
-    chooseLog(folder.file("line.log"));
-    startMonitoring();
-    const QString before = driver.find("chkMonLog")->toolTip();
-    const rlimit small = {10, RLIM_INFINITY};
-    setrlimit(RLIMIT_FSIZE, &small);
-    driver.listBurst(Bytes(20, 0x41));
-    setrlimit(RLIMIT_FSIZE, &none);
-    EXPECT_EQ(driver.box(), nullptr);
-    EXPECT_NE(driver.find("chkMonLog")->toolTip(), before);
-    driver.listBurst({0x42});
-    EXPECT_EQ(logged(), "41 41 41 4\n42 \n");
-    driver.click("cmdMonStop");
-    driver.click("cmdMonStart");
-    EXPECT_EQ(driver.find("chkMonLog")->toolTip(), before);
 }
 
 TEST_F(MonitorPageTest, HangUpStopsMonitoring) {

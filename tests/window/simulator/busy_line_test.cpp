@@ -1,20 +1,9 @@
+#include "support/memory_use.h"
 #include "support/sanitized.h"
 #include "window/simulator/simulation_page_fixture.h"
 
-#include <fstream>
-
-#include <unistd.h>
-
 namespace varda::test {
 namespace {
-
-/// Resident memory of this process in bytes.
-long memory() {
-    long whole = 0;
-    long resident = 0;
-    std::ifstream("/proc/self/statm") >> whole >> resident;
-    return resident * ::sysconf(_SC_PAGESIZE);
-}
 
 class BusyLineTest : public SimulationPageTest {
 protected:
@@ -38,9 +27,9 @@ TEST_F(BusyLineTest, MemoryStaysFlatWhileNoRequestEnds) {
         GTEST_SKIP() << "the sanitizer keeps what is freed";
     }
     flood(20);
-    const long before = memory();
+    const long long before = memoryUse();
     flood(600); // 30 MB
-    EXPECT_LT(memory() - before, 4'000'000);
+    EXPECT_LT(memoryUse() - before, 4'000'000);
     EXPECT_TRUE(driver.link().InReceive);
 }
 

@@ -85,9 +85,9 @@ std::vector<std::uint8_t> PseudoTerminal::read(std::size_t count, std::chrono::m
 }
 
 void PseudoTerminal::closeFarEnd() {
-    if (farEnd_ >= 0) {
+    if (farEnd_ != none) {
         ::close(farEnd_);
-        farEnd_ = -1;
+        farEnd_ = none;
     }
 }
 
