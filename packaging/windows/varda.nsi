@@ -44,20 +44,27 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
+; Those of an older version; a folder of that name that is somebody else's stays.
+!macro RemoveLicences
+  ${If} ${FileExists} "$INSTDIR\Licences\Varda.txt"
+    RMDir /r "$INSTDIR\Licences"
+  ${EndIf}
+!macroend
+
 ; A program that runs cannot be replaced. Asked before anything is touched.
-!macro WaitUntilClosed
+!macro WaitUntilClosed PROGRAM
   ${Do}
-    ${IfNot} ${FileExists} "$INSTDIR\varda.exe"
+    ${IfNot} ${FileExists} "$INSTDIR\${PROGRAM}"
       ${Break}
     ${EndIf}
     ClearErrors
-    FileOpen $0 "$INSTDIR\varda.exe" a
+    FileOpen $0 "$INSTDIR\${PROGRAM}" a
     ${IfNot} ${Errors}
       FileClose $0
       ${Break}
     ${EndIf}
     MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION \
-      "The program is running, or its folder cannot be written to. Close it, and press Retry." \
+      "${PROGRAM} is running, or its folder cannot be written to. Close it, and press Retry." \
       /SD IDCANCEL IDRETRY +3
     SetErrorLevel 2
     Abort
@@ -99,9 +106,10 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 !macroend
 
 Section
-  !insertmacro WaitUntilClosed
+  !insertmacro WaitUntilClosed "varda.exe"
+  !insertmacro WaitUntilClosed "varda-cli.exe"
   SetOutPath "$INSTDIR"
-  RMDir /r "$INSTDIR\Licences"
+  !insertmacro RemoveLicences
   File /r /x Data /x Log "${FILES}\*"
   File "${ICONS}\packets.ico" "${ICONS}\scenario.ico"
   CreateDirectory "$INSTDIR\Log"
@@ -133,7 +141,8 @@ Section
 SectionEnd
 
 Section Uninstall
-  !insertmacro WaitUntilClosed
+  !insertmacro WaitUntilClosed "varda.exe"
+  !insertmacro WaitUntilClosed "varda-cli.exe"
   !insertmacro RemoveUntouchedExample "example-reads.ini"
   !insertmacro RemoveUntouchedExample "example-writes.ini"
   !insertmacro RemoveUntouchedExample "example.scn"
@@ -142,7 +151,7 @@ Section Uninstall
   Delete "$INSTDIR\VARDA.CHM"
   Delete "$INSTDIR\packets.ico"
   Delete "$INSTDIR\scenario.ico"
-  RMDir /r "$INSTDIR\Licences"
+  !insertmacro RemoveLicences
   Delete "$INSTDIR\Uninstall.exe"
   RMDir "$INSTDIR\Data" ; each of these only where nothing is left in it
   RMDir "$INSTDIR\Log"

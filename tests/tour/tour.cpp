@@ -308,7 +308,8 @@ private:
     /// Stands in for a controller: the tour itself is the master at the far end of a line.
     void simulate() {
         driver_.click("cmdPortOpen");
-        driver_.openPort(nameInPictures(line_.path()));
+        openLine_ = nameInPictures(line_.path());
+        driver_.openPort(openLine_);
         driver_.click("optMode_4");
         driver_.click("cmdLoadSimPacket");
         driver_.chooseFile(VARDA_DATA_FOLDER "/example-reads.ini");
@@ -351,7 +352,7 @@ private:
 
     /// The line goes away while it is open.
     void unplug() {
-        QFile::remove(lineName);
+        QFile::remove(QString::fromStdString(openLine_));
         line_.closeFarEnd();
         const bool told = runUntil([&] { return driver_.box() != nullptr; });
         if (judge(told)) {
@@ -416,6 +417,7 @@ private:
     }
 
     QDir pictures_;
+    std::string openLine_;
     varda::test::PseudoTerminal line_;
     WindowDriver driver_;
     int failures_ = 0;

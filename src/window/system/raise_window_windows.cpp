@@ -5,22 +5,43 @@
 namespace varda::window {
 namespace {
 
-/// The first window that shows is the one; its dialogs come with it.
-BOOL CALLBACK raiseIfOf(HWND window, LPARAM process) {
+/// A process, and the first of its windows that shows; its dialogs go with that one.
+struct Search {
+    DWORD process;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK lookAt(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<Search*>(parameter);
     DWORD owner = 0;
     ::GetWindowThreadProcessId(window, &owner);
-    if (owner != static_cast<DWORD>(process) || ::IsWindowVisible(window) == 0) {
+    if (owner != search.process || ::IsWindowVisible(window) == 0) {
         return TRUE;
     }
-    if (::IsIconic(window) != 0) {
-        ::ShowWindow(window, SW_RESTORE);
-    }
-    ::SetForegroundWindow(window);
+    search.found = window;
     return FALSE;
+}
+
+HWND windowOf(qint64 process) {
+    Search search{static_cast<DWORD>(process)};
+    ::EnumWindows(lookAt, reinterpret_cast<LPARAM>(&search));
+    return search.found;
 }
 
 } // namespace
 
-void raiseWindowOf(qint64 process) { ::EnumWindows(raiseIfOf, static_cast<LPARAM>(process)); }
+void raiseWindowOf(qint64 process) {
+    if (const HWND window = windowOf(process); window != nullptr) {
+        if (::IsIconic(window) != 0) {
+            ::ShowWindow(window, SW_RESTORE);
+        }
+        ::SetForegroundWindow(window);
+    }
+}
+
+bool closeWindowOf(qint64 process) {
+    const HWND window = windowOf(process);
+    return window != nullptr && ::PostMessageW(window, WM_CLOSE, 0, 0) != 0;
+}
 
 } // namespace varda::window
