@@ -19,10 +19,12 @@ void makePlain(QScrollArea* area) {
     area->setWidgetResizable(true);
     area->viewport()->setAutoFillBackground(false);
     // Also where a program sets the focus, or it comes in from outside: an area by itself follows Tab within
-    // it alone.
-    QObject::connect(qApp, &QApplication::focusChanged, area, [area](QWidget* /*before*/, QWidget* now) {
-        if (area->widget() != nullptr && area->widget()->isAncestorOf(now)) {
-            area->ensureWidgetVisible(now);
+    // it alone. The focus moves while the window is taken down, too, when the area is none any more.
+    QObject* const object = area;
+    QObject::connect(qApp, &QApplication::focusChanged, area, [object](QWidget* /*before*/, QWidget* now) {
+        auto* const alive = qobject_cast<QScrollArea*>(object);
+        if (alive != nullptr && alive->widget() != nullptr && alive->widget()->isAncestorOf(now)) {
+            alive->ensureWidgetVisible(now);
         }
     });
 }
