@@ -1,12 +1,10 @@
 #include "cli/operands.h"
 
 #include "cli/failure.h"
-#include "core/insight/register_names.h"
+#include "core/base/conversion.h"
 #include "core/protocol/pasted_words.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <sstream>
 #include <string_view>
 
@@ -47,26 +45,20 @@ std::string kindNames() {
 }
 
 int wordValue(const std::string& text) {
-    const std::vector<PastedWord> words = pastedWords(text);
-    if (words.size() != 1 || !words.front().value) {
+    const std::optional<int> word = readWord(text);
+    if (!word) {
         throw notUnderstood(
             '"' + text + "\" is no word. A word is 0 to 65535, or hexadecimal with an h behind it: 1A2Bh.");
     }
-    return *words.front().value;
+    return *word;
 }
 
 int bitValue(const std::string& text) {
-    struct Name {
-        std::string_view text;
-        int value;
-    };
-    constexpr std::array names = {Name{"ON", 1},  Name{"on", 1},  Name{"1", 1},
-                                  Name{"OFF", 0}, Name{"off", 0}, Name{"0", 0}};
-    const auto* const name = std::ranges::find(names, text, &Name::text);
-    if (name == names.end()) {
+    const std::optional<bool> bit = readBit(text);
+    if (!bit) {
         throw notUnderstood('"' + text + "\" is no bit's value. Write ON or OFF.");
     }
-    return name->value;
+    return *bit ? 1 : 0;
 }
 
 std::vector<int> valuesOf(const std::string& text, Access access) {
@@ -82,13 +74,11 @@ std::vector<int> valuesOf(const std::string& text, Access access) {
 }
 
 int countOf(const std::string& text) {
-    constexpr int most = 1000; // more than any request has room for, which says itself how much that is
-    int count = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-    if (error != std::errc{} || count < 1 || count > most) {
+    const std::optional<std::int32_t> count = readLong(text);
+    if (!count || *count < 1) {
         throw notUnderstood('"' + text + "\" is no count: one or more.");
     }
-    return count;
+    return *count;
 }
 
 class Reader {

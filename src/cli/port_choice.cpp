@@ -1,5 +1,7 @@
 #include "cli/port_choice.h"
 
+#include "core/link/line.h"
+
 #include <limits>
 
 namespace varda::cli {
@@ -17,8 +19,8 @@ void PortChoice::declare(CLI::App& app) {
 }
 
 std::string PortChoice::settings() const {
-    return std::to_string(baudRate) + ',' + parity.front() + ',' + std::to_string(dataBits) + ',' +
-           std::to_string(stopBits);
+    return settingsText(
+        {.baudRate = baudRate, .parity = parity.front(), .dataBits = dataBits, .stopBits = stopBits});
 }
 
 } // namespace varda::cli

@@ -2,13 +2,12 @@
 
 #include "cli/failure.h"
 #include "core/insight/field_words.h"
+#include "core/insight/verdict_words.h"
 #include "core/protocol/hex_text.h"
 
 #include <nlohmann/json.hpp>
 
-#include <array>
 #include <chrono>
-#include <cstdio>
 #include <ostream>
 
 namespace varda::cli {
@@ -17,21 +16,10 @@ namespace {
 using Json = nlohmann::ordered_json;
 using Octets = std::span<const std::uint8_t>;
 
-/// In the order of Outcome.
-constexpr std::array<std::string_view, 13> outcomes = {
-    "sent",        "not sent", "answered", "wrong length", "nothing to read",    "silent", "overtaken",
-    "thrown away", "hung up",  "ignored",  "heard",        "answered by a pair", "unknown"};
-
 std::string asLine(const Json& object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
-double milliseconds(Clock::Time from, Clock::Time until) {
-    return std::chrono::duration<double, std::milli>(until - from).count();
-}
-
-std::string inMilliseconds(double time) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f ms", time);
-    return text.data();
+Clock::Time::duration timeOf(const Exchange& exchange) {
+    return exchange.received.last - exchange.sent.first;
 }
 
 bool isAnswered(const Exchange& exchange) { return exchange.outcome == Outcome::Answered; }
@@ -75,7 +63,7 @@ Json jsonOf(const Exchange& exchange) {
                    {"answer", hexRun(exchange.answer)}};
     if (isAnswered(exchange)) {
         const DecodedFrame answer = answerOf(exchange);
-        object["milliseconds"] = milliseconds(exchange.sent.first, exchange.received.last);
+        object["milliseconds"] = std::chrono::duration<double, std::milli>(timeOf(exchange)).count();
         object["values"] = valuesOf(answer);
         object["faults"] = faultsOf(answer);
     }
@@ -90,7 +78,7 @@ std::string headingOf(const Exchange& exchange) {
                        std::string(inWords(exchange.outcome));
     switch (exchange.outcome) {
     case Outcome::Answered:
-        return text + " in " + inMilliseconds(milliseconds(exchange.sent.first, exchange.received.last));
+        return text + " in " + inMilliseconds(timeOf(exchange));
     case Outcome::WrongLength:
         return text + ": " + std::to_string(exchange.answer.size()) + " bytes of " +
                std::to_string(exchange.expected) + " came";
@@ -146,8 +134,6 @@ std::string textOf(Octets bytes, const DecodedFrame& frame) {
 }
 
 } // namespace
-
-std::string_view inWords(Outcome outcome) { return outcomes.at(static_cast<std::size_t>(outcome)); }
 
 void Report::port(const device::PortName& port) {
     write(asJson_ ? asLine({{"type", "port"},

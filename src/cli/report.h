@@ -41,7 +41,4 @@ private:
     bool asJson_;
 };
 
-/// "answered", "wrong length": what became of an exchange.
-std::string_view inWords(Outcome outcome);
-
 } // namespace varda::cli

@@ -1,6 +1,7 @@
 #include "cli/requests.h"
 
 #include "cli/failure.h"
+#include "core/insight/field_words.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/point_list.h"
@@ -24,9 +25,13 @@ struct Register {
 Register registerOf(const Point& point) {
     const bool isBit = point.access == Access::Bit;
     const int word = isBit ? point.address / bitsOfWord : point.address;
-    const std::string name = wordName(word);
-    const auto blank = name.find(' ');
-    return {name.substr(0, blank), name.substr(blank + 1), word, isBit ? point.address % bitsOfWord : 0};
+    const RegisterKind* const kind = kindOfWord(word);
+    if (kind == nullptr) {
+        throw Failure(ExitCode::Usage, "There is no register behind " + wordName(word - 1) +
+                                           " for the last values. Leave them away.");
+    }
+    return {std::string(kind->name), registerNumberText(kind->name, word - kind->base), word,
+            isBit ? point.address % bitsOfWord : 0};
 }
 
 void setHeader(FrameImage& image, const StationTexts& stations, const Point& first) {
@@ -37,14 +42,12 @@ void setHeader(FrameImage& image, const StationTexts& stations, const Point& fir
                                                                   : wordAddressText(from.word));
 }
 
-std::string countInWords(Access access, int count) {
-    return std::to_string(count) + (access == Access::Bit ? " bits" : " words");
-}
-
 void refuseAbove(int limit, Access access, int count, const std::string& request) {
     if (count > limit) {
-        throw Failure(ExitCode::Usage, countInWords(access, count) + " are too many for one " + request +
-                                           ", which has room for " + std::to_string(limit) + '.');
+        throw Failure(ExitCode::Usage,
+                      counted(static_cast<std::size_t>(count), access == Access::Bit ? "bit" : "word") +
+                          " are too many for one " + request + ", which has room for " +
+                          std::to_string(limit) + '.');
     }
 }
 

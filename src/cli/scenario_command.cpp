@@ -14,20 +14,6 @@
 namespace varda::cli {
 namespace {
 
-class FileLines : public ScenarioLines {
-public:
-    explicit FileLines(std::vector<std::string> lines) : lines_(std::move(lines)) {}
-
-    int count() const override { return static_cast<int>(lines_.size()); }
-    std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
-    int current() const override { return current_; }
-    void choose(int row) override { current_ = row; }
-
-private:
-    std::vector<std::string> lines_;
-    int current_ = -1;
-};
-
 using Expectations = std::vector<std::optional<Expectation>>;
 
 /// Sends the lines of some rounds and judges what becomes of them. As in the window, a line that nothing
@@ -100,7 +86,7 @@ private:
 
     LinkSession& session_;
     Report& report_;
-    FileLines lines_;
+    ScenarioList lines_;
     Expectations wanted_;
     int left_;
     std::unique_ptr<PeriodTimer> timer_;

@@ -6,15 +6,10 @@
 namespace varda::device {
 namespace {
 
-std::string textOf(const LineSettings& settings) {
-    return std::to_string(settings.baudRate) + ',' + settings.parity + ',' +
-           std::to_string(settings.dataBits) + ',' + std::to_string(settings.stopBits);
-}
-
 RuntimeError otherSettingsHelp(const std::string& label, const LineSettings& settings,
                                const std::string& reason) {
-    return {comm_error::cannotBeSetUp,
-            label + " cannot be set up as " + textOf(settings) + " (" + reason + "). Choose other settings."};
+    return {comm_error::cannotBeSetUp, label + " cannot be set up as " + settingsText(settings) + " (" +
+                                           reason + "). Choose other settings."};
 }
 
 /// Asio's error category is its own, with the system's numbers.

@@ -86,6 +86,11 @@ TEST(Requests, WriteMixedPointsSideBySide) {
     EXPECT_EQ(request.answerLength, 7);
 }
 
+TEST(Requests, EndWithTheLastRegister) {
+    EXPECT_EQ(refusalOf([] { mixedWriteRequest(stations, operands("SR 511=1,2")); }),
+              "There is no register behind SR 511 for the last values. Leave them away.");
+}
+
 TEST(Requests, CutNoMixedPointsOff) {
     EXPECT_EQ(refusalOf([] { mixedWriteRequest(stations, operands("W 0=1 W 1=2 R 0.0=ON")); }), "");
     std::string many = "W 0=1";

@@ -6,7 +6,6 @@
 #include "device/event_loop.h"
 #include "device/lines.h"
 
-#include <array>
 #include <cstdio>
 #include <stdexcept>
 
@@ -17,31 +16,12 @@ namespace {
 
 using namespace varda;
 
-class Lines : public ScenarioLines {
-public:
-    explicit Lines(std::vector<std::string> lines) : lines_(std::move(lines)) {}
-    int count() const override { return static_cast<int>(lines_.size()); }
-    std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
-    int current() const override { return current_; }
-    void choose(int row) override { current_ = row; }
-
-private:
-    std::vector<std::string> lines_;
-    int current_ = -1;
-};
-
-/// What becomes of an exchange, in the order of Outcome.
-constexpr std::array outcomes = {
-    "sent",        "not sent", "answered", "wrong length", "nothing to read",    "silent", "overtaken",
-    "thrown away", "hung up",  "ignored",  "heard",        "answered by a pair", "unknown"};
-
 class Listener : public LinkObserver {
 public:
     void told(const Exchange& exchange) override {
         answered += exchange.outcome == Outcome::Answered ? 1 : 0;
-        std::printf("%s: %zu bytes, %d expected, %zu came\n",
-                    outcomes.at(static_cast<std::size_t>(exchange.outcome)), exchange.request.size(),
-                    exchange.expected, exchange.answer.size());
+        std::printf("%s: %zu bytes, %d expected, %zu came\n", inWords(exchange.outcome).data(),
+                    exchange.request.size(), exchange.expected, exchange.answer.size());
     }
     int answered = 0;
 };
@@ -56,7 +36,7 @@ int run(const char* path, const char* port) {
     MSComm comm(device::lineFactory(loop, controller, [&](auto task) { loop.post(std::move(task)); }));
     SerialLink link(comm, loop);
     Listener listener;
-    Lines lines(scenario->lines);
+    ScenarioList lines(scenario->lines);
     link.observe(listener);
     comm.setEventHandler([&](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
 

@@ -26,9 +26,7 @@ public:
         ~NearEnd() override { wire_.nearEnd_ = nullptr; }
 
         void open(const LineSettings& settings) override {
-            wire_.calls_.push_back("settings " + std::to_string(settings.baudRate) + "," + settings.parity +
-                                   "," + std::to_string(settings.dataBits) + "," +
-                                   std::to_string(settings.stopBits));
+            wire_.calls_.push_back("settings " + settingsText(settings));
             wire_.calls_.push_back("open " + name_);
             throwIfSet(wire_.openFailure_);
             wire_.nearEnd_ = this;

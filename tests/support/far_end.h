@@ -59,8 +59,7 @@ public:
 
     void open(const LineSettings& settings) override {
         farEnd_.open_ = this;
-        farEnd_.settings_ = std::to_string(settings.baudRate) + "," + settings.parity + "," +
-                            std::to_string(settings.dataBits) + "," + std::to_string(settings.stopBits);
+        farEnd_.settings_ = settingsText(settings);
     }
     void close() noexcept override {
         input_.clear();

@@ -4,7 +4,6 @@
 #include "core/base/conversion.h"
 #include "core/base/runtime_error.h"
 #include "core/files/profile_file.h"
-#include "core/insight/register_names.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/pasted_words.h"
 
@@ -39,22 +38,12 @@ void forEachPart(std::string_view text, char separator, Take&& take) {
     }
 }
 
-int bitNumber(std::string_view text, std::string_view whole) {
-    if (text == "ON" || text == "1") {
-        return 1;
-    }
-    if (text == "OFF" || text == "0") {
-        return 0;
-    }
-    throw notUnderstood(whole);
-}
-
-int wordNumber(std::string_view text, std::string_view whole) {
-    const std::vector<PastedWord> words = pastedWords(text);
-    if (words.size() != 1 || !words.front().value) {
+int numberOf(std::string_view text, Access access, std::string_view whole) {
+    const std::optional<int> number = access == Access::Bit ? readBit(text) : readWord(text);
+    if (!number) {
         throw notUnderstood(whole);
     }
-    return *words.front().value;
+    return *number;
 }
 
 std::string foundInWords(const Field& value) {
@@ -122,8 +111,7 @@ Expectation::Value Expectation::parseValue(std::string_view text) {
         if (!point) {
             throw notUnderstood(text);
         }
-        return {std::string(text), *point, sign.comparison,
-                point->access == Access::Bit ? bitNumber(number, text) : wordNumber(number, text)};
+        return {std::string(text), *point, sign.comparison, numberOf(number, point->access, text)};
     }
     throw notUnderstood(text);
 }

@@ -5,35 +5,11 @@
 #include "core/files/file_path.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace varda::inline core {
 namespace {
 
-constexpr int bitsOfWord = 16;
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-bool isLetter(char character) {
-    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
-}
-
-/// The text in capitals of A to Z.
-std::string capitals(std::string_view text) {
-    std::string changed(text);
-    std::ranges::transform(changed, changed.begin(), [](char character) {
-        const bool isSmall = character >= 'a' && character <= 'z';
-        return isSmall ? static_cast<char>(character - 'a' + 'A') : character;
-    });
-    return changed;
-}
-
-std::optional<int> readNumber(std::string_view digits, int most) {
-    int number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
-    const bool isNumber = error == std::errc{} && stop == end && digits.front() != '-';
-    return isNumber && number <= most ? std::optional(number) : std::nullopt;
-}
 
 /// Without the double quotes round it, those within it halved.
 std::string unquoted(std::string_view text) {
@@ -48,28 +24,6 @@ std::string unquoted(std::string_view text) {
 }
 
 } // namespace
-
-std::optional<Point> readPoint(std::string_view text) {
-    text = withoutBlanksAround(text);
-    const auto letters = static_cast<std::size_t>(std::ranges::find_if_not(text, isLetter) - text.begin());
-    const RegisterKind* const kind = findRegisterKind(capitals(text.substr(0, letters)));
-    const std::string_view digits = withoutBlanksAround(text.substr(letters));
-    const auto dot = digits.find('.');
-    if (kind == nullptr || digits.empty() || dot == 0) {
-        return std::nullopt;
-    }
-    const auto number = readNumber(digits.substr(0, dot), kind->highestListed);
-    if (!number) {
-        return std::nullopt;
-    }
-    const int word = kind->base + *number;
-    if (dot == std::string_view::npos) {
-        return Point{Access::Word, word};
-    }
-    const std::string_view bits = digits.substr(dot + 1);
-    const auto bit = bits.empty() ? std::nullopt : readNumber(bits, bitsOfWord - 1);
-    return bit ? std::optional(Point{Access::Bit, word * bitsOfWord + *bit}) : std::nullopt;
-}
 
 RegisterNames RegisterNames::parse(std::string_view csv) {
     if (csv.starts_with(byteOrderMark)) {

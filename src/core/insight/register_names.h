@@ -11,11 +11,6 @@
 
 namespace varda::inline core {
 
-/// Reads a register as it is written here, "W 0100" or "R 0012.3"; letters of either case, with or without
-/// the blank and the leading zeros.
-/// @return nothing where it is none, or has a number that its kind is not offered with
-std::optional<Point> readPoint(std::string_view text);
-
 /// What the user calls registers.
 class RegisterNames {
 public:

@@ -8,12 +8,6 @@
 namespace varda::inline core {
 namespace {
 
-/// How a port is set, as its settings text has it.
-std::string settingsText(const LineSettings& settings) {
-    return std::to_string(settings.baudRate) + ',' + settings.parity + ',' +
-           std::to_string(settings.dataBits) + ',' + std::to_string(settings.stopBits);
-}
-
 void appendBytes(TraceLine& line, std::span<const std::uint8_t> bytes) {
     const std::size_t room = Trace::mostLineBytes - std::min(line.bytes.size(), Trace::mostLineBytes);
     const auto kept = bytes.first(std::min(bytes.size(), room));

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
 
 namespace varda::inline core {
 
@@ -26,6 +27,9 @@ enum class Outcome {
                     ///< or the port refused it
     Unknown         ///< a request came that no prepared pair answers
 };
+
+/// "answered", "wrong length".
+std::string_view inWords(Outcome outcome);
 
 /// When the first and the last byte of something went over the line.
 struct TimeSpan {

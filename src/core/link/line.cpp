@@ -17,4 +17,9 @@ Burst burstBehind(std::size_t from, std::span<const std::uint8_t> bytes, std::sp
     return burst;
 }
 
+std::string settingsText(const LineSettings& settings) {
+    return std::to_string(settings.baudRate) + ',' + settings.parity + ',' +
+           std::to_string(settings.dataBits) + ',' + std::to_string(settings.stopBits);
+}
+
 } // namespace varda::core

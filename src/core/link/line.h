@@ -47,6 +47,9 @@ struct LineSettings {
     int stopBits = 1;  ///< 1 or 2
 };
 
+/// The settings as the serial control takes them: "9600,n,8,1".
+std::string settingsText(const LineSettings& settings);
+
 /// What a port's name stands for: a device node, or the embedded controller. MSComm drives one while it is
 /// open.
 class Line {

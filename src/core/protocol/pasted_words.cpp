@@ -65,6 +65,8 @@ std::string_view withoutEnd(std::string_view text, char end) {
 
 } // namespace
 
+std::optional<int> readWord(std::string_view text) { return wordIn(text).value; }
+
 std::vector<PastedWord> pastedWords(std::string_view text) {
     text = withoutEnd(text, '\n');
     std::vector<PastedWord> words;

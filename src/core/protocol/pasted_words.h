@@ -23,6 +23,9 @@ struct PastedWord {
 /// text ends its last line and begins none.
 std::vector<PastedWord> pastedWords(std::string_view text);
 
+/// One such field alone. @return 0 .. 65535; nothing where it is no word
+std::optional<int> readWord(std::string_view text);
+
 /// What of a pasted text can be entered.
 struct WordsThatFit {
     struct Placed {

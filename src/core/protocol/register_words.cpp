@@ -1,8 +1,10 @@
 #include "core/protocol/register_words.h"
 
+#include "core/base/blanks.h"
 #include "core/protocol/hex_text.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace varda::inline core {
 namespace {
@@ -10,18 +12,37 @@ namespace {
 constexpr int bitsOfWord = 16;
 constexpr int valueOn = 0xFF;
 
+bool isLetter(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+}
+
+/// The text in capitals of A to Z.
+std::string capitals(std::string_view text) {
+    std::string changed(text);
+    std::ranges::transform(changed, changed.begin(), [](char character) {
+        const bool isSmall = character >= 'a' && character <= 'z';
+        return isSmall ? static_cast<char>(character - 'a' + 'A') : character;
+    });
+    return changed;
+}
+
+std::optional<int> readNumber(std::string_view digits, int most) {
+    int number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    const bool isNumber = error == std::errc{} && stop == end && digits.front() != '-';
+    return isNumber && number <= most ? std::optional(number) : std::nullopt;
+}
+
 } // namespace
 
 std::string hexNumber(int value, std::size_t digits) { return hex(value, digits) + 'h'; }
 
 std::string wordName(int word) {
-    const auto kinds = registerKinds();
-    const auto kind = std::ranges::find_if(
-        kinds, [word](const RegisterKind& other) { return word >= other.base && word <= other.last; });
-    if (kind == kinds.end()) {
-        return "address " + hexNumber(word, 4);
-    }
-    return std::string(kind->name) + ' ' + registerNumberText(kind->name, word - kind->base);
+    const RegisterKind* const kind = kindOfWord(word);
+    return kind == nullptr
+               ? "address " + hexNumber(word, 4)
+               : std::string(kind->name) + ' ' + registerNumberText(kind->name, word - kind->base);
 }
 
 std::string bitName(int address) {
@@ -32,8 +53,37 @@ std::string nameOf(const Point& point) {
     return point.access == Access::Bit ? bitName(point.address) : wordName(point.address);
 }
 
+std::optional<Point> readPoint(std::string_view text) {
+    text = withoutBlanksAround(text);
+    const auto letters = static_cast<std::size_t>(std::ranges::find_if_not(text, isLetter) - text.begin());
+    const RegisterKind* const kind = findRegisterKind(capitals(text.substr(0, letters)));
+    const std::string_view digits = withoutBlanksAround(text.substr(letters));
+    const auto dot = digits.find('.');
+    if (kind == nullptr || digits.empty() || dot == 0) {
+        return std::nullopt;
+    }
+    const auto number = readNumber(digits.substr(0, dot), kind->highestListed);
+    if (!number) {
+        return std::nullopt;
+    }
+    const int word = kind->base + *number;
+    if (dot == std::string_view::npos) {
+        return Point{Access::Word, word};
+    }
+    const std::string_view bits = digits.substr(dot + 1);
+    const auto bit = bits.empty() ? std::nullopt : readNumber(bits, bitsOfWord - 1);
+    return bit ? std::optional(Point{Access::Bit, word * bitsOfWord + *bit}) : std::nullopt;
+}
+
 std::string wordInWords(std::string_view name, int value) {
     return std::string(name) + " = " + hexNumber(value, 4) + " = " + std::to_string(value);
+}
+
+std::optional<bool> readBit(std::string_view text) {
+    const std::string typed = capitals(text);
+    return typed == "ON" || typed == "1"    ? std::optional(true)
+           : typed == "OFF" || typed == "0" ? std::optional(false)
+                                            : std::nullopt;
 }
 
 std::string bitValue(int value) { return value == valueOn ? "ON" : value == 0 ? "OFF" : hexNumber(value, 2); }

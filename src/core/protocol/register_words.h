@@ -3,6 +3,7 @@
 #include "core/protocol/registers.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -33,8 +34,16 @@ std::string bitName(int address);
 /// The register of either.
 std::string nameOf(const Point& point);
 
+/// Reads a register as it is written here, "W 0100" or "R 0012.3"; letters of either case, with or without
+/// the blank and the leading zeros.
+/// @return nothing where it is none, or has a number that its kind is not offered with
+std::optional<Point> readPoint(std::string_view text);
+
 /// A word and its value in both bases: "W 0057 = 1234h = 4660".
 std::string wordInWords(std::string_view name, int value);
+
+/// A bit's value as it is typed: ON or 1, OFF or 0, letters of either case.
+std::optional<bool> readBit(std::string_view text);
 
 /// A bit's value: "ON", "OFF"; a byte that is neither shows as it is.
 std::string bitValue(int value);

@@ -39,6 +39,12 @@ std::vector<std::string> decimalTexts(int first, int last, std::size_t digits = 
 
 std::span<const RegisterKind> registerKinds() { return kinds; }
 
+const RegisterKind* kindOfWord(int word) {
+    const auto* const found = std::ranges::find_if(
+        kinds, [word](const RegisterKind& kind) { return word >= kind.base && word <= kind.last; });
+    return found != kinds.end() ? found : nullptr;
+}
+
 const RegisterKind* findRegisterKind(std::string_view kind) {
     const auto* const found = std::ranges::find(kinds, kind, &RegisterKind::name);
     return found != kinds.end() ? found : nullptr;

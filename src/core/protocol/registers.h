@@ -29,6 +29,9 @@ std::span<const RegisterKind> registerKinds();
 /// The kind of that exact name, or nullptr.
 const RegisterKind* findRegisterKind(std::string_view kind);
 
+/// The kind whose block holds a word, or nullptr.
+const RegisterKind* kindOfWord(int word);
+
 /// Base word address of a kind.
 /// @param access "B" gives the base of the kinds with bit access, "W" that of all ten
 /// @return the base, 0 for every other combination

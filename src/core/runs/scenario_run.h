@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace varda::inline core {
 
@@ -24,6 +26,21 @@ public:
     /// The row that is sent next, -1 where none is chosen.
     virtual int current() const = 0;
     virtual void choose(int row) = 0;
+};
+
+/// The lines of a scenario that nobody shows.
+class ScenarioList : public ScenarioLines {
+public:
+    explicit ScenarioList(std::vector<std::string> lines) : lines_(std::move(lines)) {}
+
+    int count() const override { return static_cast<int>(lines_.size()); }
+    std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
+    int current() const override { return current_; }
+    void choose(int row) override { current_ = row; }
+
+private:
+    std::vector<std::string> lines_;
+    int current_ = -1;
 };
 
 /// Time between two lines of a scenario.

@@ -7,17 +7,6 @@
 namespace varda::test {
 namespace {
 
-TEST(RegisterNames, RegistersAreReadAsTheyAreWritten) {
-    EXPECT_EQ(readPoint("W 0100"), (Point{Access::Word, 612}));
-    EXPECT_EQ(readPoint(" w100 "), (Point{Access::Word, 612}));
-    EXPECT_EQ(readPoint("R 0012.3"), (Point{Access::Bit, 195}));
-    EXPECT_EQ(readPoint("sr 511"), (Point{Access::Word, 3583}));
-    for (const char* const text :
-         {"", "W", "100", "W 2048", "X 1", "R 1.16", "R 1.", "R .1", "R 1.2.3", "R -1", "W 1x"}) {
-        EXPECT_EQ(readPoint(text), std::nullopt) << text;
-    }
-}
-
 TEST(RegisterNames, EachLineNamesARegister) {
     const RegisterNames names =
         RegisterNames::parse("\xEF\xBB\xBF# tanks\r\nW 0100,tank level\r\n\r\n"

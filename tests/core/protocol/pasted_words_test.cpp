@@ -27,6 +27,14 @@ TEST(PastedWords, HexadecimalBearsAMark) {
     EXPECT_EQ(read("0x12ab\t12ABh\t&HFFFF\t0h\t0X0a"), "12ABh=4779 12ABh=4779 FFFFh=65535 0h=0 0Ah=10");
 }
 
+TEST(PastedWords, OneAloneIsReadInTheSameForms) {
+    EXPECT_EQ(readWord(" 4660 "), 4660);
+    EXPECT_EQ(readWord("1234h"), 0x1234);
+    EXPECT_EQ(readWord("65536"), std::nullopt);
+    EXPECT_EQ(readWord("1\t2"), std::nullopt);
+    EXPECT_EQ(readWord(""), std::nullopt);
+}
+
 TEST(PastedWords, LongerThanACellIsWideTheyAreWrittenAnew) {
     EXPECT_EQ(read("0x000012ab\t0000065535"), "12ABh=4779 65535=65535");
     EXPECT_EQ(read("00007\t00FFh"), "00007=7 00FFh=255");

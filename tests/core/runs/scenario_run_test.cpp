@@ -6,33 +6,17 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 namespace varda::test {
 namespace {
 
-class Lines : public ScenarioLines {
-public:
-    int count() const override { return static_cast<int>(lines.size()); }
-    std::string line(int at) const override { return lines.at(static_cast<std::size_t>(at)); }
-    int current() const override { return row; }
-    void choose(int chosen) override { row = chosen; }
-
-    std::vector<std::string> lines;
-    int row = -1;
-};
-
 class ScenarioRunTest : public testing::Test {
 protected:
-    ScenarioRunTest() {
-        lines.lines = {"FF FF 21 03 00 00 08 BD 85", "FF FF 23 03 00 02 04 C5 20"};
-        port.open();
-    }
+    ScenarioRunTest() { port.open(); }
 
     ManualClock clock;
     FakePort port;
     SerialLink link{port, clock};
-    Lines lines;
+    ScenarioList lines{{"FF FF 21 03 00 00 08 BD 85", "FF FF 23 03 00 02 04 C5 20"}};
     int ticks = 0;
     ManualTimer tmrScenario{clock, [this] { ++ticks; }};
     ScenarioRun run{link, tmrScenario, lines};
@@ -41,28 +25,28 @@ protected:
 TEST_F(ScenarioRunTest, GoesRoundAndRound) {
     run.start("100");
     EXPECT_TRUE(run.isRunning());
-    EXPECT_EQ(run.next(), lines.lines[0]);
-    EXPECT_EQ(lines.row, 1);
-    EXPECT_EQ(run.next(), lines.lines[1]);
-    EXPECT_EQ(lines.row, 0);
-    EXPECT_EQ(run.next(), lines.lines[0]);
+    EXPECT_EQ(run.next(), lines.line(0));
+    EXPECT_EQ(lines.current(), 1);
+    EXPECT_EQ(run.next(), lines.line(1));
+    EXPECT_EQ(lines.current(), 0);
+    EXPECT_EQ(run.next(), lines.line(0));
 }
 
 TEST_F(ScenarioRunTest, BeginsWithTheFirstLineWhateverWasChosen) {
-    lines.row = 1;
+    lines.choose(1);
     run.start("100");
-    EXPECT_EQ(lines.row, 0);
+    EXPECT_EQ(lines.current(), 0);
 }
 
 TEST_F(ScenarioRunTest, NothingIsDueWhereNoLineIsChosen) {
-    lines.row = -1;
+    lines.choose(-1);
     EXPECT_EQ(run.next(), std::nullopt);
-    EXPECT_EQ(lines.row, 0);
+    EXPECT_EQ(lines.current(), 0);
 }
 
 TEST_F(ScenarioRunTest, SendsALineAndAwaitsTheAnswerOfItsCommand) {
     run.start("100");
-    run.send(lines.lines[1]);
+    run.send(lines.line(1));
     ASSERT_EQ(port.written().size(), 1U);
     EXPECT_EQ(port.written()[0].size(), 9U);
     EXPECT_EQ(link.state().RxExpected, 14);

@@ -1,0 +1,15 @@
+#include "core/link/exchange.h"
+
+#include <array>
+
+namespace varda::inline core {
+
+std::string_view inWords(Outcome outcome) {
+    /// In the order of Outcome.
+    constexpr std::array<std::string_view, 13> words = {
+        "sent",        "not sent", "answered", "wrong length", "nothing to read",    "silent", "overtaken",
+        "thrown away", "hung up",  "ignored",  "heard",        "answered by a pair", "unknown"};
+    return words.at(static_cast<std::size_t>(outcome));
+}
+
+} // namespace varda::core
