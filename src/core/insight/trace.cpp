@@ -52,10 +52,8 @@ Trace::Number Trace::append(TraceLine line) {
 
 void Trace::noteChange(Number number, std::size_t moreBytes) {
     bytes_ += moreBytes;
-    if (number < news_.end) {
-        const bool isFirst = news_.changedBegin == news_.changedEnd;
-        news_.changedBegin = isFirst ? number : std::min(news_.changedBegin, number);
-        news_.changedEnd = isFirst ? number + 1 : std::max(news_.changedEnd, number + 1);
+    if (number < newsEnd_) {
+        changed_.insert(number);
     }
     dropOldest();
     wakeUp();
@@ -100,10 +98,9 @@ void Trace::wakeUp() {
 
 Trace::News Trace::takeNews() {
     isTold_ = false;
-    News news = std::exchange(news_, News{begin(), end(), 0, 0});
-    news.begin = begin();
-    news.end = end();
-    return news;
+    newsEnd_ = end();
+    const auto changed = std::exchange(changed_, {});
+    return {begin(), end(), {changed.lower_bound(begin()), changed.end()}};
 }
 
 void Trace::setTimeOfDay(Clock::Time time, std::chrono::system_clock::time_point timeOfDay) {

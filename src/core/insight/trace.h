@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -90,10 +91,9 @@ public:
 
     /// What has changed since it was asked for last.
     struct News {
-        Number begin = 0;        ///< lines before this one are gone
-        Number end = 0;          ///< lines from where it was before up to here are new
-        Number changedBegin = 0; ///< of older ones, these may have changed; none where both are equal
-        Number changedEnd = 0;
+        Number begin = 0;            ///< lines before this one are gone
+        Number end = 0;              ///< lines from where it was before up to here are new
+        std::vector<Number> changed; ///< those of the older ones that have changed, oldest first
     };
 
     Number begin() const { return begin_; }
@@ -139,8 +139,9 @@ private:
 
     mutable std::deque<TraceLine> lines_; ///< isDamaged is looked up when it is asked for
     Number begin_ = 0;
-    std::size_t bytes_ = 0; ///< that the lines keep
-    News news_;
+    std::size_t bytes_ = 0;    ///< that the lines keep
+    Number newsEnd_ = 0;       ///< where the lines ended when news were taken last
+    std::set<Number> changed_; ///< of the lines before that
     bool isTold_ = false;
     std::uint64_t changes_ = 0;
     std::function<void()> wakeUp_;

@@ -7,6 +7,7 @@
 #include "core/protocol/hex_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -97,7 +98,11 @@ std::string packet(const Trace& trace, Trace::Number number) {
                      verdictInWords(trace, number)});
 }
 
+/// Empty where the line is left out.
 std::string exported(const Trace& trace, Trace::Number number, TraceForm form, const RegisterNames& names) {
+    if (trace.find(number) == nullptr) {
+        return {};
+    }
     const auto cell = [&](TraceColumn column) { return cellInWords(trace, number, column, names); };
     switch (form) {
     case TraceForm::Text:
@@ -124,14 +129,29 @@ std::string csvField(std::string_view text) {
     return field + '"';
 }
 
-void exportTrace(const Trace& trace, std::span<const Trace::Number> lines, TraceForm form,
-                 const RegisterNames& names, const ExportSink& sink) {
-    sink(heading(form));
-    for (const Trace::Number number : lines) {
-        if (trace.find(number) != nullptr) {
-            sink(exported(trace, number, form, names));
+TraceExport::TraceExport(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
+                         const RegisterNames& names)
+    : trace_(trace), lines_(std::move(lines)), form_(form), names_(names) {}
+
+bool TraceExport::write(const ExportSink& sink, std::size_t most) {
+    if (!std::exchange(isBegun_, true)) {
+        sink(heading(form_));
+    }
+    for (std::size_t count = std::min(most, lines_.size() - next_); count > 0; --count, ++next_) {
+        const std::string part = exported(trace_, lines_[next_], form_, names_);
+        if (!part.empty()) {
+            sink(part);
+            ++written_;
         }
     }
+    return next_ < lines_.size();
+}
+
+std::size_t exportTrace(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
+                        const RegisterNames& names, const ExportSink& sink) {
+    TraceExport whole(trace, std::move(lines), form, names);
+    whole.write(sink);
+    return whole.written();
 }
 
 } // namespace varda::core

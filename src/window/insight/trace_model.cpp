@@ -133,8 +133,8 @@ void TraceModel::setFilter(const TraceFilter& filter) {
         return;
     }
     beginResetModel();
-    trace_.takeNews();
     view_.setFilter(filter);
+    view_.fill();
     rows_ = static_cast<int>(view_.rows());
     endResetModel();
 }
@@ -174,16 +174,6 @@ void TraceModel::showNames() {
     if (rows_ > 0) {
         emit dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
     }
-}
-
-std::optional<int> TraceModel::find(const TraceFilter& filter, int from, bool isForward) const {
-    const int step = isForward ? 1 : -1;
-    for (int row = from + step; row >= 0 && row < rows_; row += step) {
-        if (passes(filter, trace_, line(row))) {
-            return row;
-        }
-    }
-    return std::nullopt;
 }
 
 /// A line that is held shows its mark at once.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/insight/register_names.h"
+#include "core/insight/trace_search.h"
 #include "core/insight/trace_view.h"
 #include "core/insight/trace_words.h"
 
@@ -41,8 +42,10 @@ public:
     /// Names of registers are other ones.
     void showNames();
 
-    /// The next row behind `from` that a filter lets pass, or before it; nothing where there is none.
-    std::optional<int> find(const TraceFilter& filter, int from, bool isForward) const;
+    /// A search among the rows, from a line on or back.
+    TraceSearch search(const TraceFilter& wanted, std::optional<Trace::Number> from, bool isForward) const {
+        return {view_, wanted, from, isForward};
+    }
     void mark(Trace::Number number, bool isMarked);
 
 private:

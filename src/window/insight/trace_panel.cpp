@@ -131,19 +131,18 @@ void TracePanel::find(bool isForward) {
         return;
     }
     const TraceFilter wanted = readTraceFilter(ui_->traceFind->text().toStdString());
-    const int end = isForward ? -1 : model_->rowCount();
-    const int from = ui_->traceTable->chosenRow().value_or(end);
-    auto row = model_->find(wanted, from, isForward);
-    const bool isRound = !row && from != end;
-    if (isRound) {
-        row = model_->find(wanted, end, isForward);
-    }
+    const auto chosen = ui_->traceTable->chosenRow();
+    TraceSearch search =
+        model_->search(wanted, chosen ? std::optional(model_->line(*chosen)) : std::nullopt, isForward);
+    search.look();
+    const auto row = search.found() ? model_->rowOf(*search.found()) : std::nullopt;
     if (row) {
         ui_->traceTable->choose(*row);
     }
-    tell(!row      ? tr("No such line")
-         : isRound ? (isForward ? tr("Went on from the first line") : tr("Went on from the last line"))
-                   : QString());
+    tell(!row ? tr("No such line")
+         : search.isRound()
+             ? (isForward ? tr("Went on from the first line") : tr("Went on from the last line"))
+             : QString());
 }
 
 void TracePanel::pause(bool isHeld) {
