@@ -11,14 +11,7 @@ constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
 /// The faults of real lines, as a far end plays them, and what the trace says of each.
 class TwelveFaults : public TracedLinkTest {
 protected:
-    /// A frame text with its check behind it.
-    static std::string checked(const char* text) {
-        Bytes frame = bytesOfText(text);
-        const auto check = frameCheck(frame, frame.size());
-        frame.push_back(low(check));
-        frame.push_back(high(check));
-        return hexGroups(frame);
-    }
+    static std::string checked(const char* text) { return hexGroups(test::checked(bytesOfText(text))); }
     void ask() { send(wordRead, 10); }
     void answer(const std::string& bytes, int after = 10) {
         receive(bytes.c_str(), after);
