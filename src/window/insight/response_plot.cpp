@@ -64,7 +64,7 @@ void ResponsePlot::plot(const LinkStatistics& statistics, const Clock& clock) {
 
 /// Who does not see the picture hears its numbers.
 void ResponsePlot::refresh() {
-    const auto& samples = statistics_->samples();
+    const auto samples = statistics_->samples(clock_->now());
     const auto count = [&samples](Outcome outcome) {
         return static_cast<qlonglong>(std::ranges::count(samples, outcome, &LinkStatistics::Sample::outcome));
     };
@@ -90,7 +90,7 @@ QRect ResponsePlot::plotArea() const {
 
 double ResponsePlot::highest() const {
     double most = 0;
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : statistics_->samples(clock_->now())) {
         most = std::max(most, sample.milliseconds);
     }
     return most;
@@ -153,7 +153,7 @@ void ResponsePlot::drawSamples(QPainter& painter, double top) const {
             painter.drawLine(QPointF(column, height(least) + 1), QPointF(column, height(most)));
         }
     };
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : statistics_->samples(clock_->now())) {
         if (sample.outcome != Outcome::Answered) {
             continue;
         }
@@ -173,7 +173,7 @@ void ResponsePlot::drawMarks(QPainter& painter) const {
     const QRect area = plotArea();
     const Clock::Time now = clock_->now();
     painter.setPen(QPen(palette().color(QPalette::Text), 1.5));
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : statistics_->samples(clock_->now())) {
         const QPoint foot(placeOf(agoOf(sample, now)), area.bottom());
         if (foot.x() < area.left()) {
             continue;
