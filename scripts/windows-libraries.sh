@@ -112,17 +112,27 @@ collect_qt_licences() {
     } >"$into/How-Qt-was-built.txt"
 }
 
-build_qt() {
-    local folder=$1 work=$1.work options
-    say "Building Qt for Windows into $folder: half an hour, once"
-    rm -rf "$folder" "$work"
+# Sources and configuration, unless a build that broke off has left them.
+prepare_qt() {
+    local folder=$1 work=$2 options
+    [[ ! -f $work/build/build.ninja ]] || return 0
+    rm -rf "$work"
     mkdir -p "$work"
     download_sources qt6-base "$(qt_source_version)" "$work"
     cp "$windows_toolchain" "$work/toolchain.cmake"
     mapfile -t options < <(qt_options)
     cmake -S "$work/source" -B "$work/build" -G Ninja "-DCMAKE_INSTALL_PREFIX=$folder" \
-        "-DCMAKE_TOOLCHAIN_FILE=$work/toolchain.cmake" "${options[@]}" >"$work/configure.log" 2>&1 ||
+        "-DCMAKE_TOOLCHAIN_FILE=$work/toolchain.cmake" "${options[@]}" >"$work/configure.log" 2>&1 || {
+        rm -f "$work/build/build.ninja"
         fail "Qt could not be configured: $(tail -n 20 "$work/configure.log")"
+    }
+}
+
+build_qt() {
+    local folder=$1 work=$1.work
+    say "Building Qt for Windows into $folder: half an hour, once"
+    rm -rf "$folder"
+    prepare_qt "$folder" "$work"
     build_with_progress "$work/build.log" cmake --build "$work/build" --parallel "$(nproc)"
     cmake --install "$work/build" >"$work/install.log" || fail "Qt could not be installed: $(tail -n 5 "$work/install.log")"
     collect_qt_licences "$work/source" "$folder/licences"
