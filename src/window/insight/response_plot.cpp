@@ -1,12 +1,13 @@
 #include "window/insight/response_plot.h"
 
-#include "core/insight/link_statistics.h"
+#include "window/insight/counted_text.h"
 
 #include <QPainter>
 #include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace varda::window {
 namespace {
@@ -17,10 +18,6 @@ using std::chrono::milliseconds;
 constexpr qint64 span = milliseconds(LinkStatistics::plotted).count();
 constexpr int minutes = static_cast<int>(LinkStatistics::plotted.count());
 constexpr int markSize = 7;
-
-qint64 agoOf(const LinkStatistics::Sample& sample, Clock::Time now) {
-    return duration_cast<milliseconds>(now - sample.time).count();
-}
 
 /// The next of 1, 2, 5, 10, 20 .. that holds a value.
 double roundUp(double value) {
@@ -64,16 +61,20 @@ void ResponsePlot::plot(const LinkStatistics& statistics, const Clock& clock) {
 
 /// Who does not see the picture hears its numbers.
 void ResponsePlot::refresh() {
-    const auto& samples = statistics_->samples();
-    const auto count = [&samples](Outcome outcome) {
-        return static_cast<qlonglong>(std::ranges::count(samples, outcome, &LinkStatistics::Sample::outcome));
+    now_ = clock_->now();
+    samples_.clear();
+    std::ranges::copy_if(statistics_->samples(), std::back_inserter(samples_), [this](const auto& sample) {
+        return now_ - sample.time <= LinkStatistics::plotted;
+    });
+    const auto count = [this](Outcome outcome) {
+        return static_cast<std::size_t>(
+            std::ranges::count(samples_, outcome, &LinkStatistics::Sample::outcome));
     };
-    setAccessibleDescription(
-        tr("The last ten minutes: %1 answers, the slowest after %2 ms, %3 silences, %4 dropped")
-            .arg(count(Outcome::Answered))
-            .arg(highest(), 0, 'f', 1)
-            .arg(count(Outcome::Silent))
-            .arg(count(Outcome::WrongLength)));
+    setAccessibleDescription(tr("The last ten minutes: %1, the slowest after %2 ms, %3, %4 dropped")
+                                 .arg(countedText(count(Outcome::Answered), "answer"))
+                                 .arg(highest(), 0, 'f', 1)
+                                 .arg(countedText(count(Outcome::Silent), "silence"))
+                                 .arg(count(Outcome::WrongLength)));
     setToolTip(accessibleDescription());
     update();
 }
@@ -90,7 +91,7 @@ QRect ResponsePlot::plotArea() const {
 
 double ResponsePlot::highest() const {
     double most = 0;
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : samples_) {
         most = std::max(most, sample.milliseconds);
     }
     return most;
@@ -99,6 +100,10 @@ double ResponsePlot::highest() const {
 int ResponsePlot::placeOf(qint64 millisecondsAgo) const {
     const QRect area = plotArea();
     return area.right() - static_cast<int>(millisecondsAgo * area.width() / span);
+}
+
+int ResponsePlot::placeOf(const LinkStatistics::Sample& sample) const {
+    return placeOf(duration_cast<milliseconds>(now_ - sample.time).count());
 }
 
 void ResponsePlot::paintEvent(QPaintEvent* /*event*/) {
@@ -142,22 +147,21 @@ void ResponsePlot::drawAxes(QPainter& painter, double top) const {
 /// is to be seen.
 void ResponsePlot::drawSamples(QPainter& painter, double top) const {
     const QRect area = plotArea();
-    const Clock::Time now = clock_->now();
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
     const auto height = [&](double value) { return area.bottom() - value / top * area.height(); };
     int column = -1;
     double least = 0;
     double most = 0;
     const auto draw = [&] {
-        if (column >= area.left()) {
+        if (column >= 0) {
             painter.drawLine(QPointF(column, height(least) + 1), QPointF(column, height(most)));
         }
     };
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : samples_) {
         if (sample.outcome != Outcome::Answered) {
             continue;
         }
-        const int place = placeOf(agoOf(sample, now));
+        const int place = placeOf(sample);
         if (place != column) {
             draw();
             column = place;
@@ -171,13 +175,9 @@ void ResponsePlot::drawSamples(QPainter& painter, double top) const {
 
 void ResponsePlot::drawMarks(QPainter& painter) const {
     const QRect area = plotArea();
-    const Clock::Time now = clock_->now();
     painter.setPen(QPen(palette().color(QPalette::Text), 1.5));
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
-        const QPoint foot(placeOf(agoOf(sample, now)), area.bottom());
-        if (foot.x() < area.left()) {
-            continue;
-        }
+    for (const LinkStatistics::Sample& sample : samples_) {
+        const QPoint foot(placeOf(sample), area.bottom());
         if (sample.outcome == Outcome::Silent) {
             drawSilence(painter, foot);
         } else if (sample.outcome == Outcome::WrongLength) {
