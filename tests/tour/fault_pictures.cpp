@@ -11,7 +11,6 @@
 #include <QLabel>
 #include <QPixmap>
 #include <QSplitter>
-#include <QSplitter>
 #include <QTableView>
 
 #include <cstdio>

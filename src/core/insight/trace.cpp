@@ -4,36 +4,6 @@
 #include <utility>
 
 namespace varda::inline core {
-namespace {
-
-bool isBad(Verdict verdict) {
-    switch (verdict) {
-    case Verdict::AnswerDropped:
-    case Verdict::NoAnswer:
-    case Verdict::Overtaken:
-    case Verdict::NotSent:
-    case Verdict::TakenAgain:
-    case Verdict::Dropped:
-    case Verdict::UnknownPair:
-    case Verdict::ThrownAway:
-    case Verdict::Lost:
-    case Verdict::HungUp:
-    case Verdict::Silence:
-    case Verdict::NothingToRead:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool hasFlaw(const TraceLine& line) { return !std::ranges::all_of(framesOf(line), &DecodedFrame::isSound); }
-
-} // namespace
-
-std::vector<DecodedFrame> framesOf(const TraceLine& line) {
-    return decodeBurst(line.bytes, line.request ? *line.request : Bytes());
-}
-
 TraceLine* Trace::lineOf(Number number) const {
     const bool isThere = number >= begin_ && number - begin_ < lines_.size();
     return isThere ? &lines_[static_cast<std::size_t>(number - begin_)] : nullptr;
@@ -83,14 +53,13 @@ bool Trace::isWrong(Number number) const {
     if (line == nullptr) {
         return false;
     }
-    if (!line->isDamaged) {
-        line->isDamaged = hasFlaw(*line);
+    if (!line->isWrong) {
+        line->isWrong = core::isWrong(*line);
     }
-    return *line->isDamaged || isBad(line->verdict);
+    return *line->isWrong;
 }
 
 void Trace::wakeUp() {
-    ++changes_;
     if (wakeUp_ && !std::exchange(isTold_, true)) {
         wakeUp_();
     }

@@ -54,7 +54,4 @@ private:
 std::size_t exportTrace(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
                         const RegisterNames& names, const ExportSink& sink);
 
-/// A field of a CSV file, in double quotes where it needs them.
-std::string csvField(std::string_view text);
-
 } // namespace varda::core

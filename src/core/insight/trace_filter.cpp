@@ -43,7 +43,7 @@ bool speaksOf(const TraceLine& line, const Point& point) {
 }
 
 bool hasStation(const TraceLine& line, int station) {
-    const Bytes& bytes = line.bytes;
+    const Bytes& bytes = readBytes(line);
     return bytes.size() > offset::source &&
            (bytes[offset::destination] == station || bytes[offset::source] == station);
 }

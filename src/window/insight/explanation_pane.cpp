@@ -21,7 +21,7 @@ ExplanationPane::ExplanationPane(QWidget* parent)
     const int line = ui_->hexBytes->fontMetrics().horizontalAdvance(QStringLiteral("0000  ") +
                                                                     QStringLiteral("00 ").repeated(17));
     ui_->fieldsAndBytes->setSizes({2 * line, line}); // the bytes get room for a line
-    ui_->fieldsAndBytes->setStretchFactor(0, 2); // in a narrow window, too
+    ui_->fieldsAndBytes->setStretchFactor(0, 2);     // in a narrow window, too
     ui_->fieldsAndBytes->setStretchFactor(1, 1);
     ui_->goToPartner->hide();
     connect(ui_->hexBytes, &HexView::byteChosen, this, &ExplanationPane::chooseByte);

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace varda::window {
 namespace {
@@ -62,10 +61,8 @@ void ResponsePlot::plot(const LinkStatistics& statistics, const Clock& clock) {
 /// Who does not see the picture hears its numbers.
 void ResponsePlot::refresh() {
     now_ = clock_->now();
-    samples_.clear();
-    std::ranges::copy_if(statistics_->samples(), std::back_inserter(samples_), [this](const auto& sample) {
-        return now_ - sample.time <= LinkStatistics::plotted;
-    });
+    const auto recent = statistics_->samples(now_);
+    samples_.assign(recent.begin(), recent.end());
     const auto count = [this](Outcome outcome) {
         return static_cast<std::size_t>(
             std::ranges::count(samples_, outcome, &LinkStatistics::Sample::outcome));
@@ -153,7 +150,7 @@ void ResponsePlot::drawSamples(QPainter& painter, double top) const {
     double least = 0;
     double most = 0;
     const auto draw = [&] {
-        if (column >= 0) {
+        if (column >= area.left()) {
             painter.drawLine(QPointF(column, height(least) + 1), QPointF(column, height(most)));
         }
     };
@@ -178,6 +175,9 @@ void ResponsePlot::drawMarks(QPainter& painter) const {
     painter.setPen(QPen(palette().color(QPalette::Text), 1.5));
     for (const LinkStatistics::Sample& sample : samples_) {
         const QPoint foot(placeOf(sample), area.bottom());
+        if (foot.x() < area.left()) {
+            continue;
+        }
         if (sample.outcome == Outcome::Silent) {
             drawSilence(painter, foot);
         } else if (sample.outcome == Outcome::WrongLength) {

@@ -18,7 +18,7 @@ QString text(const std::string& words) { return QString::fromStdString(words); }
 
 QString cutBytes(const TraceLine& line) {
     const auto first = std::span(line.bytes).first(std::min(line.bytes.size(), shownBytes));
-    const QString groups = text(hexGroups(first)).trimmed();
+    const QString groups = text(hexSpaced(first));
     return first.size() < line.size
                ? groups + TraceModel::tr(" .. %1 bytes").arg(static_cast<qulonglong>(line.size))
                : groups;
@@ -29,7 +29,7 @@ QString bytesInLines(const TraceLine& line) {
     const auto bytes = std::span(line.bytes).first(std::min(line.bytes.size(), bytesOfTip));
     for (std::size_t begin = 0; begin < bytes.size(); begin += bytesOfTipLine) {
         const std::size_t count = std::min(bytesOfTipLine, bytes.size() - begin);
-        lines.append(text(hexGroups(bytes.subspan(begin, count))).trimmed());
+        lines.append(text(hexSpaced(bytes.subspan(begin, count))));
     }
     if (line.size > bytes.size()) {
         lines.append(TraceModel::tr(".. %1 bytes").arg(static_cast<qulonglong>(line.size)));

@@ -197,7 +197,7 @@ void TracePanel::copyHex() const {
     for (const Trace::Number number : ui_->traceTable->selectedLines()) {
         const TraceLine* const line = context_.trace.find(number);
         if (line != nullptr && !line->bytes.empty()) {
-            texts.append(QString::fromStdString(hexGroups(line->bytes)).trimmed());
+            texts.append(QString::fromStdString(hexSpaced(line->bytes)));
         }
     }
     QGuiApplication::clipboard()->setText(texts.join(QLatin1Char('\n')));
@@ -244,8 +244,8 @@ void TracePanel::refreshExplanation() {
              QStringList{cell(TraceColumn::Time), cell(TraceColumn::Direction), cell(TraceColumn::Kind)}.join(
                  QStringLiteral("   ")),
          .sentence = flaw + QString::fromStdString(verdictInWords(context_.trace, *explained_)),
-         .bytes = line->bytes,
-         .size = line->size,
+         .bytes = readBytes(*line),
+         .size = readSize(*line),
          .request = line->request ? *line->request : Bytes()});
 }
 

@@ -1,6 +1,5 @@
 #include "core/insight/trace_export.h"
 
-#include "core/insight/json_text.h"
 #include "core/insight/traced_link.h"
 
 namespace varda::test {
@@ -64,22 +63,29 @@ TEST_F(TraceExportTest, CsvQuotesWhatNeedsIt) {
 TEST_F(TraceExportTest, JsonHasAnObjectALine) {
     const auto lines = linesOf(exported(TraceForm::JsonLines), "\n");
     ASSERT_EQ(lines.size(), 4U);
-    EXPECT_EQ(lines[2], "{\"number\":2,\"time\":\"2027-01-15T08:00:00.023000Z\",\"delta_ms\":23.000,"
+    EXPECT_EQ(lines[2], "{\"number\":2,\"time\":\"2027-01-15T08:00:00.023000Z\",\"deltaMs\":23.0,"
                         "\"direction\":\"received\",\"kind\":\"answer to word read\",\"stations\":\"5 to 0\","
                         "\"registers\":\"W 0000 (level, m) .. W 0001\",\"size\":10,"
                         "\"bytes\":\"0005A3043412CDAB4742\",\"wrong\":false,"
                         "\"verdict\":\"Taken: it has the 10 bytes that were awaited.\"}");
 }
 
-TEST(JsonText, IsEscapedAndOfUtf8) {
-    EXPECT_EQ(jsonString("a\"b\\c\n\t\x01"), "\"a\\\"b\\\\c\\n\\t\\u0001\"");
-    EXPECT_EQ(jsonString("m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"),
-              "\"m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\"");
+TEST_F(TraceExportTest, JsonIsEscapedAndOfUtf8) {
+    const auto named = [this](const std::string& name) {
+        std::string text;
+        exportTrace(trace, {2}, TraceForm::JsonLines, RegisterNames::parse("W 0000," + name),
+                    [&text](std::string_view part) { text += part; });
+        const std::string before = "\"registers\":\"W 0000 (";
+        const auto begin = text.find(before) + before.size();
+        return text.substr(begin, text.find(") .. W 0001") - begin);
+    };
+    EXPECT_EQ(named("a\"b\\c\t\x01"), "a\\\"b\\\\c\\t\\u0001");
+    EXPECT_EQ(named("m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), "m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
     const std::string bad = "\xEF\xBF\xBD";
-    EXPECT_EQ(jsonString("\xC3"), "\"" + bad + "\"");
-    EXPECT_EQ(jsonString("\xC0\x80"), "\"" + bad + bad + "\"");
-    EXPECT_EQ(jsonString("\xED\xA0\x80"), "\"" + bad + bad + bad + "\"");
-    EXPECT_EQ(jsonString("\xE2\x82x"), "\"" + bad + bad + "x\"");
+    EXPECT_EQ(named("\xC3"), bad);
+    EXPECT_EQ(named("\xC0\x80"), bad + bad);
+    EXPECT_EQ(named("\xED\xA0\x80"), bad + bad + bad);
+    EXPECT_EQ(named("\xE2\x82x"), bad + "x");
 }
 
 TEST_F(TraceExportTest, SomeLinesAtATimeGiveTheSame) {
