@@ -3,6 +3,7 @@
 #include "core/insight/verdict_words.h"
 #include "core/protocol/hex_text.h"
 #include "window/controls/frame_font.h"
+#include "window/insight/sliced_work.h"
 
 #include <algorithm>
 
@@ -134,9 +135,24 @@ void TraceModel::setFilter(const TraceFilter& filter) {
     }
     beginResetModel();
     view_.setFilter(filter);
-    view_.fill();
-    rows_ = static_cast<int>(view_.rows());
+    rows_ = 0;
     endResetModel();
+}
+
+bool TraceModel::fill() {
+    view_.fill(SlicedWork::slice);
+    addRows();
+    return left() > 0;
+}
+
+/// Those behind that the view has already.
+void TraceModel::addRows() {
+    const int rows = static_cast<int>(view_.rows());
+    if (rows > rows_) {
+        beginInsertRows({}, rows_, rows - 1);
+        rows_ = rows;
+        endInsertRows();
+    }
 }
 
 void TraceModel::dropRows(int first, int last) {
@@ -153,17 +169,13 @@ int TraceModel::takeNews() {
     if (isHeld_) {
         return 0;
     }
-    const TraceView::Step step = view_.update(trace_.takeNews());
+    const TraceView::Step step = view_.update(trace_.takeNews(), SlicedWork::slice);
     const int gone = static_cast<int>(step.gone);
     const int kept = static_cast<int>(step.kept);
     shift_ = gone;
     dropRows(0, gone - 1);
     dropRows(kept, rows_ - 1);
-    if (step.added > 0) {
-        beginInsertRows({}, kept, kept + static_cast<int>(step.added) - 1);
-        rows_ = static_cast<int>(view_.rows());
-        endInsertRows();
-    }
+    addRows();
     if (step.changedBegin < step.kept) {
         emit dataChanged(index(static_cast<int>(step.changedBegin), 0), index(kept - 1, columnCount() - 1));
     }
