@@ -22,7 +22,7 @@ void SimulateCommand::declare(CLI::App& app) {
     port_.declare(app);
     app.add_option("files", files_, "Files of prepared pairs; of equal requests the first counts")
         ->required()
-        ->check(CLI::ExistingFile);
+        ->check(existingFile());
 }
 
 ExitCode SimulateCommand::run(const Streams& streams, Report& report) {
