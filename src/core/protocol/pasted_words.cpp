@@ -9,7 +9,7 @@
 namespace varda::inline core {
 namespace {
 
-constexpr std::size_t hexDigits = 4;
+constexpr std::size_t mostHexDigits = 4;
 constexpr std::size_t decimalDigits = 5;
 
 bool isEither(char character, char lower, char upper) { return character == lower || character == upper; }
@@ -45,7 +45,7 @@ std::string upperCase(std::string_view digits) {
 /// As it was written, while that is no longer than a cell is wide.
 std::string shownDigits(std::string_view digits, int value, bool hexadecimal) {
     if (hexadecimal) {
-        return digits.size() <= hexDigits ? upperCase(digits) : hex(value);
+        return digits.size() <= mostHexDigits ? upperCase(digits) : hex(value);
     }
     return digits.size() <= decimalDigits ? std::string(digits) : std::to_string(value);
 }
