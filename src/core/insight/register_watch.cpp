@@ -29,6 +29,7 @@ void RegisterWatch::told(const Exchange& exchange) {
         see(decode(exchange.answer, exchange.request), exchange.received.last);
         break;
     case Outcome::AnsweredByPair:
+    case Outcome::AnsweredFromMemory:
         see(decode(exchange.request), exchange.received.last);
         see(decode(exchange.answer, exchange.request), exchange.sent.last);
         break;

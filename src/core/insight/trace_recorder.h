@@ -42,6 +42,7 @@ public:
     void thrownAway(std::size_t counted) override;
     void sent(Octets bytes, Clock::Time time) override;
     void notSent(Octets bytes, Clock::Time time, const std::string& reason) override;
+    void doneOnPurpose(const std::string& what) override;
 
     void told(const Exchange& exchange) override;
 
@@ -62,7 +63,7 @@ private:
     void toldNotSent(const Exchange& exchange);
     void toldAnswer(const Exchange& exchange);
     void toldHeard(const Exchange& exchange);
-    void toldPair(const Exchange& exchange);
+    void toldAnswering(const Exchange& exchange, Verdict known, Verdict answer);
     void toldUnknown(const Exchange& exchange);
     void toldNothingToRead(const Exchange& exchange);
 
@@ -77,6 +78,7 @@ private:
     std::shared_ptr<const Bytes> heard_; ///< a request on a line that is only listened to
     std::shared_ptr<const Bytes> asked_; ///< its bytes, where it is a request
     bool isRefusalTold_ = false;         ///< by the line, before the link does
+    std::string onPurpose_;              ///< done to what is sent, before the link tells of it
     std::optional<Mode> stuckIn_;        ///< the mode in which an event ended without its common end
 };
 

@@ -99,8 +99,13 @@ bool isBeforeSend(const Trace& trace, Number number, const TraceLine& line) {
     return later != nullptr && later->direction == Direction::Sent && later->first >= line.last;
 }
 
-std::string knownPair(const TraceLine& line) {
-    const std::string pair = line.pair ? pairInWords(*line.pair) : "a prepared pair";
+std::string known(const TraceLine& line) {
+    const std::string pair = line.pair                              ? pairInWords(*line.pair)
+                             : line.verdict == Verdict::KnownMemory ? "the controller's memory"
+                                                                    : "a prepared pair";
+    if (line.note) {
+        return "Known, by " + pair + ", whose answer a fault on purpose kept back: " + *line.note + ".";
+    }
     return line.partner ? "Answered by " + pair + "."
                         : "Known, by " + pair +
                               ", but nothing was sent: the port is closed or did not "
@@ -165,8 +170,11 @@ std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
         return "Dropped: what is shown has no use for bytes that come in.";
     case Verdict::Heard:
         return "Listed by the monitor.";
+    case Verdict::SentByMemory:
+        return "The answer of the controller's memory.";
     case Verdict::KnownPair:
-        return knownPair(line);
+    case Verdict::KnownMemory:
+        return known(line);
     case Verdict::UnknownPair:
         return unknownPair(line);
     case Verdict::ThrownAway:
@@ -180,6 +188,8 @@ std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
         return "The port was closed.";
     case Verdict::HungUp:
         return noteOf(line);
+    case Verdict::OnPurpose:
+        return "Our own doing: " + noteOf(line) + ".";
     case Verdict::Silence:
         return "The wait for the answer was given up after " + std::to_string(SerialLink::ticksOfSilence) +
                " ticks of silence.";

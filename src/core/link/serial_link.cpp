@@ -329,7 +329,8 @@ bool SerialLink::answerRequest() {
         sendAnswer(std::move(answer->bytes));
     }
     exchange_.pair = answer->pair;
-    tell(isOpen ? Outcome::AnsweredByPair : Outcome::NotSent);
+    const Outcome answered = answer->pair ? Outcome::AnsweredByPair : Outcome::AnsweredFromMemory;
+    tell(isOpen ? answered : Outcome::NotSent);
     return true;
 }
 
