@@ -1,7 +1,8 @@
 # varda_options: the language level and the warnings of every target of ours.
 add_library(varda_options INTERFACE)
 target_compile_options(varda_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Woverloaded-virtual
+    -Wall -Wextra -Wpedantic -Wconversion -Wold-style-cast -Woverloaded-virtual
+    $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow> # a name of a source hides none of another's
     $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
     $<$<BOOL:${VARDA_WARNINGS_AS_ERRORS}>:-Werror>)
 
