@@ -1,6 +1,7 @@
 #include "cli/files.h"
 
 #include "cli/failure.h"
+#include "core/files/file_path.h"
 #include "core/files/profile_file.h"
 #include "core/insight/taken_expectations.h"
 #include "core/pairs/packet_file.h"
@@ -8,6 +9,7 @@
 #include "core/runs/scenario_file.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <ostream>
 #include <utility>
@@ -24,6 +26,23 @@ ProfileFile load(const std::string& path) {
 }
 
 } // namespace
+
+/// The parser's own knows only names that fit into the system's code page.
+CLI::Validator existingFile() {
+    const auto refusal = [](const std::string& name) -> std::string {
+        std::error_code error;
+        switch (std::filesystem::status(filePath(name), error).type()) {
+        case std::filesystem::file_type::none:
+        case std::filesystem::file_type::not_found:
+            return "File does not exist: " + name;
+        case std::filesystem::file_type::directory:
+            return name + " is a folder, and a file is wanted.";
+        default:
+            return {};
+        }
+    };
+    return {[refusal](std::string& name) { return refusal(name); }, "FILE"};
+}
 
 void addPairs(PacketTable& table, const std::string& path) {
     PacketTable own;

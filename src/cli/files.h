@@ -4,12 +4,17 @@
 #include "core/pairs/packet_table.h"
 #include "core/recordings/recording.h"
 
+#include <CLI/CLI.hpp>
+
 #include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace varda::cli {
+
+/// Takes the name of a file that is there, and no folder.
+CLI::Validator existingFile();
 
 /// Adds the prepared pairs of a file. @throws Failure File where it does not hold what it should
 void addPairs(PacketTable& table, const std::string& path);

@@ -79,7 +79,7 @@ void PlayCommand::declare(CLI::App& app) {
         ->check(CLI::Range(Player::slowest, Player::fastest).description("0.001 to 1000"))
         ->capture_default_str();
     app.add_flag("--step", byStep_, "Send each frame at a line end on the standard input");
-    app.add_option("file", file_, "Capture in the form pcapng")->required()->check(CLI::ExistingFile);
+    app.add_option("file", file_, "Capture in the form pcapng")->required()->check(existingFile());
 }
 
 ExitCode PlayCommand::run(const Streams& streams, Report& report) {

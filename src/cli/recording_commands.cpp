@@ -12,7 +12,7 @@ namespace varda::cli {
 namespace {
 
 CLI::Option* addCapture(CLI::App& app, const std::string& name, std::string& file) {
-    return app.add_option(name, file, "Capture in the form pcapng")->required()->check(CLI::ExistingFile);
+    return app.add_option(name, file, "Capture in the form pcapng")->required()->check(existingFile());
 }
 
 void convertToScenario(const Recording& recording, const std::string& path, Report& report) {

@@ -18,6 +18,26 @@ using Octets = std::span<const std::uint8_t>;
 
 std::string asLine(const Json& object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
+Json jsonOf(const device::PortName& port) {
+    return {{"type", "port"},
+            {"name", port.node},
+            {"description", port.description},
+            {"maker", port.maker},
+            {"serialNumber", port.serialNumber},
+            {"stableName", port.stableName}};
+}
+
+Json jsonOf(const device::PortFindings& findings) {
+    Json object = jsonOf(findings.port);
+    object["facts"] = findings.facts;
+    Json remedies = Json::array();
+    for (const device::PortRemedy& remedy : findings.remedies) {
+        remedies.push_back({{"command", remedy.command}, {"purpose", remedy.purpose}});
+    }
+    object["remedies"] = remedies;
+    return object;
+}
+
 Clock::Time::duration timeOf(const Exchange& exchange) {
     return exchange.received.last - exchange.sent.first;
 }
@@ -155,14 +175,20 @@ std::string textOf(Octets bytes, const DecodedFrame& frame) {
 
 } // namespace
 
-void Report::port(const device::PortName& port) {
-    write(asJson_ ? asLine({{"type", "port"},
-                            {"name", port.node},
-                            {"description", port.description},
-                            {"maker", port.maker},
-                            {"serialNumber", port.serialNumber},
-                            {"stableName", port.stableName}})
-                  : describe(port));
+void flush(std::ostream& out) {
+    if (!out.flush()) {
+        throw Failure(ExitCode::File, "Standard output takes no more: it was closed, or its disk is full.");
+    }
+}
+
+void Report::port(const device::PortName& port) { write(asJson_ ? asLine(jsonOf(port)) : describe(port)); }
+
+void Report::port(const device::PortFindings& findings) {
+    std::string text = asJson_ ? asLine(jsonOf(findings)) : describe(findings);
+    if (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    write(text);
 }
 
 void Report::exchange(const Exchange& exchange) {
@@ -263,10 +289,8 @@ void Report::scenario(int rounds, int right, int wrong) {
 }
 
 void Report::write(std::string_view line) {
-    out_ << line << '\n' << std::flush;
-    if (!out_) {
-        throw Failure(ExitCode::File, "Standard output takes no more: it was closed, or its disk is full.");
-    }
+    out_ << line << '\n';
+    flush(out_);
 }
 
 } // namespace varda::cli

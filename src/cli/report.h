@@ -7,6 +7,7 @@
 #include "core/recordings/player.h"
 #include "core/recordings/recording_difference.h"
 #include "core/runs/unknown_requests.h"
+#include "device/port_doctor.h"
 #include "device/port_names.h"
 
 #include <iosfwd>
@@ -16,6 +17,10 @@
 
 namespace varda::cli {
 
+/// Sees to it that all that was written is where it belongs. @throws Failure File where the stream takes no
+/// more
+void flush(std::ostream& out);
+
 /// Writes what the tool finds out, for people or for machines: then one JSON object a line, whose "type" says
 /// which of these functions wrote it.
 class Report {
@@ -23,6 +28,7 @@ public:
     Report(std::ostream& out, bool asJson) : out_(out), asJson_(asJson) {}
 
     void port(const device::PortName& port);
+    void port(const device::PortFindings& findings);
     /// What became of a request that was sent, or that came in.
     void exchange(const Exchange& exchange);
     /// Whether the answer to a line of a scenario was what was wanted. @param round, line from 1

@@ -32,7 +32,7 @@ public:
           wanted_(std::move(wanted)),
           taken_(static_cast<std::size_t>(lines_.count())),
           isTaking_(isTaking),
-          left_(lines_.count() * rounds),
+          left_(static_cast<std::size_t>(lines_.count()) * static_cast<std::size_t>(rounds)),
           timer_(session.loop().makeTimer([this] { sendNext(); })),
           run_(session.link(), *timer_, lines_) {
         session.whenTold([this](const Exchange& exchange) { take(exchange); });
@@ -61,8 +61,9 @@ private:
         if (exchange.outcome == Outcome::ThrownAway || exchange.outcome == Outcome::Sent) {
             return;
         }
-        const int line = static_cast<int>(results_.size()) % lines_.count();
-        const int round = static_cast<int>(results_.size()) / lines_.count() + 1;
+        const auto count = static_cast<std::size_t>(lines_.count());
+        const int line = static_cast<int>(results_.size() % count);
+        const int round = static_cast<int>(results_.size() / count) + 1;
         const std::string why = judge(exchange, line);
         const std::chrono::duration<double> time = exchange.received.last - exchange.sent.first;
         const bool isAnswered = exchange.outcome == Outcome::Answered;
@@ -98,7 +99,7 @@ private:
     Expectations wanted_;
     TakenExpectations taken_;
     bool isTaking_;
-    int left_;
+    std::size_t left_;
     std::unique_ptr<PeriodTimer> timer_;
     ScenarioRun run_;
     std::vector<LineResult> results_;
@@ -116,11 +117,11 @@ void ScenarioCommand::declare(CLI::App& app) {
         ->check(CLI::Range(0, longestPeriod))
         ->capture_default_str();
     app.add_option("--expect", expectations_, "File of what is expected of the lines' answers")
-        ->check(CLI::ExistingFile);
+        ->check(existingFile());
     app.add_option("--junit", junit_, "Write the results to this file, as CI systems read them");
     app.add_option("--html", html_, "Write the results to this file as a page to read");
     app.add_option("--take", take_, "Write what comes to this file, as what is expected from now on");
-    app.add_option("file", file_, "File of a scenario")->required()->check(CLI::ExistingFile);
+    app.add_option("file", file_, "File of a scenario")->required()->check(existingFile());
 }
 
 ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {

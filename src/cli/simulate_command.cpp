@@ -44,7 +44,7 @@ void SimulateCommand::declare(CLI::App& app) {
     faults_.declare(app);
     memory_.declare(app);
     app.add_option("files", files_, "Files of prepared pairs; of equal requests the first counts")
-        ->check(CLI::ExistingFile);
+        ->check(existingFile());
 }
 
 ExitCode SimulateCommand::run(const Streams& streams, Report& report) {

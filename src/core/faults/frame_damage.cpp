@@ -14,7 +14,7 @@ constexpr std::size_t bitsOfByte = 8;
 /// Where the frame check stands; nothing where there is no room for one. What follows a frame, as one byte
 /// does a mixed request, is no part of it.
 std::optional<std::size_t> checkPlace(const Bytes& bytes) {
-    if (const auto frame = parse(bytes)) {
+    if (const auto frame = core::parse(bytes)) {
         return frame->size() - frame_size::check;
     }
     return bytes.size() >= frame_size::envelope ? std::optional(bytes.size() - frame_size::check)

@@ -6,7 +6,7 @@ namespace varda::inline core {
 namespace {
 
 /// A crash or a power cut loses no more than what came within this time.
-constexpr auto longestLoss = std::chrono::seconds(1);
+constexpr auto longestLossOfPackets = std::chrono::seconds(1);
 
 } // namespace
 
@@ -24,7 +24,7 @@ bool CaptureFile::write(const CapturedPacket& packet) {
         return false;
     }
     if (!sync_.isPending()) {
-        sync_ = clock_.after(longestLoss, [this] { file_->sync(); });
+        sync_ = clock_.after(longestLossOfPackets, [this] { file_->sync(); });
     }
     isStuck_ = !file_->append(captured(packet));
     return !isStuck_;
