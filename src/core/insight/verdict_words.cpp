@@ -140,6 +140,8 @@ std::string ofSent(const Trace& trace, const TraceLine& line) {
         return "The next request went out, or the link went on to something else, before an answer came.";
     case Verdict::NotSent:
         return "Not sent. " + noteOf(line);
+    case Verdict::SentByMemory:
+        return "The answer of the controller's memory.";
     default:
         return "The answer of " + pairInWords(line.pair.value_or(0)) + ".";
     }
@@ -159,8 +161,6 @@ std::string ofReceived(const Trace& trace, Number number, const TraceLine& line)
         return "Dropped: what is shown has no use for bytes that come in.";
     case Verdict::Heard:
         return "Listed by the monitor.";
-    case Verdict::SentByMemory:
-        return "The answer of the controller's memory.";
     case Verdict::KnownPair:
     case Verdict::KnownMemory:
         return known(line);
