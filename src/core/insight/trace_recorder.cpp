@@ -27,6 +27,7 @@ void TraceRecorder::open(std::chrono::system_clock::time_point timeOfDay) {
     isOpen_ = true;
     trace_.setTimeOfDay(clock_.now(), timeOfDay);
     forgetConnection();
+    onPurpose_.clear();
     read_.clear();
 }
 
@@ -175,6 +176,15 @@ void TraceRecorder::notSent(Octets bytes, Clock::Time time, const std::string& r
     isRefusalTold_ = true;
 }
 
+/// Before anything of it goes out: what is sent next has nothing to do with what was sent before.
+void TraceRecorder::doneOnPurpose(const std::string& what) {
+    if (isOpen_) {
+        appendEvent(Verdict::OnPurpose, what);
+        onPurpose_ = what;
+        request_.reset();
+    }
+}
+
 // The link
 
 void TraceRecorder::told(const Exchange& exchange) {
@@ -203,7 +213,9 @@ void TraceRecorder::told(const Exchange& exchange) {
     case Outcome::Heard:
         return toldHeard(exchange);
     case Outcome::AnsweredByPair:
-        return toldPair(exchange);
+        return toldAnswering(exchange, Verdict::KnownPair, Verdict::SentByPair);
+    case Outcome::AnsweredFromMemory:
+        return toldAnswering(exchange, Verdict::KnownMemory, Verdict::SentByMemory);
     case Outcome::Unknown:
         return toldUnknown(exchange);
     case Outcome::ThrownAway: // the line tells of these, with their bytes
@@ -240,6 +252,7 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
 
 void TraceRecorder::toldSent(const Exchange& exchange) {
     isRefusalTold_ = false;
+    onPurpose_.clear();
     if (isRequest(Verdict::Unawaited) && exchange.expected > 0) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = Verdict::Awaiting;
@@ -285,18 +298,22 @@ void TraceRecorder::toldHeard(const Exchange& exchange) {
     }
 }
 
-void TraceRecorder::toldPair(const Exchange& exchange) {
+void TraceRecorder::toldAnswering(const Exchange& exchange, Verdict known, Verdict answer) {
     const bool isSent = !exchange.answer.empty() && isRequest(Verdict::Unawaited);
-    const Numbers lines = judge(exchange, Verdict::KnownPair);
+    const Numbers lines = judge(exchange, known);
+    const std::string onPurpose = std::exchange(onPurpose_, {});
     for (const Number number : lines) {
         trace_.change(number, [&](TraceLine& line) {
+            if (!isSent && !onPurpose.empty()) {
+                line.note = std::make_shared<const std::string>(onPurpose);
+            }
             line.pair = exchange.pair;
             line.partner = isSent ? request_ : std::nullopt;
         });
     }
     if (isSent) {
         trace_.change(*request_, [&](TraceLine& line) {
-            line.verdict = Verdict::SentByPair;
+            line.verdict = answer;
             line.pair = exchange.pair;
             line.mode = exchange.mode;
             line.request = shared(exchange.request);
