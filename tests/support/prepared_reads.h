@@ -34,7 +34,7 @@ inline PreparedRead preparedRead(bool word, unsigned station, unsigned number, s
     }
     const Encoded request =
         singleRequest({"", station, ""}, {"", 255, ""}, word ? 0x23 : 0x21, address, {low(points)});
-    return {request.wire, finished(std::move(answer), {}, {}).wire};
+    return {request.wire, finished(answer, {}, {}).wire};
 }
 
 /// Bit and word reads in turn, no two alike, of 1 .. 16 points each.

@@ -133,7 +133,7 @@ inline Encoded singleRequest(const Station& destination, const Station& source, 
     frame.push_back(low(address));
     frame.push_back(high(address));
     frame.insert(frame.end(), rest.begin(), rest.end());
-    return finished(std::move(frame), destination, source);
+    return finished(frame, destination, source);
 }
 
 /// One point as drawn, before it becomes a line of text.
@@ -228,7 +228,7 @@ private:
         for (std::size_t i = 0; i < length; ++i) {
             whole.push_back(image_[i + 4]);
         }
-        Encoded encoded = finished(std::move(whole), destination, source);
+        Encoded encoded = finished(whole, destination, source);
         for (std::size_t i = 0; i < encoded.wire.size(); ++i) {
             image_[i] = encoded.wire[i];
         }
