@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -71,6 +72,7 @@ double millisecondsOnWire(std::size_t bytes, const LineSettings& settings) {
 
 void LinkStatistics::close() {
     isOpen_ = false;
+    isAwaited_ = false;
     for (Kind& kind : kinds_) {
         kind.lastSent.reset(); // a period that nobody saw is none
     }
@@ -78,6 +80,7 @@ void LinkStatistics::close() {
 
 void LinkStatistics::reset() {
     kinds_ = {};
+    isAwaited_ = false; // an outcome without its request would not add up
     samples_.clear();
     ++changes_;
 }
@@ -87,8 +90,24 @@ std::size_t LinkStatistics::indexOf(const Bytes& request) {
     return kind.isRequest() ? static_cast<std::size_t>(kind.command - commands().data()) : kindCount - 1;
 }
 
+/// A request has one outcome, the first, however many bursts follow it.
+bool LinkStatistics::isCounted(Outcome outcome) {
+    switch (outcome) {
+    case Outcome::Sent:
+        isAwaited_ = true;
+        return true;
+    case Outcome::Answered:
+    case Outcome::WrongLength:
+    case Outcome::Silent:
+    case Outcome::Overtaken:
+        return std::exchange(isAwaited_, false);
+    default:
+        return outcome == Outcome::NotSent;
+    }
+}
+
 void LinkStatistics::told(const Exchange& exchange) {
-    if (!isOpen_ || !isMasters(exchange.mode) || exchange.request.empty()) {
+    if (!isOpen_ || !isMasters(exchange.mode) || exchange.request.empty() || !isCounted(exchange.outcome)) {
         return;
     }
     Kind& kind = kinds_.at(indexOf(exchange.request));
@@ -114,7 +133,7 @@ void LinkStatistics::told(const Exchange& exchange) {
         ++kind.counts.notSent;
         break;
     default:
-        return;
+        break;
     }
     ++changes_;
 }

@@ -93,12 +93,14 @@ private:
 
     static constexpr std::size_t kindCount = 7;
     static std::size_t indexOf(const Bytes& request);
+    bool isCounted(Outcome outcome);
 
     void addSent(Kind& kind, const Exchange& exchange);
     void addAnswer(Kind& kind, const Exchange& exchange);
     void addSample(const Exchange& exchange, double milliseconds);
 
     bool isOpen_ = false;
+    bool isAwaited_ = false; ///< the answer to a request that was counted
     std::array<Kind, kindCount> kinds_;
     std::deque<Sample> samples_;
     std::uint64_t changes_ = 0;

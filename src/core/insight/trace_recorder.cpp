@@ -158,8 +158,10 @@ void TraceRecorder::told(const Exchange& exchange) {
         appendEvent(Verdict::Silence);
         return;
     case Outcome::Overtaken:
+    case Outcome::HungUp:
         return judgeRequest(Verdict::Overtaken);
     case Outcome::Ignored:
+        judgeRequest(Verdict::AnswerDropped);
         return judge(exchange, Verdict::Ignored);
     case Outcome::Heard:
         return toldHeard(exchange);
@@ -168,7 +170,6 @@ void TraceRecorder::told(const Exchange& exchange) {
     case Outcome::Unknown:
         return toldUnknown(exchange);
     case Outcome::ThrownAway: // the line tells of these, with their bytes
-    case Outcome::HungUp:
         return;
     }
 }

@@ -396,6 +396,7 @@ void SerialLink::giveUpWaiting() {
     tellSilence();
     state_.WaitingAnswer = false;
     forgetAnswer();
+    endEarlierExchange(); // where that was overtaken, by a closed port for example, it has its outcome
     isPending_ = false;
     exchange_.answer.clear();
     tell(Outcome::Silent);
