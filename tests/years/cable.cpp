@@ -11,7 +11,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr int bitsPerByte = 10; // with start and stop bit
+constexpr int bitsPerByte = 10;         // with start and stop bit
+constexpr std::size_t usualRoom = 4096; // as a serial port has it
 constexpr int longestBabble = 40;
 constexpr int longestHangUpWait = 1000;
 
@@ -37,8 +38,8 @@ std::size_t Cable::backlog(int end) const {
 
 bool Cable::isQuiet() const {
     return onTheirWay_ == 0 && std::ranges::all_of(ends_, [](const End& end) {
-        return end.open == nullptr || end.open->inBufferCount() == 0;
-    });
+               return end.open == nullptr || end.open->inBufferCount() == 0;
+           });
 }
 
 void Cable::account(Findings& findings) const {
@@ -99,8 +100,9 @@ void Cable::sendPieces(int to, const Bytes& bytes, Time begin) {
     for (std::size_t first = 0; first < size;) {
         std::size_t last = chunk == 0 ? size : std::min(first + chunk, size);
         last = first < splitAt ? std::min(last, splitAt) : last;
-        sendPiece(to, {bytes.begin() + static_cast<std::ptrdiff_t>(first),
-                       bytes.begin() + static_cast<std::ptrdiff_t>(last)},
+        sendPiece(to,
+                  {bytes.begin() + static_cast<std::ptrdiff_t>(first),
+                   bytes.begin() + static_cast<std::ptrdiff_t>(last)},
                   begin + onWire(last) + pause);
         if (last == splitAt && last < size) {
             pause += upTo(sky_.random, sky_.weather.pause);
@@ -189,8 +191,8 @@ void SimulatedLine::write(const Bytes& bytes) {
     if (cable_.ends_.at(static_cast<std::size_t>(end_)).open != this) {
         throw RuntimeError(comm_error::notOpen, "The cable is not plugged in.");
     }
-    const auto room = static_cast<std::size_t>(cable_.sky_.weather.outputRoom);
-    if (!cable_.sky_.isHealed && room > 0 && cable_.backlog(end_) > room) {
+    const int drawn = cable_.sky_.isHealed ? 0 : cable_.sky_.weather.outputRoom;
+    if (cable_.backlog(end_) > (drawn > 0 ? static_cast<std::size_t>(drawn) : usualRoom)) {
         ++unsent_;
         ++cable_.faults_.unsent;
         return;
@@ -209,7 +211,8 @@ void SimulatedLine::keepFirst(std::size_t most) noexcept {
 
 void SimulatedLine::take(const Bytes& piece, Clock::Time time) {
     const auto room = static_cast<std::size_t>(cable_.sky_.weather.inputRoom);
-    const std::size_t free = room == 0 || cable_.sky_.isHealed ? piece.size() : room - std::min(room, inBufferCount());
+    const std::size_t free =
+        room == 0 || cable_.sky_.isHealed ? piece.size() : room - std::min(room, inBufferCount());
     const std::size_t fitting = std::min(piece.size(), free);
     cable_.arrived_ += fitting;
     cable_.faults_.overflown += piece.size() - fitting;

@@ -19,7 +19,8 @@ public:
     template <typename Words>
     void tell(Words&& words) const {
         if (clock_.now() >= from_) {
-            const auto since = std::chrono::duration_cast<std::chrono::microseconds>(clock_.now().time_since_epoch());
+            const auto since =
+                std::chrono::duration_cast<std::chrono::microseconds>(clock_.now().time_since_epoch());
             std::cout << since.count() / 1000 << " ms: " << std::forward<Words>(words)() << '\n';
         }
     }

@@ -76,6 +76,7 @@ private:
         try {
             request = line_->read().bytes;
         } catch (const RuntimeError&) {
+            line_->discard(); // else it would be the beginning of the next one
             return;
         }
         auto answer = controller_.answer(request);

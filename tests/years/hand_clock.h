@@ -18,7 +18,7 @@ public:
     Time now() const override { return now_; }
 
     void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
-        if (lost_ == 0 || --lost_ > 0) {
+        if (wait != receptionWait || lost_ == 0 || --lost_ > 0) {
             at(now_ + wait, std::move(due));
         }
     }
@@ -47,10 +47,12 @@ public:
     std::size_t pending() const { return waits_.size(); }
     /// How often something was asked for.
     std::uint64_t asked() const { return asked_; }
-    /// A fault to be found: the wait that is begun as the `count`th from now on never ends.
+    /// A fault to be found: of the waits for the rest of a burst the `count`th from now on never ends.
     void loseWait(int count) { lost_ = count; }
 
 private:
+    static constexpr std::chrono::milliseconds receptionWait{100};
+
     struct Due {
         Time time;
         std::uint64_t order;

@@ -16,9 +16,11 @@ namespace {
 using namespace varda::years;
 
 constexpr std::string_view usage =
-    "years [--seed N] [--weather sunny|stormy|radioactive] [--years N | --days N] [--DIAL N ..] [--plant WHAT]\n"
+    "years [--seed N] [--weather sunny|stormy|radioactive] [--years N | --days N] [--DIAL N ..] [--plant "
+    "WHAT]\n"
     "Simulated time on both ends of a serial line, drawn by a seed: a number, or hexadecimal digits as a\n"
-    "commit has them. Without --seed it is that of VARDA_SEED, or else 1; without --weather the seed draws it.\n"
+    "commit has them. Without --seed it is that of VARDA_SEED, or else 1; without --weather the seed draws "
+    "it.\n"
     "Plants are faults to be found: altered, invented, withheld, lost-wait, leak. The dials, with what they\n"
     "are set to, are in the first line that is printed.\n"
     "Ends with 0 where all held, 1 where something did not, 2 where it was called in a wrong way.\n";

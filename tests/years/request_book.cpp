@@ -29,7 +29,8 @@ int drawCount(Random& random, int most, bool isSmall) {
 const RegisterKind& drawKind(Random& random, bool isForWords) {
     for (;;) {
         const auto kinds = registerKinds();
-        const RegisterKind& kind = kinds[static_cast<std::size_t>(random.below(static_cast<int>(kinds.size())))];
+        const RegisterKind& kind =
+            kinds[static_cast<std::size_t>(random.below(static_cast<int>(kinds.size())))];
         if (isForWords || kind.bitAccess) {
             return kind;
         }
@@ -53,7 +54,7 @@ void drawSingle(Random& random, DrawnRequest& request, bool isSmall) {
             drawCount(random, isWord(request.mode) ? wordWriteLimit : bitWriteLimit, isSmall)));
         std::ranges::generate(request.values, [&] { return random.below(65'536); });
     }
-    if (isWord(request.mode) && kind.last - request.number < wordReadLimit) {
+    if (isWord(request.mode) && kind.last - kind.base - request.number < wordReadLimit) {
         request.number = 0; // else it might end outside the memory, and no controller would answer
     }
 }
@@ -161,9 +162,10 @@ void FrameMaker::makeMixed() {
 }
 
 void FrameMaker::compare() {
-    findings_.require(made_.text == expectedText_ && made_.bytes == expected_.bytes &&
-                          made_.answerLength == expected_.answerLength,
-                      [this] { return "the frame shown is another one: " + made_.text + "for " + expectedText_; });
+    findings_.require(
+        made_.text == expectedText_ && made_.bytes == expected_.bytes &&
+            made_.answerLength == expected_.answerLength,
+        [this] { return "the frame shown is another one: " + made_.text + "for " + expectedText_; });
 }
 
 test::Encoded FrameMaker::encoded() {

@@ -2,8 +2,8 @@
 
 #include "core/link/routes.h"
 #include "core/protocol/frame_image.h"
-#include "core/protocol/mixed_requests.h"
 #include "core/protocol/independent_encoder.h"
+#include "core/protocol/mixed_requests.h"
 #include "years/findings.h"
 #include "years/random.h"
 #include "years/witness.h"
@@ -21,10 +21,10 @@ struct DrawnRequest {
     std::string kind;
     int number = 0;
     int bit = 0;
-    int count = 1;                         ///< of single reads
-    std::vector<int> values;               ///< of single writes
-    std::vector<test::DrawnPoint> points;  ///< of mixed requests
-    std::vector<std::string> lines;        ///< the same, as the page lists them
+    int count = 1;                        ///< of single reads
+    std::vector<int> values;              ///< of single writes
+    std::vector<test::DrawnPoint> points; ///< of mixed requests
+    std::vector<std::string> lines;       ///< the same, as the page lists them
 };
 
 /// @param isSmall its answer takes less than a burst's wait on any line

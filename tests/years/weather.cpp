@@ -36,7 +36,10 @@ constexpr std::array<Dial, 24> table = {{
     {"strangers", &Weather::strangers, true, {never, {10'000, 300'000}, {10'000, 500'000}}},
     {"insight", &Weather::insight, false, {{30'000, 60'000}, {30'000, 60'000}, {30'000, 60'000}}},
     {"shortest-period", &Weather::shortestPeriod, false, {{100, 100}, {100, 100}, {100, 100}}},
-    {"longest-period", &Weather::longestPeriod, false, {{60'000, 60'000}, {60'000, 60'000}, {60'000, 60'000}}},
+    {"longest-period",
+     &Weather::longestPeriod,
+     false,
+     {{60'000, 60'000}, {60'000, 60'000}, {60'000, 60'000}}},
     {"scene", &Weather::scene, false, {{50, 400}, {50, 400}, {50, 400}}},
 }};
 

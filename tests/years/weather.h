@@ -15,26 +15,26 @@ enum class Climate : std::uint8_t { Sunny, Stormy, Radioactive };
 /// happens by chance in times of a million.
 struct Weather {
     int baud = 9600;
-    int latency = 0;         ///< on its way, at most
-    int chunk = 0;           ///< bytes that a driver hands on together; 0 for whole bursts
-    int splits = 0;          ///< bursts cut in two, with a pause between them
-    int pause = 0;           ///< at most
-    int noise = 0;           ///< bytes that become others
-    int lost = 0;            ///< bytes that do not arrive
-    int doubled = 0;         ///< bytes that arrive twice
-    int babble = 0;          ///< bursts that bytes come after which nobody sent
-    int silence = 0;         ///< requests that the controller leaves unanswered
-    int late = 0;            ///< answers that come late
-    int lateBy = 0;          ///< at most
-    int inputRoom = 0;       ///< bytes that wait to be read; 0 for as many as there are
-    int outputRoom = 0;      ///< bytes that wait to be sent
-    int refusedWrites = 0;   ///< writes that fail
-    int failedReads = 0;     ///< reads that fail
-    int failedOpens = 0;     ///< openings that fail
-    int hangUps = 0;         ///< bursts after which a line goes away
-    int clumsiness = 0;      ///< periods in which a user does something in the middle of it all
-    int strangers = 0;       ///< requests that no prepared pair answers
-    int insight = 0;         ///< scenes that are looked at with trace, statistics and watch
+    int latency = 0;       ///< on its way, at most
+    int chunk = 0;         ///< bytes that a driver hands on together; 0 for whole bursts
+    int splits = 0;        ///< bursts cut in two, with a pause between them
+    int pause = 0;         ///< at most
+    int noise = 0;         ///< bytes that become others
+    int lost = 0;          ///< bytes that do not arrive
+    int doubled = 0;       ///< bytes that arrive twice
+    int babble = 0;        ///< bursts that bytes come after which nobody sent
+    int silence = 0;       ///< requests that the controller leaves unanswered
+    int late = 0;          ///< answers that come late
+    int lateBy = 0;        ///< at most
+    int inputRoom = 0;     ///< bytes that wait to be read; 0 for as many as there are
+    int outputRoom = 0;    ///< bytes that wait to be sent; 0 for the usual 4096
+    int refusedWrites = 0; ///< writes that fail
+    int failedReads = 0;   ///< reads that fail
+    int failedOpens = 0;   ///< openings that fail
+    int hangUps = 0;       ///< bursts after which a line goes away
+    int clumsiness = 0;    ///< periods in which a user does something in the middle of it all
+    int strangers = 0;     ///< requests that no prepared pair answers
+    int insight = 0;       ///< scenes that are looked at with trace, statistics and watch
     int shortestPeriod = 100;
     int longestPeriod = 60'000;
     int scene = 200; ///< periods until something else is done, at most
@@ -52,8 +52,8 @@ struct Dial {
 
     std::string_view name;
     int Weather::*value;
-    bool isFault;        ///< may be off entirely
-    Range ranges[3];     ///< by climate
+    bool isFault;    ///< may be off entirely
+    Range ranges[3]; ///< by climate
 };
 
 std::span<const Dial> dials();

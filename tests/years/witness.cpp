@@ -12,8 +12,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t heldOfBurst = 1025;     // the receive buffer's
-constexpr auto longestReception = 400ms;      // beyond the last byte, with room for a wait that began late
+constexpr std::size_t heldOfBurst = 1025; // the receive buffer's
+constexpr auto longestReception = 400ms;  // beyond the last byte, with room for a wait that began late
 constexpr int ticksOfSilence = 13;
 
 /// The frame check by the division itself, a table of whose steps is made here.
@@ -50,7 +50,8 @@ std::string digitsOf(const Bytes& bytes) {
 }
 
 bool beginsWith(const Bytes& whole, const Bytes& part) {
-    return part.size() == std::min(whole.size(), heldOfBurst) && std::equal(part.begin(), part.end(), whole.begin());
+    return part.size() == std::min(whole.size(), heldOfBurst) &&
+           std::equal(part.begin(), part.end(), whole.begin());
 }
 
 } // namespace
@@ -120,11 +121,16 @@ void Witness::told(CommEvent event, std::size_t waiting) {
 void Witness::opened() {
     tell("is open", {});
     if (link_.state().InReceive) {
-        isStuckAsLaidDown_ = true; // what was being received belongs to the closed connection
+        isStuckAsLaidDown_ = true; // nobody goes on with what the closed connection was receiving
     }
 }
 
-void Witness::closed() { tell("is closed", {}); }
+void Witness::closed() {
+    tell("is closed", {});
+    if (link_.state().InReceive) {
+        isStuckAsLaidDown_ = true; // what was being received is gone
+    }
+}
 
 // The link
 
@@ -199,6 +205,7 @@ void Witness::toldSent(const Exchange& exchange) {
 void Witness::endPending(const Exchange& exchange) {
     if (std::exchange(isPending_, false)) {
         ++counts_.ended;
+        counts_.answered += exchange.outcome == Outcome::Answered ? 1 : 0;
         require(exchange.request == pending_, "the outcome is told of another request");
         return;
     }
@@ -210,11 +217,12 @@ void Witness::toldAnswer(const Exchange& exchange) {
     counts_.again += isPending_ ? 0 : 1;
     requireReceived(exchange.answer);
     if (exchange.outcome == Outcome::Answered) {
-        require(static_cast<int>(exchange.answer.size()) == exchange.expected, "an answer has another length");
+        require(static_cast<int>(exchange.answer.size()) == exchange.expected,
+                "an answer has another length");
         require(exchange.expected == shown_.answerLength, "another length was expected");
     }
-    require(exchange.outcome == Outcome::Answered ||
-                static_cast<int>(read_.size()) != exchange.expected || read_.empty(),
+    require(exchange.outcome == Outcome::Answered || static_cast<int>(read_.size()) != exchange.expected ||
+                read_.empty(),
             "an answer of the right length was dropped");
     endPending(exchange);
 }
@@ -226,7 +234,8 @@ void Witness::requireReceived(const Bytes& told) {
 void Witness::toldPair(const Exchange& exchange) {
     requireReceived(exchange.request);
     require(exchange.pair && exchange.pair == preparedRow(read_), "another pair answers");
-    require(exchange.answer.empty() || exchange.answer == written_, "the answer told is not what was written");
+    require(exchange.answer.empty() || exchange.answer == written_,
+            "the answer told is not what was written");
 }
 
 void Witness::toldUnknown(const Exchange& exchange) {
@@ -246,6 +255,11 @@ std::optional<std::size_t> Witness::preparedRow(const Bytes& request) const {
 
 void Witness::ticks() {
     const LinkState& state = link_.state();
+    diary_.tell([&] {
+        return name_ + ": tick, " + std::to_string(state.WaitTicks) +
+               (state.WaitingAnswer ? " waiting" : "") + (state.AnswerReceived ? " answered" : "") +
+               (state.InReceive ? " in reception" : "");
+    });
     const bool isCounted = findRoute(state.CommMode) != nullptr || state.CommMode == Mode::Scenario;
     if (isPending_ && isCounted && !state.InReceive && ++pendingTicks_ > ticksOfSilence) {
         require(false, "a request waits for ever");

@@ -28,6 +28,7 @@ struct Counts {
     std::array<std::uint64_t, outcomes> told{}; ///< by outcome
     std::uint64_t asked = 0;                    ///< requests whose answer was awaited
     std::uint64_t ended = 0;                    ///< of them those that something became of
+    std::uint64_t answered = 0;                 ///< of these those that had their answer
     std::uint64_t again = 0;                    ///< bursts that were taken for answers after that
     std::uint64_t dropped = 0;                  ///< bytes thrown away unread, as the line has it
     std::uint64_t toldDropped = 0;              ///< and as the link tells
@@ -42,7 +43,12 @@ class Witness : public LineWatcher, public LinkObserver {
 public:
     Witness(std::string name, const HandClock& clock, const SerialLink& link, const PacketTable& pairs,
             Findings& findings, Tape& tape, const Diary& diary)
-        : name_(std::move(name)), clock_(clock), link_(link), pairs_(pairs), findings_(findings), tape_(tape),
+        : name_(std::move(name)),
+          clock_(clock),
+          link_(link),
+          pairs_(pairs),
+          findings_(findings),
+          tape_(tape),
           diary_(diary) {}
 
     /// The program's user is about to have this sent.

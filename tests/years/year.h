@@ -22,11 +22,11 @@ namespace varda::years {
 /// Faults that a year can have planted, to see that it finds them.
 enum class Plant : std::uint8_t {
     None,
-    Altered,   ///< a byte of a frame is another one behind its check
-    Invented,  ///< an answer is told that nobody sent
-    Withheld,  ///< an outcome is not told
-    LostWait,  ///< a wait does not end
-    Leak       ///< memory is not given back
+    Altered,  ///< a byte of a frame is another one behind its check
+    Invented, ///< an answer is told that nobody sent
+    Withheld, ///< an outcome is not told
+    LostWait, ///< a wait does not end
+    Leak      ///< memory is not given back
 };
 
 /// The plant of a name, "altered" .. "leak"; nothing where it is none.

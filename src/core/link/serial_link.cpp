@@ -168,6 +168,7 @@ void SerialLink::enterMode(Mode mode) {
         state_.InReceive = false;
     }
     if (mode == Mode::Scenario) { // a silence from before the run would end it
+        tellOvertaken();
         state_.WaitTicks = 0;
         tellSilence();
         state_.WaitingAnswer = false;
