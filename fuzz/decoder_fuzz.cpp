@@ -1,5 +1,5 @@
+#include "core/insight/coverage.h"
 #include "core/insight/decoder.h"
-#include "core/insight/field_words.h"
 #include "core/insight/frame_remarks.h"
 
 #include <algorithm>
@@ -19,19 +19,6 @@ void require(bool holds) {
     }
 }
 
-void requireCovered(const DecodedFrame& frame, std::size_t size) {
-    std::size_t next = frame.begin;
-    for (const Field& field : frame.fields) {
-        require(field.place == next && field.length > 0 && field.length <= field.whole);
-        require(!fieldInWords(frame, field).empty());
-        next += field.length;
-    }
-    require(next <= size && frame.end <= next);
-    for (const Fault fault : frame.faults) {
-        require(!faultInWords(frame, fault).empty());
-    }
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -41,11 +28,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto burst = size > 0 ? all.subspan(1 + asked) : all;
     const auto frames = decodeBurst(burst, request);
     require(frames.empty() == burst.empty());
-    std::size_t next = 0;
+    require(test::flawOfCoverage(frames, burst.size()).empty());
+    require(test::flawOfCoverage({decode(burst, request)}, burst.size()).empty());
     for (const DecodedFrame& frame : frames) {
-        require(frame.begin >= next);
-        requireCovered(frame, size);
-        next = frame.end;
         pointsOf(runsOf(frame));
     }
     remarksOnAnswer(burst, request);

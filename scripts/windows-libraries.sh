@@ -44,18 +44,30 @@ windows_qt_folder() {
 # Written when all is in its place.
 is_built() { [[ -f $1/built ]]; }
 
-# download_sources PACKAGE VERSION FOLDER: Debian's own. The machine's list of sources may name no sources, and stays as it is:
-# its own lists are read as ones of sources, in a folder of our own.
-download_sources() {
-    local package=$1 version=$2 into=$3 apt=$3/apt list
-    mkdir -p "$apt"/{parts,lists/partial,archives/partial}
+# debian_source_lists INTO: those of the machine's lists that are Debian's own, by their host or by Debian's key as its mirrors
+# have it, as lists of sources. Another host may have no sources, or others of the same name.
+debian_source_lists() {
+    local into=$1 list
+    local host='://([^/ ]*[.])?debian[.]org(/| |$)' key='debian-archive-keyring'
     for list in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
         [[ -f $list ]] || continue
         case $list in
-        *.sources) sed 's/^Types:.*/Types: deb-src/' "$list" >"$apt/parts/${list##*/}" ;;
-        *.list) sed -E 's/^deb /deb-src /' "$list" >"$apt/parts/${list##*/}" ;;
-        esac
+        *.sources) grep -v '^#' "$list" | awk -v RS= -v ORS='\n\n' -v wanted="$host|$key" '$0 ~ wanted' |
+            sed 's/^Types:.*/Types: deb-src/' ;;
+        *.list) grep -E "^deb .*($host|$key)" "$list" | sed 's/^deb /deb-src /' ;;
+        esac >"$into/${list##*/}" || true # none is none
     done
+    find "$into" -maxdepth 1 -type f -empty -delete
+    [[ -n $(find "$into" -maxdepth 1 -type f) ]] ||
+        fail "No list of Debian's is among those of this machine (/etc/apt/sources.list): its sources could not be had."
+}
+
+# download_sources PACKAGE VERSION FOLDER: Debian's own. The machine's list of sources may name no sources, and stays as it is:
+# its own lists are read as ones of sources, in a folder of our own.
+download_sources() {
+    local package=$1 version=$2 into=$3 apt=$3/apt
+    mkdir -p "$apt"/{parts,lists/partial,archives/partial}
+    debian_source_lists "$apt/parts"
     local options=(-q -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$apt/parts"
         -o "Dir::State::lists=$apt/lists" -o "Dir::Cache=$apt" -o APT::Sandbox::User=)
     apt-get "${options[@]}" update || fail "The lists of Debian's sources could not be had; apt-get tells why above."

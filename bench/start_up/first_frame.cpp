@@ -1,6 +1,7 @@
 #include "start_up/first_frame.h"
 
 #include "report.h"
+#include "support/processor_time.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -9,7 +10,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 
 namespace varda::bench {
 namespace {
@@ -20,7 +20,9 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr std::chrono::seconds settling(1);
 constexpr std::chrono::seconds idling(1);
 
-double processorTime() { return 1e3 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
+double processorMilliseconds() {
+    return std::chrono::duration<double, std::milli>(test::processorTime()).count();
+}
 
 steady_clock::time_point processStart() {
     const qint64 nanoseconds = QApplication::arguments().value(1).toLongLong();
@@ -42,9 +44,10 @@ private:
     void framed() {
         const Milliseconds startUp = steady_clock::now() - processStart();
         QTimer::singleShot(settling, this, [this, startUp] {
-            const double before = processorTime();
+            const double before = processorMilliseconds();
             QTimer::singleShot(idling, this, [startUp, before] {
-                std::printf("%.1f %ld %.2f\n", startUp.count(), residentMemory(), processorTime() - before);
+                std::printf("%.1f %ld %.2f\n", startUp.count(), residentMemory(),
+                            processorMilliseconds() - before);
                 QApplication::quit();
             });
         });

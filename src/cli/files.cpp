@@ -1,12 +1,17 @@
 #include "cli/files.h"
 
 #include "cli/failure.h"
+#include "core/files/file_path.h"
 #include "core/files/profile_file.h"
+#include "core/insight/taken_expectations.h"
 #include "core/pairs/packet_file.h"
+#include "core/recordings/capture_reader.h"
 #include "core/runs/scenario_file.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
+#include <ostream>
 #include <utility>
 
 namespace varda::cli {
@@ -21,6 +26,23 @@ ProfileFile load(const std::string& path) {
 }
 
 } // namespace
+
+/// The parser's own knows only names that fit into the system's code page.
+CLI::Validator existingFile() {
+    const auto refusal = [](const std::string& name) -> std::string {
+        std::error_code error;
+        switch (std::filesystem::status(filePath(name), error).type()) {
+        case std::filesystem::file_type::none:
+        case std::filesystem::file_type::not_found:
+            return "File does not exist: " + name;
+        case std::filesystem::file_type::directory:
+            return name + " is a folder, and a file is wanted.";
+        default:
+            return {};
+        }
+    };
+    return {[refusal](std::string& name) { return refusal(name); }, "FILE"};
+}
 
 void addPairs(PacketTable& table, const std::string& path) {
     PacketTable own;
@@ -49,6 +71,24 @@ std::vector<std::optional<Expectation>> expectations(const std::string& path, st
                                           std::to_string(lines - 1) + " of section [Expect].");
     }
     return wanted;
+}
+
+Recording recording(const std::string& path, std::ostream& error) {
+    ReadCapture read = loadCapture(path);
+    if (read.isCut) {
+        error << path << " ends within a packet; the " << read.recording.size() << " before it were read.\n";
+    }
+    if (read.incomplete > 0) {
+        error << path << " holds " << read.incomplete
+              << " packets that were not kept whole; they are left out.\n";
+    }
+    return std::move(read.recording);
+}
+
+void saveExpectations(const std::string& path, const std::vector<std::string>& texts) {
+    ProfileFile file = load(path);
+    storeExpectations(texts, file);
+    file.save(path);
 }
 
 } // namespace varda::cli

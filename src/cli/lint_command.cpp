@@ -5,7 +5,7 @@
 namespace varda::cli {
 
 void LintCommand::declare(CLI::App& app) {
-    app.add_option("files", files_, "Files of prepared pairs")->required()->check(CLI::ExistingFile);
+    app.add_option("files", files_, "Files of prepared pairs")->required()->check(existingFile());
 }
 
 ExitCode LintCommand::run(const Streams& /*streams*/, Report& report) {

@@ -1,4 +1,5 @@
 #include "cli/program.h"
+#include "core/base/own_arguments.h"
 
 #include <csignal>
 #include <iostream>
@@ -7,5 +8,5 @@ int main(int argc, char** argv) {
 #ifdef SIGPIPE
     std::signal(SIGPIPE, SIG_IGN); // a reader that goes away is a failed write, which is told
 #endif
-    return varda::cli::run({argv + 1, argv + argc}, {std::cin, std::cout, std::cerr});
+    return varda::cli::run(varda::ownArguments(argc, argv), {std::cin, std::cout, std::cerr});
 }

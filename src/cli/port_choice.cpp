@@ -1,13 +1,14 @@
 #include "cli/port_choice.h"
 
 #include "core/link/line.h"
+#include "device/serial_node.h"
 
 #include <limits>
 
 namespace varda::cli {
 
 void PortChoice::declare(CLI::App& app) {
-    app.add_option("-p,--port", name, "COM1 .. COM20, a device such as /dev/ttyUSB0, or VIRTUAL")->required();
+    app.add_option("-p,--port", name, std::string(device::portNamesInWords()))->required();
     app.add_option("--baud", baudRate, "Bits per second")
         ->check(CLI::Range(1, std::numeric_limits<int>::max()).description("above 0"))
         ->capture_default_str();

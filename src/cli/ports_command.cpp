@@ -12,18 +12,27 @@ void PortsCommand::declare(CLI::App& app) {
 }
 
 ExitCode PortsCommand::run(const Streams& streams, Report& report) {
-    if (examine_) {
-        streams.out << device::reportOf(device::examinePorts({}));
-        return ExitCode::Right;
+    const std::size_t ports = examine_ ? examine(report) : list(report);
+    if (ports == 0) {
+        streams.error << "No serial port is there. VIRTUAL, the embedded controller, always is.\n";
     }
+    return ExitCode::Right;
+}
+
+std::size_t PortsCommand::list(Report& report) {
     const std::vector<device::PortName> ports = device::portNames();
     for (const device::PortName& port : ports) {
         report.port(port);
     }
-    if (ports.empty()) {
-        streams.error << "No serial port is there. VIRTUAL, the embedded controller, always is.\n";
+    return ports.size();
+}
+
+std::size_t PortsCommand::examine(Report& report) {
+    const std::vector<device::PortFindings> ports = device::examinePorts({});
+    for (const device::PortFindings& port : ports) {
+        report.port(port);
     }
-    return ExitCode::Right;
+    return ports.size();
 }
 
 } // namespace varda::cli

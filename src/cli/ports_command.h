@@ -12,6 +12,10 @@ public:
     ExitCode run(const Streams& streams, Report& report) override;
 
 private:
+    /// @return how many ports there are
+    static std::size_t list(Report& report);
+    static std::size_t examine(Report& report);
+
     bool examine_ = false;
 };
 

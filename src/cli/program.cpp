@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <memory>
 #include <ostream>
+#include <utility>
 
 namespace varda::cli {
 namespace {
@@ -50,10 +52,10 @@ void addDocuments(CLI::App& app, std::ostream& out) {
     print("--print-bash-completion", [&app] { return bashCompletion(app); });
 }
 
-ExitCode runGuarded(Subcommand& subcommand, const Streams& streams, bool asJson) {
-    Report report(streams.out, asJson);
+/// Runs something that ends the tool. @return what it returns, or the code of what it throws, which is told
+ExitCode guarded(const Streams& streams, const std::function<ExitCode()>& step) {
     try {
-        return subcommand.run(streams, report);
+        return step();
     } catch (const Failure& failure) {
         return tell(streams, failure.code(), failure.what());
     } catch (const RuntimeError& error) {
@@ -63,34 +65,54 @@ ExitCode runGuarded(Subcommand& subcommand, const Streams& streams, bool asJson)
     }
 }
 
+/// The command line, and what it asks for.
+class Program {
+public:
+    explicit Program(const Streams& streams) : streams_(streams) {
+        app_.set_version_flag("--version", "varda-cli " VARDA_VERSION);
+        app_.require_subcommand(1);
+        app_.fallthrough();
+        app_.add_flag("--json", asJson_, "Write one JSON object a line, for machines");
+        for (const auto& subcommand : subcommands_) {
+            subcommand->declare(*app_.add_subcommand(subcommand->name(), subcommand->purpose()));
+        }
+        addDocuments(app_, streams.out);
+    }
+
+    ExitCode run(std::vector<std::string> arguments) {
+        std::ranges::reverse(arguments); // as this parser wants them
+        try {
+            app_.parse(arguments);
+        } catch (const CLI::ParseError& end) {
+            const bool isAnswered = app_.exit(end, streams_.out, streams_.error) == 0;
+            if (isAnswered) {
+                flush(streams_.out);
+            }
+            return isAnswered ? ExitCode::Right : ExitCode::Usage;
+        }
+        Report report(streams_.out, asJson_);
+        return chosen().run(streams_, report);
+    }
+
+private:
+    /// The parser has seen to it that there is one.
+    Subcommand& chosen() const {
+        return **std::ranges::find_if(
+            subcommands_, [this](const auto& subcommand) { return app_.got_subcommand(subcommand->name()); });
+    }
+
+    const Streams& streams_;
+    CLI::App app_{"Talk to programmable logic controllers on a serial host link, without a window.",
+                  "varda-cli"};
+    const std::vector<std::unique_ptr<Subcommand>> subcommands_ = makeSubcommands();
+    bool asJson_ = false;
+};
+
 } // namespace
 
 int run(std::vector<std::string> arguments, const Streams& streams) {
-    CLI::App app("Talk to programmable logic controllers on a serial host link, without a window.",
-                 "varda-cli");
-    app.set_version_flag("--version", "varda-cli " VARDA_VERSION);
-    app.require_subcommand(1);
-    app.fallthrough();
-    bool asJson = false;
-    app.add_flag("--json", asJson, "Write one JSON object a line, for machines");
-    const std::vector<std::unique_ptr<Subcommand>> subcommands = makeSubcommands();
-    for (const auto& subcommand : subcommands) {
-        subcommand->declare(*app.add_subcommand(subcommand->name(), subcommand->purpose()));
-    }
-    addDocuments(app, streams.out);
-    std::ranges::reverse(arguments); // as this parser wants them
-    try {
-        app.parse(arguments);
-    } catch (const CLI::ParseError& end) {
-        const int result = app.exit(end, streams.out, streams.error);
-        return static_cast<int>(result == 0 ? ExitCode::Right : ExitCode::Usage);
-    }
-    for (const auto& subcommand : subcommands) {
-        if (app.got_subcommand(subcommand->name())) {
-            return static_cast<int>(runGuarded(*subcommand, streams, asJson));
-        }
-    }
-    return static_cast<int>(ExitCode::Usage);
+    Program program(streams);
+    return static_cast<int>(guarded(streams, [&] { return program.run(std::move(arguments)); }));
 }
 
 } // namespace varda::cli

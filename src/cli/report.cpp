@@ -18,6 +18,26 @@ using Octets = std::span<const std::uint8_t>;
 
 std::string asLine(const Json& object) { return object.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
+Json jsonOf(const device::PortName& port) {
+    return {{"type", "port"},
+            {"name", port.node},
+            {"description", port.description},
+            {"maker", port.maker},
+            {"serialNumber", port.serialNumber},
+            {"stableName", port.stableName}};
+}
+
+Json jsonOf(const device::PortFindings& findings) {
+    Json object = jsonOf(findings.port);
+    object["facts"] = findings.facts;
+    Json remedies = Json::array();
+    for (const device::PortRemedy& remedy : findings.remedies) {
+        remedies.push_back({{"command", remedy.command}, {"purpose", remedy.purpose}});
+    }
+    object["remedies"] = remedies;
+    return object;
+}
+
 Clock::Time::duration timeOf(const Exchange& exchange) {
     return exchange.received.last - exchange.sent.first;
 }
@@ -105,6 +125,26 @@ std::string textOf(const Exchange& exchange) {
     return text;
 }
 
+double inMillisecondsOf(std::chrono::microseconds time) {
+    return std::chrono::duration<double, std::milli>(time).count();
+}
+
+Json jsonOf(const RecordingSize& size) {
+    return {{"sent", size.sent},
+            {"received", size.received},
+            {"bytes", size.bytes},
+            {"milliseconds", inMillisecondsOf(size.duration)}};
+}
+
+std::string textOf(const RecordingSize& size) {
+    return std::to_string(size.sent) + " sent, " + std::to_string(size.received) + " received, " +
+           counted(size.bytes, "byte") + " in " + inMilliseconds(size.duration);
+}
+
+std::string timesInWords(std::uint64_t count) {
+    return count == 1 ? "once" : std::to_string(count) + " times";
+}
+
 Octets bytesOf(const Field& field, Octets bytes) { return bytes.subspan(field.place, field.length); }
 
 Json jsonOf(Octets bytes, const DecodedFrame& frame) {
@@ -135,14 +175,20 @@ std::string textOf(Octets bytes, const DecodedFrame& frame) {
 
 } // namespace
 
-void Report::port(const device::PortName& port) {
-    write(asJson_ ? asLine({{"type", "port"},
-                            {"name", port.node},
-                            {"description", port.description},
-                            {"maker", port.maker},
-                            {"serialNumber", port.serialNumber},
-                            {"stableName", port.stableName}})
-                  : describe(port));
+void flush(std::ostream& out) {
+    if (!out.flush()) {
+        throw Failure(ExitCode::File, "Standard output takes no more: it was closed, or its disk is full.");
+    }
+}
+
+void Report::port(const device::PortName& port) { write(asJson_ ? asLine(jsonOf(port)) : describe(port)); }
+
+void Report::port(const device::PortFindings& findings) {
+    std::string text = asJson_ ? asLine(jsonOf(findings)) : describe(findings);
+    if (text.ends_with('\n')) {
+        text.pop_back();
+    }
+    write(text);
 }
 
 void Report::exchange(const Exchange& exchange) {
@@ -178,6 +224,64 @@ void Report::finding(const std::string& file, const PairFinding& finding) {
               : file + ": pair " + std::to_string(number) + ": " + finding.problem + ' ' + finding.remedy);
 }
 
+void Report::pairHits(std::size_t row, std::uint64_t answers) {
+    write(asJson_ ? asLine({{"type", "pair"}, {"pair", row + 1}, {"answers", answers}})
+                  : "pair " + std::to_string(row + 1) + ": answered " + timesInWords(answers));
+}
+
+void Report::unmatched(const UnknownRequest& request) {
+    write(asJson_ ? asLine({{"type", "unmatched"},
+                            {"request", hexRun(request.bytes)},
+                            {"kind", kindInWords(kindOf(request.bytes))},
+                            {"count", request.count},
+                            {"isAnswered", request.isAnswered}})
+                  : "no prepared pair: " + kindInWords(kindOf(request.bytes)) + ' ' +
+                        hexGroups(request.bytes) + "came " + timesInWords(request.count) +
+                        (request.isAnswered ? ", answered from memory" : ", not answered"));
+}
+
+void Report::played(const PlayerProgress& progress) {
+    write(asJson_ ? asLine({{"type", "played"},
+                            {"frames", progress.frames},
+                            {"played", progress.played},
+                            {"periodWanted", inMillisecondsOf(progress.periodWanted)},
+                            {"periodReached", inMillisecondsOf(progress.periodReached)},
+                            {"latest", inMillisecondsOf(progress.latest)}})
+                  : std::to_string(progress.played) + " of " + counted(progress.frames, "frame") +
+                        " played; mean period " + inMilliseconds(progress.periodReached) + ", recorded " +
+                        inMilliseconds(progress.periodWanted) + "; at most " +
+                        inMilliseconds(progress.latest) + " late");
+}
+
+void Report::converted(const std::string& file, std::size_t entries, std::size_t leftOut) {
+    write(asJson_
+              ? asLine({{"type", "converted"}, {"file", file}, {"entries", entries}, {"leftOut", leftOut}})
+              : file + ": " + (entries == 1 ? "1 entry" : std::to_string(entries) + " entries") +
+                    (leftOut > 0 ? ", " + std::to_string(leftOut) + " left out" : ""));
+}
+
+void Report::difference(const RecordingDifference& difference) {
+    write(asJson_ ? asLine({{"type", "difference"},
+                            {"isSame", difference.isSame()},
+                            {"why", difference.why},
+                            {"same", difference.same},
+                            {"mostApart", inMillisecondsOf(difference.mostApart)},
+                            {"left", jsonOf(difference.left)},
+                            {"right", jsonOf(difference.right)}})
+                  : "first:  " + textOf(difference.left) + "\nsecond: " + textOf(difference.right) + '\n' +
+                        (difference.isSame() ? "The same bytes, " : difference.why + ' ') +
+                        (difference.isSame() ? "at most " : "Before that, times are at most ") +
+                        inMilliseconds(difference.mostApart) + " apart.");
+}
+
+void Report::fault(const FaultDone& fault) {
+    write(asJson_ ? asLine({{"type", "fault"},
+                            {"frame", fault.frame},
+                            {"name", ruleOf(fault.kind).name},
+                            {"done", fault.text}})
+                  : "on purpose: " + fault.text);
+}
+
 void Report::scenario(int rounds, int right, int wrong) {
     write(asJson_ ? asLine({{"type", "scenario"}, {"rounds", rounds}, {"right", right}, {"wrong", wrong}})
                   : std::to_string(rounds) + (rounds == 1 ? " round: " : " rounds: ") +
@@ -185,10 +289,8 @@ void Report::scenario(int rounds, int right, int wrong) {
 }
 
 void Report::write(std::string_view line) {
-    out_ << line << '\n' << std::flush;
-    if (!out_) {
-        throw Failure(ExitCode::File, "Standard output takes no more: it was closed, or its disk is full.");
-    }
+    out_ << line << '\n';
+    flush(out_);
 }
 
 } // namespace varda::cli

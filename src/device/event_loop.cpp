@@ -8,23 +8,26 @@
 #include <asio/signal_set.hpp>
 #include <asio/steady_timer.hpp>
 
+#include <array>
 #include <csignal>
 #include <utility>
-#include <vector>
 
 namespace varda::device {
 namespace {
 
-std::vector<int> endSignals() {
-    std::vector<int> signals = {SIGINT, SIGTERM};
+constexpr std::array endSignals = {
+    SIGINT,
+    SIGTERM,
 #ifdef SIGHUP
-    if (std::signal(SIGHUP, SIG_DFL) == SIG_IGN) { // asked by setting it, there is no other way
-        std::signal(SIGHUP, SIG_IGN);
-    } else {
-        signals.push_back(SIGHUP);
-    }
+    SIGHUP,
 #endif
-    return signals;
+};
+
+/// Asked by setting it, there is no way that every system has.
+bool isIgnored(int signal) {
+    auto* const handler = std::signal(signal, SIG_DFL);
+    std::signal(signal, handler);
+    return handler == SIG_IGN;
 }
 
 } // namespace
@@ -57,8 +60,10 @@ std::unique_ptr<PeriodTimer> EventLoop::makeTimer(std::function<void()> tick) {
 
 std::shared_ptr<void> EventLoop::whenAskedToEnd(std::function<void()> end) {
     auto signals = std::make_shared<asio::signal_set>(context_->io);
-    for (const int signal : endSignals()) {
-        signals->add(signal);
+    for (const int signal : endSignals) {
+        if (!isIgnored(signal)) {
+            signals->add(signal);
+        }
     }
     signals->async_wait([end = std::move(end)](const asio::error_code& error, int /*signal*/) {
         if (!error) {

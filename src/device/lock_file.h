@@ -16,7 +16,7 @@ public:
     static std::vector<std::string> usualFolders();
 
     /// Where the file cannot be made there is none, which does no harm: the claim on the node itself stands.
-    /// One whose maker lives no more is taken over.
+    /// Those whose makers live no more are taken over, under every name and in every folder.
     /// @param node the node's path without links
     /// @param name the path that the node was chosen by; other programs may have named their file after it
     LockFile(const std::string& node, const std::string& name,
@@ -28,11 +28,13 @@ public:
     /// Whether another lock file names a process that lives. Then none of our own has been made.
     bool isTakenByAnother() const { return isTaken_; }
 
-    /// Tells of a lock file that had been left behind and was taken over, with the process that made it;
-    /// empty where there was none.
+    /// Tells of lock files that had been left behind, each with the process that made it: they were taken
+    /// over, or passed over where they may not be removed. Empty where there was none.
     const std::string& takeOver() const { return takeOver_; }
 
 private:
+    void takeOver(const std::string& path);
+    void tell(const std::string& news);
     void make(const std::string& path);
 
     bool isTaken_ = false;

@@ -75,12 +75,17 @@ bool isHeld(const std::string& path) {
     return owner ? isAlive(*owner) : isBeingWritten(file);
 }
 
-/// What a lock file that nobody holds any more has to tell.
+bool isFile(const std::string& path) {
+    struct stat found {};
+    return ::lstat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode);
+}
+
+/// What to call a lock file that nobody holds any more.
 std::string leftBehind(const std::string& path) {
     const FileHandle file = openToRead(path);
     const auto owner = file.isOpen() ? ownerIn(file) : std::nullopt;
-    return owner ? "The lock of process " + std::to_string(*owner) + ", which has ended, was taken over."
-                 : "A lock that names no process was taken over.";
+    return owner ? "The lock of process " + std::to_string(*owner) + ", which has ended,"
+                 : "A lock that names no process";
 }
 
 /// A file of its own name first, so that nobody ever sees a lock file that is not written yet.
@@ -147,6 +152,13 @@ LockFile::LockFile(const std::string& node, const std::string& name,
         }
     }
     for (const std::string& folder : folders) {
+        for (const std::string& file : names) {
+            if (!isTaken_) {
+                takeOver(pathOf(folder, file));
+            }
+        }
+    }
+    for (const std::string& folder : folders) {
         if (!isTaken_ && own_.empty()) {
             make(pathOf(folder, names.front()));
         }
@@ -159,17 +171,34 @@ LockFile::~LockFile() {
     }
 }
 
-void LockFile::make(const std::string& path) {
-    int error = makeNew(path);
-    if (error == EEXIST) {
-        isTaken_ = isHeld(path); // somebody was quicker
-        const std::string found = leftBehind(path);
-        if (!isTaken_ && takeAway(path)) {
-            error = makeNew(path);
-            takeOver_ = error == 0 ? found : std::string();
-        }
+/// Where only the owner of a file may remove it, a folder for everybody mostly, it stays and stands for
+/// nobody.
+void LockFile::takeOver(const std::string& path) {
+    if (!isFile(path)) {
+        return;
     }
-    if (error == 0) {
+    const std::string found = leftBehind(path);
+    if (takeAway(path)) {
+        tell(found + " was taken over.");
+    } else if (isHeld(path)) { // somebody was quicker
+        isTaken_ = true;
+    } else if (isFile(path)) {
+        tell(found + " was passed over: you may not remove it.");
+    }
+}
+
+/// One folder may be found by several names.
+void LockFile::tell(const std::string& news) {
+    if (takeOver_.find(news) == std::string::npos) {
+        takeOver_ += (takeOver_.empty() ? "" : " ") + news;
+    }
+}
+
+void LockFile::make(const std::string& path) {
+    const int error = makeNew(path);
+    if (error == EEXIST) {
+        isTaken_ = isHeld(path); // somebody was quicker, or it is not ours to remove
+    } else if (error == 0) {
         own_ = path;
     }
 }

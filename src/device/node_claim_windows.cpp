@@ -1,6 +1,7 @@
 #include "device/node_claim.h"
 
 #include "core/files/file_path.h"
+#include "device/windows_words.h"
 
 #include <windows.h>
 
@@ -72,14 +73,19 @@ const char* otherKind(const std::string& node) {
     return isBlockDevice(name) ? refusal::blockDevice : nullptr;
 }
 
+using windows_words::Refusal;
+static_assert(windows_words::refusalOf(ERROR_ACCESS_DENIED) == Refusal::InUse &&
+              windows_words::refusalOf(ERROR_SHARING_VIOLATION) == Refusal::InUse &&
+              windows_words::refusalOf(ERROR_BUSY) == Refusal::InUse &&
+              windows_words::refusalOf(ERROR_PRIVILEGE_NOT_HELD) == Refusal::NotPermitted);
+
 RuntimeError openFailure(DWORD systemError, const std::string& label) {
-    switch (systemError) {
-    case ERROR_PRIVILEGE_NOT_HELD:
+    switch (windows_words::refusalOf(systemError)) {
+    case Refusal::NotPermitted:
         return notPermitted(label);
-    case ERROR_ACCESS_DENIED: // what this system says of a port that somebody has
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_BUSY:
+    case Refusal::InUse:
         return portInUse(label);
+    case Refusal::Other:
     default:
         return cannotBeOpened(label, {static_cast<int>(systemError), std::system_category()});
     }

@@ -1,19 +1,12 @@
 #include "device/node_target.h"
 
-#include <algorithm>
-#include <string_view>
+#include "device/windows_words.h"
 
 namespace varda::device {
 
-/// A port's name is no path here: to look it up as one would open the port. It counts in letters of either
-/// size, and with the system's folder of devices before it.
+/// A port's name is no path here: to look it up as one would open the port.
 std::string nodeTarget(const std::string& node, const std::string& /*root*/) {
-    constexpr std::string_view deviceFolder = R"(\\.\)";
-    std::string name = node.starts_with(deviceFolder) ? node.substr(deviceFolder.size()) : node;
-    std::ranges::transform(name, name.begin(), [](char letter) {
-        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-    });
-    return name;
+    return windows_words::listedName(node);
 }
 
 /// There is none here.

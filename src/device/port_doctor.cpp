@@ -1,9 +1,8 @@
 #include "device/port_doctor.h"
 
 namespace varda::device {
-namespace {
 
-std::string reportOf(const PortFindings& findings) {
+std::string describe(const PortFindings& findings) {
     std::string text = describe(findings.port) + '\n';
     for (const std::string& fact : findings.facts) {
         text += "  " + fact + '\n';
@@ -14,13 +13,11 @@ std::string reportOf(const PortFindings& findings) {
     return text;
 }
 
-} // namespace
-
 std::string reportOf(const std::vector<PortFindings>& findings) {
     std::string text;
     for (const PortFindings& port : findings) {
         text += text.empty() ? "" : "\n";
-        text += reportOf(port);
+        text += describe(port);
     }
     return text.empty() ? "No serial port is there. Plug the adapter in, and look again.\n" : text;
 }

@@ -26,6 +26,9 @@ struct PortFindings {
 /// for none @param root where the system's folders are looked for, for tests
 std::vector<PortFindings> examinePorts(const std::string& chosen, const std::string& root = {});
 
+/// What was found out about one port, a line each.
+std::string describe(const PortFindings& findings);
+
 /// The findings as a text to read and to hand on.
 std::string reportOf(const std::vector<PortFindings>& findings);
 

@@ -23,8 +23,8 @@ std::string chosenPort(const std::string& chosen) {
     return withoutBlanksAround(chosen) == virtualPortName ? std::string() : nodeTarget(deviceNode(chosen));
 }
 
-PortFindings notThere(const std::string& name) {
-    const std::string meant = meantInCapitals(name);
+/// @param meant in capitals, perhaps; empty where nothing of the kind is known
+PortFindings notThere(const std::string& name, const std::string& meant) {
     return {{name, {}},
             {"There is no such port." + (meant.empty() ? "" : " Did you mean " + meant + ", in capitals?")},
             {{"devmgmt.msc", "What is plugged in, in the device manager"}}};
@@ -39,7 +39,7 @@ std::vector<PortFindings> examinePorts(const std::string& chosen, const std::str
                                               [&name](const PortName& port) { return port.node == name; });
     std::vector<PortFindings> findings;
     if (!name.empty() && others == ports.begin()) {
-        findings.push_back(notThere(name));
+        findings.push_back(notThere(name, meantInCapitals(chosen)));
     }
     for (const PortName& port : ports) {
         findings.push_back(findingsOf(port));

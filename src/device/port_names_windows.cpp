@@ -1,6 +1,7 @@
 #include "device/port_names.h"
 
 #include "core/base/utf8_windows.h"
+#include "device/windows_words.h"
 
 #include <algorithm>
 #include <map>
@@ -93,12 +94,6 @@ std::string identityOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
                                                                                           : std::string();
 }
 
-/// The last part of a USB device's id is its serial number, unless the system made it up: then it holds "&".
-std::string serialNumberOf(const std::string& identity) {
-    const std::string last = identity.substr(identity.rfind('\\') + 1);
-    return identity.starts_with("USB\\") && last.find('&') == std::string::npos ? last : std::string();
-}
-
 /// Adds what the devices' list knows. Its descriptions end in the port's name, which stands before them here.
 void describePorts(std::map<std::string, PortName>& ports) {
     const HDEVINFO devices = ::SetupDiGetClassDevsW(&GUID_DEVCLASS_PORTS, nullptr, nullptr, DIGCF_PRESENT);
@@ -113,12 +108,11 @@ void describePorts(std::map<std::string, PortName>& ports) {
             continue;
         }
         PortName& port = found->second;
-        port.description = property(devices, device, SPDRP_FRIENDLYNAME);
-        const auto name = port.description.find(" (" + port.node + ")");
-        port.description = port.description.substr(0, name);
+        port.description =
+            windows_words::withoutPort(property(devices, device, SPDRP_FRIENDLYNAME), port.node);
         port.maker = property(devices, device, SPDRP_MFG);
         port.identity = identityOf(devices, device);
-        port.serialNumber = serialNumberOf(port.identity);
+        port.serialNumber = windows_words::serialNumberOf(port.identity);
     }
     ::SetupDiDestroyDeviceInfoList(devices);
 }

@@ -1,105 +1,9 @@
-#include "cli/program.h"
+#include "cli/program_fixture.h"
 
-#include "support/pseudo_terminal.h"
-#include "support/temporary_folder.h"
-
-#include <gtest/gtest.h>
-
-#include <nlohmann/json.hpp>
-
-#include <condition_variable>
-#include <csignal>
-#include <fstream>
-#include <mutex>
-#include <sstream>
-#include <thread>
-
-namespace varda {
+namespace varda::test {
 namespace {
 
-using Json = nlohmann::json;
 using namespace std::chrono_literals;
-
-/// A stream that another thread may wait for.
-class Output : public std::ostream {
-public:
-    Output() : std::ostream(nullptr) { rdbuf(&buffer_); }
-
-    std::string text() const { return buffer_.str(); }
-    void clearText() { buffer_.str({}); }
-    /// Returns when something was written since it was asked for last.
-    void waitForMore() { buffer_.waitForMore(); }
-
-private:
-    class Buffer : public std::stringbuf {
-    public:
-        void waitForMore() {
-            std::unique_lock lock(mutex_);
-            written_.wait_for(lock, 10s, [this] { return flushes_ > seen_; });
-            seen_ = flushes_;
-        }
-
-    protected:
-        int sync() override {
-            const std::lock_guard lock(mutex_);
-            ++flushes_;
-            written_.notify_all();
-            return 0;
-        }
-
-    private:
-        std::mutex mutex_;
-        std::condition_variable written_;
-        int flushes_ = 0;
-        int seen_ = 0;
-    };
-
-    Buffer buffer_;
-};
-
-/// The tool, run in this process.
-class ProgramTest : public testing::Test {
-protected:
-    int run(const std::vector<std::string>& arguments, const std::string& input = {}) {
-        std::istringstream in(input);
-        out.clearText();
-        error.clearText();
-        return cli::run(arguments, {in, out, error});
-    }
-
-    /// The output as objects, one a line.
-    std::vector<Json> objects() const {
-        std::vector<Json> read;
-        std::istringstream lines(out.text());
-        for (std::string text; std::getline(lines, text);) {
-            read.push_back(Json::parse(text));
-        }
-        return read;
-    }
-
-    /// Runs a subcommand that only a signal ends, which comes when the far end has done its part.
-    int runUntilEnded(const std::vector<std::string>& arguments, const std::function<void()>& farEnd) {
-        std::thread other([this, &farEnd] {
-            error.waitForMore(); // the port is open
-            farEnd();
-            std::raise(SIGTERM);
-        });
-        const int code = run(arguments);
-        other.join();
-        return code;
-    }
-
-    std::string file(const std::string& name, const std::string& text) {
-        std::string path = folder.file(name);
-        std::ofstream(path) << text;
-        return path;
-    }
-
-    test::TemporaryFolder folder;
-    test::PseudoTerminal line;
-    Output out;
-    Output error;
-};
 
 TEST_F(ProgramTest, ReadsFromTheEmbeddedController) {
     EXPECT_EQ(run({"read", "--port", "VIRTUAL", "W 0100 2"}), 0);
@@ -208,36 +112,31 @@ TEST_F(ProgramTest, ExplainsFrames) {
 }
 
 TEST_F(ProgramTest, RunsAScenario) {
-    const std::string path = file("two.scn", "[Information]\r\nTotal=2\r\n[Scenario]\r\n"
-                                             "Scenario0=FF FF 21 03 00 00 08 BD 85 \r\n"
-                                             "Scenario1=FF FF 23 03 00 02 04 C5 20 \r\n");
-    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--rounds", "2", "--period", "150", path}), 0);
+    const std::string path = scenarioFile();
+    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--rounds", "2", "--period", "400", path}), 0);
     ASSERT_EQ(objects().size(), 5U);
     EXPECT_EQ(objects().back()["right"], 4);
     EXPECT_EQ(objects().back()["wrong"], 0);
 }
 
 TEST_F(ProgramTest, JudgesAScenarioByWhatIsExpected) {
-    const std::string scenario = file("two.scn", "[Information]\r\nTotal=2\r\n[Scenario]\r\n"
-                                                 "Scenario0=FF FF 21 03 00 00 08 BD 85 \r\n"
-                                                 "Scenario1=FF FF 23 03 00 02 04 C5 20 \r\n");
+    const std::string scenario = scenarioFile();
     const std::string right = file(
         "right.expect", "[Expect]\r\nExpect0=R 0000.3 = OFF; R 0000.7 != ON\r\n"
                         "Expect1=FF FF A3 08 .. .. .. .. .. .. .. .. .. ..\r\n[Limit]\r\nLimit1=5000\r\n");
-    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "150", "--expect", right, scenario}), 0) << out.text();
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--expect", right, scenario}), 0) << out.text();
     const std::string wrong = file("wrong.expect", "[Expect]\r\nExpect1=W 0002 >= 10\r\n");
     const std::string results = folder.file("results.xml");
-    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--period", "150", "--expect", wrong, "--junit", results,
+    EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--period", "400", "--expect", wrong, "--junit", results,
                    scenario}),
               1);
     const auto read = objects();
     ASSERT_EQ(read.size(), 5U);
     EXPECT_EQ(read[1]["isMet"], true) << "nothing was expected of it";
     EXPECT_EQ(read[3]["why"], "W 0002 >= 10 was wanted, and it is W 0002 = 0000h = 0.");
-    std::ostringstream xml;
-    xml << std::ifstream(results).rdbuf();
-    EXPECT_NE(xml.str().find(R"(tests="2" failures="1")"), std::string::npos) << xml.str();
-    EXPECT_NE(xml.str().find("10 was wanted, and it is W 0002 = 0000h = 0."), std::string::npos);
+    const std::string xml = bytesOf(results);
+    EXPECT_NE(xml.find(R"(tests="2" failures="1")"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("10 was wanted, and it is W 0002 = 0000h = 0."), std::string::npos);
     EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--expect", scenario, scenario}), 4);
     EXPECT_EQ(
         run({"run", "-p", "VIRTUAL", "--expect", file("odd.expect", "[Expect]\nExpect0=maybe\n"), scenario}),
@@ -254,8 +153,7 @@ TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {
 }
 
 TEST_F(ProgramTest, AnswersFromPreparedPairs) {
-    const std::string path = file("pairs.ini", "[Information]\r\nTotal=1\r\n[Receive]\r\n0=0102030405\r\n"
-                                               "[Send]\r\n0=AABBCC\r\n");
+    const std::string path = pairsFile();
     std::vector<std::uint8_t> answer;
     EXPECT_EQ(runUntilEnded({"--json", "simulate", "-p", line.path(), path},
                             [&] {
@@ -267,10 +165,12 @@ TEST_F(ProgramTest, AnswersFromPreparedPairs) {
                             }),
               0);
     EXPECT_EQ(answer, (std::vector<std::uint8_t>{0xAA, 0xBB, 0xCC}));
-    ASSERT_EQ(objects().size(), 2U);
+    ASSERT_EQ(objects().size(), 4U);
     EXPECT_EQ(objects()[0]["outcome"], "answered by a pair");
     EXPECT_EQ(objects()[0]["pair"], 1);
     EXPECT_EQ(objects()[1]["outcome"], "unknown");
+    EXPECT_EQ(objects()[2]["type"], "pair");
+    EXPECT_EQ(objects()[3]["type"], "unmatched");
 }
 
 TEST_F(ProgramTest, FindsWhatIsWrongWithPreparedPairs) {
@@ -295,16 +195,8 @@ TEST_F(ProgramTest, ListsAndLogsWhatComesIn) {
                             }),
               0);
     EXPECT_EQ(out.text(), "01 FF \n");
-    std::ostringstream logged;
-    logged << std::ifstream(log).rdbuf();
-    EXPECT_EQ(logged.str(), "01 FF \n");
-}
-
-TEST_F(ProgramTest, EndsWhereItsOutputIsClosed) {
-    out.setstate(std::ios::badbit);
-    EXPECT_EQ(run({"read", "-p", "VIRTUAL", "W 0"}), 4);
-    EXPECT_NE(error.text().find("Standard output takes no more"), std::string::npos);
+    EXPECT_EQ(bytesOf(log), "01 FF \n");
 }
 
 } // namespace
-} // namespace varda
+} // namespace varda::test

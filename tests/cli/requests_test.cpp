@@ -27,6 +27,17 @@ std::vector<PointRun> runsIn(const Request& request) {
     return runsOf(frame);
 }
 
+/// As the decoder reads them, in their order.
+std::vector<int> valuesIn(const Request& request) {
+    std::vector<int> values;
+    for (const Field& field : decode(request.bytes).fields) {
+        if (field.role == FieldRole::Value) {
+            values.push_back(static_cast<int>(field.number));
+        }
+    }
+    return values;
+}
+
 template <typename Make>
 std::string refusalOf(Make&& make) {
     try {
@@ -80,10 +91,11 @@ TEST(Requests, ReadMixedPoints) {
 }
 
 TEST(Requests, WriteMixedPointsSideBySide) {
-    const Request request = mixedWriteRequest(stations, operands("M 0000.0=ON W 0100=1,2"));
+    const Request request = mixedWriteRequest(stations, operands("M 0000.0=ON W 0100=1,1A2Bh"));
     EXPECT_EQ(runsIn(request),
               (std::vector<PointRun>{{{Access::Bit, 192 * 16}, 1}, {{Access::Word, 612}, 2}}));
     EXPECT_EQ(request.answerLength, 7);
+    EXPECT_EQ(valuesIn(request), (std::vector<int>{0xFF, 1, 0x1A2B}));
 }
 
 TEST(Requests, EndWithTheLastRegister) {

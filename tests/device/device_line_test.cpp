@@ -1,9 +1,9 @@
 #include "device/device_line.h"
 
 #include "core/link/mscomm.h"
-#include "support/processor_time.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
+#include "support/resting.h"
 #include "support/task_loop.h"
 
 #include <gtest/gtest.h>

@@ -70,8 +70,15 @@ protected:
     /// Of long ago.
     void writeOld(const std::string& name, const std::string& content) {
         writeBytes(folder.file(name), content);
+        makeOld(name);
+    }
+    void makeOld(const std::string& name) {
         const utimbuf longAgo{1000000000, 1000000000};
         ASSERT_EQ(::utime(folder.file(name).c_str(), &longAgo), 0);
+    }
+
+    static std::string told(int dead) {
+        return "The lock of process " + std::to_string(dead) + ", which has ended, was taken over.";
     }
 
     const int living = ::getppid();
@@ -110,9 +117,76 @@ TEST_F(LockFileTest, OfADeadProcessIsTakenOver) {
         const auto held = lock();
         EXPECT_FALSE(held->isTakenByAnother());
         EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(::getpid()));
-        EXPECT_EQ(held->takeOver(),
-                  "The lock of process " + std::to_string(dead) + ", which has ended, was taken over.");
+        EXPECT_EQ(held->takeOver(), told(dead));
     }
+}
+
+TEST_F(LockFileTest, OfADeadProcessIsTakenOverUnderEveryName) {
+    const int dead = deadProcess();
+    for (const char* const name : {"LCK..pts_5", "LCK..pts:5", "LCK..5", "LCK..modem"}) {
+        writeBytes(folder.file(name), standard(dead));
+        const auto held = lock("/dev/pts/5", "/dev/modem");
+        EXPECT_FALSE(held->isTakenByAnother()) << name;
+        EXPECT_EQ(held->takeOver(), told(dead)) << name;
+        EXPECT_EQ(folder.names(), std::vector<std::string>{"LCK..pts_5"}) << name;
+    }
+}
+
+TEST_F(LockFileTest, OfADeadProcessIsTakenOverInEveryFolder) {
+    const int dead = deadProcess();
+    const TemporaryFolder other;
+    writeBytes(other.file("LCK..ttyUSB0"), standard(dead));
+    const LockFile held("/dev/ttyUSB0", "/dev/ttyUSB0", {folder.path(), other.path()});
+    EXPECT_EQ(held.takeOver(), told(dead));
+    EXPECT_EQ(other.entries(), 0);
+    EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(::getpid()));
+}
+
+TEST_F(LockFileTest, OfSeveralDeadProcessesEachIsTold) {
+    const int first = deadProcess();
+    const int second = deadProcess();
+    writeBytes(folder.file("LCK..pts_5"), standard(first));
+    writeBytes(folder.file("LCK..5"), standard(second));
+    writeBytes(folder.file("LCK..modem"), standard(first));
+    EXPECT_EQ(lock("/dev/pts/5", "/dev/modem")->takeOver(), told(first) + ' ' + told(second));
+}
+
+/// As the folder for all lock files mostly is: everybody makes files there, and removes only their own.
+TEST_F(LockFileTest, ThatOnlyItsOwnerMayRemoveIsPassedOverAndTold) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "notice: the file of another user is left out: only the administrator can make one";
+    }
+    const int dead = deadProcess();
+    const TemporaryFolder next;
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(01777));
+    std::filesystem::permissions(next.path(), std::filesystem::perms(01777));
+    writeBytes(folder.file("LCK..ttyUSB0"), standard(dead));
+    const OrdinaryUser user;
+    const LockFile held("/dev/ttyUSB0", "/dev/ttyUSB0", {folder.path(), next.path()});
+    EXPECT_FALSE(held.isTakenByAnother());
+    EXPECT_EQ(held.takeOver(), "The lock of process " + std::to_string(dead) +
+                                   ", which has ended, was passed over: you may not remove it.");
+    EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(dead));
+    EXPECT_EQ(bytesOf(next.file("LCK..ttyUSB0")), standard(::getpid()));
+}
+
+TEST_F(LockFileTest, OfOneThatLivesLeavesTheOthersAlone) {
+    const int dead = deadProcess();
+    writeBytes(folder.file("LCK..ttyUSB0"), standard(dead));
+    writeBytes(folder.file("LCK..modem"), standard(living));
+    const auto held = lock("/dev/ttyUSB0", "/dev/modem");
+    EXPECT_TRUE(held->isTakenByAnother());
+    EXPECT_EQ(held->takeOver(), "");
+    EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(dead));
+}
+
+TEST_F(LockFileTest, IsNoFolderOfThatName) {
+    std::filesystem::create_directory(folder.file("LCK..ttyUSB0"));
+    makeOld("LCK..ttyUSB0");
+    const auto held = lock();
+    EXPECT_FALSE(held->isTakenByAnother());
+    EXPECT_EQ(held->takeOver(), "");
+    EXPECT_TRUE(std::filesystem::is_directory(folder.file("LCK..ttyUSB0")));
 }
 
 TEST_F(LockFileTest, ThatNamesNobodyIsTakenOverWithoutAName) {

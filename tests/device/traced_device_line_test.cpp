@@ -1,6 +1,7 @@
 #include "core/insight/trace_recorder.h"
 #include "core/insight/verdict_words.h"
 #include "device/device_line.h"
+#include "device/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/task_loop.h"
 
@@ -16,13 +17,6 @@ namespace {
 using namespace std::chrono_literals;
 using test::PseudoTerminal;
 using test::TaskLoop;
-
-/// The steady clock; nobody waits by it here.
-class RealClock : public Clock {
-public:
-    Time now() const override { return Time::clock::now(); }
-    void schedule(std::chrono::milliseconds /*wait*/, std::function<void()> /*due*/) override {}
-};
 
 /// A serial control whose line, on a pseudo-terminal, is traced.
 class TracedDeviceLineTest : public testing::Test {
@@ -45,7 +39,7 @@ protected:
     const TraceLine& line(Trace::Number number) const { return *trace.find(number); }
 
     TaskLoop loop;
-    RealClock clock;
+    EventLoop clock; ///< nobody waits by it here
     PseudoTerminal terminal;
     Trace trace;
     TraceRecorder recorder{trace, clock};
@@ -118,8 +112,8 @@ TEST_F(TracedDeviceLineTest, FloodOfTenMegabytesIsCountedAndBounded) {
         ASSERT_LE(line(number).bytes.size(), Trace::mostLineBytes);
     }
     EXPECT_EQ(received, pieces * piece.size());
-    EXPECT_TRUE(counted == received || trace.begin() > 0);
-    EXPECT_LE(kept, Trace::mostBytes);
+    EXPECT_EQ(counted, received);
+    EXPECT_LT(kept, received / 2); // of every line no more than the beginning; a busy machine makes more of them
 }
 
 } // namespace

@@ -72,6 +72,7 @@ public:
         Burst look(std::size_t from) const override {
             return burstBehind(from, wire_.input_, wire_.arrivals_);
         }
+        std::string notice() const override { return wire_.notice_; }
         void tell(CommEvent event, const std::string& reason = {}) { raise(event, reason); }
 
     private:
@@ -104,6 +105,8 @@ public:
         nearEnd_->tell(CommEvent::HungUp, reason);
     }
 
+    /// What opening comes upon from now on.
+    void comeUpon(const std::string& notice) { notice_ = notice; }
     void failOpen(const RuntimeError& error) { openFailure_ = error; }
     /// The bytes that a failing read() was to return are lost, or wait on.
     void failRead(const RuntimeError& error, bool losesInput = true) {
@@ -157,6 +160,7 @@ private:
     std::vector<Bytes> written_;
     std::vector<std::string> calls_;
     std::function<void()> onWrite_;
+    std::string notice_;
     Failure openFailure_;
     Failure readFailure_;
     bool readLosesInput_ = true;

@@ -68,6 +68,7 @@ public:
         }
     }
     std::size_t inBufferCount() const noexcept override { return input_.size(); }
+    Burst look(std::size_t from) const override { return burstBehind(from, input_, {}); }
     Burst read() override { return {.bytes = std::exchange(input_, {})}; }
     void discard() noexcept override { input_.clear(); }
     void write(const Bytes& bytes) override {

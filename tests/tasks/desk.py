@@ -5,55 +5,27 @@ What stands where is read as a screen reader does (AT-SPI); what is done goes th
 
 import ctypes
 import os
-import shutil
 import struct
 import subprocess
 import sys
-import tempfile
 import time
 import zlib
 
-SKIPPED = 77
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "support"))
+import desktop  # noqa: E402
+
 PATIENCE = 20  # seconds
-NEEDED = ["Xvfb", "dbus-run-session", "openbox", "xdotool", "socat"]
+NEEDED = ["Xvfb", "dbus-run-session", "openbox", "xdotool", "xclip", "socat"]
 SCREEN = (1366, 768)
-
-
-def skip(reason):
-    print(f"notice: the tasks are left out: {reason}")
-    sys.exit(SKIPPED)
+WHAT = "the tasks are"
 
 
 def require():
-    for command in NEEDED:
-        if shutil.which(command) is None:
-            skip(f"there is no {command}")
-    try:
-        import pyatspi  # noqa: F401
-    except (ImportError, ValueError) as error:
-        skip(str(error))
+    desktop.require(WHAT, NEEDED, ["pyatspi"])
 
 
 def run_in_own_session(script, arguments):
-    """Calls a script again, on a screen and in a session of its own; both end with it."""
-    read_end, write_end = os.pipe()
-    with tempfile.TemporaryDirectory() as runtime:
-        screen = subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "{}x{}x24".format(*SCREEN), "-nolisten", "tcp"],
-                                  pass_fds=[write_end], stderr=subprocess.DEVNULL)
-        os.close(write_end)
-        try:
-            number = os.read(read_end, 16).decode().strip()
-            if not number:
-                skip("Xvfb does not start")
-            surroundings = {**os.environ, "DISPLAY": f":{number}", "XDG_RUNTIME_DIR": runtime, "HOME": runtime,
-                            "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LC_ALL": "C.UTF-8"}
-            for name in ["WAYLAND_DISPLAY", "AT_SPI_BUS_ADDRESS", "SESSION_MANAGER"]:
-                surroundings.pop(name, None)
-            return subprocess.run(["dbus-run-session", "--", sys.executable, script, "--inside", *arguments],
-                                  env=surroundings, check=False).returncode
-        finally:
-            screen.terminate()
-            screen.wait()
+    return desktop.run_in_own_session(WHAT, script, arguments, SCREEN)
 
 
 class Failed(Exception):
@@ -61,13 +33,10 @@ class Failed(Exception):
 
 
 def until(ask, what, patience=PATIENCE):
-    end = time.monotonic() + patience
-    while time.monotonic() < end:
-        answer = ask()
-        if answer:
-            return answer
-        time.sleep(0.03)
-    raise Failed(what)
+    answer = desktop.until(ask, patience, 0.03)
+    if not answer:
+        raise Failed(what)
+    return answer
 
 
 class Image(ctypes.Structure):
@@ -182,12 +151,18 @@ class Window:
         self.process = subprocess.Popen([program, *arguments], stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.leaves = {getattr(pyatspi, role) for role in self.LEAVES}
         self.known = {}
+
+    def wait_until_it_is_up(self):
         until(self.frame, "the window does not come up")
         time.sleep(0.4)  # until the window manager has placed it
 
     def end(self):
         self.process.terminate()
-        self.process.wait()
+        try:
+            self.process.wait(timeout=10)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
 
     def application(self):
         for application in self.atspi.Registry.getDesktop(0):

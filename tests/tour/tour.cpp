@@ -4,6 +4,8 @@
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
+#include "tour/fault_pictures.h"
+#include "tour/pictures.h"
 #include "window/insight/insight_window.h"
 #include "window/insight/watch_panel.h"
 #include "window/shell/program.h"
@@ -13,10 +15,8 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QListView>
 #include <QMessageBox>
-#include <QPixmap>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTableWidget>
@@ -47,20 +47,6 @@ constexpr Page writePage = {"cmdWDSend", "txtSendWData", "txtReceiveWData", "txt
 // The completion of both mixed pages is told on the write page.
 constexpr Page mixedReadPage = {"cmdMRDSend", "txtSendMRData", "txtReceiveMRData", "txtWStatus"};
 constexpr Page mixedWritePage = {"cmdMWDSend", "txtSendMWData", "txtReceiveMWData", "txtWStatus"};
-
-/// A picture with a palette takes a third of the room; so many colours fit into one.
-QImage withFewColours(QImage picture) {
-    constexpr int step = 5; // 52 levels, black and white among them
-    const auto rounded = [](int level) { return (level + step / 2) / step * step; };
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            const QRgb colour = picture.pixel(x, y);
-            picture.setPixel(x, y,
-                             qRgb(rounded(qRed(colour)), rounded(qGreen(colour)), rounded(qBlue(colour))));
-        }
-    }
-    return picture.convertToFormat(QImage::Format_Indexed8);
-}
 
 /// Below a name of its own the line is the same in every picture, where a link to a port is a port.
 std::string nameInPictures(const std::string& path) {
@@ -93,6 +79,7 @@ public:
         simulate();
         monitor();
         unplug();
+        failures_ += takeFaults(pictures_);
         std::printf("%s\n", failures_ == 0 ? "Every answer was right." : "The tour has found wrong answers.");
         return failures_ == 0;
     }
@@ -408,15 +395,9 @@ private:
 
     void picture(const char* name) { save(driver_.window(), name); }
 
-    void save(QWidget& window, const char* name) {
-        varda::test::runFor(std::chrono::milliseconds(20));
-        const QString file = pictures_.filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
-        const bool saved = withFewColours(window.grab().toImage()).save(file, "PNG", 0);
-        judge(saved);
-        std::printf("  picture  %s%s\n", qPrintable(file), saved ? "" : " COULD NOT BE SAVED");
-    }
+    void save(QWidget& window, const char* name) { judge(pictures_.save(window, name)); }
 
-    QDir pictures_;
+    Pictures pictures_;
     std::string openLine_;
     varda::test::PseudoTerminal line_;
     WindowDriver driver_;

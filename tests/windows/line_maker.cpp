@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <mutex>
 #include <string>
@@ -51,6 +52,25 @@ public:
 private:
     std::mutex mutex_;
     std::vector<std::string> free_;
+};
+
+/// A name that a line has, given back at the end of the scope; empty where none was free.
+class NameInUse {
+public:
+    explicit NameInUse(Names& names) : names_(names), text_(names.take()) {}
+    NameInUse(const NameInUse&) = delete;
+    NameInUse& operator=(const NameInUse&) = delete;
+    ~NameInUse() {
+        if (!text_.empty()) {
+            names_.giveBack(std::move(text_));
+        }
+    }
+
+    const std::string& text() const { return text_; }
+
+private:
+    Names& names_;
+    std::string text_;
 };
 
 class Handle {
@@ -122,26 +142,32 @@ void carry(int connection, int farEnd) {
     }
 }
 
-/// One line from its beginning to its end.
-void serve(int connection, const files::path& folder, Names& names) {
-    const Handle test(connection);
-    const std::string name = names.take();
-    if (name.empty()) {
-        return;
-    }
+/// A line under a name; the name's link goes with it.
+void makeLine(int connection, const files::path& folder, const std::string& name) {
     std::string path;
     const auto [farHandle, nearHandle] = openLine(path);
-    {
-        const Handle farEnd(farHandle);
-        const Handle nearEnd(nearHandle);
-        lead(folder / name, path);
-        const std::string line = name + '\n';
-        ::send(connection, line.data(), line.size(), MSG_NOSIGNAL);
-        carry(connection, farEnd.get());
-        std::error_code ignored;
-        files::remove(folder / name, ignored);
+    const Handle farEnd(farHandle);
+    const Handle nearEnd(nearHandle);
+    lead(folder / name, path);
+    const std::string line = name + '\n';
+    ::send(connection, line.data(), line.size(), MSG_NOSIGNAL);
+    carry(connection, farEnd.get());
+    std::error_code ignored;
+    files::remove(folder / name, ignored);
+}
+
+/// One line from its beginning to its end, on a thread of its own, which nothing may leave: the test whose
+/// line it is sees the end of its connection.
+void serve(int connection, const files::path& folder, Names& names) noexcept {
+    const Handle test(connection);
+    try {
+        const NameInUse name(names);
+        if (!name.text().empty()) {
+            makeLine(connection, folder, name.text());
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
     }
-    names.giveBack(name);
 }
 
 int listeningSocket() {

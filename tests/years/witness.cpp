@@ -165,6 +165,8 @@ void Witness::told(const Exchange& exchange) {
         return toldPair(exchange);
     case Outcome::Unknown:
         return toldUnknown(exchange);
+    case Outcome::AnsweredFromMemory:
+        return require(false, "a memory answered, and there is none");
     case Outcome::NotSent:
     case Outcome::NothingToRead:
         return;

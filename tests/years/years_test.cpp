@@ -56,7 +56,7 @@ TEST_P(EveryWeather, IsPrintedWhole) {
 
 INSTANTIATE_TEST_SUITE_P(Years, EveryWeather,
                          testing::Values(Climate::Sunny, Climate::Stormy, Climate::Radioactive),
-                         [](const auto& info) { return std::string(nameOf(info.param)); });
+                         [](const auto& which) { return std::string(nameOf(which.param)); });
 
 TEST(Weather, IsFaultlessWhereTheSunShines) {
     for (std::uint64_t drawnBy = 0; drawnBy < 20; ++drawnBy) {
@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(Years, Canary,
                                          Planted{Plant::Withheld, "a request"},
                                          Planted{Plant::LostWait, "the link is stuck in a reception"},
                                          Planted{Plant::Leak, "memory grows"}),
-                         [](const auto& info) { return "Number" + std::to_string(info.index); });
+                         [](const auto& which) { return "Number" + std::to_string(which.index); });
 
 } // namespace
 } // namespace varda::years

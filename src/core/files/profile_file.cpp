@@ -9,7 +9,7 @@ namespace varda::inline core {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view lineBreak = "\r\n";
 
 /// Line ends count as blanks, so that what is cut from a line never carries one.
 std::string_view withoutBlanks(std::string_view text) {
@@ -84,7 +84,7 @@ void appendLines(std::string_view lines, std::string& result) {
         if (!line.empty() && line.back() == '\r') {
             line.remove_suffix(1);
         }
-        result.append(line).append(lineEnd);
+        result.append(line).append(lineBreak);
     }
 }
 
@@ -259,12 +259,12 @@ std::string ProfileFile::text() const {
     for (const Section& section : sections_) {
         if (section.isNew) {
             copyUpTo(textEnd_);
-            result.append("[").append(view(section.name)).append("]").append(lineEnd);
+            result.append("[").append(view(section.name)).append("]").append(lineBreak);
         }
         for (const Entry& entry : section.entries) {
             if (isChanged(entry)) {
                 copyUpTo(entry.place.begin);
-                result.append(view(entry.line)).append(lineEnd);
+                result.append(view(entry.line)).append(lineBreak);
                 position = entry.place.end;
             }
         }

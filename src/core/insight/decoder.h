@@ -71,6 +71,7 @@ struct DecodedFrame {
     std::vector<Field> fields;
     std::vector<Fault> faults;             ///< in the order of Fault; none for a frame without a flaw
     bool answersRequest = false;           ///< the registers of its values are those of the request
+    bool isPart = false;                   ///< some of its bytes stand elsewhere, see framesOf()
     std::size_t begin = 0;                 ///< place of DA in what was decoded
     std::size_t end = 0;                   ///< place behind its last byte
     std::size_t bodyLength = 0;            ///< bytes of the body, those that were cut off included

@@ -4,6 +4,7 @@
 #include "core/base/conversion.h"
 #include "core/base/runtime_error.h"
 #include "core/files/profile_file.h"
+#include "core/insight/field_words.h"
 #include "core/protocol/hex_text.h"
 #include "core/protocol/pasted_words.h"
 
@@ -57,8 +58,8 @@ std::string whyNoAnswer(const Exchange& exchange) {
     case Outcome::Silent:
         return "No answer came.";
     case Outcome::WrongLength:
-        return std::to_string(exchange.answer.size()) + " bytes came where " +
-               std::to_string(exchange.expected) + " were awaited.";
+        return counted(exchange.answer.size(), "byte") + " came where " + std::to_string(exchange.expected) +
+               " were awaited.";
     case Outcome::NotSent:
         return "The request was not sent.";
     case Outcome::HungUp:
@@ -155,7 +156,7 @@ std::string Expectation::judge(const Exchange& exchange) const {
 
 std::string Expectation::judgeBytes(const Bytes& answer) const {
     if (answer.size() != bytes_.size()) {
-        return std::to_string(answer.size()) + " bytes came, and " + std::to_string(bytes_.size()) +
+        return counted(answer.size(), "byte") + " came, and " + std::to_string(bytes_.size()) +
                " were wanted.";
     }
     for (std::size_t index = 0; index < answer.size(); ++index) {

@@ -1,13 +1,12 @@
 #include "core/insight/link_statistics.h"
 
+#include "core/insight/csv_field.h"
 #include "core/insight/decoder.h"
 #include "core/insight/field_words.h"
-#include "core/insight/trace_export.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -72,7 +71,7 @@ double millisecondsOnWire(std::size_t bytes, const LineSettings& settings) {
 
 void LinkStatistics::close() {
     isOpen_ = false;
-    isAwaited_ = false;
+    settled_ = Outcome::Overtaken;
     for (Kind& kind : kinds_) {
         kind.lastSent.reset(); // a period that nobody saw is none
     }
@@ -80,77 +79,80 @@ void LinkStatistics::close() {
 
 void LinkStatistics::reset() {
     kinds_ = {};
-    isAwaited_ = false; // an outcome without its request would not add up
     samples_.clear();
+    settled_ = Outcome::Overtaken; // an outcome without its request would not add up
     ++changes_;
 }
 
-std::size_t LinkStatistics::indexOf(const Bytes& request) {
+LinkStatistics::Kind& LinkStatistics::kindOfRequest(const Bytes& request) {
     const FrameKind kind = kindOf(request);
-    return kind.isRequest() ? static_cast<std::size_t>(kind.command - commands().data()) : kindCount - 1;
-}
-
-/// A request has one outcome, the first, however many bursts follow it.
-bool LinkStatistics::isCounted(Outcome outcome) {
-    switch (outcome) {
-    case Outcome::Sent:
-        isAwaited_ = true;
-        return true;
-    case Outcome::Answered:
-    case Outcome::WrongLength:
-    case Outcome::Silent:
-    case Outcome::Overtaken:
-        return std::exchange(isAwaited_, false);
-    default:
-        return outcome == Outcome::NotSent;
-    }
+    return kinds_.at(kind.isRequest() ? static_cast<std::size_t>(kind.command - commands().data())
+                                      : kindCount - 1);
 }
 
 void LinkStatistics::told(const Exchange& exchange) {
-    if (!isOpen_ || !isMasters(exchange.mode) || exchange.request.empty() || !isCounted(exchange.outcome)) {
+    if (!isOpen_ || !isMasters(exchange.mode) || exchange.request.empty()) {
         return;
     }
-    Kind& kind = kinds_.at(indexOf(exchange.request));
+    Row& counts = kindOfRequest(exchange.request).counts;
     switch (exchange.outcome) {
     case Outcome::Sent:
-        addSent(kind, exchange);
-        break;
+        return addSent(exchange);
     case Outcome::Answered:
-        addAnswer(kind, exchange);
-        break;
+        return addAnswer(exchange);
     case Outcome::WrongLength:
-        ++kind.counts.wrongLength;
-        addSample(exchange, 0);
-        break;
+        return settle(exchange, counts.wrongLength);
     case Outcome::Silent:
-        ++kind.counts.silent;
-        addSample(exchange, 0);
-        break;
+        return settle(exchange, counts.silent);
     case Outcome::Overtaken:
-        ++kind.counts.overtaken;
-        break;
+        return settle(exchange, counts.overtaken);
     case Outcome::NotSent:
-        ++kind.counts.notSent;
-        break;
+        settled_.reset(); // it is another request than the last one that was sent
+        return settle(exchange, counts.notSent);
     default:
-        break;
+        return;
     }
-    ++changes_;
 }
 
-void LinkStatistics::addSent(Kind& kind, const Exchange& exchange) {
-    ++kind.counts.sent;
+void LinkStatistics::addSent(const Exchange& exchange) {
+    Kind& kind = kindOfRequest(exchange.request);
     const Clock::Time now = exchange.sent.first;
     if (kind.lastSent) {
         addBounded(kind.periods, Milliseconds(now - *kind.lastSent).count(), mostTimes);
     }
     kind.lastSent = now;
+    settled_.reset();
+    ++kind.counts.sent;
+    ++changes_;
 }
 
-void LinkStatistics::addAnswer(Kind& kind, const Exchange& exchange) {
-    ++kind.counts.answered;
-    kind.counts.wrongCheck += decode(exchange.answer, exchange.request).has(Fault::WrongCheck) ? 1 : 0;
+/// Something becomes of a request; what becomes of it later does not count.
+void LinkStatistics::settle(const Exchange& exchange, std::size_t& count) {
+    if (settled_) {
+        return;
+    }
+    settled_ = exchange.outcome;
+    ++count;
+    if (exchange.outcome == Outcome::WrongLength || exchange.outcome == Outcome::Silent) {
+        addSample(exchange, 0);
+    }
+    ++changes_;
+}
+
+/// An answer that is taken counts also where something was dropped before it, and then in its place.
+void LinkStatistics::addAnswer(const Exchange& exchange) {
+    Kind& kind = kindOfRequest(exchange.request);
+    if (settled_ == Outcome::WrongLength) {
+        --kind.counts.wrongLength;
+        samples_.pop_back();
+        settled_.reset();
+    }
+    if (settled_) {
+        return;
+    }
     const double time = Milliseconds(exchange.received.last - exchange.sent.first).count();
+    settle(exchange, kind.counts.answered);
+    kind.counts.wrongCheck += decode(exchange.answer, exchange.request).has(Fault::WrongCheck) ? 1 : 0;
     addBounded(kind.responses, {time, exchange.request.size() + exchange.answer.size()}, mostTimes);
     addSample(exchange, time);
 }
@@ -158,10 +160,15 @@ void LinkStatistics::addAnswer(Kind& kind, const Exchange& exchange) {
 void LinkStatistics::addSample(const Exchange& exchange, double milliseconds) {
     const bool isSilence = exchange.outcome == Outcome::Silent;
     const Clock::Time time = isSilence ? exchange.sent.first : exchange.received.last;
-    addBounded(samples_, {time, exchange.outcome, milliseconds, indexOf(exchange.request)}, mostSamples);
+    addBounded(samples_, {time, exchange.outcome, milliseconds}, mostSamples);
     while (time - samples_.front().time > plotted) {
         samples_.pop_front();
     }
+}
+
+LinkStatistics::Samples LinkStatistics::samples(Clock::Time now) const {
+    const auto isOld = [now](const Sample& sample) { return now - sample.time > plotted; };
+    return {std::ranges::find_if_not(samples_, isOld), samples_.end()};
 }
 
 std::vector<LinkStatistics::Row> LinkStatistics::rows(const LineSettings& settings) const {

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,8 @@ std::optional<Spread> spreadOf(std::vector<double> values);
 /// Time that so many bytes take on a line, with start, parity and stop bits.
 double millisecondsOnWire(std::size_t bytes, const LineSettings& settings);
 
-/// Counts what becomes of requests, while it is open; one row for each kind of request, one for what is none.
+/// Counts what becomes of requests, of each one thing, while it is open; one row for each kind of request,
+/// one for what is none.
 class LinkStatistics : public LinkObserver {
 public:
     /// The last times that are kept of each kind; counts know no limit.
@@ -59,12 +61,11 @@ public:
         Clock::Time time;
         Outcome outcome;         ///< Answered, WrongLength or Silent
         double milliseconds = 0; ///< of an answer
-        std::size_t kind = 0;    ///< the row of it
     };
+    using Samples = std::ranges::subrange<std::deque<Sample>::const_iterator>;
 
     void open() { isOpen_ = true; }
     void close();
-    bool isOpen() const { return isOpen_; }
     void reset();
 
     void told(const Exchange& exchange) override;
@@ -74,8 +75,8 @@ public:
     /// The same rows as a CSV file. @param wantedPeriod in ms, as the page has it
     std::string csv(const LineSettings& settings, std::optional<int> wantedPeriod = std::nullopt) const;
 
-    /// The last ten minutes, oldest first.
-    const std::deque<Sample>& samples() const { return samples_; }
+    /// The last ten minutes, in the order in which they were told.
+    Samples samples(Clock::Time now) const;
     /// Rises with every change.
     std::uint64_t changes() const { return changes_; }
 
@@ -92,17 +93,19 @@ private:
     };
 
     static constexpr std::size_t kindCount = 7;
-    static std::size_t indexOf(const Bytes& request);
-    bool isCounted(Outcome outcome);
+    Kind& kindOfRequest(const Bytes& request);
 
-    void addSent(Kind& kind, const Exchange& exchange);
-    void addAnswer(Kind& kind, const Exchange& exchange);
+    void addSent(const Exchange& exchange);
+    void addAnswer(const Exchange& exchange);
+    void settle(const Exchange& exchange, std::size_t& count);
     void addSample(const Exchange& exchange, double milliseconds);
 
     bool isOpen_ = false;
-    bool isAwaited_ = false; ///< the answer to a request that was counted
     std::array<Kind, kindCount> kinds_;
     std::deque<Sample> samples_;
+    /// Of a request that was not seen nothing counts.
+    std::optional<Outcome> settled_ =
+        Outcome::Overtaken; ///< what became of the request that was sent last, once that is known
     std::uint64_t changes_ = 0;
 };
 

@@ -5,8 +5,10 @@
 #include "core/protocol/hex_text.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -25,8 +27,11 @@ std::size_t differences(std::string_view left, std::string_view right, std::size
     return count;
 }
 
-std::size_t firstDifference(std::span<const std::uint8_t> left, std::span<const std::uint8_t> right) {
-    return static_cast<std::size_t>(std::ranges::mismatch(left, right).in1 - left.begin());
+NearestPair compared(std::size_t row, Bytes request, std::span<const std::uint8_t> received) {
+    const auto [came, prepared] = std::ranges::mismatch(received, request);
+    const auto place = static_cast<std::size_t>(came - received.begin());
+    const auto differing = came != received.end() ? std::optional(*came) : std::nullopt;
+    return {row, std::move(request), place, differing, received.size()};
 }
 
 } // namespace
@@ -35,19 +40,16 @@ std::optional<NearestPair> nearestPair(const PacketTable& table, std::span<const
     const std::string text = hexRun(received);
     const auto& requests = table.requests();
     std::optional<std::size_t> nearest;
-    std::size_t fewest = text.size() + frame_size::envelope;
+    std::size_t fewest = std::numeric_limits<std::size_t>::max();
     for (std::size_t row = 0; row < requests.size() && fewest > 0; ++row) {
         const std::size_t count = differences(text, requests[row], fewest);
-        if (count < fewest) {
+        if (count < fewest && readHexRun(requests[row])) {
             fewest = count;
             nearest = row;
         }
     }
-    const auto request = nearest ? readHexRun(requests[*nearest]) : std::nullopt;
-    if (!request) {
-        return std::nullopt;
-    }
-    return NearestPair{*nearest, *request, firstDifference(received, *request)};
+    return nearest ? std::optional(compared(*nearest, *readHexRun(requests[*nearest]), received))
+                   : std::nullopt;
 }
 
 } // namespace varda::core

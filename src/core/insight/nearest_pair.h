@@ -3,6 +3,7 @@
 #include "core/base/bytes.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -13,8 +14,10 @@ class PacketTable;
 /// The prepared request that is most like one that came in.
 struct NearestPair {
     std::size_t row = 0;
-    Bytes request;         ///< as it is prepared
-    std::size_t place = 0; ///< of the first byte that differs
+    Bytes request;                        ///< as it is prepared
+    std::size_t place = 0;                ///< of the first byte that differs
+    std::optional<std::uint8_t> received; ///< what came there; nothing where the one that came ends before it
+    std::size_t size = 0;                 ///< of the one that came
 };
 
 /// Finds the prepared request that the fewest bytes of one that came in differ from, the lowest row of

@@ -1,8 +1,6 @@
 #include "core/insight/register_names.h"
 
 #include "core/base/blanks.h"
-#include "core/files/file_calls.h"
-#include "core/files/file_path.h"
 
 #include <algorithm>
 
@@ -40,11 +38,6 @@ RegisterNames RegisterNames::parse(std::string_view csv) {
         names.takeLine(withoutBlanksAround(line), number);
     }
     return names;
-}
-
-RegisterNames RegisterNames::load(const std::string& path) {
-    const std::string text = readFile(filePath(path), sizeLimit + 1);
-    return text.size() <= sizeLimit ? parse(text) : RegisterNames();
 }
 
 void RegisterNames::takeLine(std::string_view line, std::size_t number) {

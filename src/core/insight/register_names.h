@@ -20,8 +20,6 @@ public:
     /// One name a line, "W 0100,tank level"; the name may stand in double quotes. Empty lines and those that
     /// begin with "#" mean nothing. The last one of two names of a register counts.
     static RegisterNames parse(std::string_view csv);
-    /// @throws std::system_error where the file cannot be read
-    static RegisterNames load(const std::string& path);
 
     /// The user's name, empty where there is none.
     std::string_view find(const Point& point) const;

@@ -1,14 +1,16 @@
 #include "core/insight/register_watch.h"
 
-#include <utility>
-
 namespace varda::inline core {
+
+void RegisterWatch::close() {
+    isOpen_ = false;
+    heard_.forget(); // what answers it may not be seen
+}
 
 void RegisterWatch::clear() {
     registers_.clear();
     rows_.clear();
     leftOut_ = 0;
-    ++changes_;
 }
 
 std::optional<std::size_t> RegisterWatch::rowOf(const Point& point) const {
@@ -20,39 +22,31 @@ void RegisterWatch::told(const Exchange& exchange) {
     if (!isOpen_) {
         return;
     }
-    const std::uint64_t before = changes_;
     switch (exchange.outcome) {
     case Outcome::Sent:
-        see(decode(exchange.request), exchange.sent.last);
-        break;
+        return see(exchange.request, {}, exchange.sent.last);
     case Outcome::Answered:
-        see(decode(exchange.answer, exchange.request), exchange.received.last);
-        break;
+    case Outcome::WrongLength:
+    case Outcome::Ignored:
+        return see(exchange.answer, exchange.request, exchange.received.last);
+    case Outcome::Unknown:
+        return see(exchange.request, {}, exchange.received.last);
     case Outcome::AnsweredByPair:
-        see(decode(exchange.request), exchange.received.last);
-        see(decode(exchange.answer, exchange.request), exchange.sent.last);
-        break;
-    case Outcome::Heard:
-        hear(exchange);
-        break;
+    case Outcome::AnsweredFromMemory:
+        see(exchange.request, {}, exchange.received.last);
+        return see(exchange.answer, exchange.request, exchange.sent.last);
+    case Outcome::Heard: {
+        const auto request = heard_.hear(exchange.answer);
+        return see(exchange.answer, request ? *request : Bytes(), exchange.received.last);
+    }
     default:
         return;
     }
-    if (changes_ != before && wakeUp_ && !std::exchange(isTold_, true)) {
-        wakeUp_();
-    }
 }
 
-void RegisterWatch::hear(const Exchange& exchange) {
-    const auto frames = decodeBurst(exchange.answer, heardRequest_);
-    for (const DecodedFrame& frame : frames) {
-        see(frame, exchange.received.last);
-    }
-    heardRequest_.clear();
-    if (!frames.empty() && frames.back().kind.isRequest()) {
-        const DecodedFrame& last = frames.back();
-        heardRequest_.assign(exchange.answer.begin() + static_cast<std::ptrdiff_t>(last.begin),
-                             exchange.answer.begin() + static_cast<std::ptrdiff_t>(last.end));
+void RegisterWatch::see(const Bytes& burst, const Bytes& request, Clock::Time time) {
+    for (const DecodedFrame& frame : decodeBurst(burst, request)) {
+        see(frame, time);
     }
 }
 
@@ -68,7 +62,6 @@ void RegisterWatch::see(const DecodedFrame& frame, Clock::Time time) {
 }
 
 void RegisterWatch::see(const Point& point, int value, Clock::Time time) {
-    ++changes_;
     const auto row = rowOf(point);
     if (!row && registers_.size() == mostRegisters) {
         ++leftOut_;

@@ -2,12 +2,12 @@
 
 #include "core/base/clock.h"
 #include "core/insight/decoder.h"
+#include "core/insight/heard_request.h"
 #include "core/link/exchange.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -37,11 +37,11 @@ public:
     static constexpr std::size_t longestHistory = 60;
 
     void open() { isOpen_ = true; }
-    void close() { isOpen_ = false; }
-    bool isOpen() const { return isOpen_; }
+    void close();
     void clear();
 
     void told(const Exchange& exchange) override;
+    void connected() override { heard_.forget(); }
 
     std::size_t size() const { return registers_.size(); }
     const WatchedRegister& at(std::size_t row) const { return registers_[row]; }
@@ -49,25 +49,16 @@ public:
     /// How often a register found no room any more.
     std::uint64_t leftOut() const { return leftOut_; }
 
-    /// Rises with every change.
-    std::uint64_t changes() const { return changes_; }
-    /// Runs on the interface thread when something was seen, and not again until takeNews().
-    void setWakeUp(std::function<void()> wakeUp) { wakeUp_ = std::move(wakeUp); }
-    void takeNews() { isTold_ = false; }
-
 private:
+    void see(const Bytes& burst, const Bytes& request, Clock::Time time);
     void see(const DecodedFrame& frame, Clock::Time time);
     void see(const Point& point, int value, Clock::Time time);
-    void hear(const Exchange& exchange);
 
     bool isOpen_ = false;
     std::vector<WatchedRegister> registers_;
     std::map<Point, std::size_t> rows_;
-    Bytes heardRequest_; ///< on a line that is only listened to
+    HeardRequest heard_;
     std::uint64_t leftOut_ = 0;
-    std::uint64_t changes_ = 0;
-    bool isTold_ = false;
-    std::function<void()> wakeUp_;
 };
 
 } // namespace varda::core

@@ -4,36 +4,6 @@
 #include <utility>
 
 namespace varda::inline core {
-namespace {
-
-bool isBad(Verdict verdict) {
-    switch (verdict) {
-    case Verdict::AnswerDropped:
-    case Verdict::NoAnswer:
-    case Verdict::Overtaken:
-    case Verdict::NotSent:
-    case Verdict::TakenAgain:
-    case Verdict::Dropped:
-    case Verdict::UnknownPair:
-    case Verdict::ThrownAway:
-    case Verdict::Lost:
-    case Verdict::HungUp:
-    case Verdict::Silence:
-    case Verdict::NothingToRead:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool hasFlaw(const TraceLine& line) { return !std::ranges::all_of(framesOf(line), &DecodedFrame::isSound); }
-
-} // namespace
-
-std::vector<DecodedFrame> framesOf(const TraceLine& line) {
-    return decodeBurst(line.bytes, line.request ? *line.request : Bytes());
-}
-
 TraceLine* Trace::lineOf(Number number) const {
     const bool isThere = number >= begin_ && number - begin_ < lines_.size();
     return isThere ? &lines_[static_cast<std::size_t>(number - begin_)] : nullptr;
@@ -52,10 +22,8 @@ Trace::Number Trace::append(TraceLine line) {
 
 void Trace::noteChange(Number number, std::size_t moreBytes) {
     bytes_ += moreBytes;
-    if (number < news_.end) {
-        const bool isFirst = news_.changedBegin == news_.changedEnd;
-        news_.changedBegin = isFirst ? number : std::min(news_.changedBegin, number);
-        news_.changedEnd = isFirst ? number + 1 : std::max(news_.changedEnd, number + 1);
+    if (number < newsEnd_) {
+        changed_.insert(number);
     }
     dropOldest();
     wakeUp();
@@ -85,14 +53,13 @@ bool Trace::isWrong(Number number) const {
     if (line == nullptr) {
         return false;
     }
-    if (!line->isDamaged) {
-        line->isDamaged = hasFlaw(*line);
+    if (!line->isWrong) {
+        line->isWrong = core::isWrong(*line);
     }
-    return *line->isDamaged || isBad(line->verdict);
+    return *line->isWrong;
 }
 
 void Trace::wakeUp() {
-    ++changes_;
     if (wakeUp_ && !std::exchange(isTold_, true)) {
         wakeUp_();
     }
@@ -100,10 +67,9 @@ void Trace::wakeUp() {
 
 Trace::News Trace::takeNews() {
     isTold_ = false;
-    News news = std::exchange(news_, News{begin(), end(), 0, 0});
-    news.begin = begin();
-    news.end = end();
-    return news;
+    newsEnd_ = end();
+    const auto changed = std::exchange(changed_, {});
+    return {begin(), end(), {changed.lower_bound(begin()), changed.end()}};
 }
 
 void Trace::setTimeOfDay(Clock::Time time, std::chrono::system_clock::time_point timeOfDay) {

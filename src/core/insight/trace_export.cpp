@@ -1,12 +1,15 @@
 #include "core/insight/trace_export.h"
 
-#include "core/insight/json_text.h"
+#include "core/insight/csv_field.h"
 #include "core/insight/pcapng.h"
 #include "core/insight/trace_words.h"
 #include "core/insight/verdict_words.h"
 #include "core/protocol/hex_text.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
+#include <utility>
 
 namespace varda::inline core {
 namespace {
@@ -74,18 +77,22 @@ std::string heading(TraceForm form) {
 }
 
 std::string jsonLine(const Trace& trace, Trace::Number number, const RegisterNames& names) {
+    using Json = nlohmann::ordered_json;
     const TraceLine& line = *trace.find(number);
-    const auto cell = [&](TraceColumn column) {
-        return jsonString(cellInWords(trace, number, column, names));
-    };
-    return "{\"number\":" + std::to_string(number) +
-           ",\"time\":" + jsonString(universalTime(trace.timeOfDay(line.first))) +
-           ",\"delta_ms\":" + cellInWords(trace, number, TraceColumn::Delta) +
-           ",\"direction\":" + cell(TraceColumn::Direction) + ",\"kind\":" + cell(TraceColumn::Kind) +
-           ",\"stations\":" + cell(TraceColumn::Station) + ",\"registers\":" + cell(TraceColumn::Registers) +
-           ",\"size\":" + std::to_string(line.size) + ",\"bytes\":" + jsonString(hexRun(line.bytes)) +
-           ",\"wrong\":" + (trace.isWrong(number) ? "true" : "false") +
-           ",\"verdict\":" + cell(TraceColumn::Verdict) + "}\n";
+    const auto cell = [&](TraceColumn column) { return cellInWords(trace, number, column, names); };
+    const Json object = {{"number", number},
+                         {"time", universalTime(trace.timeOfDay(line.first))},
+                         {"deltaMs", deltaOf(trace, number)},
+                         {"direction", cell(TraceColumn::Direction)},
+                         {"kind", cell(TraceColumn::Kind)},
+                         {"stations", cell(TraceColumn::Station)},
+                         {"registers", cell(TraceColumn::Registers)},
+                         {"size", line.size},
+                         {"bytes", hexRun(line.bytes)},
+                         {"wrong", trace.isWrong(number)},
+                         {"verdict", cell(TraceColumn::Verdict)}};
+    // names come from files of any encoding
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 std::string packet(const Trace& trace, Trace::Number number) {
@@ -97,7 +104,11 @@ std::string packet(const Trace& trace, Trace::Number number) {
                      verdictInWords(trace, number)});
 }
 
+/// Empty where the line is left out.
 std::string exported(const Trace& trace, Trace::Number number, TraceForm form, const RegisterNames& names) {
+    if (trace.find(number) == nullptr) {
+        return {};
+    }
     const auto cell = [&](TraceColumn column) { return cellInWords(trace, number, column, names); };
     switch (form) {
     case TraceForm::Text:
@@ -113,25 +124,29 @@ std::string exported(const Trace& trace, Trace::Number number, TraceForm form, c
 
 } // namespace
 
-std::string csvField(std::string_view text) {
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-        return std::string(text);
-    }
-    std::string field = "\"";
-    for (const char character : text) {
-        field += character == '"' ? "\"\"" : std::string(1, character);
-    }
-    return field + '"';
-}
+TraceExport::TraceExport(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
+                         const RegisterNames& names)
+    : trace_(trace), lines_(std::move(lines)), form_(form), names_(names) {}
 
-void exportTrace(const Trace& trace, std::span<const Trace::Number> lines, TraceForm form,
-                 const RegisterNames& names, const ExportSink& sink) {
-    sink(heading(form));
-    for (const Trace::Number number : lines) {
-        if (trace.find(number) != nullptr) {
-            sink(exported(trace, number, form, names));
+bool TraceExport::write(const ExportSink& sink, std::size_t most) {
+    if (!std::exchange(isBegun_, true)) {
+        sink(heading(form_));
+    }
+    for (std::size_t count = std::min(most, lines_.size() - next_); count > 0; --count, ++next_) {
+        const std::string part = exported(trace_, lines_[next_], form_, names_);
+        if (!part.empty()) {
+            sink(part);
+            ++written_;
         }
     }
+    return next_ < lines_.size();
+}
+
+std::size_t exportTrace(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
+                        const RegisterNames& names, const ExportSink& sink) {
+    TraceExport whole(trace, std::move(lines), form, names);
+    whole.write(sink);
+    return whole.written();
 }
 
 } // namespace varda::core

@@ -3,11 +3,13 @@
 #include "core/insight/register_names.h"
 #include "core/insight/trace.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <span>
+#include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace varda::inline core {
 
@@ -22,12 +24,34 @@ enum class TraceForm : std::uint8_t {
 /// Takes the parts of an export, in order. What it throws ends the export.
 using ExportSink = std::function<void(std::string_view part)>;
 
-/// Writes lines of a trace. Those that are gone are left out; in a capture those as well that have no bytes
-/// or never went over the line.
-void exportTrace(const Trace& trace, std::span<const Trace::Number> lines, TraceForm form,
-                 const RegisterNames& names, const ExportSink& sink);
+/// Writes lines of a trace, some at a time where all of them would take too long. Those that are gone are
+/// left out; in a capture those as well that have no bytes or never went over the line.
+class TraceExport {
+public:
+    /// @param trace, names are looked into whenever lines are written
+    TraceExport(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
+                const RegisterNames& names);
 
-/// A field of a CSV file, in double quotes where it needs them.
-std::string csvField(std::string_view text);
+    /// Writes the next lines, no more than `most`; the heading before the first ones.
+    /// @return whether lines are left
+    bool write(const ExportSink& sink, std::size_t most = std::numeric_limits<std::size_t>::max());
+
+    std::size_t size() const { return lines_.size(); }
+    std::size_t done() const { return next_; }       ///< lines, those among them that were left out
+    std::size_t written() const { return written_; } ///< lines that were not left out
+
+private:
+    const Trace& trace_;
+    std::vector<Trace::Number> lines_;
+    TraceForm form_;
+    const RegisterNames& names_;
+    bool isBegun_ = false;
+    std::size_t next_ = 0;
+    std::size_t written_ = 0;
+};
+
+/// Writes lines of a trace at once. @return how many were not left out
+std::size_t exportTrace(const Trace& trace, std::vector<Trace::Number> lines, TraceForm form,
+                        const RegisterNames& names, const ExportSink& sink);
 
 } // namespace varda::core

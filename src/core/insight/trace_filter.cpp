@@ -43,7 +43,7 @@ bool speaksOf(const TraceLine& line, const Point& point) {
 }
 
 bool hasStation(const TraceLine& line, int station) {
-    const Bytes& bytes = line.bytes;
+    const Bytes& bytes = readBytes(line);
     return bytes.size() > offset::source &&
            (bytes[offset::destination] == station || bytes[offset::source] == station);
 }
@@ -167,23 +167,5 @@ bool passes(const TraceFilter& filter, const Trace& trace, Trace::Number number)
 }
 
 TraceFilter readTraceFilter(std::string_view typed) { return FilterReader(typed).read(); }
-
-std::optional<Trace::Number> findNext(const Trace& trace, const TraceFilter& filter, Trace::Number from) {
-    for (Trace::Number number = std::max(from + 1, trace.begin()); number < trace.end(); ++number) {
-        if (passes(filter, trace, number)) {
-            return number;
-        }
-    }
-    return std::nullopt;
-}
-
-std::optional<Trace::Number> findPrevious(const Trace& trace, const TraceFilter& filter, Trace::Number from) {
-    for (Trace::Number number = std::min(from, trace.end()); number > trace.begin(); --number) {
-        if (passes(filter, trace, number - 1)) {
-            return number - 1;
-        }
-    }
-    return std::nullopt;
-}
 
 } // namespace varda::core

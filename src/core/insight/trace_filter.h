@@ -29,8 +29,4 @@ bool passes(const TraceFilter& filter, const Trace& trace, Trace::Number number)
 /// looked for in the kind, "word read" for example. Half a word filters already.
 TraceFilter readTraceFilter(std::string_view typed);
 
-/// The next line behind `from` that passes, or before it; nothing where there is none.
-std::optional<Trace::Number> findNext(const Trace& trace, const TraceFilter& filter, Trace::Number from);
-std::optional<Trace::Number> findPrevious(const Trace& trace, const TraceFilter& filter, Trace::Number from);
-
 } // namespace varda::core

@@ -1,8 +1,10 @@
 #include "core/insight/trace_recorder.h"
 
 #include "core/insight/decoder.h"
+#include "core/pairs/packet_table.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace varda::inline core {
@@ -24,16 +26,26 @@ std::shared_ptr<const Bytes> shared(std::span<const std::uint8_t> bytes) {
 void TraceRecorder::open(std::chrono::system_clock::time_point timeOfDay) {
     isOpen_ = true;
     trace_.setTimeOfDay(clock_.now(), timeOfDay);
-    growing_.reset();
-    request_.reset();
-    stuckIn_.reset();
-    asked_.reset();
-    heard_.reset();
-    unread_.clear();
+    forgetConnection();
+    onPurpose_.clear();
     read_.clear();
 }
 
-void TraceRecorder::close() { isOpen_ = false; }
+void TraceRecorder::close() {
+    isOpen_ = false;
+    settle(takeOut(0), Verdict::Unseen);
+    judgeRequest(Verdict::Unseen);
+    forgetConnection();
+}
+
+/// What comes in from now on answers nothing that went over the line before.
+void TraceRecorder::forgetConnection() {
+    growing_.reset();
+    request_.reset();
+    asked_.reset();
+    heard_.forget();
+    unread_.clear();
+}
 
 // The line
 
@@ -49,13 +61,8 @@ TraceRecorder::Number TraceRecorder::append(Direction direction, Verdict verdict
     return trace_.append(std::move(line));
 }
 
-TraceRecorder::Number TraceRecorder::appendEvent(Verdict verdict, const std::string& note) {
-    const Number number = append(Direction::Event, verdict, {}, clock_.now());
-    if (!note.empty()) {
-        trace_.change(number,
-                      [&](TraceLine& line) { line.note = std::make_shared<const std::string>(note); });
-    }
-    return number;
+void TraceRecorder::appendEvent(Verdict verdict, const std::string& note) {
+    settle({append(Direction::Event, verdict, {}, clock_.now())}, verdict, note);
 }
 
 void TraceRecorder::opened(const LineSettings& settings) {
@@ -72,18 +79,25 @@ void TraceRecorder::hungUp(const std::string& reason) {
     appendEvent(Verdict::HungUp, reason);
 }
 
-void TraceRecorder::readingFailed(const std::string& reason) { lose("Reading failed: " + reason + '.'); }
+void TraceRecorder::readingFailed(const std::string& reason) {
+    settle(takeOut(0), Verdict::Lost, "Reading failed: " + reason + '.');
+}
 
-/// Nobody can read any more what has come in.
+/// Nobody can read any more what has come in, and nothing answers any more what was sent.
 void TraceRecorder::lose(const std::string& reason) {
-    const auto note = std::make_shared<const std::string>(reason);
-    for (const Number number : std::exchange(unread_, {})) {
-        trace_.change(number, [&note](TraceLine& line) {
-            line.verdict = Verdict::Lost;
-            line.note = note;
+    settle(takeOut(0), Verdict::Lost, reason);
+    judgeRequest(Verdict::NotAnswered, reason);
+    forgetConnection();
+}
+
+void TraceRecorder::settle(const Numbers& lines, Verdict verdict, const std::string& note) {
+    const auto kept = note.empty() ? nullptr : std::make_shared<const std::string>(note);
+    for (const Number number : lines) {
+        trace_.change(number, [&](TraceLine& line) {
+            line.verdict = verdict;
+            line.note = kept;
         });
     }
-    growing_.reset();
 }
 
 bool TraceRecorder::goesOn(Clock::Time time) const {
@@ -97,33 +111,58 @@ void TraceRecorder::cameIn(Octets bytes, Clock::Time time) {
             appendBytes(line, bytes);
             line.last = time;
         });
+        unread_.back().size += bytes.size();
         return;
     }
     const Number number = append(Direction::Received, Verdict::Unread, bytes, time);
     trace_.change(number, [this](TraceLine& line) { line.request = asked_; });
     growing_ = number;
-    unread_.push_back(number);
+    unread_.push_back({number, bytes.size()});
 }
 
-void TraceRecorder::count(const Numbers& lines, std::size_t counted) {
-    if (!lines.empty() && counted > 0) {
-        trace_.change(lines.back(), [counted](TraceLine& line) { line.size += counted; });
-    }
-}
-
-void TraceRecorder::read(std::size_t counted) {
-    count(unread_, counted);
-    read_ = std::exchange(unread_, {});
+/// What has come in was taken out of the port's buffer, all of it at once, whatever pauses it had.
+/// @param counted further bytes, which nobody has seen
+TraceRecorder::Numbers TraceRecorder::takeOut(std::size_t counted) {
     growing_.reset();
+    std::vector<Piece> pieces = std::exchange(unread_, {});
+    PartOfRead part = {.read = ++reads_, .parts = pieces.size(), .whole = wholeOf(pieces)};
+    if (!pieces.empty()) {
+        pieces.back().size += counted;
+    }
+    const std::size_t came =
+        std::accumulate(pieces.begin(), pieces.end(), std::size_t{0},
+                        [](std::size_t size, const Piece& piece) { return size + piece.size; });
+    Numbers lines;
+    for (const Piece& piece : pieces) {
+        trace_.change(piece.line, [&](TraceLine& line) {
+            line.size = piece.size;
+            line.came = came;
+            line.part = pieces.size() > 1 ? std::make_shared<const PartOfRead>(part) : nullptr;
+        });
+        part.place += piece.size;
+        ++part.number;
+        lines.push_back(piece.line);
+    }
+    return lines;
 }
 
-void TraceRecorder::thrownAway(std::size_t counted) {
-    count(unread_, counted);
-    for (const Number number : std::exchange(unread_, {})) {
-        trace_.change(number, [](TraceLine& line) { line.verdict = Verdict::ThrownAway; });
+/// The bytes of more than one piece; nullptr where the trace does not have all of them.
+std::shared_ptr<const Bytes> TraceRecorder::wholeOf(const std::vector<Piece>& pieces) const {
+    Bytes whole;
+    for (const Piece& piece : pieces) {
+        const TraceLine* const line = trace_.find(piece.line);
+        if (pieces.size() < 2 || line == nullptr || line->bytes.size() < piece.size ||
+            whole.size() + piece.size > Trace::mostLineBytes) {
+            return nullptr;
+        }
+        whole.insert(whole.end(), line->bytes.begin(), line->bytes.end());
     }
-    growing_.reset();
+    return std::make_shared<const Bytes>(std::move(whole));
 }
+
+void TraceRecorder::read(std::size_t counted) { read_ = takeOut(counted); }
+
+void TraceRecorder::thrownAway(std::size_t counted) { settle(takeOut(counted), Verdict::ThrownAway); }
 
 void TraceRecorder::sent(Octets bytes, Clock::Time time) {
     request_ = append(Direction::Sent, Verdict::Unawaited, bytes, time);
@@ -135,6 +174,15 @@ void TraceRecorder::notSent(Octets bytes, Clock::Time time, const std::string& r
     trace_.change(number, [&](TraceLine& line) { line.note = std::make_shared<const std::string>(reason); });
     request_ = number;
     isRefusalTold_ = true;
+}
+
+/// Before anything of it goes out: what is sent next has nothing to do with what was sent before.
+void TraceRecorder::doneOnPurpose(const std::string& what) {
+    if (isOpen_) {
+        appendEvent(Verdict::OnPurpose, what);
+        onPurpose_ = what;
+        request_.reset();
+    }
 }
 
 // The link
@@ -152,7 +200,7 @@ void TraceRecorder::told(const Exchange& exchange) {
     case Outcome::WrongLength:
         return toldAnswer(exchange);
     case Outcome::NothingToRead:
-        return toldNothingToRead(exchange);
+        return appendEvent(Verdict::NothingToRead);
     case Outcome::Silent:
         judgeRequest(Verdict::NoAnswer);
         appendEvent(Verdict::Silence);
@@ -162,11 +210,14 @@ void TraceRecorder::told(const Exchange& exchange) {
         return judgeRequest(Verdict::Overtaken);
     case Outcome::Ignored:
         judgeRequest(Verdict::AnswerDropped);
-        return judge(exchange, Verdict::Ignored);
+        judge(exchange, Verdict::Ignored);
+        return;
     case Outcome::Heard:
         return toldHeard(exchange);
     case Outcome::AnsweredByPair:
-        return toldPair(exchange);
+        return toldAnswering(exchange, Verdict::KnownPair, Verdict::SentByPair);
+    case Outcome::AnsweredFromMemory:
+        return toldAnswering(exchange, Verdict::KnownMemory, Verdict::SentByMemory);
     case Outcome::Unknown:
         return toldUnknown(exchange);
     case Outcome::ThrownAway: // the line tells of these, with their bytes
@@ -180,35 +231,29 @@ bool TraceRecorder::isRequest(Verdict verdict) const {
 }
 
 /// What becomes of the request whose answer is awaited.
-void TraceRecorder::judgeRequest(Verdict verdict) {
+void TraceRecorder::judgeRequest(Verdict verdict, const std::string& note) {
     if (isRequest(Verdict::Awaiting)) {
-        trace_.change(*request_, [verdict](TraceLine& line) { line.verdict = verdict; });
+        settle({*request_}, verdict, note);
     }
 }
 
-/// What becomes of what was read last.
-void TraceRecorder::judge(const Exchange& exchange, Verdict verdict) {
-    const Numbers lines = std::exchange(read_, {});
-    std::size_t came = 0;
-    for (const Number number : lines) {
-        const TraceLine* const line = trace_.find(number);
-        came += line != nullptr ? line->size : 0;
-    }
-    const bool whileStuck = stuckIn_ == exchange.mode;
+/// What becomes of what was read last. @return its lines
+TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict verdict) {
+    Numbers lines = std::exchange(read_, {});
     for (const Number number : lines) {
         trace_.change(number, [&](TraceLine& line) {
             line.verdict = verdict;
             line.mode = exchange.mode;
             line.expected = exchange.expected;
-            line.came = came;
-            line.whileStuck = whileStuck;
+            line.whileStuck = exchange.whileStuck;
         });
     }
-    stuckIn_.reset();
+    return lines;
 }
 
 void TraceRecorder::toldSent(const Exchange& exchange) {
     isRefusalTold_ = false;
+    onPurpose_.clear();
     if (isRequest(Verdict::Unawaited) && exchange.expected > 0) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = Verdict::Awaiting;
@@ -228,45 +273,48 @@ void TraceRecorder::toldNotSent(const Exchange& exchange) {
     isRefusalTold_ = false;
 }
 
+/// The answer that is taken counts, also where something else had come for the request before it.
 void TraceRecorder::toldAnswer(const Exchange& exchange) {
     const bool isTaken = exchange.outcome == Outcome::Answered;
-    const Numbers lines = read_;
     const bool isAgain = isRequest(Verdict::Answered);
-    judge(exchange, !isTaken ? Verdict::Dropped : isAgain ? Verdict::TakenAgain : Verdict::Taken);
+    const Numbers lines = judge(exchange, !isTaken  ? Verdict::Dropped
+                                          : isAgain ? Verdict::TakenAgain
+                                                    : Verdict::Taken);
     for (const Number number : lines) {
         trace_.change(number, [this](TraceLine& line) { line.partner = request_; });
     }
-    if (isRequest(Verdict::Awaiting) && !lines.empty()) {
-        trace_.change(*request_, [&](TraceLine& line) { line.partner = lines.back(); });
-    }
-    judgeRequest(isTaken ? Verdict::Answered : Verdict::AnswerDropped);
-}
-
-/// On a line that is only listened to, a burst may be the answer to the request before it.
-void TraceRecorder::toldHeard(const Exchange& exchange) {
-    const Numbers lines = read_;
-    judge(exchange, Verdict::Heard);
-    for (const Number number : lines) {
-        trace_.change(number, [this](TraceLine& line) {
-            line.request = std::exchange(heard_, nullptr);
-            heard_ = kindOf(line.bytes).isRequest() ? shared(line.bytes) : nullptr;
+    if (isRequest(Verdict::Awaiting) || (isTaken && isRequest(Verdict::AnswerDropped))) {
+        trace_.change(*request_, [&](TraceLine& line) {
+            line.verdict = isTaken ? Verdict::Answered : Verdict::AnswerDropped;
+            line.partner = lines.empty() ? std::nullopt : std::optional(lines.back());
         });
     }
 }
 
-void TraceRecorder::toldPair(const Exchange& exchange) {
-    const Numbers lines = read_;
-    judge(exchange, Verdict::KnownPair);
+/// On a line that is only listened to, a burst may be the answer to the request before it.
+void TraceRecorder::toldHeard(const Exchange& exchange) {
+    const auto request = heard_.hear(exchange.answer);
+    for (const Number number : judge(exchange, Verdict::Heard)) {
+        trace_.change(number, [&request](TraceLine& line) { line.request = request; });
+    }
+}
+
+void TraceRecorder::toldAnswering(const Exchange& exchange, Verdict known, Verdict answer) {
     const bool isSent = !exchange.answer.empty() && isRequest(Verdict::Unawaited);
+    const Numbers lines = judge(exchange, known);
+    const std::string onPurpose = std::exchange(onPurpose_, {});
     for (const Number number : lines) {
         trace_.change(number, [&](TraceLine& line) {
+            if (!isSent && !onPurpose.empty()) {
+                line.note = std::make_shared<const std::string>(onPurpose);
+            }
             line.pair = exchange.pair;
             line.partner = isSent ? request_ : std::nullopt;
         });
     }
     if (isSent) {
         trace_.change(*request_, [&](TraceLine& line) {
-            line.verdict = Verdict::SentByPair;
+            line.verdict = answer;
             line.pair = exchange.pair;
             line.mode = exchange.mode;
             line.request = shared(exchange.request);
@@ -276,20 +324,19 @@ void TraceRecorder::toldPair(const Exchange& exchange) {
 }
 
 void TraceRecorder::toldUnknown(const Exchange& exchange) {
-    const Numbers lines = read_;
-    judge(exchange, Verdict::UnknownPair);
-    stuckIn_ = exchange.mode;
-    if (auto nearest = pairs_ != nullptr ? nearestPair(*pairs_, exchange.request) : std::nullopt) {
+    const Numbers lines = judge(exchange, Verdict::UnknownPair);
+    if (pairs_ == nullptr) {
+        return;
+    }
+    if (auto nearest = nearestPair(*pairs_, exchange.request)) {
         const auto kept = std::make_shared<const NearestPair>(std::move(*nearest));
         for (const Number number : lines) {
-            trace_.change(number, [&](TraceLine& line) { line.nearest = kept; });
+            trace_.change(number, [&kept](TraceLine& line) { line.nearest = kept; });
         }
+    } else {
+        settle(lines, Verdict::UnknownPair,
+               pairs_->requests().empty() ? "None is prepared." : "None of those prepared is a frame.");
     }
-}
-
-void TraceRecorder::toldNothingToRead(const Exchange& exchange) {
-    appendEvent(Verdict::NothingToRead);
-    stuckIn_ = exchange.mode;
 }
 
 } // namespace varda::core

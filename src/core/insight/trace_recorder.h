@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/insight/heard_request.h"
 #include "core/insight/trace.h"
 #include "core/insight/traced_line.h"
 #include "core/link/exchange.h"
@@ -42,6 +43,7 @@ public:
     void thrownAway(std::size_t counted) override;
     void sent(Octets bytes, Clock::Time time) override;
     void notSent(Octets bytes, Clock::Time time, const std::string& reason) override;
+    void doneOnPurpose(const std::string& what) override;
 
     void told(const Exchange& exchange) override;
 
@@ -49,35 +51,45 @@ private:
     using Number = Trace::Number;
     using Numbers = std::vector<Number>;
 
+    /// A line of what came in and waits.
+    struct Piece {
+        Number line;
+        std::size_t size;
+    };
+
     bool goesOn(Clock::Time time) const;
     Number append(Direction direction, Verdict verdict, Octets bytes, Clock::Time time);
-    Number appendEvent(Verdict verdict, const std::string& note = {});
+    void appendEvent(Verdict verdict, const std::string& note = {});
+    void forgetConnection();
+
+    Numbers takeOut(std::size_t counted);
+    std::shared_ptr<const Bytes> wholeOf(const std::vector<Piece>& pieces) const;
     void lose(const std::string& reason);
-    void count(const Numbers& lines, std::size_t counted);
-    void judge(const Exchange& exchange, Verdict verdict);
-    void judgeRequest(Verdict verdict);
+    void settle(const Numbers& lines, Verdict verdict, const std::string& note = {});
+    Numbers judge(const Exchange& exchange, Verdict verdict);
+    void judgeRequest(Verdict verdict, const std::string& note = {});
     bool isRequest(Verdict verdict) const;
 
     void toldSent(const Exchange& exchange);
     void toldNotSent(const Exchange& exchange);
     void toldAnswer(const Exchange& exchange);
     void toldHeard(const Exchange& exchange);
-    void toldPair(const Exchange& exchange);
+    void toldAnswering(const Exchange& exchange, Verdict known, Verdict answer);
     void toldUnknown(const Exchange& exchange);
-    void toldNothingToRead(const Exchange& exchange);
 
     Trace& trace_;
     const Clock& clock_;
     const PacketTable* pairs_ = nullptr;
     bool isOpen_ = false;
     std::optional<Number> growing_;      ///< the burst that the next bytes may belong to
-    Numbers unread_;                     ///< came in and wait
+    std::vector<Piece> unread_;          ///< came in and wait
     Numbers read_;                       ///< were read, and the link has not told what it makes of them
+    std::uint64_t reads_ = 0;            ///< that there were
     std::optional<Number> request_;      ///< what was sent last
-    std::shared_ptr<const Bytes> heard_; ///< a request on a line that is only listened to
     std::shared_ptr<const Bytes> asked_; ///< its bytes, where it is a request
-    bool isRefusalTold_ = false;         ///< by the line, before the link does
-    std::optional<Mode> stuckIn_;        ///< the mode in which an event ended without its common end
+    HeardRequest heard_;
+    bool isRefusalTold_ = false; ///< by the line, before the link does
+    std::string onPurpose_;      ///< done to what is sent, before the link tells of it
 };
 
 } // namespace varda::core

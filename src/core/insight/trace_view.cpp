@@ -11,38 +11,48 @@ std::size_t TraceView::rowFrom(Trace::Number number) const {
 void TraceView::setFilter(const TraceFilter& filter) {
     filter_ = filter;
     rows_.clear();
-    add(trace_.begin());
+    end_ = 0;
 }
 
-std::size_t TraceView::add(Trace::Number from) {
-    const std::size_t before = rows_.size();
-    for (Trace::Number number = std::max(from, trace_.begin()); number < trace_.end(); ++number) {
-        if (passes(filter_, trace_, number)) {
-            rows_.push_back(number);
+std::size_t TraceView::left() const {
+    const Trace::Number next = std::max(end_, trace_.begin());
+    return goal_ > next ? static_cast<std::size_t>(goal_ - next) : 0;
+}
+
+bool TraceView::fill(std::size_t most) {
+    end_ = std::max(end_, trace_.begin());
+    for (std::size_t count = std::min(most, left()); count > 0; --count, ++end_) {
+        if (passes(filter_, trace_, end_)) {
+            rows_.push_back(end_);
         }
     }
-    end_ = trace_.end();
-    return rows_.size() - before;
+    return left() > 0;
 }
 
-/// A change may make an older line pass or fail: where it does, the rows from there on come anew.
-TraceView::Step TraceView::update(const Trace::News& news) {
+/// The first line that passes now and did not before, or the other way round; the end where there is none.
+Trace::Number TraceView::firstOther(const Trace::News& news) const {
+    for (const Trace::Number number : news.changed) {
+        const std::size_t row = rowFrom(number);
+        const bool isShown = row < rows_.size() && rows_[row] == number;
+        if (number >= end_ || isShown != passes(filter_, trace_, number)) {
+            return std::min(number, end_);
+        }
+    }
+    return end_;
+}
+
+/// Where a change makes an older line pass or fail, the rows from there on come anew.
+TraceView::Step TraceView::update(const Trace::News& news, std::size_t most) {
     Step step;
     step.gone = rowFrom(trace_.begin());
     rows_.erase(rows_.begin(), rows_.begin() + static_cast<std::ptrdiff_t>(step.gone));
-    const Trace::Number changed = std::max(news.changedBegin, trace_.begin());
-    Trace::Number other = end_;
-    for (Trace::Number number = changed; number < std::min(news.changedEnd, end_) && other == end_;
-         ++number) {
-        const std::size_t row = rowFrom(number);
-        const bool isShown = row < rows_.size() && rows_[row] == number;
-        other = isShown != passes(filter_, trace_, number) ? number : end_;
-    }
-    step.kept = rowFrom(other);
-    step.changedBegin =
-        news.changedBegin < news.changedEnd ? std::min(rowFrom(changed), step.kept) : step.kept;
+    end_ = firstOther(news);
+    goal_ = news.end;
+    step.kept = rowFrom(end_);
+    step.changedBegin = news.changed.empty() ? step.kept : std::min(rowFrom(news.changed.front()), step.kept);
     rows_.resize(step.kept);
-    step.added = add(other);
+    fill(most);
+    step.added = rows_.size() - step.kept;
     return step;
 }
 

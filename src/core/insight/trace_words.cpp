@@ -41,6 +41,8 @@ std::string_view eventInWords(Verdict verdict) {
         return "hang-up";
     case Verdict::Silence:
         return "silence";
+    case Verdict::OnPurpose:
+        return "fault on purpose";
     default:
         return "event without bytes";
     }
@@ -58,14 +60,10 @@ std::string_view directionInWords(Direction direction) {
 }
 
 std::string bytesInWords(const TraceLine& line) {
-    std::string text = hexGroups(line.bytes);
-    if (!text.empty()) {
-        text.pop_back();
-    }
-    if (line.size > line.bytes.size()) {
-        text += " and " + std::to_string(line.size - line.bytes.size()) + " bytes more";
-    }
-    return text;
+    const std::string text = hexSpaced(line.bytes);
+    return line.size > line.bytes.size()
+               ? text + " and " + counted(line.size - line.bytes.size(), "byte") + " more"
+               : text;
 }
 
 std::string printed(const char* format, double number) {
@@ -117,7 +115,9 @@ double deltaOf(const Trace& trace, Trace::Number number) {
 std::string kindOfLine(const TraceLine& line) {
     return line.direction == Direction::Event
                ? std::string(eventInWords(line.verdict))
-               : joined(line, [](const DecodedFrame& frame) { return kindInWords(frame.kind); });
+               : joined(line, [](const DecodedFrame& frame) {
+                     return (frame.isPart ? "part of " : "") + kindInWords(frame.kind);
+                 });
 }
 
 std::string cellInWords(const Trace& trace, Trace::Number number, TraceColumn column,

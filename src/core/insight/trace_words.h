@@ -32,7 +32,8 @@ std::string universalTime(std::chrono::system_clock::time_point time);
 /// Milliseconds from the beginning of the line before to that of this one; 0 for the oldest that is left.
 double deltaOf(const Trace& trace, Trace::Number number);
 
-/// "word read", both kinds of a burst that holds two frames; of an event what happened.
+/// "word read", both kinds of a burst that holds two frames, "part of answer to word read" where more of it
+/// stands in the lines beside it; of an event what happened.
 std::string kindOfLine(const TraceLine& line);
 
 } // namespace varda::core

@@ -1,7 +1,7 @@
 #include "core/insight/verdict_words.h"
 
+#include "core/insight/dropped_pieces.h"
 #include "core/insight/field_words.h"
-#include "core/insight/frame_remarks.h"
 #include "core/link/serial_link.h"
 
 #include <cstdlib>
@@ -17,6 +17,8 @@ std::string noteOf(const TraceLine& line) { return line.note ? *line.note : std:
 /// Rows are counted from 1, as a person does.
 std::string pairInWords(std::size_t row) { return "prepared pair " + std::to_string(row + 1); }
 
+std::string ticksOfSilence() { return std::to_string(SerialLink::ticksOfSilence) + " ticks of silence"; }
+
 const TraceLine* partnerOf(const Trace& trace, const TraceLine& line) {
     return line.partner ? trace.find(*line.partner) : nullptr;
 }
@@ -27,43 +29,18 @@ std::string answered(const Trace& trace, const TraceLine& line) {
                              : "Answered.";
 }
 
-/// The next burst that came before anything else was sent.
-const TraceLine* nextReceived(const Trace& trace, Number number) {
-    for (Number next = number + 1; next < trace.end(); ++next) {
-        const TraceLine* const line = trace.find(next);
-        if (line->direction == Direction::Sent) {
-            return nullptr;
-        }
-        if (line->direction == Direction::Received) {
-            return line;
-        }
+std::string whatCameLater(const Trace& trace, Number number) {
+    const auto next = nextRead(trace, number);
+    if (!next) {
+        return {};
     }
-    return nullptr;
-}
-
-/// Whether a burst is what lacked in one that was dropped before it.
-bool isRest(const Trace& trace, Number number, const TraceLine& line) {
-    for (Number before = number; before-- > trace.begin();) {
-        const TraceLine* const earlier = trace.find(before);
-        if (earlier->direction == Direction::Sent) {
-            return false;
-        }
-        if (earlier->direction == Direction::Received) {
-            return earlier->verdict == Verdict::Dropped &&
-                   earlier->came + line.came == static_cast<std::size_t>(line.expected);
-        }
+    const TraceLine& line = *trace.find(next->number);
+    if (line.verdict == Verdict::ThrownAway) {
+        return " More came, and was thrown away.";
     }
-    return false;
-}
-
-std::string whatCameLater(const Trace& trace, Number number, const TraceLine& line) {
-    const TraceLine* const next = nextReceived(trace, number);
-    if (next == nullptr || next->verdict == Verdict::ThrownAway) {
-        return next == nullptr ? "" : " More came, and was thrown away.";
-    }
-    const bool isAll = line.came + next->size == static_cast<std::size_t>(line.expected);
-    return (isAll ? std::string(" The rest") : ' ' + counted(next->size, "byte") + " more") + " came " +
-           inMilliseconds(next->first - line.last) + " later.";
+    const std::size_t came = line.came > 0 ? line.came : line.size;
+    return (isRest(trace, next->number) ? std::string(" The rest") : ' ' + counted(came, "byte") + " more") +
+           " came " + inMilliseconds(next->after) + " later.";
 }
 
 std::string lateAnswer(const Trace& trace, const TraceLine& line) {
@@ -76,17 +53,18 @@ std::string lateAnswer(const Trace& trace, const TraceLine& line) {
 }
 
 std::string dropped(const Trace& trace, Number number, const TraceLine& line) {
+    if (isRest(trace, number)) {
+        return "Dropped: the last " + std::to_string(line.came) + " of " +
+               counted(droppedBefore(trace, number).expected, "byte") +
+               "; those before them had been dropped already, for pieces are not put together.";
+    }
     const auto expected = static_cast<std::size_t>(line.expected);
     if (expected == 0) {
         return lateAnswer(trace, line);
     }
-    if (isRest(trace, number, line)) {
-        return "Dropped: the last " + std::to_string(line.came) + " of " + counted(expected, "byte") +
-               "; those before them had been dropped already, for pieces are not put together.";
-    }
     if (line.came < expected) {
         return "Dropped: " + std::to_string(line.came) + " of " + counted(expected, "byte") +
-               " had come when it was read." + whatCameLater(trace, number, line);
+               " had come when it was read." + whatCameLater(trace, number);
     }
     return "Dropped: " + counted(line.came, "byte") + ", " + std::to_string(line.came - expected) +
            " more than were awaited.";
@@ -94,13 +72,21 @@ std::string dropped(const Trace& trace, Number number, const TraceLine& line) {
 
 /// Whether something was sent right after this line, in the same step of the program.
 bool isBeforeSend(const Trace& trace, Number number, const TraceLine& line) {
-    const Number next = number + 1;
-    const TraceLine* const later = trace.find(next);
+    Number next = number + 1;
+    const TraceLine* later = trace.find(next);
+    while (later != nullptr && isSameRead(*later, line)) {
+        later = trace.find(++next);
+    }
     return later != nullptr && later->direction == Direction::Sent && later->first >= line.last;
 }
 
-std::string knownPair(const TraceLine& line) {
-    const std::string pair = line.pair ? pairInWords(*line.pair) : "a prepared pair";
+std::string known(const TraceLine& line) {
+    const std::string pair = line.pair                              ? pairInWords(*line.pair)
+                             : line.verdict == Verdict::KnownMemory ? "the controller's memory"
+                                                                    : "a prepared pair";
+    if (line.note) {
+        return "Known, by " + pair + ", whose answer a fault on purpose kept back: " + *line.note + ".";
+    }
     return line.partner ? "Answered by " + pair + "."
                         : "Known, by " + pair +
                               ", but nothing was sent: the port is closed or did not "
@@ -115,44 +101,54 @@ std::string withSmallBeginning(std::string name) {
     return name;
 }
 
-std::string nearestInWords(const TraceLine& line) {
-    const NearestPair& nearest = *line.nearest;
+std::string nearestInWords(const NearestPair& nearest) {
     const std::string which = " The nearest is " + pairInWords(nearest.row);
-    const std::size_t place = nearest.place;
     const DecodedFrame prepared = decode(nearest.request);
-    const Field* const field = prepared.fieldAt(place);
-    if (field == nullptr || place >= line.bytes.size()) {
+    const Field* const field = prepared.fieldAt(nearest.place);
+    if (field == nullptr || !nearest.received) {
         return which + ", which has " + counted(nearest.request.size(), "byte") + ", not " +
-               std::to_string(line.size) + ".";
+               std::to_string(nearest.size) + ".";
     }
-    return which + ", which differs in byte " + std::to_string(place) + " (" +
-           withSmallBeginning(fieldName(*field)) + ": " + hexNumber(line.bytes[place], 2) + " came, " +
-           hexNumber(nearest.request[place], 2) + " is prepared).";
+    return which + ", which differs in byte " + std::to_string(nearest.place) + " (" +
+           withSmallBeginning(fieldName(*field)) + ": " + hexNumber(*nearest.received, 2) + " came, " +
+           hexNumber(nearest.request[nearest.place], 2) + " is prepared).";
 }
 
 std::string unknownPair(const TraceLine& line) {
-    return "No prepared request matches." +
-           (line.nearest ? nearestInWords(line) : std::string(" None is prepared."));
+    const std::string note = noteOf(line);
+    return "No prepared request matches." + (line.nearest   ? nearestInWords(*line.nearest)
+                                             : note.empty() ? note
+                                                            : ' ' + note);
 }
 
-std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
+std::string ofSent(const Trace& trace, const TraceLine& line) {
     switch (line.verdict) {
     case Verdict::Unawaited:
         return "Sent; no answer is awaited.";
     case Verdict::Awaiting:
-        return "Sent; an answer of " + std::to_string(line.expected) + " bytes is awaited.";
+        return "Sent; an answer of " + counted(static_cast<std::size_t>(line.expected), "byte") +
+               " is awaited.";
     case Verdict::Answered:
         return answered(trace, line);
     case Verdict::AnswerDropped:
         return "What came for it was dropped, and the wait ended with that.";
     case Verdict::NoAnswer:
-        return "No answer within " + std::to_string(SerialLink::ticksOfSilence) + " ticks of silence.";
+        return "No answer within " + ticksOfSilence() + '.';
+    case Verdict::NotAnswered:
+        return "No answer came. " + noteOf(line);
     case Verdict::Overtaken:
-        return "The next request went out, or the port was closed, before an answer came.";
+        return "The next request went out, or the link went on to something else, before an answer came.";
     case Verdict::NotSent:
         return "Not sent. " + noteOf(line);
-    case Verdict::SentByPair:
+    case Verdict::SentByMemory:
+        return "The answer of the controller's memory.";
+    default:
         return "The answer of " + pairInWords(line.pair.value_or(0)) + ".";
+    }
+}
+
+std::string ofReceived(const Trace& trace, Number number, const TraceLine& line) {
+    switch (line.verdict) {
     case Verdict::Unread:
         return "Waits to be read.";
     case Verdict::Taken:
@@ -166,44 +162,64 @@ std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
     case Verdict::Heard:
         return "Listed by the monitor.";
     case Verdict::KnownPair:
-        return knownPair(line);
+    case Verdict::KnownMemory:
+        return known(line);
     case Verdict::UnknownPair:
         return unknownPair(line);
     case Verdict::ThrownAway:
         return isBeforeSend(trace, number, line) ? "Thrown away unread, before the next send."
                                                  : "Thrown away unread, when the link began anew.";
-    case Verdict::Lost:
+    default:
         return "Lost before it was read. " + noteOf(line);
+    }
+}
+
+std::string ofEvent(const TraceLine& line) {
+    switch (line.verdict) {
     case Verdict::Opened:
         return "The port was opened with " + noteOf(line) + ".";
     case Verdict::Closed:
         return "The port was closed.";
     case Verdict::HungUp:
         return noteOf(line);
+    case Verdict::OnPurpose:
+        return "Our own doing: " + noteOf(line) + ".";
     case Verdict::Silence:
-        return "The wait for the answer was given up after " + std::to_string(SerialLink::ticksOfSilence) +
-               " ticks of silence.";
+        return "The wait for the answer was given up after " + ticksOfSilence() + '.';
     default:
         return "The port told of bytes, and none were there. The link's timer stands still until something "
                "comes in.";
     }
 }
 
-bool isForAnswer(Verdict verdict) {
-    return verdict == Verdict::Taken || verdict == Verdict::TakenAgain || verdict == Verdict::Dropped ||
-           verdict == Verdict::ThrownAway;
+std::string sentence(const Trace& trace, Number number, const TraceLine& line) {
+    if (line.verdict == Verdict::Unseen) {
+        return "The trace was closed before anything became of it.";
+    }
+    switch (line.direction) {
+    case Direction::Sent:
+        return ofSent(trace, line);
+    case Direction::Received:
+        return ofReceived(trace, number, line);
+    default:
+        return ofEvent(line);
+    }
 }
 
-std::string remarks(const TraceLine& line) {
-    if (line.bytes.empty() || line.direction != Direction::Received) {
+/// Which part of a read a line has, where it has not all of it.
+std::string part(const TraceLine& line) {
+    if (!line.part) {
         return {};
     }
-    return isForAnswer(line.verdict) && line.request ? remarksOnAnswer(line.bytes, *line.request)
-                                                     : remarksOnFrames(line.bytes);
-}
-
-std::string together(const TraceLine& line) {
-    return line.came > line.size ? " It was read together with the burst beside it." : "";
+    const PartOfRead& part = *line.part;
+    const std::string from = std::to_string(part.place);
+    const std::string bytes = line.size == 1
+                                  ? "byte " + from
+                                  : "bytes " + from + " to " + std::to_string(part.place + line.size - 1);
+    return " Part " + std::to_string(part.number) + " of " + std::to_string(part.parts) + ": " + bytes +
+           " of the " + std::to_string(line.came) + " that " +
+           (line.verdict == Verdict::ThrownAway || line.verdict == Verdict::Lost ? "waited" : "were read") +
+           " together.";
 }
 
 std::string stuck(const TraceLine& line) {
@@ -229,11 +245,11 @@ std::string verdictInWords(const Trace& trace, Trace::Number number) {
         return {};
     }
     std::string text = sentence(trace, number, *line);
-    const bool isPiece = line->verdict == Verdict::Dropped && isRest(trace, number, *line);
-    const std::string odd = isPiece ? std::string() : remarks(*line);
+    const bool isPiece = isRest(trace, number);
+    const std::string odd = isPiece ? std::string() : remarksOn(*line);
     const bool isTakenAnyway = line->verdict == Verdict::Taken && !odd.empty();
     text += isTakenAnyway ? " Nothing else is looked at." : "";
-    return text + odd + together(*line) + stuck(*line);
+    return text + odd + part(*line) + stuck(*line);
 }
 
 } // namespace varda::core

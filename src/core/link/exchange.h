@@ -25,7 +25,8 @@ enum class Outcome {
     Heard,      ///< a burst on a monitored line
     AnsweredByPair, ///< a request came that a prepared pair answers; nothing was sent where that is no frame
                     ///< or the port refused it
-    Unknown         ///< a request came that no prepared pair answers
+    Unknown,        ///< a request came that no prepared pair answers
+    AnsweredFromMemory ///< one came that no prepared pair answers, and a memory does
 };
 
 /// "answered", "wrong length".
@@ -47,9 +48,10 @@ struct Exchange {
     Bytes request;
     int expected = 0; ///< bytes that the answer should have, 0 where none is awaited
     Bytes answer;
-    TimeSpan sent;                   ///< handed to the port: before and after the write
-    TimeSpan received;               ///< came in, as the line tells, or else as the link noticed
-    std::size_t dropped = 0;         ///< bytes that were thrown away unread
+    TimeSpan sent;           ///< handed to the port: before and after the write
+    TimeSpan received;       ///< came in, as the line tells, or else as the link noticed
+    bool whileStuck = false; ///< the timer stood still when it came in, since an event that led to nothing
+    std::size_t dropped = 0; ///< bytes that were thrown away unread
     std::optional<std::size_t> pair; ///< row of the prepared pair that answered
 };
 
@@ -73,6 +75,8 @@ public:
 
     /// Something became of an exchange; more than once, where more than one burst follows a request.
     virtual void told(const Exchange& exchange) = 0;
+    /// The port was opened: what comes in from now on answers nothing from before.
+    virtual void connected() {}
     /// A number is to be shown, changed or not.
     virtual void counted(Counter /*counter*/, int /*value*/) {}
 };

@@ -36,34 +36,12 @@ void skippingFailure(Statement&& statement) {
 
 // Telling
 
-void SerialLink::tell(Outcome outcome) {
-    exchange_.mode = state_.CommMode;
-    exchange_.outcome = outcome;
-    const Exchange told = exchange_; // what an observer begins meanwhile is not told in its place
-    for (LinkObserver* const observer : observers_) {
-        observer->told(told);
-    }
-}
-
-void SerialLink::count(Counter counter, int value) {
-    for (LinkObserver* const observer : observers_) {
-        observer->counted(counter, value);
-    }
-}
-
 void SerialLink::tellCounters() {
-    count(Counter::Expected, state_.RxExpected);
-    count(Counter::Received, state_.RxCount);
+    exchange_.count(Counter::Expected, state_.RxExpected);
+    exchange_.count(Counter::Received, state_.RxCount);
 }
 
-void SerialLink::tellSilence() { count(Counter::Silence, state_.WaitTicks); }
-
-/// Tells what becomes of a request that still has no answer.
-void SerialLink::tellOvertaken() {
-    if (std::exchange(isPending_, false)) {
-        tell(Outcome::Overtaken);
-    }
-}
+void SerialLink::tellSilence() { exchange_.count(Counter::Silence, state_.WaitTicks); }
 
 // Sending
 
@@ -71,7 +49,7 @@ bool SerialLink::startRequest() {
     if (!commPLC_.isOpen()) {
         return false;
     }
-    tellOvertaken();
+    exchange_.giveUp();
     discardUnread();
     state_.RxCount = 0;
     state_.RxExpected = 0;
@@ -83,35 +61,28 @@ void SerialLink::discardUnread() {
     const std::size_t dropped = commPLC_.inBufferCount();
     commPLC_.discard();
     if (dropped > 0) {
-        endEarlierExchange();
-        exchange_.dropped = dropped;
-        tell(Outcome::ThrownAway);
-    }
-}
-
-/// What is told next has to do with a request only where one is still without an answer.
-void SerialLink::endEarlierExchange() {
-    if (!isPending_) {
-        beginExchange({}, 0);
+        exchange_.beginUnlessPending();
+        exchange_.known().dropped = dropped;
+        exchange_.tell(Outcome::ThrownAway);
     }
 }
 
 void SerialLink::SendRequest(const Bytes& bytes, int expected) {
     state_.RxExpected = static_cast<std::int16_t>(expected);
     state_.WaitingAnswer = false; // for good where the port refuses the bytes
-    beginExchange(bytes, expected);
+    exchange_.begin(bytes, expected);
     handOverRequest();
     state_.AnswerReceived = false;
     state_.WaitingAnswer = true;
-    tell(Outcome::Sent);
+    exchange_.tell(Outcome::Sent);
 }
 
 void SerialLink::sendUnawaited(const Bytes& bytes) {
     discardUnread();
-    beginExchange(bytes, 0);
+    exchange_.begin(bytes, 0);
     handOverRequest();
-    isPending_ = false;
-    tell(Outcome::Sent);
+    exchange_.settle();
+    exchange_.tell(Outcome::Sent);
 }
 
 void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expected) {
@@ -119,39 +90,32 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
         state_.RxExpected = static_cast<std::int16_t>(*expected);
     }
     if (!commPLC_.isOpen()) {
-        beginExchange(frame, state_.RxExpected);
-        tell(Outcome::NotSent);
+        exchange_.begin(frame, state_.RxExpected);
+        exchange_.tell(Outcome::NotSent);
         return;
     }
     discardUnread();
-    beginExchange(frame, state_.RxExpected);
+    exchange_.begin(frame, state_.RxExpected);
     handOverRequest();
     state_.RxCount = 0;
     state_.WaitingAnswer = true;
-    tell(Outcome::Sent);
-}
-
-void SerialLink::beginExchange(Bytes request, int expected) {
-    tellOvertaken();
-    exchange_ = {};
-    exchange_.request = std::move(request);
-    exchange_.expected = expected;
+    exchange_.tell(Outcome::Sent);
 }
 
 void SerialLink::handOverRequest() {
     try {
-        handOver(exchange_.request);
+        handOver(exchange_.known().request);
     } catch (const RuntimeError&) {
-        tell(Outcome::NotSent);
+        exchange_.tell(Outcome::NotSent);
         throw;
     }
-    isPending_ = true;
+    exchange_.setPending();
 }
 
 void SerialLink::handOver(const Bytes& bytes) {
-    exchange_.sent.first = clock_.now();
+    exchange_.known().sent.first = clock_.now();
     commPLC_.write(bytes);
-    exchange_.sent.last = clock_.now();
+    exchange_.known().sent.last = clock_.now();
 }
 
 // Modes and connections
@@ -168,7 +132,7 @@ void SerialLink::enterMode(Mode mode) {
         state_.InReceive = false;
     }
     if (mode == Mode::Scenario) { // a silence from before the run would end it
-        tellOvertaken();
+        exchange_.giveUp();
         state_.WaitTicks = 0;
         tellSilence();
         state_.WaitingAnswer = false;
@@ -178,10 +142,11 @@ void SerialLink::enterMode(Mode mode) {
 
 void SerialLink::connectionOpened() {
     wait_.cancel();
-    tellOvertaken();
+    exchange_.giveUp();
+    exchange_.tellConnected();
 }
 
-void SerialLink::connectionClosed() { tellOvertaken(); }
+void SerialLink::connectionClosed() { exchange_.giveUp(); }
 
 // Receiving
 
@@ -189,9 +154,9 @@ void SerialLink::commPLC_OnComm(CommEvent event) {
     if (event != CommEvent::Received) {
         state_.InReceive = false;
         if (event == CommEvent::HungUp) {
-            endEarlierExchange();
-            isPending_ = false;
-            tell(Outcome::HungUp);
+            exchange_.beginUnlessPending();
+            exchange_.settle();
+            exchange_.tell(Outcome::HungUp);
         }
         return;
     }
@@ -199,7 +164,7 @@ void SerialLink::commPLC_OnComm(CommEvent event) {
         isMerged_ = true; // the running wait takes these bytes along
         return;
     }
-    state_.InReceive = true;
+    isStuck_ = std::exchange(state_.InReceive, true);
     state_.WaitTicks = 0;
     noticed_ = clock_.now();
     tellSilence();
@@ -214,6 +179,8 @@ void SerialLink::receiveLater() {
     case Mode::Simulation:
         if (commPLC_.inBufferCount() > 0) {
             settleRequest(commPLC_.inBufferCount());
+        } else {
+            tellNothingToRead();
         }
         break;
     default:
@@ -237,49 +204,53 @@ void SerialLink::wait(std::chrono::milliseconds time, std::function<void()> rest
 /// Everything that waits, and when it came. @throws RuntimeError of the port
 Burst SerialLink::readBurst() {
     Burst burst = commPLC_.read();
-    exchange_.received = burst.arrivals.empty()
-                             ? TimeSpan{noticed_, clock_.now()}
-                             : TimeSpan{burst.arrivals.front().time, burst.arrivals.back().time};
+    exchange_.known().received = burst.arrivals.empty()
+                                     ? TimeSpan{noticed_, clock_.now()}
+                                     : TimeSpan{burst.arrivals.front().time, burst.arrivals.back().time};
+    exchange_.known().whileStuck = isStuck_;
     return burst;
+}
+
+void SerialLink::tellNothingToRead() {
+    exchange_.beginUnlessPending();
+    exchange_.tell(Outcome::NothingToRead);
 }
 
 void SerialLink::receiveBurst() {
     if (commPLC_.inBufferCount() == 0) {
-        endEarlierExchange();
-        tell(Outcome::NothingToRead);
+        tellNothingToRead();
         return; // kept: InReceive stays set, as on every empty input buffer
     }
     const ScopeExit ended([this] { endReception(); }); // also after a defect
     skippingFailure([this] {
-        beginExchange({}, 0);
-        exchange_.answer = readBurst().bytes;
-        tell(Outcome::Heard);
+        exchange_.begin({}, 0);
+        exchange_.known().answer = readBurst().bytes;
+        exchange_.tell(Outcome::Heard);
     });
 }
 
 void SerialLink::receiveAnswer() {
     if (commPLC_.inBufferCount() == 0) {
-        endEarlierExchange();
-        tell(Outcome::NothingToRead);
+        tellNothingToRead();
         return; // kept: InReceive stays set, so the timer pauses until a later reception completes
     }
     const ScopeExit ended([this] { endReception(); });
     const bool answerMode = findRoute(state_.CommMode) != nullptr || state_.CommMode == Mode::Scenario;
     if (!answerMode) {
-        endEarlierExchange();
+        exchange_.beginUnlessPending();
     }
     skippingFailure([this] { readIntoRxBuffer(); });
-    isPending_ = false;
-    exchange_.answer.assign(received().begin(), received().end());
-    exchange_.expected = state_.RxExpected;
+    exchange_.settle();
+    exchange_.known().answer.assign(received().begin(), received().end());
+    exchange_.known().expected = state_.RxExpected;
     if (!answerMode) {
-        tell(Outcome::Ignored);
+        exchange_.tell(Outcome::Ignored);
         return;
     }
-    count(Counter::Received, state_.RxCount);
+    exchange_.count(Counter::Received, state_.RxCount);
     // kept: a burst of any other length is dropped; pieces of an answer are never put together
     const bool isWhole = state_.RxCount == state_.RxExpected && state_.RxCount >= 1;
-    tell(isWhole ? Outcome::Answered : Outcome::WrongLength);
+    exchange_.tell(isWhole ? Outcome::Answered : Outcome::WrongLength);
 }
 
 void SerialLink::settleRequest(std::size_t noted) {
@@ -290,6 +261,8 @@ void SerialLink::settleRequest(std::size_t noted) {
             settleRequest(waitingNow);
         } else if (waitingNow > 0) {
             receiveRequest();
+        } else {
+            tellNothingToRead();
         }
     });
     isSettling_ = true;
@@ -302,16 +275,16 @@ void SerialLink::receiveRequest() {
             endReception();
         }
     });
-    beginExchange({}, 0);
+    exchange_.begin({}, 0);
     skippingFailure([this] { readIntoRxBuffer(); });
-    count(Counter::Received, state_.RxCount);
+    exchange_.count(Counter::Received, state_.RxCount);
     skippingFailure([this, &known] { known = answerRequest(); });
 }
 
 /// @return false where no prepared pair answers the request; the reception then ends without its common end
 bool SerialLink::answerRequest() {
     Bytes request(received().begin(), received().end());
-    const TimeSpan cameIn = exchange_.received;
+    const Exchange cameIn = exchange_.known();
     const bool isHeldWhole = static_cast<std::size_t>(state_.RxCount) <= state_.RxBuffer.size();
     std::optional<PreparedAnswer> answer = roles_.answerTo(request);
     const bool isKnown = answer && isHeldWhole;
@@ -320,17 +293,19 @@ bool SerialLink::answerRequest() {
         discardUnread();
         state_.RxCount = 0;
     }
-    beginExchange(std::move(request), 0);
-    exchange_.received = cameIn;
+    exchange_.begin(std::move(request), 0);
+    exchange_.known().received = cameIn.received;
+    exchange_.known().whileStuck = cameIn.whileStuck;
     if (!isKnown) {
-        tell(Outcome::Unknown);
+        exchange_.tell(Outcome::Unknown);
         return false;
     }
     if (isOpen) {
         sendAnswer(std::move(answer->bytes));
     }
-    exchange_.pair = answer->pair;
-    tell(isOpen ? Outcome::AnsweredByPair : Outcome::NotSent);
+    exchange_.known().pair = answer->pair;
+    const Outcome answered = answer->pair ? Outcome::AnsweredByPair : Outcome::AnsweredFromMemory;
+    exchange_.tell(isOpen ? answered : Outcome::NotSent);
     return true;
 }
 
@@ -340,7 +315,7 @@ void SerialLink::sendAnswer(Bytes answer) {
     }
     skippingFailure([this, &answer] {
         handOver(answer);
-        exchange_.answer = std::move(answer);
+        exchange_.known().answer = std::move(answer);
     });
 }
 
@@ -397,10 +372,11 @@ void SerialLink::giveUpWaiting() {
     tellSilence();
     state_.WaitingAnswer = false;
     forgetAnswer();
-    endEarlierExchange(); // where that was overtaken, by a closed port for example, it has its outcome
-    isPending_ = false;
-    exchange_.answer.clear();
-    tell(Outcome::Silent);
+    exchange_
+        .beginUnlessPending(); // where that was overtaken, by a closed port for example, it has its outcome
+    exchange_.settle();
+    exchange_.known().answer.clear();
+    exchange_.tell(Outcome::Silent);
 }
 
 void SerialLink::tickMaster(const Route& route) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/clock.h"
-#include "core/link/exchange.h"
+#include "core/link/exchange_under_way.h"
 #include "core/link/mscomm.h"
 #include "core/link/routes.h"
 
@@ -10,7 +10,6 @@
 #include <functional>
 #include <optional>
 #include <span>
-#include <vector>
 
 namespace varda::inline core {
 
@@ -30,8 +29,8 @@ struct LinkState {
 
 /// The answer to a request that came in.
 struct PreparedAnswer {
-    std::size_t pair = 0; ///< row of the prepared pair
-    Bytes bytes;          ///< empty where the pair's answer is no frame: then nothing is sent
+    std::optional<std::size_t> pair = 0; ///< row of the prepared pair; none where a memory answers
+    Bytes bytes;                         ///< empty where the pair's answer is no frame: then nothing is sent
 };
 
 /// Sends requests, receives bursts and times answers out, for every mode alike.
@@ -60,7 +59,7 @@ public:
     void setRoles(Roles roles) { roles_ = std::move(roles); }
     /// Tells an observer everything from now on; it outlives the link's last word. Not to be called by an
     /// observer that is being told.
-    void observe(LinkObserver& observer) { observers_.push_back(&observer); }
+    void observe(LinkObserver& observer) { exchange_.observe(observer); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
     /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence
@@ -105,6 +104,7 @@ private:
 
     void wait(std::chrono::milliseconds time, std::function<void()> rest);
     void receiveLater();
+    void tellNothingToRead();
     void receiveBurst();
     void receiveAnswer();
     void settleRequest(std::size_t noted);
@@ -116,14 +116,9 @@ private:
     std::span<const std::uint8_t> received() const;
     void endReception();
 
-    void beginExchange(Bytes request, int expected);
     void handOverRequest();
     void handOver(const Bytes& bytes);
     void discardUnread();
-    void endEarlierExchange();
-    void tell(Outcome outcome);
-    void count(Counter counter, int value);
-    void tellOvertaken();
     void tellSilence();
     void forgetAnswer();
     void giveUpWaiting();
@@ -132,14 +127,13 @@ private:
     MSComm& commPLC_;
     Clock& clock_;
     Roles roles_;
-    std::vector<LinkObserver*> observers_;
     LinkState state_;
-    Exchange exchange_;       ///< the last one that was begun
-    bool isPending_ = false;  ///< nothing has become of it yet
+    ExchangeUnderWay exchange_{state_.CommMode};
     Clock::Time noticed_;     ///< when the event came whose bytes are being received
     Wait wait_;               ///< for the rest of the receive handler
     bool isSettling_ = false; ///< it waits for a request to the simulator to end
     bool isMerged_ = false;   ///< a receive event came during the wait
+    bool isStuck_ = false;    ///< the timer stood still when the event came that is being handled
 };
 
 } // namespace varda::core

@@ -23,15 +23,15 @@ constexpr std::array<std::uint16_t, 256> makeTable() {
     return table;
 }
 
-constexpr std::array<std::uint16_t, 256> table = makeTable();
+constexpr std::array<std::uint16_t, 256> checkTable = makeTable();
 
 std::uint16_t step(std::uint16_t check, std::uint8_t byte) {
-    return static_cast<std::uint16_t>((check >> 8U) ^ table.at((check ^ byte) & 0xFFU));
+    return static_cast<std::uint16_t>((check >> 8U) ^ checkTable.at((check ^ byte) & 0xFFU));
 }
 
 } // namespace
 
-const std::array<std::uint16_t, 256>& crc16Table() { return table; }
+const std::array<std::uint16_t, 256>& crc16Table() { return checkTable; }
 
 std::uint16_t crc16(std::span<const std::uint8_t> bytes) {
     return std::accumulate(bytes.begin(), bytes.end(), startValue, step);

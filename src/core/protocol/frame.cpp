@@ -8,7 +8,7 @@
 namespace varda::inline core {
 namespace {
 
-constexpr std::array<Command, 6> table = {{
+constexpr std::array<Command, 6> commandTable = {{
     {command::bitRead, Access::Bit, false},
     {command::bitWrite, Access::Bit, true},
     {command::wordRead, Access::Word, false},
@@ -19,11 +19,11 @@ constexpr std::array<Command, 6> table = {{
 
 } // namespace
 
-std::span<const Command> commands() { return table; }
+std::span<const Command> commands() { return commandTable; }
 
 const Command* findCommand(std::uint8_t code) {
-    const auto* const found = std::ranges::find(table, code, &Command::code);
-    return found != table.end() ? found : nullptr;
+    const auto* const found = std::ranges::find(commandTable, code, &Command::code);
+    return found != commandTable.end() ? found : nullptr;
 }
 
 std::optional<Frame> parse(std::span<const std::uint8_t> bytes) {

@@ -49,6 +49,12 @@ std::string hexGroups(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
+std::string hexSpaced(std::span<const std::uint8_t> bytes) {
+    std::string text = hexGroups(bytes);
+    text.resize(text.size() - (text.empty() ? 0 : 1));
+    return text;
+}
+
 std::string hexRun(std::span<const std::uint8_t> bytes) {
     std::string text;
     text.reserve(bytes.size() * 2);

@@ -9,20 +9,20 @@
 namespace varda::inline core {
 namespace {
 
-constexpr std::size_t hexDigits = 4;
+constexpr std::size_t mostHexDigits = 4;
 constexpr std::size_t decimalDigits = 5;
 
-bool isLetter(char character, char lower, char upper) { return character == lower || character == upper; }
+bool isEither(char character, char lower, char upper) { return character == lower || character == upper; }
 
 /// Drops what marks a hexadecimal number. @return whether there was a mark
 bool dropHexMark(std::string_view& field) {
-    const bool prefixed = field.size() > 2 && ((field[0] == '0' && isLetter(field[1], 'x', 'X')) ||
-                                               (field[0] == '&' && isLetter(field[1], 'h', 'H')));
+    const bool prefixed = field.size() > 2 && ((field[0] == '0' && isEither(field[1], 'x', 'X')) ||
+                                               (field[0] == '&' && isEither(field[1], 'h', 'H')));
     if (prefixed) {
         field.remove_prefix(2);
         return true;
     }
-    const bool suffixed = field.size() > 1 && isLetter(field.back(), 'h', 'H');
+    const bool suffixed = field.size() > 1 && isEither(field.back(), 'h', 'H');
     field.remove_suffix(suffixed ? 1 : 0);
     return suffixed;
 }
@@ -45,7 +45,7 @@ std::string upperCase(std::string_view digits) {
 /// As it was written, while that is no longer than a cell is wide.
 std::string shownDigits(std::string_view digits, int value, bool hexadecimal) {
     if (hexadecimal) {
-        return digits.size() <= hexDigits ? upperCase(digits) : hex(value);
+        return digits.size() <= mostHexDigits ? upperCase(digits) : hex(value);
     }
     return digits.size() <= decimalDigits ? std::string(digits) : std::to_string(value);
 }

@@ -8,6 +8,7 @@
 #include <exception>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 class QAbstractButton;
 class QComboBox;
@@ -59,6 +60,15 @@ public:
     /// Runs a handler; a RuntimeError of it becomes a report. Any other exception is a defect of the program:
     /// each is reported once, however often it comes, and the program goes on.
     void guard(const Handler& handler);
+    /// The same function behind that guard, for who calls it later; not when these events are gone.
+    template <typename... Arguments>
+    std::function<void(Arguments...)> guarded(std::function<void(Arguments...)> handler) {
+        return [events = QPointer(this), handler = std::move(handler)](Arguments... arguments) {
+            if (events) {
+                events->guard([&] { handler(arguments...); });
+            }
+        };
+    }
     /// Reports an error that comes later than the handler it belongs to.
     void report(const RuntimeError& error) const;
 

@@ -20,6 +20,7 @@ QFileDialog* makeDialog(QWidget* window, const QString& folder, const FileDialog
     dialog->setNameFilter(QStringLiteral("*") + kind.extension);
     dialog->setDefaultSuffix(kind.extension.mid(1));
     dialog->setDirectory(folder);
+    dialog->setWindowTitle(kind.title.isEmpty() ? dialog->windowTitle() : kind.title);
     return dialog;
 }
 

@@ -20,6 +20,7 @@ public:
     struct Kind {
         QString extension; ///< with its dot; added to a chosen name that has none
         QString folder;    ///< below the program's own folder; where the dialogs start
+        QString title{};   ///< the system's own where it is empty
     };
 
     /// @param programFolder the program's own folder

@@ -30,9 +30,7 @@ void saveOrTell(const ProfileFile& file, const std::string& path, const PageCont
                {.tell = [&form](const std::string& text) { form.showMessage(text, "Error"); },
                 .ask =
                     [&form, &events](const std::string& question, std::function<void(bool yes)> answered) {
-                        form.ask(question, "Confirm", [&events, answered = std::move(answered)](bool yes) {
-                            events.guard([&answered, yes] { answered(yes); });
-                        });
+                        form.ask(question, "Confirm", events.guarded(std::move(answered)));
                     }},
                saved);
 }

@@ -3,29 +3,16 @@
 #include "ui_explanation_pane.h"
 #include "window/controls/make_form.h"
 #include "window/insight/hex_view.h"
-
-#include <QHeaderView>
+#include "window/insight/table_lines.h"
 
 #include <array>
 
 namespace varda::window {
 namespace {
 
-/// As wide as what usually stands there.
-void fitColumns(QTableView* table) {
-    constexpr std::array usual = {"Acknowledgement", "00 .. 00", "0000h = 00000, right",
-                                  "Decimal ",        "-00000 ",  "0000h "};
-    constexpr int edges = 12;
-    for (std::size_t column = 0; column < usual.size(); ++column) {
-        const int width = table->fontMetrics().horizontalAdvance(QLatin1String(usual.at(column)));
-        table->horizontalHeader()->resizeSection(static_cast<int>(column), width + edges);
-    }
-    table->horizontalHeader()->setStretchLastSection(true);
-    table->horizontalHeader()->setHighlightSections(false);
-    table->verticalHeader()->hide();
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + edges / 2);
-}
+/// Of the fields, what usually stands in the columns.
+constexpr std::array usualTexts = {"Acknowledgement", "00 .. 00", "0000h = 00000, right",
+                                   "Decimal ",        "-00000 ",  "0000h "};
 
 } // namespace
 
@@ -34,8 +21,8 @@ ExplanationPane::ExplanationPane(QWidget* parent)
     const int line = ui_->hexBytes->fontMetrics().horizontalAdvance(QStringLiteral("0000  ") +
                                                                     QStringLiteral("00 ").repeated(17));
     ui_->fieldsAndBytes->setSizes({2 * line, line}); // the bytes get room for a line
-    ui_->fieldsAndBytes->setStretchFactor(0, 1);
-    ui_->fieldsAndBytes->setStretchFactor(1, 0);
+    ui_->fieldsAndBytes->setStretchFactor(0, 2);     // in a narrow window, too
+    ui_->fieldsAndBytes->setStretchFactor(1, 1);
     ui_->goToPartner->hide();
     connect(ui_->hexBytes, &HexView::byteChosen, this, &ExplanationPane::chooseByte);
     connect(ui_->goToPartner, &QPushButton::clicked, this, &ExplanationPane::partnerWanted);
@@ -46,7 +33,8 @@ ExplanationPane::~ExplanationPane() = default;
 void ExplanationPane::useNames(const RegisterNames& names) {
     fields_ = new FieldModel(names, this);
     ui_->fieldTable->setModel(fields_);
-    fitColumns(ui_->fieldTable);
+    showLines(ui_->fieldTable, ui_->fieldTable->fontMetrics().height());
+    fitColumns(ui_->fieldTable, usualTexts);
     connect(ui_->fieldTable->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (current.isValid()) {

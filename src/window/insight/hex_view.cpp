@@ -29,7 +29,7 @@ QString linesOf(const Bytes& bytes) {
         const auto line = std::span(bytes).subspan(begin, std::min(bytesInLine, bytes.size() - begin));
         const QString offset =
             QString::number(static_cast<qulonglong>(begin), 16).rightJustified(4, QLatin1Char('0')).toUpper();
-        lines.append(offset + QStringLiteral("  ") + QString::fromStdString(hexGroups(line)).trimmed());
+        lines.append(offset + QStringLiteral("  ") + QString::fromStdString(hexSpaced(line)));
     }
     return lines.join(QLatin1Char('\n'));
 }

@@ -55,16 +55,14 @@ void Insight::record(bool isOn) {
 }
 
 void Insight::makeWindow() {
-    window_ = std::make_unique<InsightWindow>(
-        InsightWindow::Sources{.clock = clock_,
-                               .trace = trace_,
-                               .statistics = statistics_,
-                               .watch = watch_,
-                               .names = names_,
-                               .settings = [this] { return link_->port().settings(); },
-                               .wantedPeriod = parts_->wantedPeriod,
-                               .showHelp = parts_->showHelp,
-                               .programFolder = parts_->programFolder});
+    const InsightSources sources = {.clock = clock_,
+                                    .trace = trace_,
+                                    .statistics = statistics_,
+                                    .watch = watch_,
+                                    .names = names_,
+                                    .settings = [this] { return link_->port().settings(); },
+                                    .wantedPeriod = parts_->wantedPeriod};
+    window_ = std::make_unique<InsightWindow>(sources, parts_->showHelp, parts_->programFolder);
     trace_.setWakeUp([this] { window_->takeNewsSoon(); });
     connect(window_.get(), &InsightWindow::closed, this, [this] { parts_->button->setChecked(false); });
     auto* const caret = new FrameCaret(parts_->pages, parts_->requestOf, window_.get());

@@ -14,20 +14,26 @@ class Trace;
 
 namespace varda::window {
 
+class Events;
 class FileDialogs;
 struct FileTalk;
 
-/// What the parts of the trace window work with.
-struct InsightContext {
-    Clock& clock;
+/// What the trace window shows, and where from.
+struct InsightSources {
+    Clock& clock; ///< its continuations pass a guard
     Trace& trace;
     LinkStatistics& statistics;
     RegisterWatch& watch;
     RegisterNames& names;
-    FileDialogs& files;
-    const FileTalk& talk;
     std::function<LineSettings()> settings; ///< of the port
     std::function<int()> wantedPeriod;      ///< at which requests are repeated, in milliseconds
+};
+
+/// What the parts of the trace window work with.
+struct InsightContext : InsightSources {
+    Events& events;
+    FileDialogs& files;
+    const FileTalk& talk;
 };
 
 } // namespace varda::window

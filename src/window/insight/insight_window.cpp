@@ -7,9 +7,9 @@
 #include "window/insight/statistics_panel.h"
 #include "window/insight/trace_panel.h"
 #include "window/insight/watch_panel.h"
+#include "window/system/screen_room.h"
 
 #include <QCloseEvent>
-#include <QScreen>
 #include <QShortcut>
 
 #include <chrono>
@@ -33,26 +33,17 @@ FileTalk talkOf(MessageBoxes& boxes, Events& events) {
             .ask =
                 [&boxes, &events](const std::string& question, std::function<void(bool yes)> answered) {
                     boxes.ask(QString::fromStdString(question), QStringLiteral("Confirm"),
-                              [&events, answered = std::move(answered)](bool yes) {
-                                  events.guard([&answered, yes] { answered(yes); });
-                              });
+                              events.guarded(std::move(answered)));
                 }};
 }
 
 } // namespace
 
-InsightWindow::InsightWindow(const Sources& sources)
-    : files_(this, sources.programFolder),
+InsightWindow::InsightWindow(const InsightSources& sources, const std::function<void()>& showHelp,
+                             const QString& programFolder)
+    : files_(this, programFolder),
       talk_(talkOf(boxes_, events_)),
-      context_{.clock = sources.clock,
-               .trace = sources.trace,
-               .statistics = sources.statistics,
-               .watch = sources.watch,
-               .names = sources.names,
-               .files = files_,
-               .talk = talk_,
-               .settings = sources.settings,
-               .wantedPeriod = sources.wantedPeriod},
+      context_{sources, events_, files_, talk_},
       ui_(makeForm<Ui::InsightWindow>(this)),
       trace_(new TracePanel(context_, this)),
       statistics_(new StatisticsPanel(context_, this)),
@@ -63,12 +54,12 @@ InsightWindow::InsightWindow(const Sources& sources)
     ui_->insightTabs->addTab(watch_, tr("&Watch"));
     connect(ui_->insightTabs, &QTabWidget::currentChanged, this, [this] { refresh(); });
     connect(watch_, &WatchPanel::namesChanged, trace_, &TracePanel::showNames);
-    addShortcuts(sources.showHelp);
+    addShortcuts(showHelp);
     trace_->setFocus();
     new FileDrops(this, [this](const QStringList& paths) {
         events_.guard([this, &paths] { watch_->loadNames(paths.first()); });
     });
-    resize(size().boundedTo(screen()->availableSize() - QSize(16, 48)));
+    resize(size().boundedTo(roomFor(this)));
 }
 
 InsightWindow::~InsightWindow() = default;

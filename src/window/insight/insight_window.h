@@ -12,8 +12,6 @@
 #include <functional>
 #include <memory>
 
-class QShortcut;
-
 namespace varda::window {
 
 namespace Ui {
@@ -31,20 +29,8 @@ class InsightWindow : public QWidget {
     Q_DISABLE_COPY(InsightWindow)
 
 public:
-    /// What is shown, and where from.
-    struct Sources {
-        Clock& clock; ///< its continuations pass a guard
-        Trace& trace;
-        LinkStatistics& statistics;
-        RegisterWatch& watch;
-        RegisterNames& names;
-        std::function<LineSettings()> settings;
-        std::function<int()> wantedPeriod;
-        std::function<void()> showHelp;
-        QString programFolder;
-    };
-
-    explicit InsightWindow(const Sources& sources);
+    InsightWindow(const InsightSources& sources, const std::function<void()>& showHelp,
+                  const QString& programFolder);
     ~InsightWindow() override;
 
     /// Comes to the front, and shows what there is from now on.

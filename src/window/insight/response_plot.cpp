@@ -1,6 +1,6 @@
 #include "window/insight/response_plot.h"
 
-#include "core/insight/link_statistics.h"
+#include "window/insight/counted_text.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -17,10 +17,6 @@ using std::chrono::milliseconds;
 constexpr qint64 span = milliseconds(LinkStatistics::plotted).count();
 constexpr int minutes = static_cast<int>(LinkStatistics::plotted.count());
 constexpr int markSize = 7;
-
-qint64 agoOf(const LinkStatistics::Sample& sample, Clock::Time now) {
-    return duration_cast<milliseconds>(now - sample.time).count();
-}
 
 /// The next of 1, 2, 5, 10, 20 .. that holds a value.
 double roundUp(double value) {
@@ -64,16 +60,18 @@ void ResponsePlot::plot(const LinkStatistics& statistics, const Clock& clock) {
 
 /// Who does not see the picture hears its numbers.
 void ResponsePlot::refresh() {
-    const auto& samples = statistics_->samples();
-    const auto count = [&samples](Outcome outcome) {
-        return static_cast<qlonglong>(std::ranges::count(samples, outcome, &LinkStatistics::Sample::outcome));
+    now_ = clock_->now();
+    const auto recent = statistics_->samples(now_);
+    samples_.assign(recent.begin(), recent.end());
+    const auto count = [this](Outcome outcome) {
+        return static_cast<std::size_t>(
+            std::ranges::count(samples_, outcome, &LinkStatistics::Sample::outcome));
     };
-    setAccessibleDescription(
-        tr("The last ten minutes: %1 answers, the slowest after %2 ms, %3 silences, %4 dropped")
-            .arg(count(Outcome::Answered))
-            .arg(highest(), 0, 'f', 1)
-            .arg(count(Outcome::Silent))
-            .arg(count(Outcome::WrongLength)));
+    setAccessibleDescription(tr("The last ten minutes: %1, the slowest after %2 ms, %3, %4 dropped")
+                                 .arg(countedText(count(Outcome::Answered), "answer"))
+                                 .arg(highest(), 0, 'f', 1)
+                                 .arg(countedText(count(Outcome::Silent), "silence"))
+                                 .arg(count(Outcome::WrongLength)));
     setToolTip(accessibleDescription());
     update();
 }
@@ -90,7 +88,7 @@ QRect ResponsePlot::plotArea() const {
 
 double ResponsePlot::highest() const {
     double most = 0;
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : samples_) {
         most = std::max(most, sample.milliseconds);
     }
     return most;
@@ -99,6 +97,10 @@ double ResponsePlot::highest() const {
 int ResponsePlot::placeOf(qint64 millisecondsAgo) const {
     const QRect area = plotArea();
     return area.right() - static_cast<int>(millisecondsAgo * area.width() / span);
+}
+
+int ResponsePlot::placeOf(const LinkStatistics::Sample& sample) const {
+    return placeOf(duration_cast<milliseconds>(now_ - sample.time).count());
 }
 
 void ResponsePlot::paintEvent(QPaintEvent* /*event*/) {
@@ -142,7 +144,6 @@ void ResponsePlot::drawAxes(QPainter& painter, double top) const {
 /// is to be seen.
 void ResponsePlot::drawSamples(QPainter& painter, double top) const {
     const QRect area = plotArea();
-    const Clock::Time now = clock_->now();
     painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
     const auto height = [&](double value) { return area.bottom() - value / top * area.height(); };
     int column = -1;
@@ -153,11 +154,11 @@ void ResponsePlot::drawSamples(QPainter& painter, double top) const {
             painter.drawLine(QPointF(column, height(least) + 1), QPointF(column, height(most)));
         }
     };
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
+    for (const LinkStatistics::Sample& sample : samples_) {
         if (sample.outcome != Outcome::Answered) {
             continue;
         }
-        const int place = placeOf(agoOf(sample, now));
+        const int place = placeOf(sample);
         if (place != column) {
             draw();
             column = place;
@@ -171,10 +172,9 @@ void ResponsePlot::drawSamples(QPainter& painter, double top) const {
 
 void ResponsePlot::drawMarks(QPainter& painter) const {
     const QRect area = plotArea();
-    const Clock::Time now = clock_->now();
     painter.setPen(QPen(palette().color(QPalette::Text), 1.5));
-    for (const LinkStatistics::Sample& sample : statistics_->samples()) {
-        const QPoint foot(placeOf(agoOf(sample, now)), area.bottom());
+    for (const LinkStatistics::Sample& sample : samples_) {
+        const QPoint foot(placeOf(sample), area.bottom());
         if (foot.x() < area.left()) {
             continue;
         }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "core/insight/link_statistics.h"
+
 #include <QWidget>
 
-namespace varda::inline core {
-class Clock;
-class LinkStatistics;
-} // namespace varda::core
+#include <vector>
 
 namespace varda::window {
 
@@ -36,9 +35,12 @@ private:
     void drawMarks(QPainter& painter) const;
     void drawLegend(QPainter& painter) const;
     int placeOf(qint64 millisecondsAgo) const;
+    int placeOf(const LinkStatistics::Sample& sample) const;
 
     const LinkStatistics* statistics_ = nullptr;
     const Clock* clock_ = nullptr;
+    Clock::Time now_;                             ///< when it was drawn anew last
+    std::vector<LinkStatistics::Sample> samples_; ///< of the time until then
 };
 
 } // namespace varda::window

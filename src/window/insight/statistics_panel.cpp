@@ -2,9 +2,11 @@
 
 #include "core/insight/link_statistics.h"
 #include "ui_statistics_panel.h"
+#include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
+#include "window/insight/table_lines.h"
 #include "window/system/file_name.h"
 
 #include <QHeaderView>
@@ -75,13 +77,10 @@ StatisticsPanel::StatisticsPanel(const InsightContext& context, QWidget* parent)
         ui_->statisticsTable->setHorizontalHeaderItem(column, heading);
     }
     ui_->statisticsTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    ui_->statisticsTable->horizontalHeader()->setHighlightSections(false);
-    ui_->statisticsTable->verticalHeader()->hide();
-    constexpr int edges = 6;
-    ui_->statisticsTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + edges);
+    showLines(ui_->statisticsTable, fontMetrics().height());
     ui_->responsePlot->plot(context.statistics, context.clock);
-    connect(ui_->resetStatistics, &QPushButton::clicked, this, &StatisticsPanel::reset);
-    connect(ui_->saveStatistics, &QPushButton::clicked, this, &StatisticsPanel::saveCsv);
+    context_.events.click(ui_->resetStatistics, [this] { reset(); });
+    context_.events.click(ui_->saveStatistics, [this] { saveCsv(); });
     refresh();
 }
 
@@ -130,10 +129,12 @@ void StatisticsPanel::reset() {
 }
 
 void StatisticsPanel::saveCsv() {
-    context_.files.chooseToSave({QStringLiteral(".csv"), QStringLiteral("Log")}, [this](const QString& path) {
+    const FileDialogs::Chosen save = [this](const QString& path) {
         saveTextOrTell(fileName(path), context_.statistics.csv(context_.settings(), context_.wantedPeriod()),
                        context_.talk, [] {});
-    });
+    };
+    context_.files.chooseToSave({QStringLiteral(".csv"), QStringLiteral("Log")},
+                                context_.events.guarded(save));
 }
 
 } // namespace varda::window

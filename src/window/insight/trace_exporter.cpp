@@ -1,11 +1,11 @@
 #include "window/insight/trace_exporter.h"
 
-#include "core/base/scope_exit.h"
+#include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/saving.h"
+#include "window/insight/counted_text.h"
 #include "window/system/file_name.h"
 
-#include <QGuiApplication>
 #include <QMenu>
 
 #include <array>
@@ -29,34 +29,58 @@ constexpr std::array forms = {
     ExportForm{TraceForm::Pcapng, "Pcapng", QT_TRANSLATE_NOOP("TraceExporter", "Capture for Wireshark .."),
                ".pcapng"}};
 
-const char* extensionOf(TraceForm form) { return forms.at(static_cast<std::size_t>(form)).extension; }
-
 } // namespace
 
 void TraceExporter::addEntries(QMenu* menu, const QString& namePrefix, const Lines& lines) {
     for (const ExportForm& form : forms) {
-        QAction* const entry = menu->addAction(
-            tr(form.caption), this, [this, lines, kind = form.form] { chooseFile(lines(), kind); });
+        const QString extension = QLatin1String(form.extension);
+        const auto choose = [this, lines, kind = form.form, extension] {
+            chooseFile(lines(), kind, extension);
+        };
+        QAction* const entry =
+            menu->addAction(tr(form.caption), this, [this, choose] { context_.events.guard(choose); });
         entry->setObjectName(namePrefix + QLatin1String(form.name));
     }
 }
 
 /// The lines are those of the moment in which they were asked for, however long the dialog is open.
-void TraceExporter::chooseFile(const std::vector<Trace::Number>& lines, TraceForm form) {
-    const FileDialogs::Kind kind = {QLatin1String(extensionOf(form)), QStringLiteral("Log")};
-    context_.files.chooseToSave(kind, [this, lines, form](const QString& path) { save(path, lines, form); });
+void TraceExporter::chooseFile(const std::vector<Trace::Number>& lines, TraceForm form,
+                               const QString& extension) {
+    const FileDialogs::Chosen chosen = [this, lines, form](const QString& path) { write(path, lines, form); };
+    context_.files.chooseToSave({.extension = extension,
+                                 .folder = QStringLiteral("Log"),
+                                 .title = tr("Export %1").arg(countedText(lines.size(), "line"))},
+                                context_.events.guarded(chosen));
 }
 
-void TraceExporter::save(const QString& path, const std::vector<Trace::Number>& lines, TraceForm form) {
-    std::string content;
-    {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        const ScopeExit restored([] { QGuiApplication::restoreOverrideCursor(); });
-        exportTrace(context_.trace, lines, form, context_.names,
-                    [&content](std::string_view part) { content += part; });
-    }
-    saveTextOrTell(fileName(path), std::move(content), context_.talk,
-                   [this, path, count = static_cast<int>(lines.size())] { emit saved(path, count); });
+void TraceExporter::write(const QString& path, const std::vector<Trace::Number>& lines, TraceForm form) {
+    work_.cancel();
+    content_.clear();
+    export_.emplace(context_.trace, lines, form, context_.names);
+    work_.start(
+        [this] {
+            return export_->write([this](std::string_view part) { content_ += part; }, SlicedWork::slice);
+        },
+        [this, path] { save(path); });
+}
+
+void TraceExporter::save(const QString& path) {
+    const auto written = static_cast<qulonglong>(export_->written());
+    saveTextOrTell(fileName(path), std::exchange(content_, {}), context_.talk,
+                   [this, path, written] { emit saved(path, written); });
+    emit wentOn();
+}
+
+void TraceExporter::cancel() {
+    work_.cancel();
+    content_.clear();
+    emit wentOn();
+}
+
+std::optional<int> TraceExporter::percent() const {
+    constexpr std::size_t whole = 100;
+    return work_.isRunning() ? std::optional(static_cast<int>(export_->done() * whole / export_->size()))
+                             : std::nullopt;
 }
 
 } // namespace varda::window

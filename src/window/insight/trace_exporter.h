@@ -2,37 +2,51 @@
 
 #include "core/insight/trace_export.h"
 #include "window/insight/insight_context.h"
+#include "window/insight/sliced_work.h"
 
 #include <QObject>
 
 #include <functional>
-#include <utility>
+#include <optional>
+#include <string>
 #include <vector>
 
 class QMenu;
 
 namespace varda::window {
 
-/// Takes lines of a trace along: into a file of one of four forms, which a dialog asks for.
+/// Takes lines of a trace along: into a file of one of four forms, which a dialog asks for. Many lines take a
+/// while, in which the window goes on.
 class TraceExporter : public QObject {
     Q_OBJECT
 
 public:
     using Lines = std::function<std::vector<Trace::Number>()>;
 
-    TraceExporter(InsightContext context, QObject* parent) : QObject(parent), context_(std::move(context)) {}
+    TraceExporter(const InsightContext& context, QObject* parent)
+        : QObject(parent), context_(context), work_(context.clock, [this] { emit wentOn(); }) {}
 
     /// Adds an entry for each form.
     void addEntries(QMenu* menu, const QString& namePrefix, const Lines& lines);
 
+    /// How much of an export that is under way is done.
+    std::optional<int> percent() const;
+    /// Leaves the file as it was.
+    void cancel();
+
 signals:
-    void saved(const QString& path, int lines);
+    void wentOn();
+    void saved(const QString& path, qulonglong lines);
 
 private:
-    void chooseFile(const std::vector<Trace::Number>& lines, TraceForm form);
-    void save(const QString& path, const std::vector<Trace::Number>& lines, TraceForm form);
+    void chooseFile(const std::vector<Trace::Number>& lines, TraceForm form, const QString& extension);
+    void write(const QString& path, const std::vector<Trace::Number>& lines, TraceForm form);
+    void save(const QString& path);
 
     InsightContext context_;
+    std::optional<TraceExport> export_;
+    std::string content_;
+    SlicedWork work_;
 };
 
 } // namespace varda::window

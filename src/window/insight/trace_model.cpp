@@ -3,6 +3,7 @@
 #include "core/insight/verdict_words.h"
 #include "core/protocol/hex_text.h"
 #include "window/controls/frame_font.h"
+#include "window/insight/sliced_work.h"
 
 #include <algorithm>
 
@@ -17,7 +18,7 @@ QString text(const std::string& words) { return QString::fromStdString(words); }
 
 QString cutBytes(const TraceLine& line) {
     const auto first = std::span(line.bytes).first(std::min(line.bytes.size(), shownBytes));
-    const QString groups = text(hexGroups(first)).trimmed();
+    const QString groups = text(hexSpaced(first));
     return first.size() < line.size
                ? groups + TraceModel::tr(" .. %1 bytes").arg(static_cast<qulonglong>(line.size))
                : groups;
@@ -28,7 +29,7 @@ QString bytesInLines(const TraceLine& line) {
     const auto bytes = std::span(line.bytes).first(std::min(line.bytes.size(), bytesOfTip));
     for (std::size_t begin = 0; begin < bytes.size(); begin += bytesOfTipLine) {
         const std::size_t count = std::min(bytesOfTipLine, bytes.size() - begin);
-        lines.append(text(hexGroups(bytes.subspan(begin, count))).trimmed());
+        lines.append(text(hexSpaced(bytes.subspan(begin, count))));
     }
     if (line.size > bytes.size()) {
         lines.append(TraceModel::tr(".. %1 bytes").arg(static_cast<qulonglong>(line.size)));
@@ -133,10 +134,25 @@ void TraceModel::setFilter(const TraceFilter& filter) {
         return;
     }
     beginResetModel();
-    trace_.takeNews();
     view_.setFilter(filter);
-    rows_ = static_cast<int>(view_.rows());
+    rows_ = 0;
     endResetModel();
+}
+
+bool TraceModel::fill() {
+    view_.fill(SlicedWork::slice);
+    addRows();
+    return left() > 0;
+}
+
+/// Those behind that the view has already.
+void TraceModel::addRows() {
+    const int rows = static_cast<int>(view_.rows());
+    if (rows > rows_) {
+        beginInsertRows({}, rows_, rows - 1);
+        rows_ = rows;
+        endInsertRows();
+    }
 }
 
 void TraceModel::dropRows(int first, int last) {
@@ -153,17 +169,13 @@ int TraceModel::takeNews() {
     if (isHeld_) {
         return 0;
     }
-    const TraceView::Step step = view_.update(trace_.takeNews());
+    const TraceView::Step step = view_.update(trace_.takeNews(), SlicedWork::slice);
     const int gone = static_cast<int>(step.gone);
     const int kept = static_cast<int>(step.kept);
     shift_ = gone;
     dropRows(0, gone - 1);
     dropRows(kept, rows_ - 1);
-    if (step.added > 0) {
-        beginInsertRows({}, kept, kept + static_cast<int>(step.added) - 1);
-        rows_ = static_cast<int>(view_.rows());
-        endInsertRows();
-    }
+    addRows();
     if (step.changedBegin < step.kept) {
         emit dataChanged(index(static_cast<int>(step.changedBegin), 0), index(kept - 1, columnCount() - 1));
     }
@@ -174,16 +186,6 @@ void TraceModel::showNames() {
     if (rows_ > 0) {
         emit dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
     }
-}
-
-std::optional<int> TraceModel::find(const TraceFilter& filter, int from, bool isForward) const {
-    const int step = isForward ? 1 : -1;
-    for (int row = from + step; row >= 0 && row < rows_; row += step) {
-        if (passes(filter, trace_, line(row))) {
-            return row;
-        }
-    }
-    return std::nullopt;
 }
 
 /// A line that is held shows its mark at once.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/insight/register_names.h"
+#include "core/insight/trace_search.h"
 #include "core/insight/trace_view.h"
 #include "core/insight/trace_words.h"
 
@@ -27,28 +28,39 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    const Trace& trace() const { return trace_; }
     Trace::Number line(int row) const;
     std::vector<Trace::Number> lines() const;
     /// The row of a line; nothing where the filter keeps it back.
     std::optional<int> rowOf(Trace::Number number) const;
 
+    /// Begins anew with another filter, without rows: fill() brings them.
     void setFilter(const TraceFilter& filter);
+    const TraceFilter& filter() const { return view_.filter(); }
+    /// Looks at some of the lines that were not looked at yet, and adds rows for those that pass.
+    /// @return whether lines are left
+    bool fill();
+    /// Lines that were not looked at yet.
+    std::size_t left() const { return view_.left(); }
+
     void setHeld(bool isHeld) { isHeld_ = isHeld; }
     bool isHeld() const { return isHeld_; }
-    /// Brings the rows up to date. @return how many went away at the front
+    /// Brings the rows up to date; where many lines are new, fill() goes on with them.
+    /// @return how many went away at the front
     int takeNews();
     /// Names of registers are other ones.
     void showNames();
 
-    /// The next row behind `from` that a filter lets pass, or before it; nothing where there is none.
-    std::optional<int> find(const TraceFilter& filter, int from, bool isForward) const;
+    /// A search among the rows, from a line on or back; not to be used any more with another filter.
+    TraceSearch search(const TraceFilter& wanted, std::optional<Trace::Number> from, bool isForward) const {
+        return {view_, wanted, from, isForward};
+    }
     void mark(Trace::Number number, bool isMarked);
 
 private:
     QString cell(Trace::Number number, TraceColumn column) const;
     QString whole(Trace::Number number, TraceColumn column) const;
     void dropRows(int first, int last);
+    void addRows();
 
     Trace& trace_;
     const RegisterNames& names_;

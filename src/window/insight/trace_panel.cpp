@@ -6,35 +6,28 @@
 #include "core/protocol/hex_text.h"
 #include "ui_trace_panel.h"
 #include "window/controls/make_form.h"
+#include "window/insight/counted_text.h"
 #include "window/insight/trace_exporter.h"
 #include "window/insight/trace_model.h"
 
 #include <QAction>
 #include <QClipboard>
+#include <QFileInfo>
 #include <QGuiApplication>
-#include <QLocale>
 #include <QMenu>
 #include <QShortcut>
 
 #include <algorithm>
 
 namespace varda::window {
-namespace {
-
-QString counted(std::uint64_t lines) {
-    return lines == 1 ? TracePanel::tr("1 line")
-                      : TracePanel::tr("%1 lines").arg(QLocale::c().toString(static_cast<qulonglong>(lines)));
-}
-
-QString filesName(const QString& path) { return path.section(QLatin1Char('/'), -1); }
-
-} // namespace
-
 TracePanel::TracePanel(const InsightContext& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
       ui_(makeForm<Ui::TracePanel>(this)),
-      model_(new TraceModel(context.trace, context.names, this)) {
+      model_(new TraceModel(context.trace, context.names, this)),
+      exporter_(new TraceExporter(context, this)),
+      filling_(context.clock, [this] { showState(); }),
+      searching_(context.clock, [this] { showState(); }) {
     setFocusProxy(ui_->traceTable);
     ui_->traceTable->showTrace(model_);
     ui_->explanation->useNames(context.names);
@@ -42,6 +35,7 @@ TracePanel::TracePanel(const InsightContext& context, QWidget* parent)
     ui_->traceAndExplanation->setStretchFactor(1, 2);
     bindSearch();
     bindButtons();
+    bindExport();
     addTableActions();
     connect(ui_->traceTable, &TraceTable::lineChosen, this,
             [this](int row) { explainLine(model_->line(row)); });
@@ -75,18 +69,28 @@ void TracePanel::bindButtons() {
     connect(ui_->pauseTrace, &QCheckBox::toggled, this, &TracePanel::pause);
     connect(ui_->markLines, &QPushButton::clicked, this, &TracePanel::mark);
     connect(ui_->clearTrace, &QPushButton::clicked, this, &TracePanel::clear);
-    auto* const exporter = new TraceExporter(context_, this);
+    connect(ui_->cancelWork, &QPushButton::clicked, this, &TracePanel::cancelWork);
+}
+
+/// The menu says how many lines an entry takes along, and which.
+void TracePanel::bindExport() {
     auto* const menu = new QMenu(ui_->exportTrace);
-    QMenu* const selection = menu->addMenu(tr("Selected lines"));
-    exporter->addEntries(selection, QStringLiteral("exportSelected"), [this] { return selectedLines(); });
-    QMenu* const all = menu->addMenu(tr("All lines shown"));
-    exporter->addEntries(all, QStringLiteral("exportAll"), [this] { return model_->lines(); });
+    QMenu* const selection = menu->addMenu(QString());
+    exporter_->addEntries(selection, QStringLiteral("exportSelected"),
+                          [this] { return ui_->traceTable->selectedLines(); });
+    QMenu* const all = menu->addMenu(QString());
+    exporter_->addEntries(all, QStringLiteral("exportAll"), [this] { return model_->lines(); });
     connect(menu, &QMenu::aboutToShow, this, [this, selection, all] {
-        selection->setEnabled(!selectedLines().empty());
-        all->setEnabled(model_->rowCount() > 0);
+        const int selected = ui_->traceTable->selectedCount();
+        selection->setTitle(tr("Selected: %1").arg(countedText(static_cast<std::size_t>(selected), "line")));
+        selection->setEnabled(selected > 0);
+        all->setTitle(
+            tr("%1: %2").arg(model_->filter() == TraceFilter() ? tr("All") : tr("Filtered"), shownLines()));
+        all->setEnabled(model_->rowCount() > 0 && !filling_.isRunning());
     });
-    connect(exporter, &TraceExporter::saved, this, [this](const QString& path, int lines) {
-        tell(tr("%1 written to %2").arg(counted(static_cast<std::uint64_t>(lines)), filesName(path)));
+    connect(exporter_, &TraceExporter::wentOn, this, &TracePanel::showState);
+    connect(exporter_, &TraceExporter::saved, this, [this](const QString& path, qulonglong lines) {
+        tell(tr("%1 written to %2").arg(countedText(lines, "line"), QFileInfo(path).fileName()));
     });
     ui_->exportTrace->setMenu(menu);
 }
@@ -108,19 +112,22 @@ void TracePanel::addTableActions() {
     ui_->traceTable->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
-/// The line that was chosen stays so where the filter lets it pass.
 void TracePanel::filter() {
-    const auto chosen = ui_->traceTable->chosenRow();
-    const auto number = chosen ? std::optional(model_->line(*chosen)) : std::nullopt;
-    const bool isFollowing = ui_->traceTable->isFollowing();
-    model_->setFilter(readTraceFilter(ui_->traceFilter->text().toStdString()));
-    const auto row = number ? model_->rowOf(*number) : std::nullopt;
-    if (row && !isFollowing) {
-        ui_->traceTable->choose(*row);
-    } else {
-        ui_->traceTable->follow(isFollowing);
+    searching_.cancel();
+    ui_->traceTable->setFilter(readTraceFilter(ui_->traceFilter->text().toStdString()));
+    news_.clear();
+    takeNews();
+}
+
+/// With the lines that were not looked at yet; what is under way goes on by itself.
+void TracePanel::fillOn() {
+    if (model_->left() > 0 && !filling_.isRunning()) {
+        filling_.start([this] { return ui_->traceTable->fill(); },
+                       [this] {
+                           offerPartner();
+                           showState();
+                       });
     }
-    tell({});
 }
 
 /// From the line that is chosen on, or from the end that lies behind; past the other end it goes on from
@@ -131,19 +138,31 @@ void TracePanel::find(bool isForward) {
         return;
     }
     const TraceFilter wanted = readTraceFilter(ui_->traceFind->text().toStdString());
-    const int end = isForward ? -1 : model_->rowCount();
-    const int from = ui_->traceTable->chosenRow().value_or(end);
-    auto row = model_->find(wanted, from, isForward);
-    const bool isRound = !row && from != end;
-    if (isRound) {
-        row = model_->find(wanted, end, isForward);
-    }
+    const auto search =
+        std::make_shared<TraceSearch>(model_->search(wanted, ui_->traceTable->chosenLine(), isForward));
+    searching_.start([search] { return search->look(SlicedWork::slice); },
+                     [this, search, isForward] { showFound(*search, isForward); });
+}
+
+void TracePanel::showFound(const TraceSearch& search, bool isForward) {
+    const auto row = search.found() ? model_->rowOf(*search.found()) : std::nullopt;
     if (row) {
         ui_->traceTable->choose(*row);
     }
-    tell(!row      ? tr("No such line")
-         : isRound ? (isForward ? tr("Went on from the first line") : tr("Went on from the last line"))
-                   : QString());
+    tell(!row                ? tr("No such line")
+         : !search.isRound() ? QString()
+         : isForward         ? tr("Went on from the first line")
+                             : tr("Went on from the last line"));
+}
+
+/// No half of a filter is shown: all lines are again.
+void TracePanel::cancelWork() {
+    searching_.cancel();
+    exporter_->cancel();
+    if (filling_.isRunning()) {
+        ui_->traceFilter->clear();
+    }
+    tell(tr("Cancelled"));
 }
 
 void TracePanel::pause(bool isHeld) {
@@ -160,7 +179,7 @@ void TracePanel::clear() {
 
 /// Takes the marks away where all of the lines have one.
 void TracePanel::mark() {
-    const std::vector<Trace::Number> lines = selectedLines();
+    const std::vector<Trace::Number> lines = ui_->traceTable->selectedLines();
     const bool allMarked = std::ranges::all_of(lines, [this](Trace::Number number) {
         const TraceLine* const line = context_.trace.find(number);
         return line == nullptr || line->isMarked;
@@ -173,20 +192,12 @@ void TracePanel::mark() {
     }
 }
 
-std::vector<Trace::Number> TracePanel::selectedLines() const {
-    std::vector<Trace::Number> lines;
-    for (const int row : ui_->traceTable->selectedRows()) {
-        lines.push_back(model_->line(row));
-    }
-    return lines;
-}
-
 void TracePanel::copyHex() const {
     QStringList texts;
-    for (const Trace::Number number : selectedLines()) {
+    for (const Trace::Number number : ui_->traceTable->selectedLines()) {
         const TraceLine* const line = context_.trace.find(number);
         if (line != nullptr && !line->bytes.empty()) {
-            texts.append(QString::fromStdString(hexGroups(line->bytes)).trimmed());
+            texts.append(QString::fromStdString(hexSpaced(line->bytes)));
         }
     }
     QGuiApplication::clipboard()->setText(texts.join(QLatin1Char('\n')));
@@ -194,13 +205,14 @@ void TracePanel::copyHex() const {
 
 void TracePanel::copyText() const {
     std::string text;
-    exportTrace(context_.trace, selectedLines(), TraceForm::Text, context_.names,
+    exportTrace(context_.trace, ui_->traceTable->selectedLines(), TraceForm::Text, context_.names,
                 [&text](std::string_view part) { text += part; });
     QGuiApplication::clipboard()->setText(QString::fromStdString(text));
 }
 
 void TracePanel::takeNews() {
     ui_->traceTable->takeNews();
+    fillOn();
     refreshExplanation();
     showState();
 }
@@ -218,6 +230,7 @@ void TracePanel::explainLine(Trace::Number number) {
 
 /// What became of a line may turn out later; a line that has gone stays explained as it was.
 void TracePanel::refreshExplanation() {
+    offerPartner();
     const TraceLine* const line = explained_ ? context_.trace.find(*explained_) : nullptr;
     if (line == nullptr) {
         return;
@@ -231,10 +244,9 @@ void TracePanel::refreshExplanation() {
              QStringList{cell(TraceColumn::Time), cell(TraceColumn::Direction), cell(TraceColumn::Kind)}.join(
                  QStringLiteral("   ")),
          .sentence = flaw + QString::fromStdString(verdictInWords(context_.trace, *explained_)),
-         .bytes = line->bytes,
-         .size = line->size,
+         .bytes = readBytes(*line),
+         .size = readSize(*line),
          .request = line->request ? *line->request : Bytes()});
-    offerPartner();
 }
 
 void TracePanel::explain(const Explained& explained, std::size_t caret) {
@@ -244,19 +256,22 @@ void TracePanel::explain(const Explained& explained, std::size_t caret) {
     ui_->explanation->chooseByte(static_cast<int>(caret));
 }
 
-void TracePanel::offerPartner() {
+/// Where the line stands that belongs to the explained one; nothing where the filter keeps it back.
+std::optional<int> TracePanel::partnerRow() const {
     const TraceLine* const line = explained_ ? context_.trace.find(*explained_) : nullptr;
-    const bool isThere = line != nullptr && line->partner && model_->rowOf(*line->partner) &&
-                         context_.trace.find(*line->partner);
-    ui_->explanation->offerPartner(!isThere                       ? QString()
-                                   : *line->partner > *explained_ ? tr("Go to its answer")
-                                                                  : tr("Go to its request"));
+    const bool isKept = line != nullptr && line->partner && context_.trace.find(*line->partner) != nullptr;
+    return isKept ? model_->rowOf(*line->partner) : std::nullopt;
+}
+
+void TracePanel::offerPartner() {
+    const auto row = partnerRow();
+    ui_->explanation->offerPartner(!row                               ? QString()
+                                   : model_->line(*row) > *explained_ ? tr("Go to its answer")
+                                                                      : tr("Go to its request"));
 }
 
 void TracePanel::goToPartner() {
-    const TraceLine* const line = explained_ ? context_.trace.find(*explained_) : nullptr;
-    const auto row = line != nullptr && line->partner ? model_->rowOf(*line->partner) : std::nullopt;
-    if (row) {
+    if (const auto row = partnerRow()) {
         ui_->traceTable->choose(*row);
     }
 }
@@ -267,17 +282,38 @@ void TracePanel::tell(const QString& news) {
 }
 
 void TracePanel::showState() {
-    const std::uint64_t shown = static_cast<std::uint64_t>(model_->rowCount());
-    const std::uint64_t kept = context_.trace.size();
-    QStringList words = {shown == kept || model_->isHeld() ? counted(shown)
-                                                           : tr("%1 of %2").arg(shown).arg(counted(kept))};
+    QStringList words = {shownLines()};
     if (model_->isHeld()) {
         words.append(tr("paused"));
     }
-    if (!news_.isEmpty()) {
-        words.append(news_);
+    for (const QString& more : {workInWords(), news_}) {
+        if (!more.isEmpty()) {
+            words.append(more);
+        }
     }
     ui_->traceState->setText(words.join(QStringLiteral(" \u2013 ")));
+    ui_->cancelWork->setVisible(!workInWords().isEmpty());
+}
+
+QString TracePanel::shownLines() const {
+    const auto shown = static_cast<std::size_t>(model_->rowCount());
+    const std::size_t kept = context_.trace.size();
+    return shown == kept || model_->filter() == TraceFilter()
+               ? countedText(shown, "line")
+               : tr("%1 of %2").arg(shown).arg(countedText(kept, "line"));
+}
+
+/// What is under way, of which the window shows how far it has got.
+QString TracePanel::workInWords() const {
+    if (const auto percent = exporter_->percent()) {
+        return tr("writing, %1 %").arg(*percent);
+    }
+    if (filling_.isRunning()) {
+        constexpr std::size_t whole = 100;
+        return tr("looking through the lines, %1 %")
+            .arg(whole - model_->left() * whole / std::max<std::size_t>(context_.trace.size(), 1));
+    }
+    return searching_.isRunning() ? tr("looking for the line") : QString();
 }
 
 } // namespace varda::window

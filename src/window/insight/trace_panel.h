@@ -3,17 +3,23 @@
 #include "core/insight/trace.h"
 #include "window/insight/explained.h"
 #include "window/insight/insight_context.h"
+#include "window/insight/sliced_work.h"
 
 #include <QWidget>
 
 #include <memory>
 #include <optional>
 
+namespace varda::inline core {
+class TraceSearch;
+} // namespace varda::core
+
 namespace varda::window {
 
 namespace Ui {
 class TracePanel;
 }
+class TraceExporter;
 class TraceModel;
 
 /// "Trace": the lines of the trace with what can be done to them, and below them an explanation of one.
@@ -35,25 +41,34 @@ public:
 private:
     void bindSearch();
     void bindButtons();
+    void bindExport();
     void addTableActions();
     void filter();
+    void fillOn();
     void find(bool isForward);
+    void showFound(const TraceSearch& search, bool isForward);
     void pause(bool isHeld);
     void clear();
+    void cancelWork();
     void mark();
     void copyHex() const;
     void copyText() const;
-    std::vector<Trace::Number> selectedLines() const;
     void explainLine(Trace::Number number);
     void refreshExplanation();
+    std::optional<int> partnerRow() const;
     void offerPartner();
     void goToPartner();
     void tell(const QString& news);
     void showState();
+    QString shownLines() const;
+    QString workInWords() const;
 
     InsightContext context_;
     std::unique_ptr<Ui::TracePanel> ui_;
     TraceModel* model_ = nullptr;
+    TraceExporter* exporter_ = nullptr;
+    SlicedWork filling_;
+    SlicedWork searching_;
     std::optional<Trace::Number> explained_; ///< the line below; none for bytes that stand elsewhere
     QString news_;                           ///< of what was done last
 };

@@ -1,6 +1,7 @@
 #include "window/insight/trace_table.h"
 
 #include "window/controls/frame_font.h"
+#include "window/insight/table_lines.h"
 #include "window/insight/trace_model.h"
 
 #include <QEvent>
@@ -10,8 +11,17 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace varda::window {
+
+namespace {
+
+/// What usually stands in the columns before the bytes.
+constexpr std::array usualTexts = {"00:00:00.0000",        "00000.000",   "received ",
+                                   "answer to word write", "255 to 255 ", "W 0000 .. W 0000"};
+
+} // namespace
 
 TraceTable::TraceTable(QWidget* parent) : QTableView(parent) {
     setSelectionBehavior(SelectRows);
@@ -19,10 +29,6 @@ TraceTable::TraceTable(QWidget* parent) : QTableView(parent) {
     setWordWrap(false);
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
-    verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed); // of 100,000 rows none is measured
-    horizontalHeader()->setStretchLastSection(true);
-    horizontalHeader()->setHighlightSections(false);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TraceTable::scrolled);
     fitRows();
 }
@@ -30,27 +36,14 @@ TraceTable::TraceTable(QWidget* parent) : QTableView(parent) {
 void TraceTable::showTrace(TraceModel* model) {
     trace_ = model;
     setModel(model);
-    fitColumns();
+    fitColumns(this, usualTexts);
+    constexpr int edges = 12;
+    const int groups = QFontMetrics(frameFont()).horizontalAdvance(QStringLiteral("00 ").repeated(8));
+    horizontalHeader()->resizeSection(static_cast<int>(usualTexts.size()), groups + edges);
 }
 
 void TraceTable::fitRows() {
-    constexpr int edges = 6;
-    const int height = std::max(fontMetrics().height(), QFontMetrics(frameFont()).height());
-    verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setDefaultSectionSize(height + edges);
-}
-
-/// As wide as what usually stands there.
-void TraceTable::fitColumns() {
-    constexpr std::array usual = {"00:00:00.0000",        "00000.000",   "received ",
-                                  "answer to word write", "255 to 255 ", "W 0000 .. W 0000"};
-    constexpr int edges = 12;
-    for (std::size_t column = 0; column < usual.size(); ++column) {
-        const int width = fontMetrics().horizontalAdvance(QLatin1String(usual.at(column)));
-        horizontalHeader()->resizeSection(static_cast<int>(column), width + edges);
-    }
-    const int groups = QFontMetrics(frameFont()).horizontalAdvance(QStringLiteral("00 ").repeated(8));
-    horizontalHeader()->resizeSection(static_cast<int>(usual.size()), groups + edges);
+    showLines(this, std::max(fontMetrics().height(), QFontMetrics(frameFont()).height()));
 }
 
 void TraceTable::follow(bool isFollowing) {
@@ -64,15 +57,45 @@ void TraceTable::follow(bool isFollowing) {
     }
 }
 
-void TraceTable::takeNews() {
+/// The lines in sight stay where they are, or the latest one stays in sight.
+template <typename Change>
+void TraceTable::keepSight(Change&& change) {
     const QScopedValueRollback<bool> moving(isMoving_, true);
     const int before = verticalScrollBar()->value();
-    const int gone = trace_->takeNews();
-    viewport()->update(); // what became of a line may depend on those behind it
+    const int gone = change();
     if (isFollowing_) {
         scrollToBottom();
     } else if (gone > 0) {
         verticalScrollBar()->setValue(std::max(0, before - gone));
+    }
+    chooseAgain();
+}
+
+void TraceTable::takeNews() {
+    keepSight([this] { return trace_->takeNews(); });
+    viewport()->update(); // what became of a line may depend on those behind it
+}
+
+void TraceTable::setFilter(const TraceFilter& filter) {
+    const QScopedValueRollback<bool> moving(isMoving_, true);
+    trace_->setFilter(filter);
+}
+
+bool TraceTable::fill() {
+    bool isMore = false;
+    keepSight([this, &isMore] {
+        isMore = trace_->fill();
+        return 0;
+    });
+    return isMore;
+}
+
+/// Where the lines are followed it is not brought into sight.
+void TraceTable::chooseAgain() {
+    const auto row = chosen_ && !selectionModel()->hasSelection() ? trace_->rowOf(*chosen_) : std::nullopt;
+    if (row) {
+        setCurrentIndex(trace_->index(*row, 0));
+        isFollowing_ ? scrollToBottom() : scrollTo(currentIndex());
     }
 }
 
@@ -81,19 +104,25 @@ void TraceTable::choose(int row) {
     scrollTo(currentIndex());
 }
 
-std::optional<int> TraceTable::chosenRow() const {
-    return currentIndex().isValid() ? std::optional(currentIndex().row()) : std::nullopt;
+std::optional<Trace::Number> TraceTable::chosenLine() const {
+    return currentIndex().isValid() ? std::optional(trace_->line(currentIndex().row())) : std::nullopt;
 }
 
-std::vector<int> TraceTable::selectedRows() const {
-    std::vector<int> rows;
+std::vector<Trace::Number> TraceTable::selectedLines() const {
+    std::vector<Trace::Number> lines;
     for (const QItemSelectionRange& range : selectionModel()->selection()) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
-            rows.push_back(row);
+            lines.push_back(trace_->line(row));
         }
     }
-    std::ranges::sort(rows);
-    return rows;
+    std::ranges::sort(lines);
+    return lines;
+}
+
+int TraceTable::selectedCount() const {
+    const QItemSelection selected = selectionModel()->selection();
+    return std::accumulate(selected.begin(), selected.end(), 0,
+                           [](int count, const auto& range) { return count + range.height(); });
 }
 
 /// A line that has left the trace hands on to another one, which nobody chose.
@@ -101,7 +130,16 @@ void TraceTable::currentChanged(const QModelIndex& current, const QModelIndex& p
     QTableView::currentChanged(current, previous);
     if (!isMoving_ && current.isValid()) {
         follow(false);
+        chosen_ = trace_->line(current.row());
         emit lineChosen(current.row());
+    }
+}
+
+/// A choice that the user has taken back is none any more.
+void TraceTable::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QTableView::selectionChanged(selected, deselected);
+    if (!isMoving_ && !selectionModel()->hasSelection()) {
+        chosen_.reset();
     }
 }
 

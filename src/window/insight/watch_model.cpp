@@ -4,20 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <numeric>
 
 namespace varda::window {
 namespace {
 
 QString text(const std::string& words) { return QString::fromStdString(words); }
-
-/// In the order of the words, each word before its bits.
-int placeOf(const Point& point) {
-    constexpr int bitsOfWord = 16;
-    return point.access == Access::Word
-               ? point.address * (bitsOfWord + 1)
-               : point.address / bitsOfWord * (bitsOfWord + 1) + 1 + point.address % bitsOfWord;
-}
 
 QString valuesOf(const WatchedRegister& watched) {
     QStringList values;
@@ -111,15 +104,16 @@ void WatchModel::refresh() {
 
 /// New registers stand between the others: those that come between the same two are added at once.
 void WatchModel::addNew() {
-    const auto place = [this](std::size_t row) { return placeOf(watch_.at(row).point); };
+    const auto point = [this](std::size_t row) { return watch_.at(row).point; };
+    const std::less<Point> before;
     std::vector<std::size_t> added(watch_.size() - order_.size());
     std::iota(added.begin(), added.end(), order_.size());
-    std::ranges::sort(added, {}, place);
+    std::ranges::sort(added, before, point);
     for (auto next = added.begin(); next != added.end();) {
-        const auto behind = std::ranges::lower_bound(order_, place(*next), {}, place);
+        const auto behind = std::ranges::lower_bound(order_, point(*next), before, point);
         const auto end = behind == order_.end()
                              ? added.end()
-                             : std::ranges::lower_bound(next, added.end(), place(*behind), {}, place);
+                             : std::ranges::lower_bound(next, added.end(), point(*behind), before, point);
         const int first = static_cast<int>(behind - order_.begin());
         beginInsertRows({}, first, first + static_cast<int>(end - next) - 1);
         order_.insert(behind, next, end);

@@ -9,7 +9,7 @@
 
 namespace varda::window {
 
-/// The registers that were seen, in the order of their addresses: words, then bits.
+/// The registers that were seen, in the order of their addresses: bits, then words.
 ///
 /// It changes when refresh() is called and not in between.
 class WatchModel : public QAbstractTableModel {

@@ -4,14 +4,17 @@
 #include "core/insight/register_names.h"
 #include "core/insight/register_watch.h"
 #include "ui_watch_panel.h"
+#include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
+#include "window/insight/counted_text.h"
 #include "window/insight/history_delegate.h"
+#include "window/insight/table_lines.h"
 #include "window/insight/watch_model.h"
 #include "window/system/file_name.h"
 
-#include <QHeaderView>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -20,21 +23,9 @@
 namespace varda::window {
 namespace {
 
-/// As wide as what usually stands there.
-void fitColumns(QTableView* table) {
-    constexpr std::array usual = {"SR 0000.15", "a name of a register", "00000 ",      "-00000 ",
-                                  "0000h ",     "0000 0000 0000 0000",  "00 min 00 s", "Changes "};
-    constexpr int edges = 12;
-    for (std::size_t column = 0; column < usual.size(); ++column) {
-        const int width = table->fontMetrics().horizontalAdvance(QLatin1String(usual.at(column)));
-        table->horizontalHeader()->resizeSection(static_cast<int>(column), width + edges);
-    }
-    table->horizontalHeader()->setStretchLastSection(true);
-    table->horizontalHeader()->setHighlightSections(false);
-    table->verticalHeader()->hide();
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + edges / 2);
-}
+/// What usually stands in the columns.
+constexpr std::array usualTexts = {"SR 0000.15", "a name of a register", "00000 ",      "-00000 ",
+                                   "0000h ",     "0000 0000 0000 0000",  "00 min 00 s", "Changes "};
 
 std::string badLines(const std::string& path, const std::vector<std::size_t>& lines) {
     constexpr std::size_t most = 10;
@@ -55,12 +46,10 @@ WatchPanel::WatchPanel(const InsightContext& context, QWidget* parent)
       model_(new WatchModel(context.watch, context.names, context.clock, this)) {
     ui_->watchTable->setModel(model_);
     ui_->watchTable->setItemDelegateForColumn(WatchModel::History, new HistoryDelegate(this));
-    fitColumns(ui_->watchTable);
-    connect(ui_->clearWatch, &QPushButton::clicked, this, &WatchPanel::clear);
-    connect(ui_->loadNames, &QPushButton::clicked, this, [this] {
-        context_.files.chooseToOpen({QStringLiteral(".csv"), QStringLiteral("Data")},
-                                    [this](const QString& path) { loadNames(path); });
-    });
+    showLines(ui_->watchTable, ui_->watchTable->fontMetrics().height());
+    fitColumns(ui_->watchTable, usualTexts);
+    context_.events.click(ui_->clearWatch, [this] { clear(); });
+    context_.events.click(ui_->loadNames, [this] { chooseNames(); });
     refresh();
 }
 
@@ -75,6 +64,12 @@ void WatchPanel::clear() {
     model_->clear();
     context_.watch.clear();
     refresh();
+}
+
+void WatchPanel::chooseNames() {
+    const FileDialogs::Chosen load = [this](const QString& path) { loadNames(path); };
+    context_.files.chooseToOpen({QStringLiteral(".csv"), QStringLiteral("Data")},
+                                context_.events.guarded(load));
 }
 
 void WatchPanel::loadNames(const QString& path) {
@@ -92,16 +87,13 @@ void WatchPanel::loadNames(const QString& path) {
         return; // those that are there stay
     }
     context_.names = std::move(names);
-    namesFrom_ = tr("%1 names from %2")
-                     .arg(static_cast<qulonglong>(context_.names.size()))
-                     .arg(path.section(QLatin1Char('/'), -1));
+    namesFrom_ = tr("%1 from %2").arg(countedText(context_.names.size(), "name"), QFileInfo(path).fileName());
     refresh();
     emit namesChanged();
 }
 
 void WatchPanel::showState() {
-    QStringList words = {model_->rowCount() == 1 ? tr("1 register")
-                                                 : tr("%1 registers").arg(model_->rowCount())};
+    QStringList words = {countedText(context_.watch.size(), "register")};
     if (const auto leftOut = context_.watch.leftOut(); leftOut > 0) {
         words.append(tr("no room for more"));
     }

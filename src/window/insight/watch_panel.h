@@ -32,6 +32,7 @@ signals:
 
 private:
     void clear();
+    void chooseNames();
     void showState();
 
     InsightContext context_;

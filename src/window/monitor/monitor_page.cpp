@@ -37,6 +37,7 @@ MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, 
     ui_->lstMonitor->setModel(&lines_);
     ui_->lstMonitor->setItemDelegate(new MonitorDelegate(this));
     ui_->lstMonitor->viewport()->installEventFilter(this);
+    ui_->monitorState->tell(ui_->monitorState->text()); // nobody listens yet: the start is no news
     bind();
 }
 
@@ -89,6 +90,7 @@ void MonitorPage::showRun() {
     font.setBold(listening);
     ui_->monitorState->setFont(font);
     ui_->monitorState->setText(listening ? tr("Listening") : running ? tr("Port closed") : tr("Stopped"));
+    ui_->monitorState->tell(ui_->monitorState->text());
     switchButtons(listening, running);
 }
 

@@ -104,12 +104,13 @@ void ScenarioPanel::cmdSaveScenario_Click() {
 /// A file that was saved holds another list by then. The list changes once more while the panel is taken
 /// down, when nothing of it but the note may be asked.
 void ScenarioPanel::endNoteWithChange() {
-    QLabel* const note = ui_->scenarioNote;
+    StateLabel* const note = ui_->scenarioNote;
     const QAbstractItemModel* const lines = ui_->lstSchedule->model();
     const auto end = [note] {
         note->clear();
         note->setToolTip({});
         note->setAccessibleName({});
+        note->tell({});
     };
     connect(lines, &QAbstractItemModel::rowsInserted, note, end);
     connect(lines, &QAbstractItemModel::rowsRemoved, note, end);
@@ -117,10 +118,11 @@ void ScenarioPanel::endNoteWithChange() {
 }
 
 void ScenarioPanel::showNote(const QString& note, const QString& toolTip) {
-    QLabel* const label = ui_->scenarioNote;
+    StateLabel* const label = ui_->scenarioNote;
     label->setText(label->fontMetrics().elidedText(note, Qt::ElideMiddle, label->width()));
     label->setToolTip(toolTip);
     label->setAccessibleName(note);
+    label->tell(note);
 }
 
 void ScenarioPanel::tellSaved(const QString& path) {

@@ -1,5 +1,7 @@
 #include "window/shell/announcer.h"
 
+#include "window/controls/state_label.h"
+
 #include <QAccessible>
 #include <QLineEdit>
 
@@ -16,6 +18,9 @@ void Announcer::listenToStatuses(const QWidget* window) {
             connect(field, &QLineEdit::textChanged, this,
                     [this, field](const QString& text) { speak(field, text); });
         }
+    }
+    for (StateLabel* const label : window->findChildren<StateLabel*>()) {
+        connect(label, &StateLabel::told, this, [this, label](const QString& text) { speak(label, text); });
     }
 }
 

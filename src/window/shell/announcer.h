@@ -32,7 +32,7 @@ public:
     /// Qt's alert, which is nothing where no screen reader runs.
     static void raiseAlert(QWidget* control);
 
-    /// Speaks what the status fields of a window show from now on.
+    /// Speaks what the status fields of a window show, and its labels of states tell, from now on.
     void listenToStatuses(const QWidget* window);
     /// Speaks a text that a control shows; an empty one is not spoken.
     void speak(QWidget* control, const QString& text);

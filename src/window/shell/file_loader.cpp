@@ -17,7 +17,8 @@ void FileLoader::load(const QStringList& paths) const {
 }
 
 void FileLoader::loadByContent(const QStringList& paths) const {
-    QStringList packets; // behind the scenarios, which are loaded on no page that packets may bring up
+    QStringList scenarios;
+    QStringList packets;
     for (const QString& path : paths) {
         const ProfileFile file = ProfileFile::load(fileName(path));
         if (tellWhyUnreadable(file, context_)) {
@@ -28,7 +29,7 @@ void FileLoader::loadByContent(const QStringList& paths) const {
             packets.append(path);
             break;
         case FileKind::Scenario:
-            loadScenario(path);
+            scenarios.append(path);
             break;
         case FileKind::Neither:
             context_.form.showMessage(
@@ -36,8 +37,22 @@ void FileLoader::loadByContent(const QStringList& paths) const {
             break;
         }
     }
-    for (const QString& path : packets) {
-        loadPackets(path);
+    // in this order: on the page that packets may bring up no scenario is loaded
+    loadOneOf(scenarios, "scenario", &FileLoader::loadScenario);
+    loadOneOf(packets, "file of prepared pairs", &FileLoader::loadPackets);
+}
+
+/// Each would take the place of the one before.
+void FileLoader::loadOneOf(const QStringList& paths, const std::string& what,
+                           void (FileLoader::*loadOne)(const QString& path) const) const {
+    if (paths.isEmpty()) {
+        return;
+    }
+    (this->*loadOne)(paths.first());
+    if (paths.size() > 1) {
+        context_.form.showMessage("One " + what + " is taken at a time: \"" + paths.first().toStdString() +
+                                      "\". Load the others by themselves.",
+                                  "Confirm");
     }
 }
 

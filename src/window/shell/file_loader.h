@@ -25,7 +25,8 @@ public:
 
     FileLoader(const PageContext& context, Window window) : context_(context), window_(std::move(window)) {}
 
-    /// Loads each file by what it holds; tells in a box of one that holds nothing of this program.
+    /// Loads files by what they hold, of each kind the first; tells in a box of others, and of one that holds
+    /// nothing of this program.
     void load(const QStringList& paths) const;
     /// Loads prepared pairs, and shows them: but not while the port is open, for the simulation answers, nor
     /// while points are collected there, about which it would ask.
@@ -34,6 +35,8 @@ public:
 
 private:
     void loadByContent(const QStringList& paths) const;
+    void loadOneOf(const QStringList& paths, const std::string& what,
+                   void (FileLoader::*loadOne)(const QString& path) const) const;
 
     PageContext context_;
     Window window_;

@@ -105,10 +105,11 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
                                         .enableMasters = [this](bool enabled) { enableMasters(enabled); }},
                                        this);
     fileLoader_ = std::make_unique<FileLoader>(
-        context, FileLoader::Window{.simulation = *simulationPage_,
-                                    .scenario = *scenarioPanel_,
-                                    .showSimulation = [this] { ui_->optMode_4->click(); },
-                                    .tell = [this](const std::string& news) { lineNotice_.tell(news); }});
+        context,
+        FileLoader::Window{.simulation = *simulationPage_,
+                           .scenario = *scenarioPanel_,
+                           .showSimulation = [this] { ui_->optMode_4->click(); },
+                           .tell = [this](const std::string& news) { lineNotice_.tellOfFile(news); }});
     modes_ = {{ui_->optMode_0, ui_->pageRead, ControlGroup::Read, readPage},
               {ui_->optMode_1, ui_->pageWrite, ControlGroup::Write, writePage},
               {ui_->optMode_2, ui_->pageMixedRead, ControlGroup::MixedRead, mixedReadPage},
@@ -129,6 +130,7 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     linkPort_.setPages({.stopRuns = [this] { stopRuns(); },
                         .takeReadStations = [readPage] { readPage->takeStations(); },
                         .showPort = [this] { portCorner_->showPort(); },
+                        .tell = [this](const std::string& notice) { lineNotice_.tell(notice); },
                         .offerAfterHangUp = [this] { return portCorner_->offerAfterHangUp(); }});
 }
 
@@ -160,7 +162,7 @@ void FrmVarda::bind() {
     keepTabsFromWheel(ui_->tabMode);
     connect(ui_->tabMode, &QTabWidget::currentChanged, this,
             [this] { shownMode().option->setChecked(true); });
-    events_.click(ui_->cmdCommTest, [this] { cmdCommTest_Click(); });
+    events_.click(ui_->cmdCommTest, [this] { linkPort_.cmdCommTest_Click(); });
     events_.click(ui_->cmdPortOpen, [this] { cmdPortOpen_Click(); });
     events_.click(ui_->cmdHelp, [this] { manual_.show(); });
     events_.click(ui_->cmdAbout, [this] { cmdAbout_Click(); });
@@ -200,19 +202,11 @@ void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
     }
 }
 
-/// The test is the first to come upon the lock of a program that has ended: opening finds none any more.
-void FrmVarda::cmdCommTest_Click() {
-    linkPort_.cmdCommTest_Click();
-    lineNotice_.tell(commTest_.notice());
-}
-
 void FrmVarda::cmdPortOpen_Click() {
     linkPort_.cmdPortOpen_Click();
     lineNotice_.tellUnsent(0); // of this connection
     if (!commPLC_.isOpen()) {
         lineNotice_.tell({});
-    } else if (!commPLC_.notice().empty()) {
-        lineNotice_.tell(commPLC_.notice());
     }
     monitorPage_->showRun(); // attaching again finds no run: the hang-up has stopped it
 }
@@ -289,6 +283,9 @@ void FrmVarda::optMode_Click(int index) {
     enableGroups(mode);
     scenarioPanel_->switchRunButtons();
     mode.page->enterMode();
+    if (mode.page == simulationPage_) {
+        lineNotice_.fileIsSeen();
+    }
     if (mode.page != monitorPage_) {
         simulationPage_->switchStartButton();
     }

@@ -101,7 +101,6 @@ private:
     void enableMasters(bool enabled);
     void stopRuns();
     void commPLC_Event(CommEvent event, const std::string& reason);
-    void cmdCommTest_Click();
     void cmdPortOpen_Click();
     void addShortcuts();
     const ManualPage& shownManualPage() const;

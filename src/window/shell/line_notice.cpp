@@ -11,8 +11,20 @@ LineNotice::LineNotice(QLabel* label, Announcer& announcer)
 
 void LineNotice::tell(const std::string& news) {
     news_ = QString::fromStdString(news);
+    isOfFile_ = false;
     show();
     announcer_.speak(label_, news_);
+}
+
+void LineNotice::tellOfFile(const std::string& news) {
+    tell(news);
+    isOfFile_ = true;
+}
+
+void LineNotice::fileIsSeen() {
+    if (isOfFile_) {
+        tell({});
+    }
 }
 
 void LineNotice::tellUnsent(std::size_t frames) {

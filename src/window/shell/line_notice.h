@@ -18,6 +18,9 @@ public:
 
     /// Tells `news` until others come; empty ones tell nothing. Frames that are not sent matter more.
     void tell(const std::string& news);
+    /// Tells of a file that was loaded where it is not seen, until it is, or other news come.
+    void tellOfFile(const std::string& news);
+    void fileIsSeen();
     /// Tells of frames that were not sent because the line is too slow.
     void tellUnsent(std::size_t frames);
 
@@ -28,6 +31,7 @@ private:
     Announcer& announcer_;
     QString whySlow_; ///< the form's tool tip
     QString news_;
+    bool isOfFile_ = false;
     std::size_t unsent_ = 0;
 };
 

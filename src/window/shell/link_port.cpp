@@ -74,7 +74,9 @@ bool LinkPort::takePort(const std::string& name) {
     return true;
 }
 
+/// The test is the first to come upon the lock of a program that has ended: opening finds none any more.
 void LinkPort::cmdCommTest_Click() {
+    const ScopeExit told([this] { pages_.tell(commTest_.notice()); });
     try {
         if (!takePort(form_.text("cbPort"))) {
             form_.showMessage("Error !!", "Comm. Port");
@@ -100,6 +102,7 @@ bool LinkPort::attach(const std::string& name) {
     } catch (const RuntimeError&) {
         return false;
     }
+    pages_.tell(commTest_.notice());
     openPort();
     return true;
 }
@@ -127,6 +130,9 @@ void LinkPort::openPort() {
     }
     if (!link_.port().isOpen()) { // went away while it was opened, which hangUp() has told
         return;
+    }
+    if (!link_.port().notice().empty()) { // what the test told stays else
+        pages_.tell(link_.port().notice());
     }
     link_.connectionOpened();
     switchOpened(true);

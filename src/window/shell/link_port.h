@@ -30,6 +30,8 @@ public:
         std::function<void()> takeReadStations = [] {};
         /// What is open, or what would be opened, has changed.
         std::function<void()> showPort = [] {};
+        /// Tells what opening a port came upon, as MSComm::notice() does; an empty text, that it was nothing.
+        std::function<void(const std::string& notice)> tell = [](const std::string&) {};
         /// The port was closed because its line went away; what the box that tells so may offer.
         std::function<std::optional<Form::Tick>()> offerAfterHangUp = [] { return std::nullopt; };
     };

@@ -1,3 +1,4 @@
+#include "core/base/own_arguments.h"
 #include "window/shell/command_line.h"
 #include "window/shell/program.h"
 #include "window/shell/start_up.h"
@@ -50,7 +51,7 @@ int main(int argc, char** argv) {
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN); // a file at its size limit is a full disk, no reason to end
 #endif
-    if (const auto answer = answerAtOnce(ownArguments(argc, argv))) {
+    if (const auto answer = answerAtOnce(varda::ownArguments(argc, argv))) {
         return tell(*answer);
     }
     followSystemLook();

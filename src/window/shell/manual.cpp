@@ -64,9 +64,10 @@ void Manual::show() {
 void Manual::show(const ManualPage& page) {
     const QString name = QString::fromUtf8(page.name.data(), static_cast<qsizetype>(page.name.size()));
     const QString own = ownName(file());
-    QList<ProgramCall> calls = {{QStringLiteral("hh"), {file() + QLatin1String("::/") + name}}};
+    QList<ProgramCall> calls = {{QStringLiteral("hh"), {file() + QLatin1String("::/") + name}, true}};
     if (QFileInfo::exists(own)) {
-        calls.append({QStringLiteral("xchm"), {QStringLiteral("-c"), QString::number(page.number), own}});
+        calls.append(
+            {QStringLiteral("xchm"), {QStringLiteral("-c"), QString::number(page.number), own}, false});
     }
     startFirstOf(calls, own, this, [this](const RuntimeError& error) { events_.report(error); });
 }

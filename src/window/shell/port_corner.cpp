@@ -60,12 +60,12 @@ void PortCorner::showPort() {
     } else {
         attachAgain_.forget();
     }
-    showWords();
+    tellWords();
 }
 
 std::optional<Form::Tick> PortCorner::offerAfterHangUp() {
     attachAgain_.lost();
-    showWords();
+    tellWords();
     if (!attachAgain_.isKnown()) {
         return std::nullopt;
     }
@@ -75,7 +75,13 @@ std::optional<Form::Tick> PortCorner::offerAfterHangUp() {
 
 void PortCorner::wishAttaching(bool isWished) {
     attachAgain_.wish(isWished);
+    tellWords();
+}
+
+/// Not while a name is typed.
+void PortCorner::tellWords() {
     showWords();
+    ui_->openPort->tell(ui_->openPort->text());
 }
 
 PortState PortCorner::state() const {

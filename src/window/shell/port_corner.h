@@ -58,6 +58,7 @@ public:
 private:
     PortState state() const;
     void showWords();
+    void tellWords();
     void wishAttaching(bool isWished);
     void openDoctor();
 

@@ -1,12 +1,12 @@
 #include "window/shell/screen_fit.h"
 
+#include "window/system/screen_room.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QMainWindow>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStyle>
 
 #include <algorithm>
 
@@ -58,13 +58,6 @@ protected:
         return QScrollArea::eventFilter(watched, event);
     }
 };
-
-/// What of a screen is left for the inside of a window: its title and edges are not known before it is shown.
-QSize roomFor(const QWidget* window) {
-    constexpr int edges = 8;
-    const int title = window->style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    return window->screen()->availableSize() - QSize(edges, title + edges);
-}
 
 } // namespace
 

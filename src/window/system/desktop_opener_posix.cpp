@@ -13,11 +13,11 @@ QString desktopOpenerName() {
 }
 
 ProgramCall desktopOpener(const QString& file) {
-    return {QStandardPaths::findExecutable(desktopOpenerName()), {file}};
+    return {QStandardPaths::findExecutable(desktopOpenerName()), {file}, false};
 }
 
 QString remedyForNoOpener(const QString& file) {
-    return QStringLiteral("install xdg-utils, or open %1 yourself.").arg(file);
+    return QStringLiteral("Install xdg-utils, or open %1 yourself.").arg(file);
 }
 
 QString remedyForNoViewer() { return QStringLiteral("for CHM files, for example xchm."); }

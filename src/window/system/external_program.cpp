@@ -2,16 +2,20 @@
 
 #include "core/base/runtime_error.h"
 #include "window/system/desktop_opener.h"
+#include "window/system/program_arguments.h"
 #include "window/system/raise_window.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 namespace varda::window {
 namespace {
@@ -24,6 +28,9 @@ constexpr auto longestFailure = std::chrono::seconds(2);
 /// badly.
 constexpr auto longestSearch = std::chrono::seconds(10);
 
+/// A window manager that brings a window to the front at all has done so by then.
+constexpr auto longestRaising = std::chrono::milliseconds(700);
+
 /// How a program ended, or that it never began.
 struct End {
     bool started;
@@ -31,8 +38,10 @@ struct End {
     int exitCode;
 };
 
-RuntimeError nothingStarted(const QString& file, const QString& reason) {
-    return fileNotFound(file.toStdString() + ": " + reason.toStdString());
+RuntimeError nothingStarted(const QString& file, const QString& reason, const QString& remedy) {
+    RuntimeError error = fileNotFound(file.toStdString() + ": " + reason.toStdString());
+    error.advise(remedy.toStdString());
+    return error;
 }
 
 RuntimeError endedBadly(const QString& file) {
@@ -99,46 +108,79 @@ void start(const ProgramCall& call, const QString& file, QObject* context,
                          }
                      });
     QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-    process->start(call.program, call.arguments);
+    process->setProgram(call.program);
+    setArguments(*process, call);
+    process->start();
 }
 
-/// @return false where no program runs from that call
-bool showAgain(const ProgramCall& call, const QString& file) {
+Raising& ownRaising() {
+    static Raising raising{raiseWindowOf, isInFront};
+    return raising;
+}
+
+/// Looks again and again whether the window of a file's viewer has come to the front; `unseen` runs where it
+/// has not, for a desktop may refuse in silence.
+void lookForWindow(const QString& file, const QPointer<QProcess>& process, const QDeadlineTimer& patience,
+                   QObject* context, const std::function<void()>& unseen) {
+    constexpr auto fromLookToLook = std::chrono::milliseconds(50);
+    const bool isCurrent = process != nullptr && viewers().value(file).process == process;
+    if (!isCurrent || ownRaising().isInFront(process->processId())) {
+        return;
+    }
+    if (patience.hasExpired()) {
+        unseen();
+        return;
+    }
+    QTimer::singleShot(fromLookToLook, context, [file, process, patience, context, unseen] {
+        lookForWindow(file, process, patience, context, unseen);
+    });
+}
+
+/// @param unseen runs later where the window does not come to the front
+/// @return false where no program runs from that call, or nobody can bring its window there
+bool showAgain(const ProgramCall& call, const QString& file, QObject* context,
+               const std::function<void()>& unseen) {
     const Viewer viewer = viewers().value(file);
-    if (!viewer.runs() || viewer.call != nameOf(call)) {
+    if (!viewer.runs() || viewer.call != nameOf(call) || !ownRaising().ask(viewer.process->processId())) {
         return false;
     }
-    raiseWindowOf(viewer.process->processId());
+    lookForWindow(file, viewer.process, QDeadlineTimer(longestRaising), context, unseen);
     return true;
 }
 
 /// What an opener says by its exit code: 2, no such file; 3, no program for it.
 bool foundNoViewer(const End& end) { return !end.started || end.exitCode == 2 || end.exitCode == 3; }
 
-/// Hands a file to the desktop. @throws RuntimeError 53 where it is not there, or there is no opener
-void openWithDesktop(const QString& file, QObject* context, const Failed& failed) {
-    if (!QFileInfo::exists(file)) {
-        RuntimeError error = nothingStarted(file, QStringLiteral("it was not installed with the program."));
-        error.advise("Install the program again, or open docs/help/index.html of its sources in a browser.");
-        throw error;
-    }
-    const ProgramCall call = desktopOpener(file);
-    if (call.program.isEmpty()) {
-        throw nothingStarted(desktopOpenerName(), remedyForNoOpener(file));
-    }
-    if (showAgain(call, file)) {
-        return;
-    }
+/// Hands a file to the desktop's opener.
+void startOpener(const ProgramCall& call, const QString& file, QObject* context, const Failed& failed) {
     const QDeadlineTimer search(longestSearch);
     start(call, file, context, [file, failed, search](const End& end) {
         if (end.well || search.hasExpired()) {
             return;
         }
-        failed(foundNoViewer(end)
-                   ? nothingStarted(file, QStringLiteral("no program opens it. Install a viewer ") +
-                                              remedyForNoViewer())
-                   : endedBadly(file));
+        failed(foundNoViewer(end) ? nothingStarted(file, QStringLiteral("no program opens it."),
+                                                   QStringLiteral("Install a viewer ") + remedyForNoViewer())
+                                  : endedBadly(file));
     });
+}
+
+/// @throws RuntimeError 53 where the file is not there, or there is no opener
+void openWithDesktop(const QString& file, QObject* context, const Failed& failed) {
+    if (!QFileInfo::exists(file)) {
+        throw nothingStarted(
+            file, QStringLiteral("it was not installed with the program."),
+            QStringLiteral(
+                "Install the program again, or open docs/help/index.html of its sources in a browser."));
+    }
+    const ProgramCall call = desktopOpener(file);
+    if (call.program.isEmpty()) {
+        throw nothingStarted(desktopOpenerName(), QStringLiteral("it is not installed."),
+                             remedyForNoOpener(file));
+    }
+    const auto startAnew = [call, file, context, failed] { startOpener(call, file, context, failed); };
+    if (!showAgain(call, file, context, startAnew)) {
+        startAnew();
+    }
 }
 
 /// The same where nobody waits for what it throws.
@@ -161,7 +203,7 @@ QString ownName(QString file) {
 void startProgram(const QString& commandText, QObject* context, const Failed& failed) {
     const qsizetype blank = commandText.indexOf(QLatin1Char(' '));
     const QString file = commandText.mid(blank + 1);
-    startFirstOf({{commandText.left(blank), {file}}}, ownName(file), context, failed);
+    startFirstOf({{commandText.left(blank), {file}, true}}, ownName(file), context, failed);
 }
 
 void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject* context,
@@ -171,17 +213,25 @@ void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject*
         return;
     }
     const QList<ProgramCall> others = calls.mid(1);
-    const ProgramCall call{QStandardPaths::findExecutable(calls.first().program), calls.first().arguments};
+    ProgramCall call = calls.first();
+    call.program = QStandardPaths::findExecutable(call.program);
     if (call.program.isEmpty()) {
         startFirstOf(others, file, context, failed);
-    } else if (!showAgain(call, file)) {
+        return;
+    }
+    const auto startAnew = [call, others, file, context, failed] {
         const QDeadlineTimer atOnce(longestFailure);
         start(call, file, context, [others, file, context, failed, atOnce](const End& end) {
             if (!end.started || (!end.well && !atOnce.hasExpired())) {
                 tryNext(others, file, context, failed);
             }
         });
+    };
+    if (!showAgain(call, file, context, startAnew)) {
+        startAnew();
     }
 }
+
+Raising raiseBy(Raising raising) { return std::exchange(ownRaising(), std::move(raising)); }
 
 } // namespace varda::window

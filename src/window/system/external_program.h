@@ -18,6 +18,8 @@ namespace varda::window {
 struct ProgramCall {
     QString program;
     QStringList arguments;
+    /// Where a program is called with one text, as on Windows, they stand in it without quotes.
+    bool asTheyStand = false;
 };
 
 /// Starts another program in a window of its own and returns at once. It lives on when this program ends.
@@ -34,10 +36,20 @@ void startProgram(const QString& commandText, QObject* context,
 /// The same with more than one program to choose from: the first that is there and does not fail at once, and
 /// the opener with the file behind them all.
 ///
-/// What runs yet from the same call is not started again: its window comes to the front, where the desktop
-/// lets that be asked. What shows another place of the file is closed first, so that there is one viewer.
+/// What runs yet from the same call is not started again: its window comes to the front. Where it is not seen
+/// to come there, because the desktop lets nobody ask for example, it is started anew. There is one viewer of
+/// a file: the one before, which shows another place of it or cannot be seen, is closed first.
 void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject* context,
                   const std::function<void(const RuntimeError& error)>& failed);
+
+/// How the windows of other programs are brought to the front; see raise_window.
+struct Raising {
+    std::function<bool(qint64 process)> ask;
+    std::function<bool(qint64 process)> isInFront;
+};
+
+/// Exchanges how that is done, for tests. @return how it was done before
+Raising raiseBy(Raising raising);
 
 /// The name of a file as this system writes it: the help command names it with the separators of another one.
 QString ownName(QString file);

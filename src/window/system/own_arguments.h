@@ -5,12 +5,8 @@
 
 namespace varda::window {
 
-/// What stands behind the program's name on its command line; names of files as the core takes them (see
-/// filePath in core/files/file_path.h).
-std::vector<std::string> ownArguments(int argc, char** argv);
-
-/// The same without what was meant for Qt. Once there is an application object, which takes that out of argc
-/// and argv.
+/// What stands behind the program's name on its command line, without what was meant for Qt. Once there is an
+/// application object, which takes that out of argc and argv.
 std::vector<std::string> argumentsLeftByQt(int argc, char** argv);
 
 } // namespace varda::window

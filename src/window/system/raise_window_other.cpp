@@ -2,7 +2,9 @@
 
 namespace varda::window {
 
-void raiseWindowOf(qint64 /*process*/) {}
+bool raiseWindowOf(qint64 /*process*/) { return false; }
+
+bool isInFront(qint64 /*process*/) { return false; }
 
 bool closeWindowOf(qint64 /*process*/) { return false; }
 

@@ -30,13 +30,18 @@ HWND windowOf(qint64 process) {
 
 } // namespace
 
-void raiseWindowOf(qint64 process) {
-    if (const HWND window = windowOf(process); window != nullptr) {
-        if (::IsIconic(window) != 0) {
-            ::ShowWindow(window, SW_RESTORE);
-        }
-        ::SetForegroundWindow(window);
+bool raiseWindowOf(qint64 process) {
+    const HWND window = windowOf(process);
+    if (window != nullptr && ::IsIconic(window) != 0) {
+        ::ShowWindow(window, SW_RESTORE);
     }
+    return window != nullptr && ::SetForegroundWindow(window) != 0;
+}
+
+bool isInFront(qint64 process) {
+    DWORD owner = 0;
+    ::GetWindowThreadProcessId(::GetForegroundWindow(), &owner);
+    return owner == static_cast<DWORD>(process);
 }
 
 bool closeWindowOf(qint64 process) {

@@ -52,6 +52,12 @@ public:
 
     std::vector<std::uint32_t> windows() const { return numbers(root_, "_NET_CLIENT_LIST"); }
 
+    /// 0 where none has the keyboard.
+    xcb_window_t activeWindow() const {
+        const std::vector<std::uint32_t> window = numbers(root_, "_NET_ACTIVE_WINDOW");
+        return window.empty() ? 0 : window.front();
+    }
+
     qint64 processOf(xcb_window_t window) const {
         const std::vector<std::uint32_t> process = numbers(window, "_NET_WM_PID");
         return process.empty() ? 0 : process.front();
@@ -102,12 +108,17 @@ private:
     xcb_window_t root_;
 };
 
+/// Null where there is no X11, or no screen at all.
+xcb_connection_t* ownConnection() {
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
 /// Does something to every window of a process, or of one that it started. @return how many there were
 template <typename Act>
 int forWindowsOf(qint64 process, Act act) {
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t* const connection = x11 != nullptr ? x11->connection() : nullptr;
-    if (connection == nullptr) { // no X11, or no screen at all
+    xcb_connection_t* const connection = ownConnection();
+    if (connection == nullptr) {
         return 0;
     }
     const WindowManager manager(connection);
@@ -123,9 +134,20 @@ int forWindowsOf(qint64 process, Act act) {
 
 } // namespace
 
-void raiseWindowOf(qint64 process) {
-    forWindowsOf(process,
-                 [](const WindowManager& manager, xcb_window_t window) { manager.activate(window); });
+bool raiseWindowOf(qint64 process) {
+    return forWindowsOf(process, [](const WindowManager& manager, xcb_window_t window) {
+               manager.activate(window);
+           }) > 0;
+}
+
+bool isInFront(qint64 process) {
+    xcb_connection_t* const connection = ownConnection();
+    if (connection == nullptr) {
+        return false;
+    }
+    const WindowManager manager(connection);
+    const xcb_window_t window = manager.activeWindow();
+    return window != 0 && descendsFrom(manager.processOf(window), process);
 }
 
 bool closeWindowOf(qint64 process) {

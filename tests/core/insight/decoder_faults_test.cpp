@@ -102,7 +102,9 @@ TEST(DecoderFaults, AHundredThousandRandomBurstsDecode) {
         const Bytes request = drawBytes(16);
         const DecodedFrame frame = decode(burst, request);
         ASSERT_NO_FATAL_FAILURE(expectCovered(frame, burst.size())) << "seed " << seed << ", round " << round;
-        ASSERT_EQ(decodeBurst(burst, request).empty(), burst.empty());
+        const auto frames = decodeBurst(burst, request);
+        ASSERT_EQ(frames.empty(), burst.empty());
+        ASSERT_EQ(flawOfCoverage(frames, burst.size()), "") << "seed " << seed << ", round " << round;
     }
 }
 

@@ -37,10 +37,7 @@ TEST(Decoder, ByteBehindAMixedRequestIsNoFault) {
 
 TEST(Decoder, AnswersOf256BitsAnd256WordsAreWhole) {
     for (const int kind : {0, 2}) {
-        Bytes request{1, 0, commands()[static_cast<std::size_t>(kind)].code, 3, 0, 0, 0};
-        const auto check = frameCheck(request, request.size());
-        request.push_back(low(check));
-        request.push_back(high(check));
+        const Bytes request = checked({1, 0, commands()[static_cast<std::size_t>(kind)].code, 3, 0, 0, 0});
         Controller controller;
         const Bytes answer = controller.answer(request).value();
         EXPECT_EQ(answer.size(), kind == 0 ? 262U : 518U);
@@ -62,11 +59,7 @@ TEST(Decoder, MixedAnswerWithAnotherCodeIsToldByItsLength) {
 }
 
 TEST(Decoder, FrameWithAnotherLengthEndsWhereItsCheckIs) {
-    Bytes frame = bytesOfText("FF FF A3 07 34 12 CD AB ");
-    const auto check = frameCheck(frame, frame.size());
-    frame.push_back(low(check));
-    frame.push_back(high(check));
-    const DecodedFrame decoded = decode(frame);
+    const DecodedFrame decoded = decode(checked(bytesOfText("FF FF A3 07 34 12 CD AB ")));
     EXPECT_EQ(decoded.faults, std::vector{Fault::WrongLength});
     EXPECT_EQ(faultInWords(decoded, Fault::WrongLength), "LEN says 7, the body has 4 bytes.");
 }

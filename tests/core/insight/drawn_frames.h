@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/insight/coverage.h"
 #include "core/insight/decoder.h"
 #include "core/insight/field_words.h"
 #include "core/protocol/mixed_requests.h"
@@ -49,20 +50,8 @@ inline Meaning meaningOf(const DecodedFrame& frame) {
     return meaning;
 }
 
-/// What holds for any bytes taken apart: the fields cover them, in order, and everything has words.
 inline void expectCovered(const DecodedFrame& frame, std::size_t size) {
-    std::size_t next = 0;
-    for (const Field& field : frame.fields) {
-        ASSERT_EQ(field.place, next);
-        ASSERT_GT(field.length, 0U);
-        ASSERT_LE(field.length, field.whole);
-        ASSERT_FALSE(fieldInWords(frame, field).empty());
-        next += field.length;
-    }
-    ASSERT_EQ(next, size);
-    for (const Fault fault : frame.faults) {
-        ASSERT_FALSE(faultInWords(frame, fault).empty());
-    }
+    ASSERT_EQ(flawOfCoverage({frame}, size), "");
 }
 
 class FrameDraws {

@@ -64,7 +64,7 @@ TEST_F(LinkStatisticsTest, ClosedAndInOtherModesItCountsNothing) {
     EXPECT_FALSE(rows()[0].period); // the one before was not seen
     statistics.reset();
     EXPECT_TRUE(rows().empty());
-    EXPECT_TRUE(statistics.samples().empty());
+    EXPECT_TRUE(statistics.samples(clock.now()).empty());
 }
 
 TEST_F(LinkStatisticsTest, RequestHasOneOutcomeHoweverManyBurstsFollowIt) {
@@ -92,11 +92,56 @@ TEST_F(LinkStatisticsTest, PlotHasTheLastTenMinutes) {
     exchange(15, "00 05 ");
     clock.advance(10min - 1s);
     exchange(20);
-    ASSERT_EQ(statistics.samples().size(), 3U);
-    EXPECT_EQ(statistics.samples()[1].outcome, Outcome::WrongLength);
+    ASSERT_EQ(statistics.samples(clock.now()).size(), 3U);
+    EXPECT_EQ(statistics.samples(clock.now())[1].outcome, Outcome::WrongLength);
     clock.advance(2s);
+    EXPECT_EQ(statistics.samples(clock.now()).size(), 1U); // also where nothing new is told
     exchange(20);
-    EXPECT_EQ(statistics.samples().size(), 2U);
+    EXPECT_EQ(statistics.samples(clock.now()).size(), 2U);
+}
+
+TEST_F(LinkStatisticsTest, OneThingBecomesOfARequest) {
+    const auto settled = [this] {
+        const LinkStatistics::Row row = rows().at(0);
+        return row.answered + row.wrongLength + row.silent + row.overtaken + row.notSent;
+    };
+    exchange(10, "F7 ");
+    receive(wordAnswer, 20); // noise came first
+    clock.advance(100);
+    EXPECT_EQ(rows()[0].answered, 1U);
+    EXPECT_EQ(rows()[0].wrongLength, 0U);
+    EXPECT_EQ(rows()[0].response->most, 130);
+    EXPECT_EQ(statistics.samples(clock.now()).size(), 1U);
+    receive(wordAnswer, 20); // the same once more
+    clock.advance(100);
+    receive("F7 ");
+    clock.advance(100);
+    EXPECT_EQ(settled(), 1U);
+    exchange(10, "00 05 A3 04 ");
+    receive("34 12 ");
+    clock.advance(100);
+    EXPECT_EQ(rows()[0].wrongLength, 1U);
+    EXPECT_EQ(settled(), 2U);
+    send(wordRead, 10);
+    tick(13);
+    receive(wordAnswer); // too late
+    clock.advance(100);
+    EXPECT_EQ(rows()[0].silent, 1U);
+    EXPECT_EQ(settled(), rows()[0].sent);
+    wire.failWrite(RuntimeError(8020, "Write error"));
+    EXPECT_TRUE(link.startRequest());
+    EXPECT_THROW(link.SendRequest(bytesOfText(wordRead), 10), RuntimeError);
+    EXPECT_EQ(rows()[0].notSent, 1U);
+    EXPECT_EQ(settled(), rows()[0].sent + 1);
+}
+
+TEST_F(LinkStatisticsTest, AnswerAfterAResetTakesNothingBack) {
+    exchange(10, "F7 ");
+    statistics.reset();
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(rows()[0].answered, 1U);
+    EXPECT_EQ(rows()[0].wrongLength, 0U);
 }
 
 TEST_F(LinkStatisticsTest, CsvHasARowForEveryKind) {

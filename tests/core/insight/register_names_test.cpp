@@ -1,7 +1,5 @@
 #include "core/insight/register_names.h"
 
-#include "support/temporary_folder.h"
-
 #include <gtest/gtest.h>
 
 namespace varda::test {
@@ -16,13 +14,6 @@ TEST(RegisterNames, EachLineNamesARegister) {
     EXPECT_EQ(names.describe({Access::Bit, 195}), "R 0012.3 (pump, \"left\")");
     EXPECT_EQ(names.describe({Access::Word, 613}), "W 0101");
     EXPECT_EQ(names.badLines(), (std::vector<std::size_t>{6, 7}));
-}
-
-TEST(RegisterNames, FilesAreRead) {
-    const TemporaryFolder folder;
-    writeBytes(folder.file("names.csv"), "W 0100,tank level\n");
-    EXPECT_EQ(RegisterNames::load(folder.file("names.csv")).find({Access::Word, 612}), "tank level");
-    EXPECT_THROW(RegisterNames::load(folder.file("none.csv")), std::system_error);
 }
 
 } // namespace

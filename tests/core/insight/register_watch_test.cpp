@@ -45,10 +45,7 @@ TEST_F(RegisterWatchTest, ChangesAreCountedAndKept) {
     exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
     EXPECT_EQ(word(0).changes, 0U);
     EXPECT_EQ(word(0).seen - first, 110ms);
-    Bytes other = bytesOfText("00 05 A3 04 35 12 CD AB ");
-    const auto check = frameCheck(other, other.size());
-    other.push_back(low(check));
-    other.push_back(high(check));
+    const Bytes other = checked(bytesOfText("00 05 A3 04 35 12 CD AB "));
     exchange("05 00 23 03 00 02 02 0B 22 ", hexGroups(other).c_str());
     EXPECT_EQ(word(0).changes, 1U);
     EXPECT_EQ(word(1).changes, 0U);
@@ -79,15 +76,51 @@ TEST_F(RegisterWatchTest, SimulatedRegistersAreSeen) {
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
-TEST_F(RegisterWatchTest, WakesUpOnceAndForgets) {
-    int woken = 0;
-    watch.setWakeUp([&woken] { ++woken; });
+TEST_F(RegisterWatchTest, WritesThatNoPairAnswersAreSeen) {
+    link.enterMode(Mode::Simulation);
+    receive(hexGroups(checked(bytesOfText("05 00 24 04 00 02 34 12 "))).c_str());
+    clock.advance(150);
+    EXPECT_EQ(word(0).value, 0x1234);
+}
+
+TEST_F(RegisterWatchTest, WritesAndAnswersOfPairsAreSeen) {
+    const Bytes write = checked(bytesOfText("05 00 24 04 00 02 34 12 "));
+    table.addPair(hexRun(write), hexRun(checked(bytesOfText("00 05 A4 01 00 "))));
+    link.enterMode(Mode::Simulation);
+    receive(hexGroups(write).c_str());
+    clock.advance(150);
+    EXPECT_EQ(word(0).value, 0x1234);
+}
+
+TEST_F(RegisterWatchTest, AnswersThatWereDroppedAreSeenToo) {
+    send("05 00 23 03 00 02 02 0B 22 ", 12); // the link waits for more
+    receive("00 05 A3 04 34 12 CD AB 47 42 ");
+    clock.advance(100);
+    EXPECT_EQ(word(1).value, 0xABCD);
+}
+
+TEST_F(RegisterWatchTest, TwoFramesOfABurstAreSeen) {
+    link.enterMode(Mode::Monitoring);
+    receive("05 00 23 03 00 02 02 0B 22 00 05 A3 04 34 12 CD AB 47 42 ");
+    clock.advance(100);
+    EXPECT_EQ(word(1).value, 0xABCD);
+}
+
+TEST_F(RegisterWatchTest, HeardRequestIsForgottenWithItsConnection) {
+    link.enterMode(Mode::Monitoring);
+    receive("05 00 23 03 00 02 02 0B 22 ");
+    clock.advance(100);
+    port.close();
+    link.connectionClosed();
+    port.open();
+    link.connectionOpened();
+    receive("00 05 A3 04 34 12 CD AB 47 42 ");
+    clock.advance(100);
+    EXPECT_EQ(watch.size(), 0U);
+}
+
+TEST_F(RegisterWatchTest, Forgets) {
     exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
-    exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
-    EXPECT_EQ(woken, 1);
-    watch.takeNews();
-    exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
-    EXPECT_EQ(woken, 2);
     watch.clear();
     EXPECT_EQ(watch.size(), 0U);
     EXPECT_FALSE(watch.rowOf({Access::Word, 512}));
@@ -102,13 +135,8 @@ TEST_F(RegisterWatchTest, ThereIsRoomForSoManyAndNoMore) {
             250};
         Bytes answer{0, 1, command::bitRead | answerMark, 250};
         answer.resize(254);
-        for (Bytes* const frame : {&request, &answer}) {
-            const auto check = frameCheck(*frame, frame->size());
-            frame->push_back(low(check));
-            frame->push_back(high(check));
-        }
-        told.request = request;
-        told.answer = answer;
+        told.request = checked(request);
+        told.answer = checked(answer);
         watch.told(told);
     }
     EXPECT_EQ(watch.size(), RegisterWatch::mostRegisters);

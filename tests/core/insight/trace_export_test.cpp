@@ -1,14 +1,13 @@
 #include "core/insight/trace_export.h"
 
-#include "core/insight/json_text.h"
 #include "core/insight/traced_link.h"
 
 namespace varda::test {
 namespace {
 
-class TraceExport : public TracedLinkTest {
+class TraceExportTest : public TracedLinkTest {
 protected:
-    TraceExport() {
+    TraceExportTest() {
         send("05 00 23 03 00 02 02 0B 22 ", 10);
         receive("00 05 A3 04 34 12 CD AB 47 42 ", 23);
         clock.advance(100);
@@ -17,16 +16,20 @@ protected:
         EXPECT_THROW(link.SendRequest({1, 2}, 10), RuntimeError);
     }
 
-    std::string exported(TraceForm form) const {
-        std::vector<Trace::Number> all;
+    std::vector<Trace::Number> all() const {
+        std::vector<Trace::Number> numbers;
         for (Trace::Number number = trace.begin(); number < trace.end() + 3; ++number) {
-            all.push_back(number); // those behind the end are left out
+            numbers.push_back(number); // those behind the end are left out
         }
+        return numbers;
+    }
+    std::string exported(TraceForm form) const {
         std::string text;
-        const RegisterNames names = RegisterNames::parse("W 0000,\"level, m\"\n");
-        exportTrace(trace, all, form, names, [&text](std::string_view part) { text += part; });
+        exportTrace(trace, all(), form, names, [&text](std::string_view part) { text += part; });
         return text;
     }
+
+    const RegisterNames names = RegisterNames::parse("W 0000,\"level, m\"\n");
 
     static std::vector<std::string> linesOf(const std::string& text, const std::string& end) {
         std::vector<std::string> lines;
@@ -39,14 +42,14 @@ protected:
     }
 };
 
-TEST_F(TraceExport, TextStandsInColumns) {
+TEST_F(TraceExportTest, TextStandsInColumns) {
     const auto lines = linesOf(exported(TraceForm::Text), "\n");
     ASSERT_EQ(lines.size(), 5U);
     EXPECT_TRUE(lines[0].starts_with("Time         Delta ms  Direction ")) << lines[0];
     EXPECT_EQ(lines[0].find("Kind"), lines[3].find("answer to word read"));
 }
 
-TEST_F(TraceExport, CsvQuotesWhatNeedsIt) {
+TEST_F(TraceExportTest, CsvQuotesWhatNeedsIt) {
     const auto lines = linesOf(exported(TraceForm::Csv), "\r\n");
     ASSERT_EQ(lines.size(), 5U);
     EXPECT_EQ(lines[0], "Time,Delta ms,Direction,Kind,Station,Registers,Bytes,What became of it");
@@ -57,25 +60,56 @@ TEST_F(TraceExport, CsvQuotesWhatNeedsIt) {
     EXPECT_TRUE(lines[4].ends_with("\"Not sent. Write \"\"error\"\"\"")) << lines[4];
 }
 
-TEST_F(TraceExport, JsonHasAnObjectALine) {
+TEST_F(TraceExportTest, JsonHasAnObjectALine) {
     const auto lines = linesOf(exported(TraceForm::JsonLines), "\n");
     ASSERT_EQ(lines.size(), 4U);
-    EXPECT_EQ(lines[2], "{\"number\":2,\"time\":\"2027-01-15T08:00:00.023000Z\",\"delta_ms\":23.000,"
+    EXPECT_EQ(lines[2], "{\"number\":2,\"time\":\"2027-01-15T08:00:00.023000Z\",\"deltaMs\":23.0,"
                         "\"direction\":\"received\",\"kind\":\"answer to word read\",\"stations\":\"5 to 0\","
                         "\"registers\":\"W 0000 (level, m) .. W 0001\",\"size\":10,"
                         "\"bytes\":\"0005A3043412CDAB4742\",\"wrong\":false,"
                         "\"verdict\":\"Taken: it has the 10 bytes that were awaited.\"}");
 }
 
-TEST(JsonText, IsEscapedAndOfUtf8) {
-    EXPECT_EQ(jsonString("a\"b\\c\n\t\x01"), "\"a\\\"b\\\\c\\n\\t\\u0001\"");
-    EXPECT_EQ(jsonString("m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"),
-              "\"m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\"");
+TEST_F(TraceExportTest, JsonIsEscapedAndOfUtf8) {
+    const auto named = [this](const std::string& name) {
+        std::string text;
+        exportTrace(trace, {2}, TraceForm::JsonLines, RegisterNames::parse("W 0000," + name),
+                    [&text](std::string_view part) { text += part; });
+        const std::string before = "\"registers\":\"W 0000 (";
+        const auto begin = text.find(before) + before.size();
+        return text.substr(begin, text.find(") .. W 0001") - begin);
+    };
+    EXPECT_EQ(named("a\"b\\c\t\x01"), "a\\\"b\\\\c\\t\\u0001");
+    EXPECT_EQ(named("m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), "m\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
     const std::string bad = "\xEF\xBF\xBD";
-    EXPECT_EQ(jsonString("\xC3"), "\"" + bad + "\"");
-    EXPECT_EQ(jsonString("\xC0\x80"), "\"" + bad + bad + "\"");
-    EXPECT_EQ(jsonString("\xED\xA0\x80"), "\"" + bad + bad + bad + "\"");
-    EXPECT_EQ(jsonString("\xE2\x82x"), "\"" + bad + bad + "x\"");
+    EXPECT_EQ(named("\xC3"), bad);
+    EXPECT_EQ(named("\xC0\x80"), bad + bad);
+    EXPECT_EQ(named("\xED\xA0\x80"), bad + bad + bad);
+    EXPECT_EQ(named("\xE2\x82x"), bad + "x");
+}
+
+TEST_F(TraceExportTest, SomeLinesAtATimeGiveTheSame) {
+    for (const TraceForm form : {TraceForm::Text, TraceForm::Csv, TraceForm::JsonLines, TraceForm::Pcapng}) {
+        TraceExport steps(trace, all(), form, names);
+        std::string text;
+        std::size_t expected = 0;
+        bool isMore = true;
+        while (isMore) {
+            isMore = steps.write([&text](std::string_view part) { text += part; }, 2);
+            expected = std::min(expected + 2, steps.size());
+            EXPECT_EQ(steps.done(), expected);
+        }
+        EXPECT_EQ(text, exported(form));
+        EXPECT_EQ(steps.size(), 7U);
+        EXPECT_EQ(steps.written(), form == TraceForm::Pcapng ? 2U : 4U);
+    }
+}
+
+TEST_F(TraceExportTest, NoLinesGiveAHeading) {
+    std::string text;
+    EXPECT_EQ(exportTrace(trace, {}, TraceForm::Csv, names, [&text](std::string_view part) { text += part; }),
+              0U);
+    EXPECT_EQ(linesOf(text, "\r\n").size(), 1U);
 }
 
 /// A number of a capture, low byte first.
@@ -87,7 +121,7 @@ std::uint64_t numberAt(const std::string& text, std::size_t at, std::size_t byte
     return number;
 }
 
-TEST_F(TraceExport, CaptureHoldsWhatWentOverTheLine) {
+TEST_F(TraceExportTest, CaptureHoldsWhatWentOverTheLine) {
     const std::string capture = exported(TraceForm::Pcapng);
     std::vector<std::size_t> packets;
     std::size_t at = 0;

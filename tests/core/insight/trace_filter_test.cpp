@@ -1,6 +1,5 @@
 #include "core/insight/trace_filter.h"
 
-#include "core/insight/trace_view.h"
 #include "core/insight/traced_link.h"
 
 namespace varda::test {
@@ -66,64 +65,6 @@ TEST_F(TraceFilterTest, HalfTypedTermsDoNoHarm) {
 TEST_F(TraceFilterTest, MarksAreFound) {
     trace.mark(2, true);
     EXPECT_EQ(passing("marked"), Numbers{2});
-    const TraceFilter marked = readTraceFilter("marked");
-    EXPECT_EQ(findNext(trace, marked, 0), 2U);
-    EXPECT_EQ(findNext(trace, marked, 2), std::nullopt);
-    EXPECT_EQ(findPrevious(trace, marked, 4), 2U);
-    EXPECT_EQ(findPrevious(trace, marked, 2), std::nullopt);
-}
-
-TEST_F(TraceFilterTest, ViewFollowsItsTrace) {
-    TraceView view(trace);
-    view.setFilter(readTraceFilter("wrong"));
-    trace.takeNews();
-    EXPECT_EQ(view.rows(), 2U);
-    trace.mark(3, true);
-    TraceView::Step step = view.update(trace.takeNews());
-    EXPECT_EQ(step.gone, 0U);
-    EXPECT_EQ(step.kept, 2U);
-    EXPECT_EQ(step.changedBegin, 0U);
-    EXPECT_EQ(step.added, 0U);
-    trace.change(2, [](TraceLine& changed) { changed.verdict = Verdict::Dropped; });
-    step = view.update(trace.takeNews());
-    EXPECT_EQ(step.kept, 0U); // a line in between passes now
-    EXPECT_EQ(step.added, 3U);
-    EXPECT_EQ(view.line(0), 2U);
-    trace.append({});
-    send(bitRead, 22);
-    tick(13);
-    step = view.update(trace.takeNews());
-    EXPECT_EQ(step.kept, 3U);
-    EXPECT_EQ(step.added, 2U); // the request without an answer, and the silence
-    trace.clear();
-    step = view.update(trace.takeNews());
-    EXPECT_EQ(step.gone, 5U);
-    EXPECT_EQ(view.rows(), 0U);
-}
-
-TEST_F(TraceFilterTest, ViewOfAFullTraceIsAsGoodAsANewOne) {
-    TraceView view(trace);
-    view.setFilter(readTraceFilter("event"));
-    Draws draws(5);
-    for (int round = 0; round < 300; ++round) {
-        for (int count = draws.below(1500); count > 0; --count) {
-            TraceLine line;
-            line.direction = draws.oneIn(2) ? Direction::Event : Direction::Sent;
-            trace.append(std::move(line));
-        }
-        trace.change(trace.begin() + static_cast<Trace::Number>(draws.below(static_cast<int>(trace.size()))),
-                     [](TraceLine& line) { line.direction = Direction::Event; });
-        view.update(trace.takeNews());
-        if (draws.oneIn(30)) {
-            TraceView other(trace);
-            other.setFilter(view.filter());
-            ASSERT_EQ(view.rows(), other.rows()) << "round " << round;
-            for (std::size_t row = 0; row < view.rows(); ++row) {
-                ASSERT_EQ(view.line(row), other.line(row));
-            }
-        }
-    }
-    EXPECT_EQ(trace.size(), Trace::mostLines);
 }
 
 } // namespace

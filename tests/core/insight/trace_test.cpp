@@ -46,15 +46,14 @@ TEST(Trace, NewsComeTogetherAndWakeUpOnce) {
     Trace::News news = trace.takeNews();
     EXPECT_EQ(news.begin, 0U);
     EXPECT_EQ(news.end, 2U);
-    EXPECT_EQ(news.changedBegin, news.changedEnd);
+    EXPECT_TRUE(news.changed.empty());
     trace.mark(1, true);
     trace.append(lineOf(1));
     trace.mark(2, true); // new since: not told as changed
     EXPECT_EQ(woken, 2);
     news = trace.takeNews();
     EXPECT_EQ(news.end, 3U);
-    EXPECT_EQ(news.changedBegin, 1U);
-    EXPECT_EQ(news.changedEnd, 2U);
+    EXPECT_EQ(news.changed, std::vector<Trace::Number>{1});
     trace.mark(77, true);
     EXPECT_EQ(woken, 2);
 }

@@ -1,4 +1,7 @@
+#include "core/insight/field_words.h"
+#include "core/insight/trace_words.h"
 #include "core/insight/traced_link.h"
+#include "core/protocol/independent_encoder.h"
 
 namespace varda::test {
 namespace {
@@ -76,7 +79,8 @@ TEST_F(TraceVerdicts, BytesBeforeASendAreThrownAway) {
     clock.advance(5);
     send(wordRead, 10);
     ASSERT_EQ(lines(), 4U);
-    EXPECT_EQ(verdict(1), "The next request went out, or the port was closed, before an answer came.");
+    EXPECT_EQ(verdict(1),
+              "The next request went out, or the link went on to something else, before an answer came.");
     EXPECT_EQ(verdict(2), "Thrown away unread, before the next send. The frame is cut: 3 bytes are missing.");
     EXPECT_EQ(line(2).bytes, bytesOfText("00 05 A3 "));
     EXPECT_EQ(line(2).first - line(1).first, 3ms);
@@ -209,11 +213,14 @@ TEST_F(TraceVerdicts, MonitorTakesNoRequestOfTheProgramForTheLinesOwn) {
     clock.advance(100);
     EXPECT_EQ(line(2).request, nullptr);
     receive(wordRead);
-    receive(wordAnswer, 30); // read together, and yet two bursts
+    receive(wordAnswer, 30); // read together, and yet two frames
     clock.advance(100);
     EXPECT_EQ(line(3).request, nullptr);
-    ASSERT_NE(line(4).request, nullptr);
-    EXPECT_EQ(*line(4).request, bytesOfText(wordRead));
+    EXPECT_EQ(kindOfLine(line(3)), "word read");
+    EXPECT_EQ(kindOfLine(line(4)), "answer to word read");
+    EXPECT_TRUE(framesOf(line(4)).at(0).answersRequest);
+    EXPECT_EQ(verdict(4),
+              "Listed by the monitor. Part 2 of 2: bytes 9 to 18 of the 19 that were read together.");
 }
 
 TEST_F(TraceVerdicts, PreparedPairAnswers) {
@@ -275,12 +282,225 @@ TEST_F(TraceVerdicts, BurstsAreSplitBySilenceAndJudgedTogether) {
     receive("00 05 A3 04 ");
     receive("34 12 ", 20);
     receive("CD AB 47 42 ", 21);
+    EXPECT_FALSE(isWrong(2) || isWrong(3)) << "nobody knows yet what becomes of them";
+    EXPECT_EQ(verdict(2), "Waits to be read.");
     clock.advance(59);
     ASSERT_EQ(lines(), 4U);
     EXPECT_EQ(line(2).bytes.size(), 6U);
     EXPECT_EQ(line(2).last - line(2).first, 20ms);
-    EXPECT_TRUE(verdict(2).starts_with("Taken: it has the 10 bytes that were awaited.")) << verdict(2);
-    EXPECT_TRUE(verdict(3).ends_with("It was read together with the burst beside it.")) << verdict(3);
+    EXPECT_EQ(verdict(2),
+              "Taken: it has the 10 bytes that were awaited. Part 1 of 2: bytes 0 to 5 of the 10 that "
+              "were read together.");
+    EXPECT_EQ(verdict(3),
+              "Taken: it has the 10 bytes that were awaited. Part 2 of 2: bytes 6 to 9 of the 10 that "
+              "were read together.");
+    EXPECT_EQ(kindOfLine(line(2)), "part of answer to word read");
+    EXPECT_EQ(kindOfLine(line(3)), "part of answer to word read");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(line(2)).at(0))), "W 0000");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(line(3)).at(0))), "W 0001");
+    EXPECT_EQ(readBytes(line(3)), bytesOfText(wordAnswer));
+    EXPECT_FALSE(isWrong(1) || isWrong(2) || isWrong(3));
+    EXPECT_EQ(verdict(1), "Answered 41 ms later.");
+}
+
+TEST_F(TraceVerdicts, PartsOfOneReadAreNoRestOfEachOther) {
+    send(wordRead, 14);
+    receive("00 05 A3 04 ");
+    receive("34 12 CD AB 47 42 ", 30);
+    clock.advance(100);
+    EXPECT_EQ(verdict(2),
+              "Dropped: 10 of 14 bytes had come when it was read. Part 1 of 2: bytes 0 to 3 of the 10 "
+              "that were read together.");
+    EXPECT_EQ(verdict(3),
+              "Dropped: 10 of 14 bytes had come when it was read. Part 2 of 2: bytes 4 to 9 of the 10 "
+              "that were read together.");
+    receive("01 02 03 ", 10);
+    receive("04 ", 25);
+    clock.advance(100);
+    EXPECT_TRUE(verdict(2).starts_with(
+        "Dropped: 10 of 14 bytes had come when it was read. The rest came 110 ms later. Part 1 of 2"))
+        << verdict(2);
+    EXPECT_EQ(verdict(4),
+              "Dropped: the last 4 of 14 bytes; those before them had been dropped already, for pieces "
+              "are not put together. Part 1 of 2: bytes 0 to 2 of the 4 that were read together.");
+    EXPECT_TRUE(verdict(5).ends_with("Part 2 of 2: byte 3 of the 4 that were read together.")) << verdict(5);
+}
+
+TEST_F(TraceVerdicts, RestIsToldAlsoWhenTheLinkHasForgottenWhatItAwaited) {
+    send(wordRead, 10);
+    receive("00 05 A3 04 ");
+    clock.advance(100);
+    tick(1); // nothing is awaited any more
+    receive("34 12 CD ", 20);
+    clock.advance(100);
+    EXPECT_TRUE(
+        verdict(2).starts_with("Dropped: 4 of 10 bytes had come when it was read. 3 bytes more came 120 ms "
+                               "later."))
+        << verdict(2);
+    receive("AB 47 42 ", 20);
+    clock.advance(100);
+    EXPECT_EQ(verdict(4),
+              "Dropped: the last 3 of 10 bytes; those before them had been dropped already, for pieces "
+              "are not put together.");
+}
+
+TEST_F(TraceVerdicts, WhatComesOnAnotherConnectionIsNoRest) {
+    send(wordRead, 10);
+    receive("00 05 A3 04 34 12 ");
+    clock.advance(100);
+    port.close();
+    link.connectionClosed();
+    port.open();
+    link.connectionOpened();
+    receive("CD AB 47 42 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(2),
+              "Dropped: 6 of 10 bytes had come when it was read. The frame is cut: 4 bytes are missing.");
+    EXPECT_TRUE(verdict(5).starts_with("Dropped: 4 of 10 bytes had come when it was read.")) << verdict(5);
+}
+
+TEST_F(TraceVerdicts, FrameThatStandsInALineOfItsOwnIsDecodedBesideNoise) {
+    send(wordRead, 10);
+    receive("F7 ");
+    receive(wordAnswer, 40);
+    clock.advance(100);
+    EXPECT_EQ(kindOfLine(line(3)), "answer to word read");
+    EXPECT_TRUE(verdict(3).starts_with("Dropped: 11 bytes, 1 more than were awaited.")) << verdict(3);
+}
+
+TEST_F(TraceVerdicts, PartsOfARequestThatIsNotKnownNameTheByteOfTheWholeRead) {
+    table.addPair("0500230300020512A0", "00");
+    link.enterMode(Mode::Simulation);
+    receive("05 00 23 03 ");
+    receive("00 02 04 8B 20 ", 50);
+    clock.advance(250); // it has to be quiet for 150 ms after the first look
+    for (const std::size_t part : {1U, 2U}) {
+        EXPECT_TRUE(verdict(part).starts_with("No prepared request matches. The nearest is prepared pair 1, "
+                                              "which differs in byte 6 (count: 04h came, "
+                                              "05h is prepared)."))
+            << verdict(part);
+        EXPECT_EQ(kindOfLine(line(part)), "part of word read");
+    }
+}
+
+TEST_F(TraceVerdicts, PartsThatAreThrownAwaySayWhenAndAreNoCutFrames) {
+    send(wordRead, 10);
+    wire.receiveAt(clock.now() + 3ms, bytesOfText("00 05 A3 04 "));
+    wire.receiveAt(clock.now() + 43ms, bytesOfText("34 12 CD AB 47 42 "));
+    clock.advance(50);
+    send(wordRead, 10);
+    ASSERT_EQ(lines(), 5U);
+    EXPECT_EQ(verdict(2),
+              "Thrown away unread, before the next send. Part 1 of 2: bytes 0 to 3 of the 10 that waited "
+              "together.");
+}
+
+TEST_F(TraceVerdicts, AnswerThatIsTakenCountsAlsoBehindNoise) {
+    send(wordRead, 10);
+    receive("F7 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "What came for it was dropped, and the wait ended with that.");
+    receive(wordAnswer, 10);
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "Answered 110 ms later.");
+    EXPECT_FALSE(isWrong(1));
+    EXPECT_EQ(line(1).partner, 3U);
+    receive("F7 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "Answered 110 ms later.");
+}
+
+TEST_F(TraceVerdicts, AnswerOfAnotherStationIsWrong) {
+    send(wordRead, 10);
+    receive(hexGroups(checked(bytesOfText("00 07 A3 04 34 12 CD AB "))).c_str());
+    clock.advance(100);
+    EXPECT_TRUE(isWrong(2));
+}
+
+TEST_F(TraceVerdicts, ClosedPortAnswersNothing) {
+    send(wordRead, 10);
+    port.close();
+    link.connectionClosed();
+    EXPECT_EQ(verdict(1), "No answer came. The port was closed.");
+    EXPECT_TRUE(isWrong(1));
+    port.open();
+    link.connectionOpened();
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(line(lines() - 1).request, nullptr);
+}
+
+TEST_F(TraceVerdicts, LineThatWentAwayAnswersNothing) {
+    send(wordRead, 10);
+    wire.hangUp("ttyS0 went away: it was unplugged.");
+    EXPECT_EQ(verdict(1), "No answer came. The line went away.");
+}
+
+TEST_F(TraceVerdicts, HeardRequestIsForgottenWhenThePortIsClosed) {
+    link.enterMode(Mode::Monitoring);
+    receive(wordRead);
+    clock.advance(100);
+    port.close();
+    port.open();
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(line(lines() - 1).request, nullptr);
+}
+
+TEST_F(TraceVerdicts, TraceThatIsClosedSaysWhatItDidNotSee) {
+    send(wordRead, 10);
+    receive("00 05 ");
+    recorder.close();
+    EXPECT_EQ(verdict(1), "The trace was closed before anything became of it.");
+    EXPECT_EQ(verdict(2), "The trace was closed before anything became of it. It is too short for a frame.");
+    clock.advance(100);
+    EXPECT_EQ(lines(), 3U);
+    EXPECT_FALSE(isWrong(1));
+}
+
+TEST_F(TraceVerdicts, StuckIsWhatTheLinkIsAndNotWhatItWas) {
+    send(wordRead, 10);
+    link.commPLC_OnComm(CommEvent::Received);
+    clock.advance(100);
+    link.enterMode(Mode::Simulation);
+    link.enterMode(Mode::WordRead); // leaving the simulation frees the link
+    EXPECT_FALSE(link.state().InReceive);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_FALSE(line(lines() - 1).whileStuck);
+    link.enterMode(Mode::Simulation);
+    link.commPLC_OnComm(CommEvent::Received);
+    EXPECT_TRUE(verdict(lines() - 1).starts_with("The port told of bytes, and none were there."))
+        << verdict(lines() - 1);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_TRUE(line(lines() - 1).whileStuck);
+}
+
+TEST_F(TraceVerdicts, StuckInOneModeIsStuckInTheNext) {
+    link.enterMode(Mode::Monitoring);
+    link.commPLC_OnComm(CommEvent::Received);
+    clock.advance(100);
+    link.enterMode(Mode::WordRead);
+    send(wordRead, 10);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_TRUE(line(lines() - 1).whileStuck);
+}
+
+TEST_F(TraceVerdicts, NearestPairIsFoundHoweverFarItIs) {
+    table.addPair("nonsense", "00");
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(1), "No prepared request matches. None of those prepared is a frame.");
+    table.addPair(hexRun(Bytes(40, 0x77)), "00");
+    receive("05 ");
+    clock.advance(150);
+    EXPECT_TRUE(verdict(2).starts_with(
+        "No prepared request matches. The nearest is prepared pair 2, which differs in "
+        "byte 0 (DA: 05h came, 77h is prepared)."))
+        << verdict(2);
 }
 
 } // namespace

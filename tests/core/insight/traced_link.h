@@ -22,10 +22,6 @@ namespace varda::test {
 
 using namespace std::chrono_literals;
 
-inline std::vector<std::string> texts(std::initializer_list<const char*> list) {
-    return {list.begin(), list.end()};
-}
-
 /// A link on an open port in memory whose line is traced, with time driven by hand.
 class TracedLinkTest : public testing::Test {
 protected:

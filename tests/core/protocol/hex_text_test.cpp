@@ -28,6 +28,12 @@ TEST(HexText, DigitsAreUpperCaseWithoutLeadingZeros) {
     EXPECT_EQ(hex(65535), "FFFF");
 }
 
+TEST(HexText, SpacesStandBetweenBytesAlone) {
+    EXPECT_EQ(hexGroups(std::vector<std::uint8_t>{0, 255}), "00 FF ");
+    EXPECT_EQ(hexSpaced(std::vector<std::uint8_t>{0, 255}), "00 FF");
+    EXPECT_EQ(hexSpaced({}), "");
+}
+
 TEST(HexText, NegativeNumberShowsItsSixteenBits) {
     EXPECT_EQ(hex(-1), "FFFF");
     EXPECT_EQ(hex(-32768), "8000");

@@ -102,11 +102,17 @@ struct Encoded {
     std::string shown;
 };
 
-/// Appends the frame check to header and body and shows all of it.
-inline Encoded finished(Octets frame, const Station& destination, const Station& source) {
+/// Header and body with their check behind them.
+inline Octets checked(Octets frame) {
     const unsigned check = frameCheck(frame, frame.size());
     frame.push_back(low(check));
     frame.push_back(high(check));
+    return frame;
+}
+
+/// Appends the frame check to header and body and shows all of it.
+inline Encoded finished(const Octets& covered, const Station& destination, const Station& source) {
+    Octets frame = checked(covered);
     Encoded encoded;
     encoded.shown = destination.shown + " " + source.shown + " ";
     for (std::size_t i = 2; i < frame.size(); ++i) {

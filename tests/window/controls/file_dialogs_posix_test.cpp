@@ -1,15 +1,10 @@
+#include "support/few_handles_posix.h"
 #include "support/ordinary_user.h"
 #include "support/sanitized.h"
 #include "support/window_test.h"
 
 #include <QDir>
 #include <QFileDialog>
-
-#include <algorithm>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 namespace varda::test {
 namespace {
@@ -72,38 +67,6 @@ TEST_F(FileDialogsTest, SavingStartsInDataWhereItMayBeWritten) {
                           readable | QFile::WriteOwner | QFile::WriteOther);
     EXPECT_EQ(startOf("cmdSaveScenario"), QDir(folder()).canonicalPath().toStdString() + "/Data");
 }
-
-/// Takes all handles of the process but a few, until the end of the scope.
-class FewHandles {
-public:
-    explicit FewHandles(std::size_t left) {
-        ::getrlimit(RLIMIT_NOFILE, &former_);
-        rlimit lower = former_;
-        lower.rlim_cur = std::min<rlim_t>(former_.rlim_cur, 512);
-        ::setrlimit(RLIMIT_NOFILE, &lower);
-        for (int handle = ::open("/", O_RDONLY); handle >= 0; handle = ::open("/", O_RDONLY)) {
-            taken_.push_back(handle);
-        }
-        for (; left > 0 && !taken_.empty(); --left) {
-            ::close(taken_.back());
-            taken_.pop_back();
-        }
-    }
-    FewHandles(const FewHandles&) = delete;
-    FewHandles& operator=(const FewHandles&) = delete;
-    FewHandles(FewHandles&&) = delete;
-    FewHandles& operator=(FewHandles&&) = delete;
-    ~FewHandles() {
-        for (const int handle : taken_) {
-            ::close(handle);
-        }
-        ::setrlimit(RLIMIT_NOFILE, &former_);
-    }
-
-private:
-    rlimit former_{};
-    std::vector<int> taken_;
-};
 
 class FileDialogsOutOfHandles : public WindowTest {};
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/bytes.h"
+#include "core/insight/trace_words.h"
 #include "core/protocol/crc16.h"
 #include "support/driven_window.h"
 #include "support/event_loop.h"
@@ -28,8 +29,6 @@
 #include <string>
 #include <vector>
 
-#include <sys/stat.h>
-
 namespace varda::test {
 
 // A user's hands on the window of the trace, whatever drives the main window.
@@ -48,8 +47,9 @@ inline std::string cellText(const QAbstractItemView* view, int row, int column) 
     return view->model()->index(row, column).data().toString().toStdString();
 }
 
-/// Columns of the trace.
-enum TraceCell { Time, Delta, Way, Kind, Station, Registers, Hex, Verdict };
+inline std::string cellText(const QAbstractItemView* view, int row, TraceColumn column) {
+    return cellText(view, row, static_cast<int>(column));
+}
 
 /// The main window and its trace on a clock and a line in the test's hands.
 class InsightTest : public testing::Test {
@@ -102,9 +102,11 @@ protected:
     void settle() { window.advance(150); }
 
     int rows() { return find<QTableView>("traceTable")->model()->rowCount(); }
-    std::string cell(int row, int column) { return cellText(find<QTableView>("traceTable"), row, column); }
+    std::string cell(int row, TraceColumn column) {
+        return cellText(find<QTableView>("traceTable"), row, column);
+    }
     /// A column of all lines.
-    std::vector<std::string> column(int column) {
+    std::vector<std::string> column(TraceColumn column) {
         std::vector<std::string> texts;
         for (int row = 0; row < rows(); ++row) {
             texts.push_back(cell(row, column));
@@ -133,12 +135,6 @@ protected:
         dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(path));
         QMetaObject::invokeMethod(dialog, "accept");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    /// What stands there and is no regular file.
-    std::string pipe(const char* name) {
-        std::string path = window.folder().file(name);
-        EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
-        return path;
     }
     /// The text of the message box on the trace; empty where there is none.
     std::string boxText() {

@@ -1,4 +1,5 @@
 #include "window/insight/insight_fixture.h"
+#include "window/insight/watch_model.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -59,6 +60,35 @@ TEST_F(InsightWindowTest, ClosedItWritesNothingDownAndKeepsWhatWasSeen) {
     exchange(wordOne);
     settle();
     EXPECT_EQ(rows(), seen + 2);
+}
+
+TEST_F(InsightWindowTest, ClosedItCountsNothingAndWatchesNothing) {
+    const auto seen = [this] {
+        std::vector<std::string> texts;
+        for (const char* const name : {"statisticsTable", "watchTable"}) {
+            showTab(texts.empty() ? 1 : 2);
+            const auto* const table = find<QTableView>(name);
+            for (int column = 0; column < table->model()->columnCount(); ++column) {
+                const bool isAge = name == std::string("watchTable") && column == WatchModel::Age;
+                texts.push_back(isAge ? "" : cellText(table, 0, column));
+            }
+        }
+        return texts;
+    };
+    openTrace();
+    openPort();
+    chooseWord(57);
+    exchange(wordOne);
+    const auto before = seen();
+    closeTrace();
+    exchange(checked({0xFF, 0xFF, 0xA3, 0x02, 0x78, 0x56}));
+    openTrace();
+    EXPECT_EQ(seen(), before);
+    exchange(checked({0xFF, 0xFF, 0xA3, 0x02, 0x78, 0x56}));
+    window.advance(1000);
+    EXPECT_NE(seen(), before);
+    EXPECT_EQ(cellText(find<QTableView>("statisticsTable"), 0, 1), "2") << "sent";
+    EXPECT_EQ(cellText(find<QTableView>("watchTable"), 0, WatchModel::Changes), "1");
 }
 
 TEST_F(InsightWindowTest, StandsBesideTheMainWindowWhichGoesOn) {

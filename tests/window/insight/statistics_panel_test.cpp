@@ -62,7 +62,7 @@ TEST_F(StatisticsPanelTest, ThePlotTellsInWordsWhatItShows) {
     fill();
     const std::string words = find<ResponsePlot>("responsePlot")->accessibleDescription().toStdString();
     EXPECT_NE(words.find("3 answers"), std::string::npos) << words;
-    EXPECT_NE(words.find("1 silences, 1 dropped"), std::string::npos) << words;
+    EXPECT_NE(words.find("1 silence, 1 dropped"), std::string::npos) << words;
     window.advance(1000);
     const QImage full = find("responsePlot")->grab().toImage();
     press("resetStatistics");
@@ -89,9 +89,6 @@ TEST_F(StatisticsPanelTest, SavesItsTable) {
     std::getline(file, row);
     EXPECT_TRUE(heading.starts_with("Kind,Sent,Answered"));
     EXPECT_TRUE(row.starts_with("word read,5,3,1,1,1")) << row;
-    press("saveStatistics");
-    chooseFile(pipe("pipe.csv"));
-    EXPECT_NE(boxText().find("pipe.csv"), std::string::npos);
 }
 
 } // namespace

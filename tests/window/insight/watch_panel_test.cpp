@@ -96,7 +96,7 @@ TEST_F(WatchPanelTest, NamesOfAFileAreUsedEverywhere) {
     EXPECT_NE(label("watchState").find("2 names from names.csv"), std::string::npos);
     showTab(0);
     settle();
-    EXPECT_EQ(cell(1, Registers), "W 0057 (tank level)");
+    EXPECT_EQ(cell(1, TraceColumn::Registers), "W 0057 (tank level)");
     choose(2);
     bool isNamed = false;
     auto* const fields = find<QTableView>("fieldTable");
@@ -109,14 +109,14 @@ TEST_F(WatchPanelTest, NamesOfAFileAreUsedEverywhere) {
 TEST_F(WatchPanelTest, TheButtonAsksForTheFile) {
     press("loadNames");
     chooseFile(namesFile("W 0057,tank level\n"));
-    EXPECT_NE(label("watchState").find("1 names"), std::string::npos);
+    EXPECT_NE(label("watchState").find("1 name from names.csv"), std::string::npos);
 }
 
 TEST_F(WatchPanelTest, AFileWithoutNamesIsToldAndLeavesThoseThatAreThere) {
     drop(namesFile("W 0057,tank level\n"));
     drop(namesFile("nonsense\n"));
     EXPECT_NE(boxText().find("lines that name no register: 1"), std::string::npos) << boxText();
-    EXPECT_NE(label("watchState").find("1 names"), std::string::npos);
+    EXPECT_NE(label("watchState").find("1 name from names.csv"), std::string::npos);
 }
 
 TEST_F(WatchPanelTest, AFileThatCannotBeReadIsTold) {

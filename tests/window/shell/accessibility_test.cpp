@@ -60,11 +60,11 @@ QList<QWidget*> controlsOf(const QWidget& window) {
 
 /// What a screen reader calls a control; a list is called by its label, for its own name is the text in it.
 std::string spokenName(QWidget* control) {
-    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(control);
-    if (interface == nullptr || qobject_cast<QComboBox*>(control) == nullptr) {
-        return interface != nullptr ? interface->text(QAccessible::Name).toStdString() : std::string();
+    QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(control);
+    if (accessible == nullptr || qobject_cast<QComboBox*>(control) == nullptr) {
+        return accessible != nullptr ? accessible->text(QAccessible::Name).toStdString() : std::string();
     }
-    for (const auto& [label, relation] : interface->relations(QAccessible::Label)) {
+    for (const auto& [label, relation] : accessible->relations(QAccessible::Label)) {
         if (std::string name = label->text(QAccessible::Name).toStdString(); !name.empty()) {
             return name;
         }

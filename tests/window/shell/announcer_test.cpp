@@ -33,6 +33,31 @@ TEST_F(AnnouncerTest, SpeaksEveryStatusOfTheWindowWhenItChanges) {
     EXPECT_EQ(spoken, fields);
 }
 
+TEST_F(AnnouncerTest, SpeaksWhatIsOpenButNotWhatIsTyped) {
+    announcer.listenToStatuses(&driver.window());
+    paste("cbPort", "VIRTUAL");
+    EXPECT_TRUE(spoken.empty());
+    driver.click("cmdCommTest");
+    driver.click("cmdPortOpen");
+    EXPECT_EQ(spoken, (std::vector<std::string>{"openPort", "openPort"}));
+}
+
+TEST_F(AnnouncerTest, SpeaksWhetherTheMonitorListens) {
+    driver.openPort("VIRTUAL");
+    driver.click("optMode_5");
+    announcer.listenToStatuses(&driver.window());
+    driver.click("cmdMonStart");
+    driver.click("cmdMonStop");
+    EXPECT_EQ(spoken, (std::vector<std::string>{"monitorState", "monitorState"}));
+}
+
+TEST_F(AnnouncerTest, SpeaksThatAScenarioWasSaved) {
+    announcer.listenToStatuses(&driver.window());
+    driver.click("cmdSaveScenario");
+    chooseFile(driver.programFolder() + "/Data/saved.scn");
+    EXPECT_EQ(std::ranges::count(spoken, "scenarioNote"), 1);
+}
+
 TEST_F(AnnouncerTest, SpeaksNoOtherFieldAndNoEmptiedOne) {
     paste("txtRStatus", "Port Closed");
     announcer.listenToStatuses(&driver.window());

@@ -76,6 +76,37 @@ TEST_F(FileDropsTest, LeaveTheModeAloneWhileThePortIsOpen) {
     EXPECT_EQ(text("slowLine"), "Prepared pairs were loaded. Simulation shows them, and answers.");
 }
 
+TEST_F(FileDropsTest, NoticeOfPairsGoesWhenTheyAreSeen) {
+    driver.openPort("VIRTUAL");
+    drop(&driver.window(), *files({example("example-reads.ini")}));
+    driver.click("optMode_1");
+    EXPECT_NE(text("slowLine"), "");
+    driver.click("optMode_4");
+    EXPECT_EQ(text("slowLine"), "");
+}
+
+TEST_F(FileDropsTest, NoticeOfPairsGoesWithTheConnection) {
+    driver.openPort("VIRTUAL");
+    drop(&driver.window(), *files({example("example-reads.ini")}));
+    driver.click("cmdPortOpen");
+    EXPECT_EQ(text("slowLine"), "");
+}
+
+TEST_F(FileDropsTest, OfSeveralOfAKindTheFirstIsTakenAndTold) {
+    EXPECT_TRUE(
+        drop(&driver.window(), *files({example("example-reads.ini"), example("example-writes.ini")})));
+    EXPECT_EQ(pairs(), 5);
+    EXPECT_EQ(driver.boxText(), "One file of prepared pairs is taken at a time: \"" +
+                                    example("example-reads.ini").toStdString() +
+                                    "\". Load the others by themselves.");
+    driver.closeBox();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    driver.click("optMode_0");
+    EXPECT_TRUE(drop(&driver.window(), *files({example("example.scn"), example("example.scn")})));
+    EXPECT_EQ(scenarioLines(), 3);
+    EXPECT_TRUE(driver.boxText().starts_with("One scenario is taken at a time: "));
+}
+
 TEST_F(FileDropsTest, OfAScenarioAreRefusedWhereNoneCanBeLoaded) {
     driver.click("optMode_5");
     EXPECT_TRUE(drop(&driver.window(), *files({example("example.scn")})));

@@ -1,4 +1,4 @@
-#include "support/processor_time.h"
+#include "support/resting.h"
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
 

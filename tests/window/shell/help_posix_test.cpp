@@ -1,10 +1,10 @@
+#include "core/base/runtime_error.h"
 #include "support/window_test.h"
-#include "window/shell/manual.h"
+#include "window/system/external_program.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QShortcut>
 #include <QTemporaryDir>
 
 namespace varda::test {
@@ -78,6 +78,14 @@ protected:
     void letViewersEnd() {
         QFile end(programs_.filePath(QStringLiteral("end")));
         EXPECT_TRUE(end.open(QIODevice::WriteOnly));
+    }
+
+    void expectReport(const std::string& reason, const std::string& advice) {
+        ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+        EXPECT_TRUE(driver.boxText().starts_with("Run-time error '53':\n\nFile not found: "));
+        EXPECT_TRUE(driver.boxText().ends_with(reason)) << driver.boxText();
+        EXPECT_TRUE(driver.box()->informativeText().toStdString().starts_with(advice))
+            << driver.box()->informativeText().toStdString();
     }
 
     std::string program(const char* name) {
@@ -174,13 +182,6 @@ TEST_F(HelpTest, PlatformsErrorIsReportedWhereAProgramThatIsThereCannotBeStarted
     }
 }
 
-TEST_F(HelpTest, HeldKeyStartsOneViewer) {
-    for (const QShortcut* const shortcut : driver.window().findChildren<QShortcut*>()) {
-        EXPECT_TRUE(!shortcut->autoRepeat() || shortcut->parent() != &driver.window())
-            << shortcut->key().toString().toStdString();
-    }
-}
-
 TEST_F(HelpTest, ViewerThatEndsBadlyIsNoMissingFile) {
     constexpr int actionFailed = 4;
     addProgram("xdg-open", actionFailed);
@@ -226,23 +227,6 @@ TEST_F(HelpTest, DesktopsOpenerGetsTheFileWhereNoViewerTakesAPage) {
     EXPECT_EQ(started(), program("xdg-open") + '\n' + driver.programFolder() + "/VARDA.CHM\n");
 }
 
-TEST_F(HelpTest, NumbersOfThePagesAreThoseOfTheManual) {
-    QFile project(QStringLiteral(VARDA_SOURCE_FOLDER "/docs/help/varda.hhp"));
-    ASSERT_TRUE(project.open(QIODevice::ReadOnly));
-    const std::string text = project.readAll().toStdString();
-    for (const ManualPage& page :
-         {manual_page::start, manual_page::read, manual_page::write, manual_page::mixedRead,
-          manual_page::mixedWrite, manual_page::simulation, manual_page::monitoring, manual_page::scenario,
-          manual_page::files, manual_page::troubleshooting, manual_page::trace}) {
-        const std::string number = ' ' + std::to_string(page.number) + '\n';
-        const std::size_t end = text.find(number);
-        ASSERT_NE(end, std::string::npos) << page.name;
-        const std::size_t begin = text.rfind(' ', end - 1) + 1;
-        const std::string alias = text.substr(begin, end - begin) + '=' + std::string(page.name) + '\n';
-        EXPECT_NE(text.find('\n' + alias), std::string::npos) << alias;
-    }
-}
-
 TEST_F(HelpTest, F1WorksInDialogs) {
     addProgram("hh");
     driver.find("cmdRDSend")->setEnabled(true);
@@ -258,7 +242,61 @@ TEST_F(HelpTest, F1WorksInDialogs) {
     EXPECT_TRUE(startedNext().ends_with("VARDA.CHM::/files.html\n"));
 }
 
-TEST_F(HelpTest, ViewerThatRunsYetIsNotStartedAgain) {
+/// A desktop that brings windows to the front, or refuses to, openly or in silence.
+class ViewerThatRuns : public HelpTest {
+protected:
+    ViewerThatRuns() {
+        raiseBy({[this](qint64 /*process*/) {
+                     ++asked;
+                     return mayBeAsked;
+                 },
+                 [this](qint64 /*process*/) { return comesToFront; }});
+    }
+    void TearDown() override {
+        raiseBy(std::move(former_));
+        HelpTest::TearDown();
+    }
+
+    /// Opens the page twice. @return how often the viewer was started
+    qint64 startsOfTwo() {
+        addViewerThatIsClosed("hh");
+        QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
+        EXPECT_TRUE(runUntil([this] { return starts() == 1; }));
+        QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
+        if (runUntil([this] { return starts() > 1; }, std::chrono::milliseconds(1500))) {
+            EXPECT_TRUE(runUntil([this] { return closed() == 1; })) << "there is one viewer";
+        }
+        letViewersEnd();
+        return starts();
+    }
+
+    bool mayBeAsked = true;
+    bool comesToFront = true;
+    int asked = 0;
+
+private:
+    Raising former_ = raiseBy({});
+};
+
+TEST_F(ViewerThatRuns, IsStartedAnewWhereNobodyCanBringItToTheFront) {
+    mayBeAsked = false;
+    EXPECT_EQ(startsOfTwo(), 2);
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(ViewerThatRuns, IsStartedAnewWhereItIsNotSeenToComeToTheFront) {
+    comesToFront = false;
+    EXPECT_EQ(startsOfTwo(), 2);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(driver.box(), nullptr);
+}
+
+TEST_F(ViewerThatRuns, IsNotStartedAgainWhereItComesToTheFront) {
+    EXPECT_EQ(startsOfTwo(), 1);
+    EXPECT_EQ(asked, 1);
+}
+
+TEST_F(ViewerThatRuns, AnotherPageIsAnotherCall) {
     addViewerThatStays("hh");
     QTest::keyClick(driver.find("cbRegister"), Qt::Key_F1);
     ASSERT_TRUE(runUntil([this] { return starts() == 1; }));
@@ -290,8 +328,27 @@ TEST_F(HelpTest, ViewerOfAnotherPageMakesRoom) {
 TEST_F(HelpTest, MissingManualIsReportedWithWhatHelps) {
     addProgram("xdg-open");
     driver.click("cmdHelp");
-    ASSERT_NE(driver.box(), nullptr);
-    EXPECT_FALSE(driver.box()->informativeText().isEmpty());
+    expectReport("it was not installed with the program.", "Install the program again");
+}
+
+TEST_F(HelpTest, MissingOpenerIsReportedWithWhatHelps) {
+    addHelpFile();
+    driver.click("cmdHelp");
+    expectReport("xdg-open: it is not installed.", "Install xdg-utils, or open " + driver.programFolder());
+}
+
+TEST_F(HelpTest, MissingViewerIsReportedWithWhatHelps) {
+    constexpr int noProgramForIt = 3;
+    addProgram("xdg-open", noProgramForIt);
+    addHelpFile();
+    driver.click("cmdHelp");
+    expectReport("no program opens it.", "Install a viewer for CHM files");
+}
+
+TEST_F(HelpTest, FolderWithABlankIsOneArgument) {
+    addProgram("hh");
+    startProgram(QStringLiteral("hh /a folder\\\\VARDA.CHM"), &driver.window(), [](const RuntimeError&) {});
+    EXPECT_EQ(started(), program("hh") + "\n/a folder\\\\VARDA.CHM\n");
 }
 
 } // namespace

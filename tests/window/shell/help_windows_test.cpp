@@ -1,4 +1,6 @@
+#include "core/base/runtime_error.h"
 #include "support/window_test.h"
+#include "window/system/external_program.h"
 
 #include <QDir>
 #include <QFile>
@@ -53,6 +55,13 @@ TEST_F(HelpOnWindows, StartsTheHelpViewerWithTwoBackslashesBeforeTheFile) {
     addProgram("hh");
     driver.click("cmdHelp");
     EXPECT_EQ(called("hh"), folder() + R"(\\VARDA.CHM)");
+}
+
+TEST_F(HelpOnWindows, CommandTextStandsWithoutQuotesAlsoWhereTheFolderHasABlank) {
+    addProgram("hh");
+    startProgram(QStringLiteral(R"(hh C:\Program Files\Varda\\VARDA.CHM)"), &driver.window(),
+                 [](const RuntimeError&) {});
+    EXPECT_EQ(called("hh"), R"(C:\Program Files\Varda\\VARDA.CHM)");
 }
 
 TEST_F(HelpOnWindows, F1OpensTheShownPage) {

@@ -11,10 +11,12 @@ protected:
         linkPort.setPages({.stopRuns = [] {},
                            .takeReadStations = [] {},
                            .showPort = [this] { shown.push_back(commPLC.isOpen()); },
+                           .tell = [this](const std::string& notice) { told.push_back(notice); },
                            .offerAfterHangUp = [this] { return offer; }});
     }
 
     std::optional<window::Form::Tick> offer;
+    std::vector<std::string> told;
     std::vector<bool> shown; ///< whether the port was open, each time that it was to be shown
 };
 
@@ -47,6 +49,36 @@ TEST_F(LinkPortAttachingTest, TellsWhereItCannotBeOpenedAllTheSame) {
     EXPECT_TRUE(linkPort.attach("/dev/ttyUSB1"));
     EXPECT_EQ(form.messages(), (std::vector<Message>{{"8015 cannot be set up", "Error"}}));
     EXPECT_EQ(shown, std::vector<bool>{false}) << "nothing is waited for any more";
+}
+
+TEST_F(LinkPortAttachingTest, TellsWhatTheTestComesUpon) {
+    commTest.comeUpon("A lock was taken over.");
+    EXPECT_TRUE(linkPort.attach("/dev/ttyUSB1"));
+    EXPECT_EQ(told, std::vector<std::string>{"A lock was taken over."});
+}
+
+TEST_F(LinkPortAttachingTest, TellsNothingNewWhereTheDeviceIsNotReady) {
+    commTest.failOpen({8002, "no permission"});
+    EXPECT_FALSE(linkPort.attach("/dev/ttyUSB1"));
+    EXPECT_TRUE(told.empty()) << "it is tried every half second";
+}
+
+TEST_F(LinkPortAttachingTest, TellsWhatTestAndOpenPortComeUpon) {
+    commTest.comeUpon("A lock was taken over.");
+    testPort("COM3");
+    linkPort.cmdPortOpen_Click();
+    linkPort.cmdPortOpen_Click();
+    EXPECT_EQ(told, std::vector<std::string>{"A lock was taken over."}) << "opening came upon nothing";
+    commPLC.comeUpon("Another lock was taken over.");
+    linkPort.cmdPortOpen_Click();
+    EXPECT_EQ(told.back(), "Another lock was taken over.");
+    linkPort.cmdPortOpen_Click();
+    commTest.comeUpon({});
+    testPort("COM3");
+    EXPECT_EQ(told.back(), "");
+    commTest.failOpen({8002, "no such device"});
+    testPort("COM4");
+    EXPECT_EQ(told.back(), "");
 }
 
 TEST_F(LinkPortAttachingTest, PortIsShownWheneverItChanges) {

@@ -1,185 +1,9 @@
-#include "support/window_test.h"
+#include "window/shell/screen_fit_fixture.h"
 
-#include <QAbstractButton>
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QTabBar>
-#include <QTableView>
-
-#include <array>
 
 namespace varda::test {
 namespace {
-
-/// What a desktop's panel takes off a screen, and title and edges off a window.
-constexpr QSize panelAndTitle(8, 64);
-constexpr int modeCount = 6;
-
-struct Screen {
-    int width;
-    int height;
-    int percent; ///< how much larger everything is drawn
-};
-
-constexpr std::array screens = {Screen{1366, 768, 100}, Screen{1366, 768, 125}, Screen{1920, 1080, 150},
-                                Screen{1920, 1080, 175}, Screen{1920, 1080, 200}};
-
-std::string nameOf(const QWidget* widget) {
-    return widget->objectName().isEmpty() ? widget->metaObject()->className()
-                                          : widget->objectName().toStdString();
-}
-
-QRect placeIn(const QWidget* widget, const QWidget* above) {
-    return {widget->mapTo(above, QPoint(0, 0)), widget->size()};
-}
-
-/// What can be scrolled, the widget among it; else the window.
-const QWidget* wholeAround(const QWidget* widget) {
-    for (const QWidget* part = widget; part->parentWidget() != nullptr; part = part->parentWidget()) {
-        if (const auto* const area = qobject_cast<const QScrollArea*>(part->parentWidget()->parentWidget());
-            area != nullptr && area->widget() == part) {
-            return part;
-        }
-    }
-    return widget->window();
-}
-
-bool isControlOrLabel(const QWidget* widget) {
-    const QWidget* const parent = widget->parentWidget();
-    const bool isPart = qobject_cast<const QComboBox*>(parent) != nullptr ||
-                        qobject_cast<const QTabBar*>(parent) != nullptr ||
-                        qobject_cast<const QHeaderView*>(widget) != nullptr ||
-                        qobject_cast<const QAbstractItemView*>(parent) != nullptr;
-    return !isPart && (qobject_cast<const QAbstractButton*>(widget) != nullptr ||
-                       qobject_cast<const QComboBox*>(widget) != nullptr ||
-                       qobject_cast<const QLineEdit*>(widget) != nullptr ||
-                       qobject_cast<const QAbstractItemView*>(widget) != nullptr ||
-                       qobject_cast<const QPlainTextEdit*>(widget) != nullptr ||
-                       qobject_cast<const QGroupBox*>(widget) != nullptr ||
-                       qobject_cast<const QLabel*>(widget) != nullptr);
-}
-
-/// With room for the whole text, where one is shown that does not scroll.
-QSize leastSize(const QWidget* widget) {
-    if (const auto* const button = qobject_cast<const QPushButton*>(widget)) {
-        constexpr int edges = 8;
-        return {button->fontMetrics().horizontalAdvance(button->text()) + edges, button->sizeHint().height()};
-    }
-    if (qobject_cast<const QPlainTextEdit*>(widget) != nullptr) {
-        constexpr int edges = 12;
-        return {widget->minimumSizeHint().width(), 2 * widget->fontMetrics().lineSpacing() + edges};
-    }
-    const bool showsText = qobject_cast<const QAbstractButton*>(widget) != nullptr ||
-                           qobject_cast<const QLabel*>(widget) != nullptr;
-    const QSize least = showsText ? widget->sizeHint() : widget->minimumSizeHint();
-    return least.boundedTo(widget->maximumSize());
-}
-
-class ScreenFitTest : public WindowTest {
-protected:
-    QList<const QWidget*> shown() {
-        QList<const QWidget*> widgets;
-        for (const QWidget* const widget : driver.window().findChildren<QWidget*>()) {
-            if (widget->isVisible() && widget->window() == &driver.window() && isControlOrLabel(widget) &&
-                widget->objectName() != QLatin1String("slowLine")) { // has a tool tip with all of it
-                widgets.append(widget);
-            }
-        }
-        return widgets;
-    }
-
-    /// All of them, or a bar to scroll to the last one: sixteen hexadecimal words are wider than a page on
-    /// the smallest screens.
-    void expectColumnsInSight(const QTableView& grid) {
-        constexpr int smallScreen = 1000;
-        const int hidden = grid.horizontalHeader()->length() - grid.viewport()->width();
-        if (driver.window().width() >= smallScreen) {
-            EXPECT_LE(hidden, 0) << "columns of the grid";
-        } else {
-            EXPECT_GE(grid.horizontalScrollBar()->maximum(), hidden > 0 ? 1 : 0) << "columns of the grid";
-        }
-    }
-
-    void expectAllInside() {
-        const QList<const QWidget*> widgets = shown();
-        EXPECT_GT(widgets.size(), 40);
-        for (const QWidget* const widget : widgets) {
-            const QWidget* const whole = wholeAround(widget);
-            EXPECT_TRUE(whole->rect().contains(placeIn(widget, whole))) << nameOf(widget) << " is cut off";
-            const QSize least = leastSize(widget);
-            EXPECT_GE(widget->width(), least.width()) << nameOf(widget);
-            EXPECT_GE(widget->height(), least.height()) << nameOf(widget);
-            if (const auto* const grid = qobject_cast<const QTableView*>(widget)) {
-                expectColumnsInSight(*grid);
-            }
-        }
-    }
-
-    void expectNoOverlaps() {
-        const QList<const QWidget*> widgets = shown();
-        for (const QWidget* const one : widgets) {
-            for (const QWidget* const other : widgets) {
-                if (one != other && !one->isAncestorOf(other) && !other->isAncestorOf(one) &&
-                    one->parentWidget() == other->parentWidget()) {
-                    EXPECT_FALSE(one->geometry().intersects(other->geometry()))
-                        << nameOf(one) << " lies over " << nameOf(other);
-                }
-            }
-        }
-    }
-
-    /// What stands above and below the pages is seen without scrolling.
-    void expectOnlyPagesScroll() {
-        for (const QScrollArea* const area : driver.window().findChildren<QScrollArea*>()) {
-            if (area->isVisible()) {
-                EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0) << nameOf(area->widget());
-            }
-        }
-        const auto* const whole = qobject_cast<QScrollArea*>(driver.window().centralWidget());
-        ASSERT_NE(whole, nullptr);
-        EXPECT_EQ(whole->verticalScrollBar()->maximum(), 0);
-    }
-
-    /// Of write words, whose grid and dialog show most.
-    void showMost(int mode) {
-        driver.click(("optMode_" + std::to_string(mode)).c_str());
-        if (mode == 1) {
-            driver.click("optWrite_1");
-            driver.choose("cbWRegister", "W");
-            driver.choose("cbWRegAddress", "0000");
-            driver.choose("cbWLength", "126");
-        }
-    }
-
-    void resize(const QSize& size) {
-        driver.window().resize(size);
-        QCoreApplication::processEvents();
-        QCoreApplication::processEvents(); // a bar that has come up takes room again
-    }
-
-    void expectFits(const QSize& room) {
-        for (int mode = 0; mode < modeCount; ++mode) {
-            showMost(mode);
-            resize(room);
-            SCOPED_TRACE("mode " + std::to_string(mode) + " in " + std::to_string(room.width()) + " x " +
-                         std::to_string(room.height()));
-            EXPECT_EQ(driver.window().size(), room);
-            expectAllInside();
-            expectNoOverlaps();
-            expectOnlyPagesScroll();
-        }
-    }
-};
 
 TEST_F(ScreenFitTest, AFieldThatGetsTheFocusFromElsewhereComesIntoSight) {
     resize({700, 300});
@@ -193,7 +17,27 @@ TEST_F(ScreenFitTest, EveryPageFitsEveryScreenAtEveryScale) {
     for (const Screen& screen : screens) {
         SCOPED_TRACE("screen of " + std::to_string(screen.width) + " x " + std::to_string(screen.height) +
                      " at " + std::to_string(screen.percent) + " %");
-        expectFits(QSize(screen.width, screen.height) * 100 / screen.percent - panelAndTitle);
+        expectFits(roomOn(screen));
+    }
+}
+
+/// The fields of the simulation depend on what is simulated.
+TEST_F(ScreenFitTest, EveryKindOfSimulationFitsEveryScreen) {
+    showMost(4);
+    auto* const kinds = driver.find<QComboBox>("cbSimMode");
+    EXPECT_GE(kinds->count(), 6);
+    for (int kind = 0; kind < kinds->count(); ++kind) {
+        driver.choose("cbSimMode", kinds->itemText(kind).toStdString());
+        for (const Screen& screen : screens) {
+            resize(roomOn(screen));
+            SCOPED_TRACE(kinds->itemText(kind).toStdString() + " in " +
+                         std::to_string(driver.window().width()) + " x " +
+                         std::to_string(driver.window().height()));
+            EXPECT_EQ(driver.window().size(), roomOn(screen));
+            expectAllInside();
+            expectNoOverlaps();
+            expectOnlyPagesScroll();
+        }
     }
 }
 

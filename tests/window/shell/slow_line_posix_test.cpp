@@ -22,6 +22,11 @@ protected:
     }
 
     std::string notice() { return driver.find<QLabel>("slowLine")->text().toStdString(); }
+    /// Frames that the notice counts; 0 where there is none.
+    int unsent() {
+        const std::string text = notice();
+        return text.starts_with(told) ? std::stoi(text.substr(std::string(told).size())) : 0;
+    }
 
     /// A scenario of frames of 500 bytes.
     void runScenario(const char* period) {
@@ -38,7 +43,7 @@ protected:
 TEST_F(SlowLineTest, FramesThatDoNotFitAreCountedAndThePortStaysOpen) {
     EXPECT_EQ(notice(), "");
     runScenario("5");
-    ASSERT_TRUE(runUntil([this] { return notice() == std::string(told) + "20"; }));
+    ASSERT_TRUE(runUntil([this] { return unsent() >= 20; })) << notice();
     EXPECT_EQ(driver.box(), nullptr);
     EXPECT_EQ(text("cmdPortOpen"), "Close Port");
 }

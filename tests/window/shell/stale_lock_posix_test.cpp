@@ -53,6 +53,26 @@ TEST_F(StaleLockTest, IsToldByTheTestAndStaysUntilThePortIsClosed) {
     EXPECT_EQ(notice(), "");
 }
 
+TEST_F(StaleLockTest, IsToldWhenADeviceIsAttachedAgain) {
+    if (!isThere()) {
+        GTEST_SKIP() << "notice: no lock file can be made here";
+    }
+    const TemporaryFolder folder;
+    const std::string link = folder.file("adapter");
+    auto first = std::make_unique<PseudoTerminal>();
+    std::filesystem::create_symlink(first->path(), link);
+    driver.click("attachAgain");
+    driver.openPort(link);
+    EXPECT_EQ(notice(), "") << "the lock is of another port";
+    std::filesystem::remove(link);
+    first->closeFarEnd();
+    ASSERT_TRUE(runUntil([this] { return driver.box() != nullptr; }));
+    driver.closeBox();
+    std::filesystem::create_symlink(line.path(), link);
+    EXPECT_TRUE(runUntil([this] { return text("cmdPortOpen") == "Close Port"; }));
+    EXPECT_EQ(notice(), told);
+}
+
 TEST_F(StaleLockTest, IsToldNoMoreOnceTheLineHasGoneAway) {
     if (!isThere()) {
         GTEST_SKIP() << "notice: no lock file can be made here";

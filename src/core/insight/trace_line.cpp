@@ -1,0 +1,103 @@
+#include "core/insight/trace_line.h"
+
+#include "core/insight/frame_remarks.h"
+
+#include <algorithm>
+
+namespace varda::inline core {
+namespace {
+
+bool isBad(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::AnswerDropped:
+    case Verdict::NoAnswer:
+    case Verdict::NotAnswered:
+    case Verdict::Overtaken:
+    case Verdict::NotSent:
+    case Verdict::TakenAgain:
+    case Verdict::Dropped:
+    case Verdict::UnknownPair:
+    case Verdict::ThrownAway:
+    case Verdict::Lost:
+    case Verdict::HungUp:
+    case Verdict::Silence:
+    case Verdict::NothingToRead:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isForAnswer(Verdict verdict) {
+    return verdict == Verdict::Taken || verdict == Verdict::TakenAgain || verdict == Verdict::Dropped ||
+           verdict == Verdict::ThrownAway;
+}
+
+bool hasWholeRead(const TraceLine& line) { return line.part && line.part->whole; }
+
+std::span<const std::uint8_t> requestOf(const TraceLine& line) {
+    return line.request ? std::span<const std::uint8_t>(*line.request) : std::span<const std::uint8_t>();
+}
+
+bool areSound(const std::vector<DecodedFrame>& frames) {
+    return std::ranges::all_of(frames, &DecodedFrame::isSound);
+}
+
+/// Those of the frames of a read that reach into a part of it.
+std::vector<DecodedFrame> framesIn(std::vector<DecodedFrame> frames, std::size_t begin, std::size_t end) {
+    const auto isElsewhere = [begin, end](std::size_t from, std::size_t to) {
+        return to <= begin || from >= end;
+    };
+    std::erase_if(frames, [&](const DecodedFrame& frame) { return isElsewhere(frame.begin, frame.end); });
+    for (DecodedFrame& frame : frames) {
+        frame.isPart = frame.begin < begin || frame.end > end;
+        std::erase_if(frame.fields, [&](const Field& field) {
+            return field.role == FieldRole::Value && isElsewhere(field.place, field.place + field.length);
+        });
+    }
+    return frames;
+}
+
+} // namespace
+
+bool isSameRead(const TraceLine& left, const TraceLine& right) {
+    return left.part && right.part && left.part->read == right.part->read;
+}
+
+const Bytes& readBytes(const TraceLine& line) { return hasWholeRead(line) ? *line.part->whole : line.bytes; }
+
+std::size_t readSize(const TraceLine& line) { return hasWholeRead(line) ? line.came : line.size; }
+
+/// A part that is a frame by itself, with noise in another one for example, stands for itself.
+std::vector<DecodedFrame> framesOf(const TraceLine& line) {
+    auto whole = decodeBurst(readBytes(line), requestOf(line));
+    if (!hasWholeRead(line)) {
+        return whole;
+    }
+    if (!areSound(whole)) {
+        auto own = decodeBurst(line.bytes, requestOf(line));
+        if (areSound(own)) {
+            return own;
+        }
+    }
+    return framesIn(std::move(whole), line.part->place, line.part->place + line.bytes.size());
+}
+
+/// Of what has not been read yet there may be more to come.
+std::string remarksOn(const TraceLine& line) {
+    if (line.direction != Direction::Received || line.verdict == Verdict::Unread || line.bytes.empty()) {
+        return {};
+    }
+    return isForAnswer(line.verdict) && line.request ? remarksOnAnswer(readBytes(line), *line.request)
+                                                     : remarksOnFrames(readBytes(line));
+}
+
+bool isWrong(const TraceLine& line) {
+    if (line.verdict == Verdict::Unread) {
+        return false;
+    }
+    return isBad(line.verdict) || !areSound(framesOf(line)) ||
+           (line.verdict == Verdict::Taken && !remarksOn(line).empty());
+}
+
+} // namespace varda::core

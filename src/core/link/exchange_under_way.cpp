@@ -1,0 +1,45 @@
+#include "core/link/exchange_under_way.h"
+
+namespace varda::inline core {
+
+void ExchangeUnderWay::tell(Outcome outcome) {
+    known_.mode = mode_;
+    known_.outcome = outcome;
+    const Exchange told = known_; // what an observer begins meanwhile is not told in its place
+    for (LinkObserver* const observer : observers_) {
+        observer->told(told);
+    }
+}
+
+void ExchangeUnderWay::tellConnected() const {
+    for (LinkObserver* const observer : observers_) {
+        observer->connected();
+    }
+}
+
+void ExchangeUnderWay::count(Counter counter, int value) const {
+    for (LinkObserver* const observer : observers_) {
+        observer->counted(counter, value);
+    }
+}
+
+void ExchangeUnderWay::begin(Bytes request, int expected) {
+    giveUp();
+    known_ = {};
+    known_.request = std::move(request);
+    known_.expected = expected;
+}
+
+void ExchangeUnderWay::beginUnlessPending() {
+    if (!isPending_) {
+        begin({}, 0);
+    }
+}
+
+void ExchangeUnderWay::giveUp() {
+    if (std::exchange(isPending_, false)) {
+        tell(Outcome::Overtaken);
+    }
+}
+
+} // namespace varda::core
