@@ -5,7 +5,7 @@ target_compile_options(varda_options INTERFACE
     $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow> # a name of a source hides none of another's
     $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
     # Of GCC 12 these two speak of the library's own comparison and insertion, with bounds that cannot be.
-    $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread -Wno-stringop-overflow>
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread -Wno-stringop-overflow -Wno-array-bounds>
     $<$<BOOL:${VARDA_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(VARDA_SANITIZE)

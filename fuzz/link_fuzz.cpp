@@ -1,3 +1,4 @@
+#include "core/base/scope_exit.h"
 #include "core/insight/trace_recorder.h"
 #include "core/link/serial_link.h"
 #include "core/pairs/packet_table.h"
@@ -58,7 +59,7 @@ private:
         case 1:
             return send();
         case 2:
-            return link_.sendUnawaited(input_.bytes(20));
+            return sendUnawaited();
         case 3:
             return link_.sendScenarioFrame(input_.bytes(20),
                                            input_.flag() ? std::optional(input_.below(300)) : std::nullopt);
@@ -86,6 +87,11 @@ private:
             link_.SendRequest(input_.bytes(20), input_.below(300));
         }
     }
+    void sendUnawaited() {
+        isAwaited_ = false;
+        const ScopeExit again([this] { isAwaited_ = true; });
+        link_.sendUnawaited(input_.bytes(20));
+    }
     void open() {
         port_.open();
         link_.connectionOpened();
@@ -112,7 +118,7 @@ private:
         switch (exchange.outcome) {
         case Outcome::Sent:
             require(!isPending_, "a request has its outcome before the next one");
-            isPending_ = link_.state().WaitingAnswer;
+            isPending_ = isAwaited_;
             return;
         case Outcome::Overtaken:
             require(isPending_, "what is overtaken had no outcome");
@@ -138,6 +144,7 @@ private:
     Trace trace_;
     TraceRecorder recorder_{trace_, clock_};
     bool isPending_ = false;
+    bool isAwaited_ = true;
 };
 
 } // namespace
