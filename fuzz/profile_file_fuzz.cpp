@@ -1,12 +1,9 @@
 // Any bytes as a profile file: look-ups, a change, and what must hold after it.
 
 #include "core/files/profile_file.h"
-
-#include <fuzzer/FuzzedDataProvider.h>
+#include "input.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <set>
 #include <string>
 #include <string_view>
@@ -17,17 +14,12 @@ namespace {
 
 using varda::ProfileFile;
 using varda::RuntimeError;
+using varda::fuzz::Input;
+using varda::fuzz::require;
 using Names = std::vector<std::string>;
 
 constexpr std::size_t mostNames = 16;
 constexpr std::size_t wholeValue = 1U << 20U;
-
-void require(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "does not hold: %s\n", what);
-        std::abort();
-    }
-}
 
 /// Names that may stand in the file: the first ones between `open` and `close` on one line. `open` is 0 for
 /// the beginning of the line.
@@ -104,13 +96,11 @@ void checkRewriting(const ProfileFile& file, const Names& sections, const Names&
     require(again.text() == file.text(), "bytes after rewriting twice");
 }
 
-void checkChange(ProfileFile file, Names sections, Names keys, FuzzedDataProvider& source) {
-    const bool known = source.ConsumeBool() && !sections.empty() && !keys.empty();
-    const std::string section = known ? sections[source.ConsumeIntegral<std::uint8_t>() % sections.size()]
-                                      : source.ConsumeRandomLengthString(20);
-    const std::string key = known ? keys[source.ConsumeIntegral<std::uint8_t>() % keys.size()]
-                                  : source.ConsumeRandomLengthString(20);
-    const std::string text = source.ConsumeRandomLengthString(60);
+void checkChange(ProfileFile file, Names sections, Names keys, Input& source) {
+    const bool known = source.flag() && !sections.empty() && !keys.empty();
+    const std::string section = known ? sections[source.byte() % sections.size()] : source.text(20);
+    const std::string key = known ? keys[source.byte() % keys.size()] : source.text(20);
+    const std::string text = source.text(60);
 
     const std::vector<std::string> before = valuesOf(file, sections, keys);
     const std::string bytesBefore = file.text();
@@ -133,8 +123,8 @@ void checkChange(ProfileFile file, Names sections, Names keys, FuzzedDataProvide
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    FuzzedDataProvider source(data, size);
-    const std::string text = source.ConsumeRandomLengthString(4096);
+    Input source(data, size);
+    const std::string text = source.text(4096);
     const ProfileFile file = ProfileFile::parse(text);
     const bool isUtf16 = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
     require(isUtf16 || file.problem().has_value() == (text.find('\0') != std::string::npos), "what is text");

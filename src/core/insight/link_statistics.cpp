@@ -71,7 +71,7 @@ double millisecondsOnWire(std::size_t bytes, const LineSettings& settings) {
 
 void LinkStatistics::close() {
     isOpen_ = false;
-    settled_.reset();
+    settled_ = Outcome::Overtaken;
     for (Kind& kind : kinds_) {
         kind.lastSent.reset(); // a period that nobody saw is none
     }
@@ -80,7 +80,7 @@ void LinkStatistics::close() {
 void LinkStatistics::reset() {
     kinds_ = {};
     samples_.clear();
-    settled_.reset();
+    settled_ = Outcome::Overtaken; // an outcome without its request would not add up
     ++changes_;
 }
 

@@ -103,7 +103,9 @@ private:
     bool isOpen_ = false;
     std::array<Kind, kindCount> kinds_;
     std::deque<Sample> samples_;
-    std::optional<Outcome> settled_; ///< what became of the request that was sent last, once that is known
+    /// Of a request that was not seen nothing counts.
+    std::optional<Outcome> settled_ =
+        Outcome::Overtaken; ///< what became of the request that was sent last, once that is known
     std::uint64_t changes_ = 0;
 };
 

@@ -206,8 +206,10 @@ void TraceRecorder::told(const Exchange& exchange) {
         appendEvent(Verdict::Silence);
         return;
     case Outcome::Overtaken:
+    case Outcome::HungUp:
         return judgeRequest(Verdict::Overtaken);
     case Outcome::Ignored:
+        judgeRequest(Verdict::AnswerDropped);
         judge(exchange, Verdict::Ignored);
         return;
     case Outcome::Heard:
@@ -219,7 +221,6 @@ void TraceRecorder::told(const Exchange& exchange) {
     case Outcome::Unknown:
         return toldUnknown(exchange);
     case Outcome::ThrownAway: // the line tells of these, with their bytes
-    case Outcome::HungUp:
         return;
     }
 }

@@ -132,6 +132,7 @@ void SerialLink::enterMode(Mode mode) {
         state_.InReceive = false;
     }
     if (mode == Mode::Scenario) { // a silence from before the run would end it
+        exchange_.giveUp();
         state_.WaitTicks = 0;
         tellSilence();
         state_.WaitingAnswer = false;
@@ -371,6 +372,8 @@ void SerialLink::giveUpWaiting() {
     tellSilence();
     state_.WaitingAnswer = false;
     forgetAnswer();
+    exchange_
+        .beginUnlessPending(); // where that was overtaken, by a closed port for example, it has its outcome
     exchange_.settle();
     exchange_.known().answer.clear();
     exchange_.tell(Outcome::Silent);

@@ -67,6 +67,26 @@ TEST_F(LinkStatisticsTest, ClosedAndInOtherModesItCountsNothing) {
     EXPECT_TRUE(statistics.samples(clock.now()).empty());
 }
 
+TEST_F(LinkStatisticsTest, RequestHasOneOutcomeHoweverManyBurstsFollowIt) {
+    exchange(10);
+    receive(wordAnswer, 20);
+    clock.advance(100);
+    receive("00 05 A3 ", 20);
+    clock.advance(100);
+    ASSERT_EQ(rows().size(), 1U);
+    EXPECT_EQ(rows()[0].sent, 1U);
+    EXPECT_EQ(rows()[0].answered, 1U);
+    EXPECT_EQ(rows()[0].wrongLength, 0U);
+}
+
+TEST_F(LinkStatisticsTest, OutcomeOfARequestFromBeforeIsNotCounted) {
+    send(wordRead, 10);
+    statistics.reset();
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_TRUE(rows().empty());
+}
+
 TEST_F(LinkStatisticsTest, PlotHasTheLastTenMinutes) {
     exchange(10);
     exchange(15, "00 05 ");

@@ -122,6 +122,20 @@ TEST_F(TraceVerdicts, HangUpLosesWhatWaits) {
     EXPECT_TRUE(isWrong(3));
 }
 
+TEST_F(TraceVerdicts, HangUpEndsTheRequestThatWaited) {
+    send(wordRead, 10);
+    wire.hangUp("ttyS0 went away: it was unplugged.");
+    EXPECT_EQ(verdict(1), "The next request went out, or the port was closed, before an answer came.");
+}
+
+TEST_F(TraceVerdicts, AnswerThatIsIgnoredEndsItsRequest) {
+    send(wordRead, 10);
+    link.enterMode(Mode::MonitorIdle);
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "What came for it was dropped, and the wait ended with that.");
+}
+
 TEST_F(TraceVerdicts, ClosingLosesWhatWaitsToo) {
     receive("00 05 ");
     port.close();

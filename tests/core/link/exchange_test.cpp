@@ -122,6 +122,25 @@ TEST_F(ExchangeTest, RefusedBytesAreToldAndThrown) {
     EXPECT_EQ(exchanges.size(), 1U) << "no answer is awaited";
 }
 
+/// The wait goes on over a closed port, and its end is shown; the request had its outcome before.
+TEST_F(ExchangeTest, RequestThatWasOvertakenByAClosedPortIsNotSilentAsWell) {
+    send(burst(9), 14);
+    port.close();
+    link.connectionClosed();
+    port.open();
+    link.connectionOpened();
+    tick(13);
+    EXPECT_EQ(outcomes(), (Outcomes{Outcome::Sent, Outcome::Overtaken, Outcome::Silent}));
+    EXPECT_TRUE(last().request.empty());
+}
+
+TEST_F(ExchangeTest, ScenarioOvertakesTheRequestBeforeIt) {
+    send(burst(9), 14);
+    link.enterMode(Mode::Scenario);
+    EXPECT_EQ(outcomes(), (Outcomes{Outcome::Sent, Outcome::Overtaken}));
+    EXPECT_EQ(last().request, burst(9));
+}
+
 TEST_F(ExchangeTest, HangUpEndsTheExchange) {
     send(burst(9), 14);
     port.hangUp("gone");
