@@ -151,5 +151,56 @@ TEST_F(LastAnswersTest, EachPageKeepsItsOwn) {
     EXPECT_EQ(greyAnswer(), answerText);
 }
 
+/// A word write that repeats every 200 ms, with words drawn anew at each send.
+class LastAnswersToWrites : public testing::Test {
+protected:
+    LastAnswersToWrites() {
+        window.paste("txtWriteTimerValue", std::to_string(period));
+        window.click("optMode_1");
+        window.click("cmdCommTest");
+        window.click("cmdPortOpen");
+        window.click("optWrite_1");
+        for (const auto& [list, entry] : {std::pair("cbWRegister", "W"), std::pair("cbWRegAddress", "0000"),
+                                          std::pair("cbWLength", "2")}) {
+            window.choose(list, window.find<QComboBox>(list)->findText(QString::fromLatin1(entry)));
+        }
+        window.click("chkRandomWrite");
+        window.click("chkWTimer");
+    }
+
+    /// To the next send. @return what was sent
+    Bytes send() {
+        Bytes sent;
+        for (int waited = 0; sent.empty() && waited <= period; waited += 10) {
+            window.advance(10);
+            for (const auto& write : window.farEnd().takeWritten()) {
+                sent = write.bytes;
+            }
+        }
+        return sent;
+    }
+    std::string grey() {
+        return window.find<QPlainTextEdit>("txtReceiveWData")->placeholderText().toStdString();
+    }
+
+    DrivenWindow window;
+};
+
+TEST_F(LastAnswersToWrites, StayInGreyThoughOtherWordsAreWritten) {
+    const Bytes first = send();
+    ASSERT_FALSE(first.empty());
+    window.farEnd().deliver({0xFF, 0xFF, 0xA4, 0x01, 0x00, 0x00, 0x00});
+    window.advance(100);
+    const std::string shown = window.text("txtReceiveWData");
+    ASSERT_NE(shown, "");
+    EXPECT_NE(send(), first) << "other words";
+    EXPECT_EQ(window.text("txtReceiveWData"), "");
+    EXPECT_EQ(grey(), shown);
+    window.click("chkWTimer");
+    window.choose("cbWRegAddress", 1);
+    window.click("cmdWDSend");
+    EXPECT_EQ(grey(), "") << "of another register";
+}
+
 } // namespace
 } // namespace varda::test
