@@ -1,3 +1,5 @@
+#include "window/shell/last_answers.h"
+
 #include "support/driven_window.h"
 
 #include <QComboBox>
@@ -151,55 +153,24 @@ TEST_F(LastAnswersTest, EachPageKeepsItsOwn) {
     EXPECT_EQ(greyAnswer(), answerText);
 }
 
-/// A word write that repeats every 200 ms, with words drawn anew at each send.
-class LastAnswersToWrites : public testing::Test {
-protected:
-    LastAnswersToWrites() {
-        window.paste("txtWriteTimerValue", std::to_string(period));
-        window.click("optMode_1");
-        window.click("cmdCommTest");
-        window.click("cmdPortOpen");
-        window.click("optWrite_1");
-        for (const auto& [list, entry] : {std::pair("cbWRegister", "W"), std::pair("cbWRegAddress", "0000"),
-                                          std::pair("cbWLength", "2")}) {
-            window.choose(list, window.find<QComboBox>(list)->findText(QString::fromLatin1(entry)));
-        }
-        window.click("chkRandomWrite");
-        window.click("chkWTimer");
-    }
-
-    /// To the next send. @return what was sent
-    Bytes send() {
-        Bytes sent;
-        for (int waited = 0; sent.empty() && waited <= period; waited += 10) {
-            window.advance(10);
-            for (const auto& write : window.farEnd().takeWritten()) {
-                sent = write.bytes;
-            }
-        }
-        return sent;
-    }
-    std::string grey() {
-        return window.find<QPlainTextEdit>("txtReceiveWData")->placeholderText().toStdString();
-    }
-
+/// What a page that writes words drawn anew at each send is told of its requests.
+TEST(LastAnswersToWrites, StayInGreyThoughOtherWordsAreWritten) {
     DrivenWindow window;
-};
-
-TEST_F(LastAnswersToWrites, StayInGreyThoughOtherWordsAreWritten) {
-    const Bytes first = send();
-    ASSERT_FALSE(first.empty());
-    window.farEnd().deliver({0xFF, 0xFF, 0xA4, 0x01, 0x00, 0x00, 0x00});
-    window.advance(100);
-    const std::string shown = window.text("txtReceiveWData");
-    ASSERT_NE(shown, "");
-    EXPECT_NE(send(), first) << "other words";
-    EXPECT_EQ(window.text("txtReceiveWData"), "");
-    EXPECT_EQ(grey(), shown);
-    window.click("chkWTimer");
-    window.choose("cbWRegAddress", 1);
-    window.click("cmdWDSend");
-    EXPECT_EQ(grey(), "") << "of another register";
+    LastAnswers answers(window.window().form());
+    const auto* const field = window.find<QPlainTextEdit>("txtReceiveWData");
+    Exchange exchange;
+    exchange.mode = Mode::WordWrite;
+    exchange.request = {0xFF, 0xFF, 0x24, 0x04, 0x2C, 0x00, 0x12, 0x34, 0x00, 0x00};
+    exchange.answer = {0xFF, 0xFF, 0xA4, 0x01, 0x00, 0x00, 0x00};
+    exchange.outcome = Outcome::Answered;
+    answers.told(exchange);
+    exchange.outcome = Outcome::Sent;
+    exchange.request[6] = 0x56; // the first byte of the first word
+    answers.told(exchange);
+    EXPECT_EQ(field->placeholderText().toStdString(), "FF FF A4 01 00 00 00 ");
+    exchange.request[5] = 0x01; // the address
+    answers.told(exchange);
+    EXPECT_EQ(field->placeholderText().toStdString(), "");
 }
 
 } // namespace
