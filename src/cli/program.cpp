@@ -30,7 +30,8 @@ ExitCode codeOf(const RuntimeError& error) {
 
 /// The advice says what it is about, where there is one.
 std::string textOf(const RuntimeError& error) {
-    return error.advice().empty() ? error.what() : error.what() + (". " + error.advice());
+    const std::string text = error.what();
+    return error.advice().empty() ? text : text + (text.ends_with('.') ? " " : ". ") + error.advice();
 }
 
 ExitCode tell(const Streams& streams, ExitCode code, const std::string& text) {

@@ -5,6 +5,8 @@
 #include "device/lock_file.h"
 #include "device/node_kind_posix.h"
 #include "device/node_target.h"
+#include "device/port_holders_posix.h"
+#include "device/refusals.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -81,12 +83,56 @@ bool isExclusive(int handle) {
 #endif
 }
 
-void take(int handle, const std::string& label) {
-    refuseNonSerial(handle, label);
-    if (isExclusive(handle) || (::flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)) {
-        throw portInUse(label);
+/// Whether nobody has the node open but by this one handle, as far as every process could be seen.
+bool isHeldByNobodyElse(const std::string& target) {
+    const PortHolders holders{std::string()};
+    return holders.sawAll() && holders.handlesOf(target) == 1;
+}
+
+/// Where other users' programs cannot be seen, only the user can tell whether one of them has it.
+std::string adviceOnUse(const std::string& target, const std::string& takeOver) {
+    if (!keepsClaims(target) || PortHolders{std::string()}.handlesOf(target) > 0) {
+        return takeOver;
+    }
+    return takeOver + (takeOver.empty() ? "" : " ") + "If nothing has it open, " + refusal::claimLeftBehind;
+}
+
+/// A port as it was asked for.
+struct Asked {
+    const std::string& node;
+    const std::string& label;
+    std::string target; ///< the node without links
+};
+
+/// The administrator, whom the driver lets pass, gets what a program left behind that was killed.
+/// @param takeOver told of it, where no lock file has told already
+void take(int handle, const Asked& asked, std::string& takeOver) {
+    refuseNonSerial(handle, asked.label);
+    const bool isClaimed = isExclusive(handle);
+    if (isClaimed && !(keepsClaims(asked.target) && isHeldByNobodyElse(asked.target))) {
+        throw portInUse(asked.label);
+    }
+    if (::flock(handle, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        throw portInUse(asked.label);
     }
     ::ioctl(handle, TIOCEXCL);
+    if (isClaimed && takeOver.empty()) {
+        takeOver = "The claim of a program that was killed was taken over.";
+    }
+}
+
+int claimed(const Asked& asked, const struct stat& found, std::string& takeOver) {
+    const int handle = ::open(asked.node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (handle < 0) {
+        throw openFailure(errno, found, asked.label);
+    }
+    try {
+        take(handle, asked, takeOver);
+    } catch (...) {
+        ::close(handle);
+        throw;
+    }
+    return handle;
 }
 
 } // namespace
@@ -94,22 +140,18 @@ void take(int handle, const std::string& label) {
 NodeClaim::NodeClaim(const std::string& node, const std::string& label) {
     const auto found = lookedUp(node, label);
     refuseOthers(found, label);
+    const Asked asked{node, label, nodeTarget(node)};
     // other programs name theirs after the path behind all links, also where the node was chosen by a link
-    lockFile_ = std::make_unique<LockFile>(nodeTarget(node), node);
+    lockFile_ = std::make_unique<LockFile>(asked.target, node);
     if (lockFile_->isTakenByAnother()) {
         throw portInUse(label);
     }
     takeOver_ = lockFile_->takeOver();
-    handle_ = ::open(node.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (handle_ < 0) {
-        throw openFailure(errno, found, label);
-    }
-    try {
-        take(handle_, label);
-    } catch (...) {
-        ::close(handle_);
-        throw;
-    }
+    advised([&] { handle_ = claimed(asked, found, takeOver_); },
+            [&](const RuntimeError& error) {
+                return error.number() == comm_error::inUse ? adviceOnUse(asked.target, takeOver_)
+                                                           : std::string();
+            });
 }
 
 NodeClaim::~NodeClaim() {

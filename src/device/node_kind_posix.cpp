@@ -52,4 +52,6 @@ const char* otherKind(const struct stat& node) {
     return kind != nullptr ? kind : kindOfTerminal(node);
 }
 
+bool keepsClaims(const std::string& node) { return node.starts_with("/dev/pts/"); }
+
 } // namespace varda::device

@@ -6,6 +6,7 @@
 #include "device/node_kind_posix.h"
 #include "device/node_target.h"
 #include "device/port_holders_posix.h"
+#include "device/refusals.h"
 #include "device/serial_node.h"
 #include "device/this_user_posix.h"
 
@@ -48,6 +49,7 @@ private:
     bool isThere(const std::string& node, PortFindings& findings) const;
     void tellHolders(PortFindings& findings) const;
     void tellHolder(PortFindings& findings, int process) const;
+    void tellLeftBehind(PortFindings& findings) const;
     void tellLockFiles(PortFindings& findings, const std::string& name) const;
     void tellRights(PortFindings& findings) const;
     void tellLatency(PortFindings& findings) const;
@@ -97,10 +99,23 @@ void Examination::tellHolders(PortFindings& findings) const {
     if (processes.empty()) {
         findings.facts.emplace_back(holders_.sawAll() ? "No program has it open."
                                                       : "No program of yours has it open.");
+        if (keepsClaims(findings.port.node)) {
+            tellLeftBehind(findings);
+        }
     }
     if (!holders_.sawAll()) {
         findings.remedies.push_back(
             {"sudo lsof " + findings.port.node, "Programs of other users, which cannot be seen from here"});
+    }
+}
+
+/// A claim that a killed program left goes with the line alone.
+void Examination::tellLeftBehind(PortFindings& findings) const {
+    findings.facts.push_back(std::string("If Test finds it in use all the same, ") +
+                             refusal::claimLeftBehind);
+    for (const int maker : holders_.makersOf(findings.port.node)) {
+        findings.facts.push_back(nameOf(maker) + " made the line.");
+        findings.remedies.push_back({"kill " + std::to_string(maker), "Ends the line, to be started anew"});
     }
 }
 

@@ -2,12 +2,16 @@
 
 #include "device/lock_file.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
 namespace varda::device {
@@ -28,6 +32,12 @@ std::string contentOf(const files::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+std::vector<int> eachOnce(std::vector<int> processes) {
+    std::ranges::sort(processes);
+    processes.erase(std::unique(processes.begin(), processes.end()), processes.end());
+    return processes;
+}
+
 } // namespace
 
 PortHolders::PortHolders(std::string root) : root_(std::move(root)) {
@@ -38,10 +48,6 @@ PortHolders::PortHolders(std::string root) : root_(std::move(root)) {
             lookInto(process);
         }
     }
-    for (auto& [node, processes] : holders_) {
-        std::ranges::sort(processes);
-        processes.erase(std::unique(processes.begin(), processes.end()), processes.end());
-    }
 }
 
 void PortHolders::lookInto(int process) {
@@ -51,16 +57,42 @@ void PortHolders::lookInto(int process) {
          entry.increment(error)) {
         std::error_code lost;
         const std::string target = files::read_symlink(entry->path(), lost).string();
-        if (target.starts_with(devices)) {
+        if (target.ends_with("/ptmx") && process != ::getpid()) {
+            noteFarEnd(process, entry->path().filename().string());
+        } else if (target.starts_with(devices)) {
             holders_[target].push_back(process);
         }
     }
     sawAll_ = sawAll_ && error != std::errc::permission_denied;
 }
 
-std::vector<int> PortHolders::of(const std::string& node) const {
+/// All far ends are of one name; which one a handle is of, the system tells beside it.
+void PortHolders::noteFarEnd(int process, const std::string& handle) {
+    constexpr std::string_view key = "tty-index:";
+    std::istringstream lines(contentOf(folderOf(process) + "/fdinfo/" + handle));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(key)) {
+            const auto begin = std::min(line.find_first_not_of(" \t", key.size()), line.size());
+            makers_["/dev/pts/" + line.substr(begin)].push_back(process);
+        }
+    }
+}
+
+std::vector<int> PortHolders::usersOf(const std::string& node) const {
     const auto found = holders_.find(node);
-    return found == holders_.end() ? std::vector<int>() : found->second;
+    std::vector<int> users = found == holders_.end() ? std::vector<int>() : found->second;
+    const std::vector<int> makers = makersOf(node);
+    std::erase_if(users, [&makers](int user) { return std::ranges::binary_search(makers, user); });
+    return users;
+}
+
+std::vector<int> PortHolders::of(const std::string& node) const { return eachOnce(usersOf(node)); }
+
+std::size_t PortHolders::handlesOf(const std::string& node) const { return usersOf(node).size(); }
+
+std::vector<int> PortHolders::makersOf(const std::string& node) const {
+    const auto found = makers_.find(node);
+    return found == makers_.end() ? std::vector<int>() : eachOnce(found->second);
 }
 
 bool PortHolders::lives(int process) const {

@@ -20,6 +20,10 @@ inline constexpr const char* pipe = "a pipe";
 inline constexpr const char* socket = "a socket";
 inline constexpr const char* anotherDevice = "another kind of device";
 
+/// Of a pseudo-terminal that nobody has open and that is in use all the same; goes behind a condition.
+inline constexpr const char* claimLeftBehind =
+    "a program was killed on it: end what made the line (socat) and start that anew.";
+
 } // namespace refusal
 
 /// 8002: the name leads to something else. @param kind one of refusal::

@@ -65,6 +65,13 @@ protected:
         }
     }
 
+    /// The same for one that made a pseudo-terminal, and holds its far end besides.
+    void runMaker(int process, const std::string& program, const std::string& index) {
+        runProgram(process, program, "/dev/pts/" + index);
+        std::filesystem::create_symlink("/dev/ptmx", root / "proc" / std::to_string(process) / "fd/5");
+        writeFile("proc/" + std::to_string(process) + "/fdinfo/5", "pos:\t0\ntty-index:\t" + index + "\n");
+    }
+
     TemporaryFolder folder;
     std::filesystem::path root = folder.path();
 };

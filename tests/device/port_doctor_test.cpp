@@ -20,6 +20,10 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+constexpr const char* ifInUseAllTheSame =
+    "If Test finds it in use all the same, a program was killed on it: end "
+    "what made the line (socat) and start that anew.";
+
 class PortDoctorTest : public testing::Test, protected test::MadeUpComputer {
 protected:
     PortDoctorTest() { plugIn("ttyUSB0", "1-2", "A10K"); }
@@ -219,6 +223,24 @@ TEST(PortDoctor, SeesThatThisProgramHasAPseudoTerminal) {
     ASSERT_FALSE(findings.empty());
     EXPECT_EQ(findings[0].port.node, terminal.path());
     EXPECT_EQ(std::ranges::count(findings[0].facts, "This program has it open."), 1);
+}
+
+TEST_F(PortDoctorTest, SaysWhatHelpsWhereAKilledProgramsClaimMayBeLeft) {
+    writeFile("dev/pts/5", "");
+    const auto free = examine("/dev/pts/5").at(0);
+    EXPECT_TRUE(tells(free, "No program has it open."));
+    EXPECT_TRUE(tells(free, ifInUseAllTheSame));
+    EXPECT_FALSE(tells(ifInUseAllTheSame)) << "other ports keep no claim";
+    runMaker(77, "socat", "5");
+    const auto made = examine("/dev/pts/5").at(0);
+    EXPECT_TRUE(tells(made, "No program has it open."));
+    EXPECT_TRUE(tells(made, ifInUseAllTheSame));
+    EXPECT_TRUE(tells(made, "socat (process 77) made the line."));
+    ASSERT_EQ(made.remedies.size(), 1U);
+    EXPECT_EQ(made.remedies[0].command, "kill 77");
+    runProgram(1234, "minicom", "/dev/pts/5");
+    EXPECT_TRUE(tells(examine("/dev/pts/5").at(0), "minicom (process 1234) has it open."));
+    EXPECT_FALSE(tells(examine("/dev/pts/5").at(0), ifInUseAllTheSame));
 }
 
 TEST(PortDoctor, TellsWhatAConsoleIs) {

@@ -30,13 +30,14 @@ inline std::string totalOf(const ProfileFile& file) {
     return file.value("Information", "Total", "missing", 1024);
 }
 
-/// The error has that number and names the file and the reason.
+/// The error has that number, names the file and the reason, and says what helps.
 inline void expectNames(const RuntimeError& error, const std::string& path, int number,
                         const std::string& reason) {
     const std::string text = error.what();
     EXPECT_EQ(error.number(), number) << text;
     EXPECT_NE(text.find('"' + path + '"'), std::string::npos) << text;
     EXPECT_NE(text.find(reason), std::string::npos) << text;
+    EXPECT_NE(error.advice(), "") << text;
 }
 
 inline void expectRefused(const ProfileFile& file, const std::string& path, int number,

@@ -19,27 +19,45 @@ enum class Existing { No, Yes };
 struct Reason {
     int number;
     std::string text;
+    std::string loadRemedy;
+    std::string saveRemedy;
 };
 
 /// The numbers of the report are few; the reason is told in our own words where one number fits it.
 Reason reasonFor(const std::error_code& error) {
     if (error == std::errc::no_space_on_device || error == std::errc::file_too_large) {
-        return {run_time_error::diskFull, "the disk is full"};
+        return {run_time_error::diskFull, "the disk is full", "",
+                "Make room on that disk, or save to another one."};
     }
     if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) {
-        return {run_time_error::permissionDenied, "permission denied"};
+        return {run_time_error::permissionDenied, "permission denied",
+                "Choose a file that you may read, or ask its owner for access.",
+                "Save to a folder that you may write to, as a new file."};
     }
     if (error == std::errc::read_only_file_system) {
-        return {run_time_error::permissionDenied, "the disk is read-only"};
+        return {run_time_error::permissionDenied, "the disk is read-only", "",
+                "Save to a disk that can be written to."};
     }
     if (error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system) {
-        return {run_time_error::tooManyFiles, "too many files are open"};
+        const std::string remedy = "Close other programs or windows, and try again.";
+        return {run_time_error::tooManyFiles, "too many files are open", remedy, remedy};
     }
     if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
-        return {run_time_error::pathNotFound, "path not found"};
+        return {run_time_error::pathNotFound, "path not found", "Choose a file in a folder that is there.",
+                "Save to a folder that is there."};
     }
     return {error == std::errc::io_error ? run_time_error::deviceError : run_time_error::fileAccessError,
-            systemText(error)};
+            systemText(error), "Choose a copy of the file, on another disk.", "Save to another place."};
+}
+
+RuntimeError withAdvice(RuntimeError error, const std::string& advice) {
+    error.advise(advice);
+    return error;
+}
+
+RuntimeError noRegularFile(const std::string& path) {
+    return withAdvice(fileError(path, "is no regular file"),
+                      "A folder, a device or a pipe holds no such file. Choose another name.");
 }
 
 /// A zero byte would end the message.
@@ -50,13 +68,15 @@ std::string quoted(std::string path) {
 
 RuntimeError loadError(const std::string& path, const std::error_code& error) {
     const Reason reason = reasonFor(error);
-    return {reason.number, quoted(path) + " could not be read: " + reason.text + "."};
+    return withAdvice({reason.number, quoted(path) + " could not be read: " + reason.text + "."},
+                      reason.loadRemedy);
 }
 
 RuntimeError saveError(const std::string& path, const std::error_code& error) {
     const Reason reason = reasonFor(error);
-    return {reason.number,
-            quoted(path) + " could not be saved: " + reason.text + ". Nothing was changed on the disk."};
+    return withAdvice({reason.number, quoted(path) + " could not be saved: " + reason.text +
+                                          ". Nothing was changed on the disk."},
+                      reason.saveRemedy);
 }
 
 RuntimeError damageError(const std::string& path, const std::error_code& error) {
@@ -143,7 +163,7 @@ Existing checkedTarget(const std::string& path, const fs::path& target) {
         return Existing::No;
     }
     if (!fs::is_regular_file(status)) {
-        throw fileError(path, "is no regular file");
+        throw noRegularFile(path);
     }
     requireWritable(target);
     return Existing::Yes;
@@ -172,11 +192,11 @@ std::string readTarget(const std::string& path, std::size_t limit) {
         return {};
     }
     if (!fs::is_regular_file(status)) {
-        throw fileError(path, "is no regular file");
+        throw noRegularFile(path);
     }
     std::string text = readFile(file, limit + 1);
     if (text.size() > limit) {
-        throw fileError(path, "is too large");
+        throw withAdvice(fileError(path, "is too large"), "Choose a smaller file.");
     }
     return text;
 }

@@ -95,6 +95,7 @@ ProfileFile ProfileFile::load(const std::string& path) {
     ProfileFile result = file.problem ? unreadable(*file.problem) : parse(std::move(file.text));
     if (result.problem_ && !file.problem) {
         result.problem_ = fileError(path, "is no text file");
+        result.problem_->advise("Choose another name: it is none of this program's files.");
     }
     return result;
 }
@@ -283,7 +284,9 @@ std::string ProfileFile::savedText(const std::string& path) const {
     }
     std::string content = text();
     if (content.size() > sizeLimit) {
-        throw fileError(path, "would be larger than 64 MiB and could not be loaded again");
+        RuntimeError error = fileError(path, "would be larger than 64 MiB and could not be loaded again");
+        error.advise("Delete entries, and save again.");
+        throw error;
     }
     return content;
 }

@@ -21,6 +21,12 @@ std::string MonitorLine::text(std::size_t most) const {
     return line;
 }
 
+std::size_t MonitorLine::textLength(std::size_t most) const {
+    constexpr std::size_t characterAndBlank = 2;
+    constexpr std::size_t digitsAndBlank = 3;
+    return stamp.size() + std::min(most, burst.size()) * (asCharacters ? characterAndBlank : digitsAndBlank);
+}
+
 std::string timeStamp(const TimeOfDay& time) {
     return std::to_string(time.hour) + ":" + std::to_string(time.minute) + ":" + std::to_string(time.second) +
            " - ";

@@ -20,6 +20,8 @@ struct MonitorLine {
     /// @param most at most so many bytes of the burst
     std::string text(std::size_t most) const;
     std::string text() const { return text(burst.size()); }
+    /// The characters of text(), without making it.
+    std::size_t textLength(std::size_t most) const;
 };
 
 struct TimeOfDay {

@@ -10,11 +10,18 @@
 #include <utility>
 
 namespace varda::window {
+namespace {
+
+void tellIn(Form& form, const RuntimeError& error) {
+    form.showAdvised(error.what(), "Error", error.advice());
+}
+
+} // namespace
 
 bool tellWhyUnreadable(const ProfileFile& file, const PageContext& context) {
     const bool unreadable = file.problem() && file.isText();
     if (unreadable) {
-        context.form.showMessage(file.problem()->what(), "Error");
+        tellIn(context.form, *file.problem());
     }
     return unreadable;
 }
@@ -27,7 +34,7 @@ void saveOrTell(const ProfileFile& file, const std::string& path, const PageCont
     saveOrTell(path,
                {.replace = [kept, path] { kept->save(path); },
                 .overwrite = [kept, path] { kept->saveInPlace(path); }},
-               {.tell = [&form](const std::string& text) { form.showMessage(text, "Error"); },
+               {.tell = [&form](const RuntimeError& error) { tellIn(form, error); },
                 .ask =
                     [&form, &events](const std::string& question, std::function<void(bool yes)> answered) {
                         form.ask(question, "Confirm", events.guarded(std::move(answered)));

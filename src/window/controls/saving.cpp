@@ -12,7 +12,7 @@ void overwrite(const FileWriting& writing, const FileTalk& talk, const std::func
     try {
         writing.overwrite();
     } catch (const RuntimeError& error) {
-        talk.tell(error.what());
+        talk.tell(error);
         return;
     }
     saved();
@@ -40,7 +40,7 @@ void saveOrTell(const std::string& path, const FileWriting& writing, const FileT
         askToOverwrite(path, writing, talk, saved);
         return;
     } catch (const RuntimeError& error) {
-        talk.tell(error.what());
+        talk.tell(error);
         return;
     }
     saved();

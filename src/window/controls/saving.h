@@ -3,11 +3,16 @@
 #include <functional>
 #include <string>
 
+namespace varda::inline core {
+class RuntimeError;
+} // namespace varda::core
+
 namespace varda::window {
 
 /// How a user is told and asked about a file, on the window where the user is.
 struct FileTalk {
-    std::function<void(const std::string& text)> tell;
+    /// Tells the description of an error, and its advice below it.
+    std::function<void(const RuntimeError& error)> tell;
     std::function<void(const std::string& question, std::function<void(bool yes)> answered)> ask;
 };
 

@@ -1,5 +1,6 @@
 #include "window/insight/insight_window.h"
 
+#include "core/base/runtime_error.h"
 #include "ui_insight_window.h"
 #include "window/controls/file_drops.h"
 #include "window/controls/make_form.h"
@@ -27,8 +28,9 @@ constexpr auto refreshWait = 1000ms;
 
 FileTalk talkOf(MessageBoxes& boxes, Events& events) {
     return {.tell =
-                [&boxes](const std::string& text) {
-                    boxes.show(QString::fromStdString(text), QStringLiteral("Error"));
+                [&boxes](const RuntimeError& error) {
+                    boxes.showAdvised(QString::fromUtf8(error.what()), QStringLiteral("Error"),
+                                      QString::fromStdString(error.advice()));
                 },
             .ask =
                 [&boxes, &events](const std::string& question, std::function<void(bool yes)> answered) {

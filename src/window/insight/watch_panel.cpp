@@ -1,5 +1,6 @@
 #include "window/insight/watch_panel.h"
 
+#include "core/base/runtime_error.h"
 #include "core/files/atomic_file.h"
 #include "core/insight/register_names.h"
 #include "core/insight/register_watch.h"
@@ -27,14 +28,16 @@ namespace {
 constexpr std::array usualTexts = {"SR 0000.15", "a name of a register", "00000 ",      "-00000 ",
                                    "0000h ",     "0000 0000 0000 0000",  "00 min 00 s", "Changes "};
 
-std::string badLines(const std::string& path, const std::vector<std::size_t>& lines) {
+/// The text says what helps.
+RuntimeError badLines(const std::string& path, const std::vector<std::size_t>& lines) {
     constexpr std::size_t most = 10;
     std::string text = '"' + path + "\" has lines that name no register: ";
     for (std::size_t index = 0; index < std::min(lines.size(), most); ++index) {
         text += (index > 0 ? ", " : "") + std::to_string(lines[index]);
     }
     text += lines.size() > most ? " and others" : "";
-    return text + ". A line is a register and its name, W 0100,tank level for example. The others are taken.";
+    text += ". A line is a register and its name, W 0100,tank level for example. The others are taken.";
+    return {run_time_error::fileAccessError, text};
 }
 
 } // namespace
@@ -76,7 +79,7 @@ void WatchPanel::loadNames(const QString& path) {
     const std::string name = fileName(path);
     const FileText file = readRegularFile(name, RegisterNames::sizeLimit);
     if (file.problem) {
-        context_.talk.tell(file.problem->what());
+        context_.talk.tell(*file.problem);
         return;
     }
     RegisterNames names = RegisterNames::parse(file.text);

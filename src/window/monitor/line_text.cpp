@@ -1,8 +1,8 @@
 #include "window/monitor/line_text.h"
 
+#include "window/controls/frame_font.h"
 #include "window/controls/texts.h"
 
-#include <QFontDatabase>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -17,7 +17,7 @@ constexpr int margin = 6;
 } // namespace
 
 LineText::LineText(QWidget* parent) : QFrame(parent) {
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    setFont(frameFont());
     setFrameShape(QFrame::Box);
     setBackgroundRole(QPalette::Base);
     setForegroundRole(QPalette::Text);

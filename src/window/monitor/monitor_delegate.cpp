@@ -5,7 +5,6 @@
 namespace varda::window {
 namespace {
 
-constexpr std::size_t paintedBytes = 1000;
 constexpr char16_t controlPictures = 0x2400;
 constexpr char16_t deletePicture = 0x2421;
 constexpr char16_t otherPicture =
@@ -34,9 +33,14 @@ QString MonitorDelegate::displayText(const QVariant& value, const QLocale& /*loc
     return withoutControls(value.toString());
 }
 
+QSize MonitorDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const auto* const model = static_cast<const MonitorModel*>(index.model());
+    return QStyledItemDelegate::sizeHint(option, model->index(model->longestRow()));
+}
+
 void MonitorDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
     const auto* const model = static_cast<const MonitorModel*>(index.model());
-    const std::string painted = model->line(index.row()).text(paintedBytes);
+    const std::string painted = model->line(index.row()).text(MonitorModel::paintedBytes);
     // The base class would ask for the whole text, which may be millions of characters long.
     QStyledItemDelegate::initStyleOption(option, QModelIndex());
     option->index = index;

@@ -16,6 +16,8 @@ public:
     static QString withoutControls(QString text);
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
+    /// Of every line that of the longest one: the list has uniform item sizes, and asks for its last line.
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

@@ -18,12 +18,24 @@ QVariant MonitorModel::data(const QModelIndex& index, int role) const {
 
 void MonitorModel::append(MonitorLine line) {
     beginInsertRows({}, rowCount(), rowCount());
+    noteLength(line);
     lines_.push_back(std::move(line));
     endInsertRows();
 }
 
+/// Of a line that goes behind the others. Its text is not made for that.
+void MonitorModel::noteLength(const MonitorLine& line) {
+    const std::size_t length = line.textLength(paintedBytes);
+    if (longestRow_ < 0 || length > longest_) {
+        longest_ = length;
+        longestRow_ = rowCount();
+    }
+}
+
 void MonitorModel::clear() {
     beginResetModel();
+    longest_ = 0;
+    longestRow_ = -1;
     lines_.clear();
     lines_.shrink_to_fit();
     endResetModel();

@@ -1,11 +1,27 @@
 #include "window/shell/last_answers.h"
 
 #include "core/link/serial_link.h"
+#include "core/protocol/frame.h"
 #include "core/protocol/hex_text.h"
 #include "window/controls/form.h"
 #include "window/shell/page_names.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace varda::window {
+namespace {
+
+/// What a request asks for. A single write is answered alike whatever it writes, and may draw other words at
+/// each send: its data are left out.
+Bytes asked(Mode mode, const Bytes& request) {
+    const bool isSingleWrite = mode == Mode::BitWrite || mode == Mode::WordWrite;
+    const std::size_t length =
+        isSingleWrite ? std::min(request.size(), std::size_t{offset::data}) : request.size();
+    return {request.begin(), request.begin() + static_cast<std::ptrdiff_t>(length)};
+}
+
+} // namespace
 
 void LastAnswers::told(const Exchange& exchange) {
     switch (exchange.outcome) {
@@ -41,7 +57,8 @@ void LastAnswers::keep(const Exchange& exchange) {
 /// The answer to another request would pass for the one that is awaited.
 void LastAnswers::forgetUnless(const Exchange& exchange) {
     const auto kept = requests_.find(findPageNames(exchange.mode));
-    if (kept != requests_.end() && kept->second != exchange.request) {
+    if (kept != requests_.end() &&
+        asked(exchange.mode, kept->second) != asked(exchange.mode, exchange.request)) {
         forget(exchange.mode);
     }
 }

@@ -14,7 +14,7 @@ struct PageNames;
 /// and Status, and a page that sends again and again would show nothing most of the time. The fields' texts
 /// stay empty.
 ///
-/// What is grey is old, so it goes when another request is sent, when a controller stays silent, when the
+/// What is grey is old, so it goes when something else is asked, when a controller stays silent, when the
 /// line goes away, and when so many requests in a row had no answer that was taken as ticks of silence end a
 /// wait.
 class LastAnswers : public LinkObserver {

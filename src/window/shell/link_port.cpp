@@ -84,7 +84,7 @@ void LinkPort::cmdCommTest_Click() {
         }
     } catch (const RuntimeError& error) {
         if (error.number() == comm_error::inUse) {
-            form_.showMessage("Already Using Port !! Please Select Another Port", "Error");
+            form_.showAdvised("Already Using Port !! Please Select Another Port", "Error", error.advice());
         } else {
             showPortError(error);
         }

@@ -40,10 +40,11 @@ const ManualPage& manualPageOf(Mode mode) {
 }
 
 const ManualPage& manualPageOf(const QDialog& dialog) {
-    return qobject_cast<const QMessageBox*>(&dialog) != nullptr   ? manual_page::troubleshooting
-           : qobject_cast<const QFileDialog*>(&dialog) != nullptr ? manual_page::files
-           : dialog.objectName() == QLatin1String("frmWriteWord") ? manual_page::write
-                                                                  : manual_page::start;
+    return qobject_cast<const QMessageBox*>(&dialog) != nullptr       ? manual_page::troubleshooting
+           : qobject_cast<const QFileDialog*>(&dialog) != nullptr     ? manual_page::files
+           : dialog.objectName() == QLatin1String("frmWriteWord")     ? manual_page::write
+           : dialog.objectName() == QLatin1String("portDoctorDialog") ? manual_page::ports
+                                                                      : manual_page::start;
 }
 
 Manual::Manual(QWidget& window, Events& events, QString programFolder)

@@ -36,6 +36,7 @@ inline constexpr ManualPage scenario = {"scenario.html", 8};
 inline constexpr ManualPage files = {"files.html", 9};
 inline constexpr ManualPage troubleshooting = {"troubleshooting.html", 10};
 inline constexpr ManualPage trace = {"trace.html", 11};
+inline constexpr ManualPage ports = {"ports.html", 12};
 
 } // namespace manual_page
 

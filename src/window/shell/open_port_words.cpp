@@ -20,14 +20,20 @@ std::string settingsText(const PortState& state) {
 } // namespace
 
 std::string openPortText(const PortState& state) {
-    const std::string port = trimmed(state.tested) + ", " + settingsText(state);
+    const std::string name = portInText(state);
+    const std::string port = name + ", " + settingsText(state);
     if (state.isOpen) {
         return "Open: " + port;
     }
     if (!state.awaited.empty()) {
-        return "Waiting for " + trimmed(state.awaited) + " to come back";
+        return "Waiting for " + name + " to come back";
     }
-    return trimmed(state.tested).empty() ? "No port is tested yet" : "Open Port opens " + port;
+    return name.empty() ? "No port is tested yet" : "Open Port opens " + port;
+}
+
+std::string portInText(const PortState& state) {
+    const bool isAwaited = !state.isOpen && !state.awaited.empty();
+    return trimmed(isAwaited ? state.awaited : state.tested);
 }
 
 bool waitsForTest(const PortState& state) { return trimmed(state.field) != trimmed(state.tested); }

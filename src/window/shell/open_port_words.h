@@ -19,6 +19,9 @@ struct PortState {
 /// What is open, or what would be opened: "Open: VIRTUAL, 9600 8-N-1".
 std::string openPortText(const PortState& state);
 
+/// The port that openPortText() names; empty where it names none.
+std::string portInText(const PortState& state);
+
 /// Whether the field names another port than the one that is open, or would be opened.
 bool waitsForTest(const PortState& state);
 

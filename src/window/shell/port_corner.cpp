@@ -40,9 +40,10 @@ PortCorner::PortCorner(const Parts& parts, const TimerMaker& makeTimer, QWidget*
                         const std::string& lastName) { return device::nameOfDevice(identity, lastName); },
            .open = [this](const std::string& name) { return parts_.linkPort.attach(name); }},
           *timer_) {
-    // As wide for every text, so that nothing beside it jumps.
-    ui_->openPort->setFixedWidth(
-        ui_->openPort->fontMetrics().horizontalAdvance(tr("Open Port opens /dev/ttyUSB00, 115200 8-N-1")));
+    // As wide for every text, so that nothing beside it jumps; with room for the end of an adapter's name,
+    // from its serial number on.
+    ui_->openPort->setFixedWidth(ui_->openPort->fontMetrics().horizontalAdvance(
+        tr("Open Port opens ..._A50285BI-if00-port0, 115200 8-N-1")));
     for (const QComboBox* const list :
          {parts.cbPort, parts.cbBaudRate, parts.cbDataBit, parts.cbStopBit, parts.cbParityBit}) {
         connect(list, &QComboBox::editTextChanged, this, [this] { showWords(); });
@@ -101,7 +102,7 @@ void PortCorner::showWords() {
     const QString port = QString::fromStdString(openPortText(now));
     const QString field =
         meaningOf(parts_.cbPort->currentText()) + QLatin1Char('\n') + QString::fromStdString(fieldText(now));
-    ui_->openPort->setText(port);
+    ui_->openPort->showText(port, QString::fromStdString(portInText(now)));
     ui_->openPort->setToolTip(port);
     parts_.cmdPortOpen->setToolTip(port);
     parts_.cmdPortOpen->setAccessibleDescription(port);

@@ -3,10 +3,20 @@
 #include "window/shell/lines.h"
 #include "window/shell/look.h"
 #include "window/shell/program_icon.h"
+#include "window/shell/start_up.h"
+#include "window/system/end_signals.h"
 
 #include <QApplication>
 
+#include <cstdlib>
+
 namespace varda::window {
+namespace {
+
+/// The program while it runs; the desktop may end it by exit(), which takes nothing down.
+Program* running = nullptr;
+
+} // namespace
 
 void prepareApplication() {
     QApplication::setApplicationName(QStringLiteral("varda"));
@@ -21,5 +31,25 @@ Program::Program(const ProgramParts& parts)
       window_({clock_, lineFactory(clock_, controller_),
                [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); }, parts.folder,
                parts.now}) {}
+
+int runProgram(const CommandLine& wishes) {
+    Program program({QApplication::applicationDirPath(), std::random_device{}()});
+    const EndSignals ears([&program] {
+        program.end();
+        QApplication::exit();
+    });
+    QObject::connect(qApp, &QApplication::aboutToQuit, &program.window(), [&program] { program.end(); });
+    running = &program;
+    std::atexit([] {
+        if (running != nullptr) {
+            running->window().shutDown();
+        }
+    });
+    program.window().show();
+    carryOut(wishes, program.window());
+    const int result = QApplication::exec();
+    running = nullptr;
+    return result;
+}
 
 } // namespace varda::window

@@ -8,6 +8,8 @@
 
 namespace varda::window {
 
+struct CommandLine;
+
 /// Gives the application object the program's name, version, icon and style.
 void prepareApplication();
 
@@ -35,5 +37,11 @@ private:
     std::mt19937 generator_;
     FrmVarda window_;
 };
+
+/// Shows the window, does what the command line wishes of it, and runs the event loop until the window is
+/// closed, or a signal or the desktop asks the program to end. It leaves by the normal close, whoever asks
+/// for it: the port is given back, the log is whole.
+/// @return what the program ends with
+int runProgram(const CommandLine& wishes);
 
 } // namespace varda::window

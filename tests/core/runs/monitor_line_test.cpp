@@ -40,6 +40,15 @@ TEST(MonitorLineText, CanBeCutForPainting) {
     EXPECT_EQ((MonitorLine{"", Bytes(5000, 0x41), false}.text(2)), "41 41 ");
 }
 
+TEST(MonitorLineText, LengthIsKnownWithoutTheText) {
+    for (const bool asCharacters : {false, true}) {
+        const MonitorLine line{"9:5:7 - ", Bytes(50, 0x41), asCharacters};
+        for (const std::size_t most : {0U, 1U, 49U, 50U, 1000U}) {
+            EXPECT_EQ(line.textLength(most), line.text(most).size());
+        }
+    }
+}
+
 TEST(MonitorLogFile, LinesAreAppendedToAnExistingFile) {
     TemporaryFolder folder;
     ManualClock clock;

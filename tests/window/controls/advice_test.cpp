@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QListWidget>
 
@@ -157,6 +158,47 @@ TEST_F(AdviceTest, NamesWhatIsWrongInAFile) {
     chooseFile(folder.file("bad.ini"));
     EXPECT_EQ(takeAdvice("13"),
               "Total of the file is \"many\", no number of pairs. Mend the file, or choose another.");
+}
+
+/// Files that are saved and loaded: what the system says of them, and what helps.
+class FileAdviceTest : public AdviceTest {
+protected:
+    /// Asks for a file by a button, and answers with a path. @return what stands below the text of the box
+    std::string adviceOn(const char* button, const std::string& path) {
+        driver.click(button);
+        auto* const dialog = driver.window().findChild<QFileDialog*>();
+        if (dialog == nullptr) {
+            return "no dialog";
+        }
+        emit dialog->fileSelected(QString::fromStdString(path)); // some would be refused by the dialog itself
+        dialog->close();
+        EXPECT_EQ(driver.boxTitle(), "Error");
+        EXPECT_TRUE(driver.boxText().starts_with('"' + path + '"')) << driver.boxText();
+        std::string shown = advice();
+        driver.closeBox();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return shown;
+    }
+
+    const TemporaryFolder folder;
+};
+
+TEST_F(FileAdviceTest, SaysWhatHelpsWhereAFileCannotBeSaved) {
+    driver.find<QListWidget>("lstSchedule")->addItem(QStringLiteral("01 02 "));
+    EXPECT_EQ(adviceOn("cmdSaveScenario", folder.path()),
+              "A folder, a device or a pipe holds no such file. Choose another name.");
+    EXPECT_EQ(adviceOn("cmdSaveScenario", folder.file("missing/a.scn")), "Save to a folder that is there.");
+    std::ofstream(folder.file("picture.scn")) << std::string(100, '\0');
+    EXPECT_EQ(adviceOn("cmdSaveScenario", folder.file("picture.scn")),
+              "Choose another name: it is none of this program's files.");
+}
+
+TEST_F(FileAdviceTest, SaysWhatHelpsWhereAFileCannotBeLoaded) {
+    EXPECT_EQ(adviceOn("cmdLoadScenario", folder.path()),
+              "A folder, a device or a pipe holds no such file. Choose another name.");
+    driver.click("optMode_4");
+    EXPECT_EQ(adviceOn("cmdLoadSimPacket", folder.path()),
+              "A folder, a device or a pipe holds no such file. Choose another name.");
 }
 
 TEST_F(AdviceTest, SaysWhatHelpsWhereALogCannotBeWritten) {

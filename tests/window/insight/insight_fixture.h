@@ -137,13 +137,18 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     /// The text of the message box on the trace; empty where there is none.
-    std::string boxText() {
+    const QMessageBox* shownBox() {
         for (const QMessageBox* const box : trace()->findChildren<QMessageBox*>()) {
             if (box->isVisible()) {
-                return box->text().toStdString();
+                return box;
             }
         }
-        return {};
+        return nullptr;
+    }
+    std::string boxText() { return shownBox() != nullptr ? shownBox()->text().toStdString() : std::string(); }
+    /// What stands below the text.
+    std::string boxAdvice() {
+        return shownBox() != nullptr ? shownBox()->informativeText().toStdString() : std::string();
     }
 
     /// A frame with its check behind it.

@@ -49,6 +49,7 @@ TEST_F(InsightSavingTest, AnExportThatFailsIsToldAsOtherFilesAre) {
     run("exportAllCsv");
     chooseFile(pipe("pipe.csv"));
     EXPECT_NE(boxText().find("pipe.csv"), std::string::npos);
+    EXPECT_EQ(boxAdvice(), "A folder, a device or a pipe holds no such file. Choose another name.");
     EXPECT_EQ(label("traceState").find("written"), std::string::npos);
 }
 

@@ -1,5 +1,6 @@
 #include "window/insight/trace_panel.h"
 
+#include "core/base/runtime_error.h"
 #include "core/insight/link_statistics.h"
 #include "core/insight/register_names.h"
 #include "core/insight/register_watch.h"
@@ -119,7 +120,7 @@ private:
     MessageBoxes boxes_{&window_};
     Events events_{boxes_};
     FileDialogs files_{&window_, QString::fromStdString(folder_.path())};
-    FileTalk talk_{[](const std::string& text) { ADD_FAILURE() << text; }, {}};
+    FileTalk talk_{[](const RuntimeError& error) { ADD_FAILURE() << error.what(); }, {}};
     TracePanel panel_{
         InsightContext{{clock_, trace_, statistics_, watch_, names_, {}, {}}, events_, files_, talk_},
         &window_};

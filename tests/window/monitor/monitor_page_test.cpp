@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 
 #include <filesystem>
 #include <numeric>
@@ -288,6 +289,20 @@ TEST_F(MonitorPageTest, TenMegabytesAtOnceAreSurvived) {
     popUp()->grab();
     QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {}, QPoint(20, first.y()));
     driver.window().grab();
+}
+
+TEST_F(MonitorPageTest, LongLineCanBeReadToItsEndWhateverCameBehindIt) {
+    driver.listBurst(Bytes(256, 0xA5));
+    driver.listBurst({0x01});
+    runFor(std::chrono::milliseconds(50)); // lines are laid out in the event loop
+    const int textWidth = list()->fontMetrics().horizontalAdvance(
+        QString::fromStdString(std::string(shown(0), 0, shown(0).size() - 1)));
+    EXPECT_GE(list()->horizontalScrollBar()->maximum() + list()->viewport()->width(), textWidth);
+    EXPECT_GT(list()->horizontalScrollBar()->maximum(), 0);
+    driver.click("cmdClear");
+    driver.listBurst({0x01});
+    runFor(std::chrono::milliseconds(50));
+    EXPECT_EQ(list()->horizontalScrollBar()->maximum(), 0);
 }
 
 TEST(MonitorDelegateText, ControlCharactersHaveVisibleStandIns) {

@@ -3,7 +3,24 @@
 #include "support/manual_clock.h"
 #include "support/window_test.h"
 
+#include <QAccessible>
 #include <QLabel>
+
+#ifndef Q_OS_WIN
+namespace {
+
+std::vector<std::string> alerts; ///< names of objects
+
+} // namespace
+
+/// Qt hands events on where a screen reader is connected alone, and has no public way to make believe that
+/// one is: calls of this program and of what is linked into it end here instead.
+void QAccessible::updateAccessibility(QAccessibleEvent* event) {
+    if (event->type() == QAccessible::Alert && event->object() != nullptr) {
+        alerts.push_back(event->object()->objectName().toStdString());
+    }
+}
+#endif
 
 namespace varda::test {
 namespace {
@@ -89,6 +106,31 @@ TEST_F(AnnouncerTest, SpeaksAtOnceWhatIsNew) {
     EXPECT_EQ(spokenTimes("No Answer From PLC"), 1U);
     EXPECT_EQ(spokenTimes("Data Receive OK !!"), 1U);
 }
+
+#ifndef Q_OS_WIN
+/// What the program hands to Qt for a screen reader.
+class AlertTest : public WindowTest {
+protected:
+    AlertTest() { alerts.clear(); }
+};
+
+TEST_F(AlertTest, IsRaisedByTheStatusOfAClosedPort) {
+    driver.find("cmdRDSend")->setEnabled(true);
+    driver.choose("cbRegister", "R");
+    driver.choose("cbRegAddress", "0000");
+    driver.choose("cbRegBit", "0");
+    driver.choose("cbRLength", "8");
+    alerts.clear();
+    driver.click("cmdRDSend");
+    EXPECT_EQ(text("txtRStatus"), "Port Closed");
+    EXPECT_EQ(alerts, std::vector<std::string>{"txtRStatus"});
+}
+
+TEST_F(AlertTest, IsRaisedByWhatIsOpen) {
+    driver.openPort("VIRTUAL");
+    EXPECT_EQ(alerts, (std::vector<std::string>{"openPort", "openPort"}));
+}
+#endif
 
 } // namespace
 } // namespace varda::test

@@ -3,9 +3,17 @@
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
+#include "window/shell/command_line.h"
+#include "window/shell/program.h"
 
+#include <QApplication>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListView>
 #include <QProcess>
+#include <QPushButton>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +22,7 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
+#include <stdexcept>
 
 namespace varda::test {
 namespace {
@@ -60,13 +68,12 @@ bool isTaken(int nearEnd) {
     return ::ioctl(nearEnd, TIOCGEXCL, &exclusive) == 0 && exclusive != 0;
 }
 
-/// 0 where the port can be had, else the number of the error.
-int whyNotToBeHad(const std::string& path) {
+/// Empty where the port can be had and nothing was left behind on it, else what is told.
+std::string leftBehind(const std::string& path) {
     try {
-        const device::NodeClaim claim(path, path);
-        return 0;
+        return device::NodeClaim(path, path).takeOver();
     } catch (const RuntimeError& error) {
-        return error.number();
+        return error.what();
     }
 }
 
@@ -84,7 +91,7 @@ protected:
         ASSERT_TRUE(program.ends());
         EXPECT_TRUE(program.endedWell());
         EXPECT_FALSE(isTaken(nearEnd));
-        EXPECT_EQ(whyNotToBeHad(path), 0);
+        EXPECT_EQ(leftBehind(path), "");
     }
 };
 
@@ -112,8 +119,61 @@ TEST_P(EndOfProgramTest, BySignalGivesALineOfSocatBack) {
     socat.waitForFinished();
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, EndOfProgramTest, testing::Values(SIGINT, SIGTERM, SIGHUP),
-                         [](const auto& tested) { return "Signal" + std::to_string(tested.param); });
+/// The program's own run in this process, where its window can be operated.
+class OwnRunTest : public testing::TestWithParam<int> {
+protected:
+    /// Monitors into a log, has a burst come in, and sends the signal as soon as the burst is listed.
+    void operate() {
+        auto* const monitor = find<QListView>("lstMonitor");
+        find<QCheckBox>("chkMonLog")->setChecked(true);
+        find<QLineEdit>("txtMonLogFile")->setText(QString::fromStdString(log));
+        find<QPushButton>("cmdMonStart")->click();
+        line.write({1, 2, 3});
+        QObject::connect(&look_, &QTimer::timeout, &look_, [this, monitor] {
+            if (monitor->model()->rowCount() > 0) {
+                look_.stop();
+                ::raise(GetParam());
+            }
+        });
+        look_.start(std::chrono::milliseconds(2));
+    }
+
+    const PseudoTerminal line;
+    const TemporaryFolder folder;
+    const std::string log = folder.file("line.log");
+
+private:
+    template <typename Control>
+    static Control* find(const char* name) {
+        for (QWidget* const window : QApplication::topLevelWidgets()) {
+            if (auto* const control = window->findChild<Control*>(QString::fromLatin1(name))) {
+                return control;
+            }
+        }
+        throw std::runtime_error(name);
+    }
+
+    QTimer look_;
+};
+
+TEST_P(OwnRunTest, EndsBySignalWithItsLogWholeAndItsPortGivenBack) {
+    window::CommandLine wishes;
+    wishes.port = line.path();
+    wishes.open = true;
+    wishes.mode = 5;
+    QTimer::singleShot(0, qApp, [this] { operate(); });
+    QObject guard;
+    QTimer::singleShot(longEnough, &guard, [] { QApplication::exit(1); });
+    EXPECT_EQ(window::runProgram(wishes), 0);
+    EXPECT_EQ(bytesOf(log), "01 02 03 \n");
+    EXPECT_FALSE(isTaken(line.nearEnd()));
+    EXPECT_EQ(leftBehind(line.path()), "");
+}
+
+constexpr auto nameOfSignal = [](const auto& tested) { return "Signal" + std::to_string(tested.param); };
+
+INSTANTIATE_TEST_SUITE_P(Of, OwnRunTest, testing::Values(SIGINT, SIGTERM, SIGHUP), nameOfSignal);
+INSTANTIATE_TEST_SUITE_P(Of, EndOfProgramTest, testing::Values(SIGINT, SIGTERM, SIGHUP), nameOfSignal);
 
 TEST(CommandLineOfProgram, IsAnsweredWithoutAWindow) {
     RunningProgram program(

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QKeyEvent>
+#include <QTableWidget>
 #include <QTemporaryDir>
 
 namespace varda::test {
@@ -240,6 +242,31 @@ TEST_F(HelpTest, F1WorksInDialogs) {
     ASSERT_NE(files, nullptr);
     QTest::keyClick(files, Qt::Key_F1);
     EXPECT_TRUE(startedNext().ends_with("VARDA.CHM::/files.html\n"));
+}
+
+TEST_F(HelpTest, F1OpensThePageOfTheDialog) {
+    addProgram("hh");
+    driver.click("portDoctor");
+    // not by a click of the key: the offscreen platform leaves the main window active, and its shortcut first
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+    QCoreApplication::sendEvent(driver.find("portDoctorDialog"), &press);
+    EXPECT_EQ(startedNext(), program("hh") + '\n' + driver.programFolder() + "\\\\VARDA.CHM::/ports.html\n");
+    driver.click("cmdAbout");
+    QTest::keyClick(driver.find("frmAbout"), Qt::Key_F1);
+    EXPECT_TRUE(startedNext().ends_with("VARDA.CHM::/index.html\n"));
+}
+
+TEST_F(HelpTest, F1InTheWordDialogOpensThePageOfItsGrid) {
+    addProgram("hh");
+    driver.click("optMode_1");
+    driver.click("optWrite_1");
+    driver.choose("cbWRegister", "W");
+    driver.choose("cbWRegAddress", "0000");
+    driver.choose("cbWLength", "1");
+    auto* const grid = driver.find<QTableWidget>("gridWriteData");
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualItemRect(grid->item(0, 0)).center());
+    QTest::keyClick(driver.find("frmWriteWord"), Qt::Key_F1);
+    EXPECT_TRUE(startedNext().ends_with("VARDA.CHM::/write.html\n"));
 }
 
 /// A desktop that brings windows to the front, or refuses to, openly or in silence.

@@ -1,3 +1,5 @@
+#include "window/shell/last_answers.h"
+
 #include "support/driven_window.h"
 
 #include <QComboBox>
@@ -149,6 +151,26 @@ TEST_F(LastAnswersTest, EachPageKeepsItsOwn) {
     window.click("optMode_1");
     EXPECT_EQ(window.find<QPlainTextEdit>("txtReceiveWData")->placeholderText().toStdString(), "");
     EXPECT_EQ(greyAnswer(), answerText);
+}
+
+/// What a page that writes words drawn anew at each send is told of its requests.
+TEST(LastAnswersToWrites, StayInGreyThoughOtherWordsAreWritten) {
+    DrivenWindow window;
+    LastAnswers answers(window.window().form());
+    const auto* const field = window.find<QPlainTextEdit>("txtReceiveWData");
+    Exchange exchange;
+    exchange.mode = Mode::WordWrite;
+    exchange.request = {0xFF, 0xFF, 0x24, 0x04, 0x2C, 0x00, 0x12, 0x34, 0x00, 0x00};
+    exchange.answer = {0xFF, 0xFF, 0xA4, 0x01, 0x00, 0x00, 0x00};
+    exchange.outcome = Outcome::Answered;
+    answers.told(exchange);
+    exchange.outcome = Outcome::Sent;
+    exchange.request[6] = 0x56; // the first byte of the first word
+    answers.told(exchange);
+    EXPECT_EQ(field->placeholderText().toStdString(), "FF FF A4 01 00 00 00 ");
+    exchange.request[5] = 0x01; // the address
+    answers.told(exchange);
+    EXPECT_EQ(field->placeholderText().toStdString(), "");
 }
 
 } // namespace

@@ -64,6 +64,17 @@ TEST_F(LinkPortTest, PortInUseIsToldAndFailsTheTest) {
     EXPECT_FALSE(form.isEnabled("cmdPortOpen"));
 }
 
+TEST_F(LinkPortTest, PortInUseIsToldWithWhatHelpsWhereThatIsKnown) {
+    RuntimeError error(8005, "/dev/pts/7 is in use");
+    error.advise("End what made the line.");
+    commTest.failOpen(error);
+    testPort("/dev/pts/7");
+
+    EXPECT_EQ(form.messages(),
+              (std::vector<Message>{{"Already Using Port !! Please Select Another Port", "Error"}}));
+    EXPECT_EQ(form.advice(), "End what made the line.");
+}
+
 TEST_F(LinkPortTest, OtherErrorOfTheTestIsToldWithNumberAndDescription) {
     for (const int number : {8002, 8012, 8015, 8020, 380}) {
         commTest.failOpen(RuntimeError(number, "It is a directory"));

@@ -47,6 +47,7 @@ TEST(OpenPortWords, TellWhatIsWaitedFor) {
     auto state = stateOf("COM1", "/dev/ttyUSB0");
     state.awaited = "/dev/ttyUSB0";
     EXPECT_EQ(openPortText(state), "Waiting for /dev/ttyUSB0 to come back");
+    EXPECT_EQ(portInText(state), "/dev/ttyUSB0");
 }
 
 TEST(OpenPortWords, TellThatTheFieldWaitsForTest) {

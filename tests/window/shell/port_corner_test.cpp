@@ -1,5 +1,6 @@
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
+#include "window/controls/elided_label.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -83,18 +84,54 @@ TEST_F(PortCornerTest, ConsolesAreRefusedAtTest) {
     }
 }
 
-TEST_F(PortCornerTest, LeavesWhatIsTooLongForTheWindowOutOfTheMiddle) {
-    auto* const label = driver.find<QLabel>("openPort");
-    const int width = label->width();
-    paste("cbPort", line.path());
+/// Adapters of one kind, whose names that stay differ in the serial number alone.
+class LongNameTest : public PortCornerTest {
+protected:
+    std::string linkOf(const char* serialNumber) {
+        std::string link =
+            folder.file("usb-FTDI_FT232R_USB_UART_" + std::string(serialNumber) + "-if00-port0");
+        std::filesystem::create_symlink(line.path(), link);
+        return link;
+    }
+    void test(const std::string& link) {
+        paste("cbPort", link);
+        driver.click("cmdCommTest");
+    }
+
+    ElidedLabel* label() { return driver.find<ElidedLabel>("openPort"); }
+    std::string painted() { return label()->paintedText().toStdString(); }
+
     const TemporaryFolder folder;
-    const std::string link = folder.file(std::string(120, 'x'));
-    std::filesystem::create_symlink(line.path(), link);
-    paste("cbPort", link);
+};
+
+TEST_F(LongNameTest, LosesItsStartWherePaintedAndNothingElsewhere) {
+    const int width = label()->width();
+    paste("cbBaudRate", "115200");
+    const std::string link = linkOf("A50285BI");
+    test(link);
+    expectShown("Open Port opens " + link + ", 115200 8-N-1");
+    EXPECT_TRUE(painted().starts_with("Open Port opens \u2026")) << painted();
+    EXPECT_TRUE(painted().ends_with("A50285BI-if00-port0, 115200 8-N-1")) << painted();
+    driver.click("cmdPortOpen");
+    expectShown("Open: " + link + ", 115200 8-N-1");
+    EXPECT_TRUE(painted().starts_with("Open: \u2026")) << painted();
+    EXPECT_TRUE(painted().ends_with("A50285BI-if00-port0, 115200 8-N-1")) << painted();
+    EXPECT_EQ(label()->width(), width);
+    EXPECT_LE(label()->fontMetrics().horizontalAdvance(label()->paintedText()), width);
+}
+
+TEST_F(LongNameTest, TellsTwoAdaptersOfAKindApart) {
+    test(linkOf("A50285BI"));
+    const QImage first = label()->grab().toImage();
+    test(linkOf("B50285BI"));
+    EXPECT_NE(label()->grab().toImage(), first);
+}
+
+TEST_F(PortCornerTest, AShortNameIsPaintedWhole) {
+    paste("cbPort", "VIRTUAL");
     driver.click("cmdCommTest");
-    EXPECT_EQ(shown(), "Open Port opens " + link + ", 9600 8-N-1");
-    EXPECT_EQ(label->width(), width);
-    EXPECT_FALSE(label->grab().isNull());
+    EXPECT_EQ(driver.find<ElidedLabel>("openPort")->paintedText().toStdString(),
+              "Open Port opens VIRTUAL, 9600 8-N-1");
 }
 
 /// A line that has a link, as whoever makes pseudo-terminals for a while gives them one.

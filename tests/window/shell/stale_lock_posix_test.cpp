@@ -1,6 +1,8 @@
 #include "core/base/scope_exit.h"
 #include "device/lock_file.h"
 #include "support/dead_process.h"
+#include "support/killed_program_posix.h"
+#include "support/ordinary_user.h"
 #include "support/temporary_folder.h"
 #include "support/window_test.h"
 
@@ -10,6 +12,10 @@
 
 namespace varda::test {
 namespace {
+
+constexpr const char* ifNothingHasIt =
+    "If nothing has it open, a program was killed on it: end what made the "
+    "line (socat) and start that anew.";
 
 class StaleLockTest : public WindowTest {
 protected:
@@ -85,10 +91,50 @@ TEST_F(StaleLockTest, IsToldNoMoreOnceTheLineHasGoneAway) {
 }
 
 TEST_F(StaleLockTest, IsToldOnce) {
+    if (!isThere()) {
+        GTEST_SKIP() << "notice: no lock file can be made here";
+    }
     paste("cbPort", line.path());
     driver.click("cmdCommTest");
+    EXPECT_EQ(notice(), told);
     driver.click("cmdCommTest");
     EXPECT_EQ(notice(), "");
+}
+
+/// What really stays of a program that was killed: its claim on the line as well as its lock file.
+class KilledProgramTest : public WindowTest {
+protected:
+    std::string notice() { return driver.find<QLabel>("slowLine")->text().toStdString(); }
+};
+
+TEST_F(KilledProgramTest, LeavesALineThatIsTakenOverOrSaysWhatHelps) {
+    const KilledProgram killed;
+    ASSERT_TRUE(killed.hasClaimed());
+    driver.openPort(killed.path());
+    if (driver.box() != nullptr) { // the driver lets the administrator alone pass
+        EXPECT_EQ(driver.boxText(), "Already Using Port !! Please Select Another Port");
+        EXPECT_TRUE(driver.box()->informativeText().endsWith(QLatin1String(ifNothingHasIt)));
+        return;
+    }
+    EXPECT_EQ(text("cmdPortOpen"), "Close Port");
+    EXPECT_TRUE(notice().ends_with(" was taken over.")) << notice();
+}
+
+TEST_F(KilledProgramTest, LeavesALineThatAnOrdinaryUserIsToldHowToGetBack) {
+    const OrdinaryUser user; // before the pseudo-terminal, which is this user's then
+    const KilledProgram killed;
+    ASSERT_TRUE(killed.hasClaimed());
+    for (int time = 0; time < 2; ++time) { // the lock file is gone at the second
+        paste("cbPort", killed.path());
+        driver.click("cmdCommTest");
+        ASSERT_NE(driver.box(), nullptr);
+        EXPECT_EQ(driver.boxText(), "Already Using Port !! Please Select Another Port");
+        EXPECT_EQ(driver.boxTitle(), "Error");
+        EXPECT_TRUE(driver.box()->informativeText().endsWith(QLatin1String(ifNothingHasIt)))
+            << driver.box()->informativeText().toStdString();
+        driver.closeBox();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
 
 } // namespace
