@@ -121,7 +121,7 @@ private:
     FileDialogs files_{&window_, QString::fromStdString(folder_.path())};
     FileTalk talk_{[](const std::string& text) { ADD_FAILURE() << text; }, {}};
     TracePanel panel_{
-        InsightContext{{clock_, trace_, statistics_, watch_, names_, {}, {}}, events_, files_, talk_},
+        InsightContext{{clock_, trace_, statistics_, watch_, names_}, events_, files_, talk_},
         &window_};
 };
 
