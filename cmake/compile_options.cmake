@@ -4,6 +4,8 @@ target_compile_options(varda_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wold-style-cast -Woverloaded-virtual
     $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow> # a name of a source hides none of another's
     $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
+    # Of GCC 12 these two speak of the library's own comparison and insertion, with bounds that cannot be.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread -Wno-stringop-overflow>
     $<$<BOOL:${VARDA_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(VARDA_SANITIZE)

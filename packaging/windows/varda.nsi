@@ -116,6 +116,8 @@ Section
   !insertmacro InstallExample "example-reads.ini"
   !insertmacro InstallExample "example-writes.ini"
   !insertmacro InstallExample "example.scn"
+  !insertmacro InstallExample "example.expect"
+  !insertmacro InstallExample "example-memory.csv"
   SetOutPath "$INSTDIR"
   WriteUninstaller "$INSTDIR\Uninstall.exe"
 
@@ -146,6 +148,8 @@ Section Uninstall
   !insertmacro RemoveUntouchedExample "example-reads.ini"
   !insertmacro RemoveUntouchedExample "example-writes.ini"
   !insertmacro RemoveUntouchedExample "example.scn"
+  !insertmacro RemoveUntouchedExample "example.expect"
+  !insertmacro RemoveUntouchedExample "example-memory.csv"
   Delete "$INSTDIR\varda.exe"
   Delete "$INSTDIR\varda-cli.exe"
   Delete "$INSTDIR\VARDA.CHM"

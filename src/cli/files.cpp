@@ -3,12 +3,15 @@
 #include "cli/failure.h"
 #include "core/files/file_path.h"
 #include "core/files/profile_file.h"
+#include "core/insight/taken_expectations.h"
 #include "core/pairs/packet_file.h"
+#include "core/recordings/capture_reader.h"
 #include "core/runs/scenario_file.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <ostream>
 #include <utility>
 
 namespace varda::cli {
@@ -68,6 +71,24 @@ std::vector<std::optional<Expectation>> expectations(const std::string& path, st
                                           std::to_string(lines - 1) + " of section [Expect].");
     }
     return wanted;
+}
+
+Recording recording(const std::string& path, std::ostream& error) {
+    ReadCapture read = loadCapture(path);
+    if (read.isCut) {
+        error << path << " ends within a packet; the " << read.recording.size() << " before it were read.\n";
+    }
+    if (read.incomplete > 0) {
+        error << path << " holds " << read.incomplete
+              << " packets that were not kept whole; they are left out.\n";
+    }
+    return std::move(read.recording);
+}
+
+void saveExpectations(const std::string& path, const std::vector<std::string>& texts) {
+    ProfileFile file = load(path);
+    storeExpectations(texts, file);
+    file.save(path);
 }
 
 } // namespace varda::cli

@@ -2,9 +2,11 @@
 
 #include "core/insight/expectation.h"
 #include "core/pairs/packet_table.h"
+#include "core/recordings/recording.h"
 
 #include <CLI/CLI.hpp>
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,5 +25,12 @@ std::vector<std::string> scenarioLines(const std::string& path);
 /// What is expected of the lines of a scenario. @throws Failure File where there is nothing of the kind,
 /// RuntimeError where an entry is not understood
 std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines);
+
+/// Writes what is expected of the lines of a scenario; the rest of the file stays.
+/// @throws RuntimeError where it cannot be written
+void saveExpectations(const std::string& path, const std::vector<std::string>& texts);
+
+/// A capture; what of it could not be read is told. @throws RuntimeError where it is none
+Recording recording(const std::string& path, std::ostream& error);
 
 } // namespace varda::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/base/bytes.h"
+
 #include <string>
 #include <vector>
 
@@ -12,6 +14,8 @@ struct LineResult {
     std::string kind;
     double seconds = 0; ///< until the answer was there
     std::string why;    ///< it failed; empty where it did not
+    Bytes request;
+    Bytes answer; ///< empty where none came
 };
 
 /// Results as CI systems read them. @param suite the scenario's name

@@ -2,6 +2,7 @@
 
 #include "cli/failure.h"
 #include "core/base/scope_exit.h"
+#include "core/faults/faulty_line.h"
 #include "device/lines.h"
 
 #include <utility>
@@ -9,8 +10,9 @@
 namespace varda::cli {
 
 LinkSession::LinkSession(int tickPeriod)
-    : comm_(device::lineFactory(loop_, controller_,
-                                [this](std::function<void()> task) { loop_.post(std::move(task)); })),
+    : comm_(faulty(device::lineFactory(loop_, controller_,
+                                       [this](std::function<void()> task) { loop_.post(std::move(task)); }),
+                   faults_, loop_)),
       link_(comm_, loop_),
       tmrComm_(loop_.makeTimer([this] { link_.tmrComm_Timer(); })) {
     link_.observe(*this);

@@ -2,6 +2,7 @@
 
 #include "cli/port_choice.h"
 #include "cli/requests.h"
+#include "core/faults/fault_injector.h"
 #include "core/link/serial_link.h"
 #include "core/virtual/controller.h"
 #include "device/event_loop.h"
@@ -35,6 +36,8 @@ public:
 
     device::EventLoop& loop() { return loop_; }
     SerialLink& link() { return link_; }
+    /// What is done on purpose to what is sent; nothing before it has a plan.
+    FaultInjector& faults() { return faults_; }
 
 private:
     void told(const Exchange& exchange) override;
@@ -42,6 +45,7 @@ private:
 
     device::EventLoop loop_;
     Controller controller_;
+    FaultInjector faults_;
     MSComm comm_;
     SerialLink link_;
     std::unique_ptr<PeriodTimer> tmrComm_;

@@ -2,6 +2,7 @@
 
 #include "cli/link_session.h"
 #include "core/link/period.h"
+#include "core/recordings/capture_file.h"
 #include "core/runs/monitor_run.h"
 
 #include <ctime>
@@ -29,11 +30,20 @@ TimeOfDay now() {
     return {local->tm_hour, local->tm_min, local->tm_sec};
 }
 
+/// What was heard, at its time of day.
+CapturedPacket packetOf(const Exchange& exchange, Clock::Time now) {
+    using TimeOfSystem = std::chrono::system_clock;
+    const auto ago = std::chrono::duration_cast<TimeOfSystem::duration>(now - exchange.received.first);
+    return {TimeOfSystem::now() - ago, false, exchange.answer, exchange.answer.size(), ""};
+}
+
 } // namespace
 
 void MonitorCommand::declare(CLI::App& app) {
     port_.declare(app);
     app.add_option("--log", log_, "Append the lines to this file");
+    app.add_option("--pcapng", capture_,
+                   "Write a capture to this file, as Wireshark reads it; it begins anew");
     app.add_flag("--time", withTime_, "Begin each line with the time");
     app.add_flag("--characters", asCharacters_, "Show the bytes as characters");
 }
@@ -45,9 +55,16 @@ ExitCode MonitorCommand::run(const Streams& streams, Report& report) {
     if (!log_.empty()) {
         monitor.openLog(log_);
     }
+    CaptureFile capture(session.loop());
+    if (!capture_.empty()) {
+        capture.open(capture_);
+    }
     session.whenTold([&](const Exchange& exchange) {
         if (exchange.outcome != Outcome::Heard) {
             return;
+        }
+        if (capture.isOpen() && !capture.write(packetOf(exchange, session.loop().now()))) {
+            throw Failure(ExitCode::File, capture_ + " takes no more: its disk is full.");
         }
         const auto time = withTime_ ? std::optional(now()) : std::nullopt;
         if (!monitor.list(exchange.answer, time, asCharacters_)) {

@@ -8,7 +8,7 @@ namespace varda::cli {
 class MonitorCommand : public Subcommand {
 public:
     std::string name() const override { return "monitor"; }
-    std::string purpose() const override { return "List what comes in, and keep a log of it"; }
+    std::string purpose() const override { return "List what comes in, and keep a log or a capture of it"; }
     void declare(CLI::App& app) override;
     /// Until it is ended from outside.
     ExitCode run(const Streams& streams, Report& report) override;
@@ -16,6 +16,7 @@ public:
 private:
     PortChoice port_;
     std::string log_;
+    std::string capture_;
     bool withTime_ = false;
     bool asCharacters_ = false;
 };

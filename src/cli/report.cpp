@@ -125,6 +125,26 @@ std::string textOf(const Exchange& exchange) {
     return text;
 }
 
+double inMillisecondsOf(std::chrono::microseconds time) {
+    return std::chrono::duration<double, std::milli>(time).count();
+}
+
+Json jsonOf(const RecordingSize& size) {
+    return {{"sent", size.sent},
+            {"received", size.received},
+            {"bytes", size.bytes},
+            {"milliseconds", inMillisecondsOf(size.duration)}};
+}
+
+std::string textOf(const RecordingSize& size) {
+    return std::to_string(size.sent) + " sent, " + std::to_string(size.received) + " received, " +
+           counted(size.bytes, "byte") + " in " + inMilliseconds(size.duration);
+}
+
+std::string timesInWords(std::uint64_t count) {
+    return count == 1 ? "once" : std::to_string(count) + " times";
+}
+
 Octets bytesOf(const Field& field, Octets bytes) { return bytes.subspan(field.place, field.length); }
 
 Json jsonOf(Octets bytes, const DecodedFrame& frame) {
@@ -202,6 +222,64 @@ void Report::finding(const std::string& file, const PairFinding& finding) {
                         {"problem", finding.problem},
                         {"remedy", finding.remedy}})
               : file + ": pair " + std::to_string(number) + ": " + finding.problem + ' ' + finding.remedy);
+}
+
+void Report::pairHits(std::size_t row, std::uint64_t answers) {
+    write(asJson_ ? asLine({{"type", "pair"}, {"pair", row + 1}, {"answers", answers}})
+                  : "pair " + std::to_string(row + 1) + ": answered " + timesInWords(answers));
+}
+
+void Report::unmatched(const UnknownRequest& request) {
+    write(asJson_ ? asLine({{"type", "unmatched"},
+                            {"request", hexRun(request.bytes)},
+                            {"kind", kindInWords(kindOf(request.bytes))},
+                            {"count", request.count},
+                            {"isAnswered", request.isAnswered}})
+                  : "no prepared pair: " + kindInWords(kindOf(request.bytes)) + ' ' +
+                        hexGroups(request.bytes) + "came " + timesInWords(request.count) +
+                        (request.isAnswered ? ", answered from memory" : ", not answered"));
+}
+
+void Report::played(const PlayerProgress& progress) {
+    write(asJson_ ? asLine({{"type", "played"},
+                            {"frames", progress.frames},
+                            {"played", progress.played},
+                            {"periodWanted", inMillisecondsOf(progress.periodWanted)},
+                            {"periodReached", inMillisecondsOf(progress.periodReached)},
+                            {"latest", inMillisecondsOf(progress.latest)}})
+                  : std::to_string(progress.played) + " of " + counted(progress.frames, "frame") +
+                        " played; mean period " + inMilliseconds(progress.periodReached) + ", recorded " +
+                        inMilliseconds(progress.periodWanted) + "; at most " +
+                        inMilliseconds(progress.latest) + " late");
+}
+
+void Report::converted(const std::string& file, std::size_t entries, std::size_t leftOut) {
+    write(asJson_
+              ? asLine({{"type", "converted"}, {"file", file}, {"entries", entries}, {"leftOut", leftOut}})
+              : file + ": " + (entries == 1 ? "1 entry" : std::to_string(entries) + " entries") +
+                    (leftOut > 0 ? ", " + std::to_string(leftOut) + " left out" : ""));
+}
+
+void Report::difference(const RecordingDifference& difference) {
+    write(asJson_ ? asLine({{"type", "difference"},
+                            {"isSame", difference.isSame()},
+                            {"why", difference.why},
+                            {"same", difference.same},
+                            {"mostApart", inMillisecondsOf(difference.mostApart)},
+                            {"left", jsonOf(difference.left)},
+                            {"right", jsonOf(difference.right)}})
+                  : "first:  " + textOf(difference.left) + "\nsecond: " + textOf(difference.right) + '\n' +
+                        (difference.isSame() ? "The same bytes, " : difference.why + ' ') +
+                        (difference.isSame() ? "at most " : "Before that, times are at most ") +
+                        inMilliseconds(difference.mostApart) + " apart.");
+}
+
+void Report::fault(const FaultDone& fault) {
+    write(asJson_ ? asLine({{"type", "fault"},
+                            {"frame", fault.frame},
+                            {"name", ruleOf(fault.kind).name},
+                            {"done", fault.text}})
+                  : "on purpose: " + fault.text);
 }
 
 void Report::scenario(int rounds, int right, int wrong) {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "core/faults/fault_injector.h"
 #include "core/insight/decoder.h"
 #include "core/insight/pair_lint.h"
 #include "core/link/exchange.h"
+#include "core/recordings/player.h"
+#include "core/recordings/recording_difference.h"
+#include "core/runs/unknown_requests.h"
 #include "device/port_doctor.h"
 #include "device/port_names.h"
 
@@ -36,6 +40,17 @@ public:
     void heard(const Exchange& exchange, const std::string& line);
     /// What is wrong with a prepared pair. @param file that it stands in
     void finding(const std::string& file, const PairFinding& finding);
+    /// How often a prepared pair has answered. @param row from 0
+    void pairHits(std::size_t row, std::uint64_t answers);
+    /// A request that no prepared pair answers.
+    void unmatched(const UnknownRequest& request);
+    /// How a recording was played.
+    void played(const PlayerProgress& progress);
+    /// What a recording was turned into: entries of a file. @param leftOut those that it has no place for
+    void converted(const std::string& file, std::size_t entries, std::size_t leftOut);
+    void difference(const RecordingDifference& difference);
+    /// What was done on purpose to something that is about to be sent.
+    void fault(const FaultDone& fault);
     /// Rounds of a scenario, and how many of their lines were answered, or ended as it was expected.
     void scenario(int rounds, int right, int wrong);
 

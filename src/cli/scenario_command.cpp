@@ -1,10 +1,12 @@
 #include "cli/scenario_command.h"
 
 #include "cli/files.h"
+#include "cli/html_report.h"
 #include "cli/junit.h"
 #include "cli/link_session.h"
 #include "core/files/atomic_file.h"
 #include "core/insight/field_words.h"
+#include "core/insight/taken_expectations.h"
 #include "core/runs/scenario_run.h"
 
 #include <algorithm>
@@ -21,12 +23,15 @@ using Expectations = std::vector<std::optional<Expectation>>;
 class Rounds {
 public:
     /// @param wanted for each line; empty where every line is to be answered
+    /// @param isTaking whatever comes is right where nothing is wanted
     Rounds(LinkSession& session, Report& report, std::vector<std::string> lines, Expectations wanted,
-           int rounds)
+           int rounds, bool isTaking)
         : session_(session),
           report_(report),
           lines_(std::move(lines)),
           wanted_(std::move(wanted)),
+          taken_(static_cast<std::size_t>(lines_.count())),
+          isTaking_(isTaking),
           left_(static_cast<std::size_t>(lines_.count()) * static_cast<std::size_t>(rounds)),
           timer_(session.loop().makeTimer([this] { sendNext(); })),
           run_(session.link(), *timer_, lines_) {
@@ -36,6 +41,7 @@ public:
     void start(int period) { run_.start(std::to_string(period)); }
     void stop() { run_.stop(Mode::MonitorIdle); }
 
+    const TakenExpectations& taken() const { return taken_; }
     const std::vector<LineResult>& results() const { return results_; }
     int failures() const {
         return static_cast<int>(
@@ -61,8 +67,9 @@ private:
         const std::string why = judge(exchange, line);
         const std::chrono::duration<double> time = exchange.received.last - exchange.sent.first;
         const bool isAnswered = exchange.outcome == Outcome::Answered;
-        results_.push_back(
-            {round, line + 1, kindInWords(kindOf(exchange.request)), isAnswered ? time.count() : 0, why});
+        results_.push_back({round, line + 1, kindInWords(kindOf(exchange.request)),
+                            isAnswered ? time.count() : 0, why, exchange.request, exchange.answer});
+        taken_.take(static_cast<std::size_t>(line), exchange);
         report_.exchange(exchange);
         if (!wanted_.empty()) {
             report_.expectation(round, line + 1, why);
@@ -75,7 +82,8 @@ private:
             const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
             return wanted ? wanted->judge(exchange) : std::string();
         }
-        return exchange.outcome == Outcome::Answered ? std::string() : std::string(inWords(exchange.outcome));
+        return exchange.outcome == Outcome::Answered || isTaking_ ? std::string()
+                                                                  : std::string(inWords(exchange.outcome));
     }
 
     void endWhere(bool isStopped) {
@@ -89,6 +97,8 @@ private:
     Report& report_;
     ScenarioList lines_;
     Expectations wanted_;
+    TakenExpectations taken_;
+    bool isTaking_;
     std::size_t left_;
     std::unique_ptr<PeriodTimer> timer_;
     ScenarioRun run_;
@@ -99,6 +109,7 @@ private:
 
 void ScenarioCommand::declare(CLI::App& app) {
     port_.declare(app);
+    faults_.declare(app);
     app.add_option("--rounds", rounds_, "How many times all lines are sent")
         ->check(CLI::Range(1, 1'000'000).description("1 to 1000000"))
         ->capture_default_str();
@@ -108,14 +119,17 @@ void ScenarioCommand::declare(CLI::App& app) {
     app.add_option("--expect", expectations_, "File of what is expected of the lines' answers")
         ->check(existingFile());
     app.add_option("--junit", junit_, "Write the results to this file, as CI systems read them");
+    app.add_option("--html", html_, "Write the results to this file as a page to read");
+    app.add_option("--take", take_, "Write what comes to this file, as what is expected from now on");
     app.add_option("file", file_, "File of a scenario")->required()->check(existingFile());
 }
 
-ExitCode ScenarioCommand::run(const Streams& /*streams*/, Report& report) {
+ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
     std::vector<std::string> lines = scenarioLines(file_);
     Expectations wanted = expectations_.empty() ? Expectations() : expectations(expectations_, lines.size());
     LinkSession session(startPeriod);
-    Rounds rounds(session, report, std::move(lines), std::move(wanted), rounds_);
+    Rounds rounds(session, report, std::move(lines), std::move(wanted), rounds_, !take_.empty());
+    faults_.apply(session.faults(), streams, report);
     session.open(port_);
     rounds.start(period_);
     const bool isWhole = session.run();
@@ -124,6 +138,12 @@ ExitCode ScenarioCommand::run(const Streams& /*streams*/, Report& report) {
     report.scenario(rounds_, static_cast<int>(rounds.results().size()) - failures, failures);
     if (!junit_.empty()) {
         replaceFile(junit_, junit(file_, rounds.results()));
+    }
+    if (!html_.empty()) {
+        replaceFile(html_, htmlReport(file_, rounds.results()));
+    }
+    if (!take_.empty()) {
+        saveExpectations(take_, rounds.taken().texts());
     }
     return isWhole && rounds.isComplete() ? ExitCode::Right : ExitCode::Failed;
 }

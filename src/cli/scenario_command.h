@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/fault_choice.h"
 #include "cli/port_choice.h"
 #include "cli/subcommand.h"
 #include "core/link/period.h"
@@ -16,9 +17,12 @@ public:
 
 private:
     PortChoice port_;
+    FaultChoice faults_;
     std::string file_;
     std::string expectations_;
     std::string junit_;
+    std::string html_;
+    std::string take_;
     int rounds_ = 1;
     int period_ = startPeriod;
 };

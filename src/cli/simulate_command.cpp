@@ -4,7 +4,9 @@
 #include "cli/link_session.h"
 #include "core/link/period.h"
 #include "core/pairs/packet_table.h"
-#include "core/runs/responder.h"
+#include "core/runs/living_controller.h"
+#include "core/runs/pair_hits.h"
+#include "core/runs/unknown_requests.h"
 
 #include <ostream>
 
@@ -12,38 +14,79 @@ namespace varda::cli {
 namespace {
 
 bool isOfARequest(const Exchange& exchange) {
-    return exchange.outcome == Outcome::AnsweredByPair || exchange.outcome == Outcome::Unknown ||
-           exchange.outcome == Outcome::NotSent;
+    return exchange.outcome == Outcome::AnsweredByPair || exchange.outcome == Outcome::AnsweredFromMemory ||
+           exchange.outcome == Outcome::Unknown || exchange.outcome == Outcome::NotSent;
 }
+
+/// What came of a simulation.
+struct Tally {
+    PairHits hits;
+    UnknownRequests unknown;
+
+    void note(const Exchange& exchange) {
+        hits.note(exchange);
+        unknown.note(exchange);
+    }
+    void tell(Report& report, std::size_t pairs) const {
+        for (std::size_t row = 0; row < pairs; ++row) {
+            report.pairHits(row, hits.of(row));
+        }
+        for (const UnknownRequest& request : unknown.requests()) {
+            report.unmatched(request);
+        }
+    }
+};
 
 } // namespace
 
 void SimulateCommand::declare(CLI::App& app) {
     port_.declare(app);
+    faults_.declare(app);
+    memory_.declare(app);
     app.add_option("files", files_, "Files of prepared pairs; of equal requests the first counts")
-        ->required()
         ->check(existingFile());
 }
 
 ExitCode SimulateCommand::run(const Streams& streams, Report& report) {
+    if (files_.empty() && !memory_.isWanted()) {
+        throw Failure(ExitCode::Usage,
+                      "What is to be answered? Name a file of prepared pairs, or say --memory.");
+    }
     PacketTable table;
     for (const std::string& file : files_) {
         addPairs(table, file);
     }
-    const Responder responder(table);
+    Controller controller;
+    memory_.load(controller);
+    LivingController living(table, controller);
+    living.switchOn(memory_.isWanted());
+    Tally tally;
     LinkSession session(startPeriod);
-    session.link().setRoles({.answerTo = [&responder](auto request) { return responder.answerTo(request); }});
-    session.whenTold([&report](const Exchange& exchange) {
+    session.link().setRoles({.answerTo = [&living](auto request) { return living.answerTo(request); }});
+    session.whenTold([&](const Exchange& exchange) {
         if (isOfARequest(exchange)) {
+            tally.note(exchange);
             report.exchange(exchange);
         }
     });
+    faults_.apply(session.faults(), streams, report);
     session.open(port_);
     session.link().enterMode(Mode::Simulation);
-    streams.error << "Answering on " << port_.name << " from " << table.requests().size()
-                  << " prepared pairs. End with Ctrl+C.\n"
+    streams.error << "Answering on " << port_.name << " from " << table.requests().size() << " prepared pairs"
+                  << (living.isOn() ? " and from memory" : "") << ". End with Ctrl+C.\n"
                   << std::flush;
-    session.run();
+    // however it ends: the memory first, for the output may be what ends it
+    const auto finish = [&] {
+        memory_.save(controller);
+        tally.tell(report, table.requests().size());
+    };
+    try {
+        session.run();
+    } catch (const Failure&) {
+        finish();
+        throw;
+    }
+    finish();
     return ExitCode::Right;
 }
 

@@ -1,7 +1,9 @@
 #include "cli/decode_command.h"
 #include "cli/lint_command.h"
 #include "cli/monitor_command.h"
+#include "cli/play_command.h"
 #include "cli/ports_command.h"
+#include "cli/recording_commands.h"
 #include "cli/scenario_command.h"
 #include "cli/simulate_command.h"
 #include "cli/subcommand.h"
@@ -21,7 +23,8 @@ std::vector<std::unique_ptr<Subcommand>> make() {
 
 std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     return make<PortsCommand, ReadCommand, WriteCommand, MixedReadCommand, MixedWriteCommand, SimulateCommand,
-                MonitorCommand, ScenarioCommand, DecodeCommand, LintCommand>();
+                MonitorCommand, ScenarioCommand, PlayCommand, ConvertCommand, CompareCommand, DecodeCommand,
+                LintCommand>();
 }
 
 } // namespace varda::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/fault_choice.h"
 #include "cli/port_choice.h"
 #include "cli/requests.h"
 #include "cli/subcommand.h"
@@ -21,6 +22,7 @@ private:
                                               const std::vector<Operand>& operands) const = 0;
 
     PortChoice port_;
+    FaultChoice faults_;
     StationTexts stations_{.destination = "255", .source = "0"};
     int period_ = startPeriod;
     std::vector<std::string> words_;

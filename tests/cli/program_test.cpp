@@ -165,10 +165,12 @@ TEST_F(ProgramTest, AnswersFromPreparedPairs) {
                             }),
               0);
     EXPECT_EQ(answer, (std::vector<std::uint8_t>{0xAA, 0xBB, 0xCC}));
-    ASSERT_EQ(objects().size(), 2U);
+    ASSERT_EQ(objects().size(), 4U);
     EXPECT_EQ(objects()[0]["outcome"], "answered by a pair");
     EXPECT_EQ(objects()[0]["pair"], 1);
     EXPECT_EQ(objects()[1]["outcome"], "unknown");
+    EXPECT_EQ(objects()[2]["type"], "pair");
+    EXPECT_EQ(objects()[3]["type"], "unmatched");
 }
 
 TEST_F(ProgramTest, FindsWhatIsWrongWithPreparedPairs) {

@@ -32,6 +32,7 @@ void RegisterWatch::told(const Exchange& exchange) {
     case Outcome::Unknown:
         return see(exchange.request, {}, exchange.received.last);
     case Outcome::AnsweredByPair:
+    case Outcome::AnsweredFromMemory:
         see(exchange.request, {}, exchange.received.last);
         return see(exchange.answer, exchange.request, exchange.sent.last);
     case Outcome::Heard: {

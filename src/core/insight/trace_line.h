@@ -31,6 +31,7 @@ enum class Verdict : std::uint8_t {
     Overtaken,     ///< the next request went out, or the link went on to something else, before that
     NotSent,       ///< the port was closed or did not take it
     SentByPair,    ///< it is a prepared answer
+    SentByMemory,  ///< it is the answer of the memory of a simulated controller
     // of what was received
     Unread,      ///< nobody has read it yet
     Taken,       ///< it was taken as the answer
@@ -39,6 +40,7 @@ enum class Verdict : std::uint8_t {
     Ignored,     ///< the mode has no use for it
     Heard,       ///< the monitor listed it
     KnownPair,   ///< a prepared pair answers it
+    KnownMemory, ///< no prepared pair answers it, and the memory of a simulated controller does
     UnknownPair, ///< no prepared pair answers it
     ThrownAway,  ///< it was thrown away unread
     Lost,        ///< it could not be read any more, or reading failed
@@ -48,8 +50,9 @@ enum class Verdict : std::uint8_t {
     Opened,
     Closed,
     HungUp,
-    Silence,      ///< the wait for an answer was given up
-    NothingToRead ///< the port told of bytes, and none were there
+    Silence,       ///< the wait for an answer was given up
+    NothingToRead, ///< the port told of bytes, and none were there
+    OnPurpose      ///< a fault of our own doing, to what is sent next
 };
 
 /// What a line is of all that was read, or thrown away, together: a pause parts lines, and the program may

@@ -28,6 +28,7 @@ void TraceRecorder::open(std::chrono::system_clock::time_point timeOfDay) {
     ++openings_;
     trace_.setTimeOfDay(clock_.now(), timeOfDay);
     forgetConnection();
+    onPurpose_.clear();
     read_.clear();
     thrownAway_.clear();
 }
@@ -180,6 +181,15 @@ void TraceRecorder::notSent(Octets bytes, Clock::Time time, const std::string& r
     isRefusalTold_ = true;
 }
 
+/// Before anything of it goes out: what is sent next has nothing to do with what was sent before.
+void TraceRecorder::doneOnPurpose(const std::string& what) {
+    if (isOpen_) {
+        appendEvent(Verdict::OnPurpose, what);
+        onPurpose_ = what;
+        request_.reset();
+    }
+}
+
 // The link
 
 /// What the link is stuck after may have been before the trace was opened.
@@ -215,7 +225,9 @@ void TraceRecorder::write(const Exchange& exchange) {
     case Outcome::Heard:
         return toldHeard(exchange);
     case Outcome::AnsweredByPair:
-        return toldPair(exchange);
+        return toldAnswering(exchange, Verdict::KnownPair, Verdict::SentByPair);
+    case Outcome::AnsweredFromMemory:
+        return toldAnswering(exchange, Verdict::KnownMemory, Verdict::SentByMemory);
     case Outcome::Unknown:
         return toldUnknown(exchange);
     case Outcome::ThrownAway: // the line has told of these, with their bytes
@@ -256,6 +268,7 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
 /// The link waits for something after every frame of a scenario, also where it does not know its length.
 void TraceRecorder::toldSent(const Exchange& exchange) {
     isRefusalTold_ = false;
+    onPurpose_.clear();
     const bool isAwaited = exchange.expected > 0 || exchange.mode == Mode::Scenario;
     if (isRequest(Verdict::Unawaited) && isAwaited) {
         trace_.change(*request_, [&](TraceLine& line) {
@@ -268,8 +281,9 @@ void TraceRecorder::toldSent(const Exchange& exchange) {
 
 /// The line has told of what it refused itself; a closed port has no line.
 void TraceRecorder::toldNotSent(const Exchange& exchange) {
-    if (exchange.pair) {
-        for (const Number number : judge(exchange, Verdict::KnownPair)) {
+    if (!read_.empty()) {
+        const Verdict known = exchange.pair ? Verdict::KnownPair : Verdict::KnownMemory;
+        for (const Number number : judge(exchange, known)) {
             trace_.change(number, [&exchange](TraceLine& line) { line.pair = exchange.pair; });
         }
     } else if (!isRefusalTold_) {
@@ -304,19 +318,23 @@ void TraceRecorder::toldHeard(const Exchange& exchange) {
     }
 }
 
-void TraceRecorder::toldPair(const Exchange& exchange) {
+void TraceRecorder::toldAnswering(const Exchange& exchange, Verdict known, Verdict answer) {
     isRefusalTold_ = false;
     const bool isSent = !exchange.answer.empty() && isRequest(Verdict::Unawaited);
-    const Numbers lines = judge(exchange, Verdict::KnownPair);
+    const Numbers lines = judge(exchange, known);
+    const std::string onPurpose = std::exchange(onPurpose_, {});
     for (const Number number : lines) {
         trace_.change(number, [&](TraceLine& line) {
+            if (!isSent && !onPurpose.empty()) {
+                line.note = std::make_shared<const std::string>(onPurpose);
+            }
             line.pair = exchange.pair;
             line.partner = isSent ? request_ : std::nullopt;
         });
     }
     if (isSent) {
         trace_.change(*request_, [&](TraceLine& line) {
-            line.verdict = Verdict::SentByPair;
+            line.verdict = answer;
             line.pair = exchange.pair;
             line.mode = exchange.mode;
             line.request = shared(exchange.request);

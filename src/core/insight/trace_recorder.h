@@ -44,6 +44,7 @@ public:
     void thrownAway(std::size_t counted) override;
     void sent(Octets bytes, Clock::Time time) override;
     void notSent(Octets bytes, Clock::Time time, const std::string& reason) override;
+    void doneOnPurpose(const std::string& what) override;
 
     void told(const Exchange& exchange) override;
 
@@ -75,7 +76,7 @@ private:
     void toldNotSent(const Exchange& exchange);
     void toldAnswer(const Exchange& exchange);
     void toldHeard(const Exchange& exchange);
-    void toldPair(const Exchange& exchange);
+    void toldAnswering(const Exchange& exchange, Verdict known, Verdict answer);
     void toldUnknown(const Exchange& exchange);
 
     Trace& trace_;
@@ -92,6 +93,7 @@ private:
     std::shared_ptr<const Bytes> asked_; ///< its bytes, where it is a request
     HeardRequest heard_;
     bool isRefusalTold_ = false; ///< by the line, before the link does
+    std::string onPurpose_;      ///< done to what is sent, before the link tells of it
     bool isUnknownLast_ = false; ///< of what leaves the link stuck, a request that no pair answers came last
 };
 

@@ -41,6 +41,8 @@ std::string_view eventInWords(Verdict verdict) {
         return "hang-up";
     case Verdict::Silence:
         return "silence";
+    case Verdict::OnPurpose:
+        return "fault on purpose";
     default:
         return "event without bytes";
     }

@@ -39,6 +39,8 @@ public:
     virtual void sent(Octets bytes, Clock::Time time) = 0;
     /// The line did not take these bytes.
     virtual void notSent(Octets bytes, Clock::Time time, const std::string& reason) = 0;
+    /// The program did something wrong on purpose to what it is about to send. Not told by a line.
+    virtual void doneOnPurpose(const std::string& what) = 0;
 };
 
 /// A line that tells a tap of all that it does, and does what the line in it does.

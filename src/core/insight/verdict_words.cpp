@@ -80,8 +80,13 @@ std::string dropped(const Trace& trace, Number number, const TraceLine& line) {
            " more than were awaited.";
 }
 
-std::string knownPair(const TraceLine& line) {
-    const std::string pair = line.pair ? pairInWords(*line.pair) : "a prepared pair";
+std::string known(const TraceLine& line) {
+    const std::string pair = line.pair                              ? pairInWords(*line.pair)
+                             : line.verdict == Verdict::KnownMemory ? "the controller's memory"
+                                                                    : "a prepared pair";
+    if (line.note) {
+        return "Known, by " + pair + ", whose answer a fault on purpose kept back: " + *line.note + ".";
+    }
     return line.partner ? "Answered by " + pair + "."
                         : "Known, by " + pair +
                               ", but nothing was sent: the port is closed or did not "
@@ -145,6 +150,8 @@ std::string ofSent(const Trace& trace, const TraceLine& line) {
         return "The next request went out, or the link went on to something else, before an answer came.";
     case Verdict::NotSent:
         return "Not sent. " + noteOf(line);
+    case Verdict::SentByMemory:
+        return "The answer of the controller's memory.";
     default:
         return "The answer of " + pairInWords(line.pair.value_or(0)) + ".";
     }
@@ -165,7 +172,8 @@ std::string ofReceived(const Trace& trace, Number number, const TraceLine& line)
     case Verdict::Heard:
         return "Listed by the monitor.";
     case Verdict::KnownPair:
-        return knownPair(line);
+    case Verdict::KnownMemory:
+        return known(line);
     case Verdict::UnknownPair:
         return unknownPair(line);
     case Verdict::ThrownAway:
@@ -183,6 +191,8 @@ std::string ofEvent(const TraceLine& line) {
         return "The port was closed.";
     case Verdict::HungUp:
         return noteOf(line);
+    case Verdict::OnPurpose:
+        return "Our own doing: " + noteOf(line) + ".";
     case Verdict::Silence:
         return "The wait for the answer was given up after " + ticksOfSilence() + '.';
     default:

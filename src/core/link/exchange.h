@@ -26,7 +26,8 @@ enum class Outcome {
     Heard,      ///< a burst on a monitored line
     AnsweredByPair, ///< a request came that a prepared pair answers; nothing was sent where that is no frame
                     ///< or the port refused it
-    Unknown         ///< a request came that no prepared pair answers
+    Unknown,        ///< a request came that no prepared pair answers
+    AnsweredFromMemory ///< one came that no prepared pair answers, and a memory does
 };
 
 /// Why bytes that nobody had read were thrown away.

@@ -304,7 +304,8 @@ bool SerialLink::answerRequest() {
         sendAnswer(std::move(answer->bytes));
     }
     exchange_.known().pair = answer->pair;
-    exchange_.tell(isOpen ? Outcome::AnsweredByPair : Outcome::NotSent);
+    const Outcome answered = answer->pair ? Outcome::AnsweredByPair : Outcome::AnsweredFromMemory;
+    exchange_.tell(isOpen ? answered : Outcome::NotSent);
     return true;
 }
 

@@ -29,8 +29,8 @@ struct LinkState {
 
 /// The answer to a request that came in.
 struct PreparedAnswer {
-    std::size_t pair = 0; ///< row of the prepared pair
-    Bytes bytes;          ///< empty where the pair's answer is no frame: then nothing is sent
+    std::optional<std::size_t> pair = 0; ///< row of the prepared pair; none where a memory answers
+    Bytes bytes;                         ///< empty where the pair's answer is no frame: then nothing is sent
 };
 
 /// Sends requests, receives bursts and times answers out, for every mode alike.

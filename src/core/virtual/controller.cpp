@@ -1,6 +1,5 @@
 #include "core/virtual/controller.h"
 
-#include "core/base/runtime_error.h"
 #include "core/protocol/crc16.h"
 #include "core/protocol/frame.h"
 #include "core/protocol/registers.h"
@@ -160,13 +159,6 @@ Bytes answerFrame(const Frame& request, const Bytes& body) {
     return frame;
 }
 
-std::size_t checkedIndex(int address) {
-    if (address < 0 || address >= Controller::wordCount) {
-        throw subscriptOutOfRange();
-    }
-    return static_cast<std::size_t>(address);
-}
-
 } // namespace
 
 std::optional<Bytes> Controller::answer(std::span<const std::uint8_t> request) {
@@ -179,22 +171,24 @@ std::optional<Bytes> Controller::answer(std::span<const std::uint8_t> request) {
     if (!items || !std::all_of(items->begin(), items->end(), isInside)) {
         return std::nullopt;
     }
-    const Bytes body = carryOut(*command, *items, memory_);
+    const Bytes body = carryOut(*command, *items, memory_.words());
     moveRegisters();
     return answerFrame(*frame, body);
 }
 
-std::uint16_t Controller::word(int address) const { return memory_[checkedIndex(address)]; }
+std::uint16_t Controller::word(int address) const { return memory_.word(address); }
 
-void Controller::setWord(int address, std::uint16_t value) { memory_[checkedIndex(address)] = value; }
+void Controller::setWord(int address, std::uint16_t value) { memory_.setWord(address, value); }
 
 bool Controller::plugIn() noexcept { return !std::exchange(pluggedIn_, true); }
 
 void Controller::unplug() noexcept { pluggedIn_ = false; }
 
 void Controller::moveRegisters() {
-    ++memory_[checkedIndex(GetRegisterBase("W", "SR"))];
-    memory_[checkedIndex(GetRegisterBase("B", "F"))] ^= bitMask(0);
+    const int counter = GetRegisterBase("W", "SR");
+    memory_.setWord(counter, static_cast<std::uint16_t>(memory_.word(counter) + 1));
+    const int toggled = GetRegisterBase("B", "F") * static_cast<int>(bitsPerWord);
+    memory_.setBit(toggled, !memory_.bit(toggled));
 }
 
 } // namespace varda::core

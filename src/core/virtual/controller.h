@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/base/bytes.h"
+#include "core/virtual/controller_memory.h"
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -21,7 +21,7 @@ namespace varda::inline core {
 class Controller {
 public:
     /// Words of the memory, addresses 0 .. 3583. Bit b of word w has the bit address w * 16 + b.
-    static constexpr int wordCount = 3584;
+    static constexpr int wordCount = ControllerMemory::wordCount;
 
     Controller() = default;
     Controller(const Controller&) = delete;
@@ -44,6 +44,9 @@ public:
     /// @throws RuntimeError 9 outside the memory
     void setWord(int address, std::uint16_t value);
 
+    const ControllerMemory& memory() const { return memory_; }
+    void setMemory(const ControllerMemory& memory) { memory_ = memory; }
+
     /// Takes the one socket of the controller, to be given back with unplug().
     /// @return false where it is taken already
     bool plugIn() noexcept;
@@ -52,7 +55,7 @@ public:
 private:
     void moveRegisters();
 
-    std::array<std::uint16_t, wordCount> memory_{};
+    ControllerMemory memory_;
     bool pluggedIn_ = false;
 };
 

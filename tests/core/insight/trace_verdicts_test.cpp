@@ -199,6 +199,20 @@ TEST_F(TraceVerdicts, KnownRequestOnAPortThatWasClosedMeanwhileIsNotAnswered) {
     EXPECT_EQ(lines(), 3U); // the closing is the last one
 }
 
+TEST_F(TraceVerdicts, RequestToTheMemoryOnAPortThatWasClosedMeanwhileIsNotAnswered) {
+    link.setRoles({.answerTo = [this](std::span<const std::uint8_t>) {
+        port.close();
+        return std::optional(PreparedAnswer{.pair = std::nullopt, .bytes = bytesOfText(wordAnswer)});
+    }});
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(
+        verdict(1),
+        "Known, by the controller's memory, but nothing was sent: the port is closed or did not take the "
+        "answer, or the answer is no frame.");
+}
+
 TEST_F(TraceVerdicts, AnswerThatThePortRefusedHidesNoLaterRefusal) {
     table.addPair(hexRun(bytesOfText(wordRead)), hexRun(bytesOfText(wordAnswer)));
     link.enterMode(Mode::Simulation);

@@ -10,7 +10,7 @@ namespace {
 constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
 
 /// A far end that does wrong, and what the trace says of it.
-class FaultyLineTest : public TracedLinkTest {
+class FaultyFarEndTest : public TracedLinkTest {
 protected:
     void ask() { send(hexGroups(faultRequest()).c_str(), 10); }
     void answer(const Bytes& bytes, int after = 10) {
@@ -31,7 +31,7 @@ protected:
     static constexpr int answered = 100; ///< milliseconds until what came is read
 };
 
-class TwelveFaults : public FaultyLineTest, public testing::WithParamInterface<LineFault> {};
+class TwelveFaults : public FaultyFarEndTest, public testing::WithParamInterface<LineFault> {};
 
 TEST_P(TwelveFaults, AreSaidInASentence) {
     ask();
@@ -49,14 +49,14 @@ INSTANTIATE_TEST_SUITE_P(OfALine, TwelveFaults, testing::ValuesIn(twelveFaults()
     return name;
 });
 
-TEST_F(FaultyLineTest, AnAnswerThatComesOnceMoreIsTakenOnceMore) {
+TEST_F(FaultyFarEndTest, AnAnswerThatComesOnceMoreIsTakenOnceMore) {
     ask();
     answer(bytesOfText(wordAnswer));
     answer(bytesOfText(wordAnswer));
     EXPECT_EQ(said(-1), "Taken once more: the request had its answer already, and this has its length, too.");
 }
 
-TEST_F(FaultyLineTest, AnAnswerToSomethingElseIsTakenAndSaidToBe) {
+TEST_F(FaultyFarEndTest, AnAnswerToSomethingElseIsTakenAndSaidToBe) {
     ask();
     answer(soundFrame("00 05 A1 04 FF 00 FF 00 "));
     EXPECT_EQ(

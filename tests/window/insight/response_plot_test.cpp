@@ -33,14 +33,16 @@ protected:
         area = placeOf([](QColor colour) { return colour.green() > 200 && colour.red() < 100; });
     }
 
-    /// What became of a request just now.
+    /// A request, and what became of it just now.
     void tell(Outcome outcome, std::chrono::milliseconds time = 0ms) {
         const Clock::Time now = clock.now();
         Exchange exchange;
         exchange.mode = Mode::WordRead;
-        exchange.outcome = outcome;
+        exchange.outcome = Outcome::Sent;
         exchange.request = {5, 0, 0x23, 3, 0, 2, 2, 0x0B, 0x22};
         exchange.sent = {now - time, now - time};
+        statistics.told(exchange);
+        exchange.outcome = outcome;
         exchange.received = {now, now};
         statistics.told(exchange);
     }
