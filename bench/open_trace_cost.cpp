@@ -70,8 +70,10 @@ private:
             for (; owed >= 1; owed -= 1) {
                 bytes.push_back(traffic[next]);
                 next = (next + 1) % traffic.size();
-                if (next == 0 && pause > 0ms) {
+                if (next == 0 && pause > 0ms) { // the next exchange begins behind the pause
                     due += pause;
+                    owed = 0;
+                    break;
                 }
             }
             try {

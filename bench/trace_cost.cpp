@@ -116,7 +116,7 @@ void printNearest() {
             requests.push_back(std::string(other).append(other).append(other).append("990000"));
         }
         table.replace(requests, std::vector<std::string>(requests.size(), "00"));
-        const double seconds = secondsOf([&] { nearestPair(table, request); });
+        const double seconds = secondsOf([&] { nearestPair(table, request, request.size()); });
         std::printf("nearest of %d pairs: %.3f ms\n", pairs, seconds * 1e3);
     }
 }

@@ -7,6 +7,7 @@
 #include "input.h"
 
 #include <array>
+#include <vector>
 
 /// Any bytes as a frame, as what a byte's tip says, and as a line of the trace in all of its exports.
 namespace {
@@ -30,7 +31,7 @@ void exportLine(const Bytes& bytes, const Bytes& request, fuzz::Input& input) {
     line.bytes = bytes;
     line.size = bytes.size();
     line.request = std::make_shared<const Bytes>(request);
-    const std::array numbers = {trace.append(line)};
+    const std::vector numbers = {trace.append(line)};
     for (const TraceForm form : {TraceForm::Text, TraceForm::Csv, TraceForm::JsonLines, TraceForm::Pcapng}) {
         std::size_t size = 0;
         exportTrace(trace, numbers, form, noNames(), [&size](std::string_view part) { size += part.size(); });

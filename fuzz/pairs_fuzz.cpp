@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const Bytes asked = input.bytes(40);
     const auto answer = Responder(table).answerTo(asked);
-    require(!answer || table.requests()[answer->pair] == hexRun(asked), "the pair has that request");
+    require(!answer || table.requests()[answer->pair.value()] == hexRun(asked), "the pair has that request");
     nearestPair(table, asked);
     lintPairs(table);
     saveAndLoad(table);

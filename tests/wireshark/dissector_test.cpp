@@ -73,7 +73,7 @@ TEST_F(DissectorTest, ATraceIsReadBackWithItsTimesDirectionsAndVerdicts) {
         const TraceLine& line = *trace.find(number);
         all.push_back(number);
         if (line.direction != Direction::Event) {
-            expected.push_back(epochSeconds(trace.timeOfDay(line.first)) + "000\t" +
+            expected.push_back(epochSeconds(line.timeOfDay) + "000\t" +
                                (line.direction == Direction::Sent ? "2" : "1") + "\t" +
                                std::to_string(line.size) + "\t" + verdictInWords(trace, number));
         }

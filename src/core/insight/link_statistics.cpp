@@ -46,7 +46,8 @@ std::string rowFields(const LinkStatistics::Row& row) {
          {row.sent, row.answered, row.wrongCheck, row.wrongLength, row.silent, row.overtaken, row.notSent}) {
         text += ',' + std::to_string(count);
     }
-    return text + spreadFields(row.response) + spreadFields(row.onWire) + spreadFields(row.period);
+    return text + spreadFields(row.response) + spreadFields(row.onWire) + spreadFields(row.period) + ',' +
+           (row.wantedPeriod ? std::to_string(*row.wantedPeriod) : "");
 }
 
 } // namespace
@@ -72,8 +73,15 @@ double millisecondsOnWire(std::size_t bytes, const LineSettings& settings) {
 void LinkStatistics::close() {
     isOpen_ = false;
     settled_ = Outcome::Overtaken;
+    forgetLastSent(); // a period that nobody saw is none
+}
+
+/// The time without a connection is part of no period.
+void LinkStatistics::connected() { forgetLastSent(); }
+
+void LinkStatistics::forgetLastSent() {
     for (Kind& kind : kinds_) {
-        kind.lastSent.reset(); // a period that nobody saw is none
+        kind.lastSent.reset();
     }
 }
 
@@ -121,6 +129,7 @@ void LinkStatistics::addSent(const Exchange& exchange) {
         addBounded(kind.periods, Milliseconds(now - *kind.lastSent).count(), mostTimes);
     }
     kind.lastSent = now;
+    kind.counts.wantedPeriod = conditions_.wantedPeriod();
     settled_.reset();
     ++kind.counts.sent;
     ++changes_;
@@ -153,7 +162,8 @@ void LinkStatistics::addAnswer(const Exchange& exchange) {
     const double time = Milliseconds(exchange.received.last - exchange.sent.first).count();
     settle(exchange, kind.counts.answered);
     kind.counts.wrongCheck += decode(exchange.answer, exchange.request).has(Fault::WrongCheck) ? 1 : 0;
-    addBounded(kind.responses, {time, exchange.request.size() + exchange.answer.size()}, mostTimes);
+    const std::size_t bytes = exchange.request.size() + exchange.answer.size();
+    addBounded(kind.responses, {time, millisecondsOnWire(bytes, conditions_.settings())}, mostTimes);
     addSample(exchange, time);
 }
 
@@ -166,12 +176,12 @@ void LinkStatistics::addSample(const Exchange& exchange, double milliseconds) {
     }
 }
 
-LinkStatistics::Samples LinkStatistics::samples(Clock::Time now) const {
+std::vector<LinkStatistics::Sample> LinkStatistics::samples(Clock::Time now) const {
     const auto isOld = [now](const Sample& sample) { return now - sample.time > plotted; };
     return {std::ranges::find_if_not(samples_, isOld), samples_.end()};
 }
 
-std::vector<LinkStatistics::Row> LinkStatistics::rows(const LineSettings& settings) const {
+std::vector<LinkStatistics::Row> LinkStatistics::rows() const {
     std::vector<Row> rows;
     for (std::size_t index = 0; index < kindCount; ++index) {
         const Kind& kind = kinds_.at(index);
@@ -184,7 +194,7 @@ std::vector<LinkStatistics::Row> LinkStatistics::rows(const LineSettings& settin
         std::vector<double> onWire;
         for (const Response& response : kind.responses) {
             responses.push_back(response.milliseconds);
-            onWire.push_back(millisecondsOnWire(response.bytes, settings));
+            onWire.push_back(response.onWire);
         }
         row.response = spreadOf(std::move(responses));
         row.onWire = spreadOf(std::move(onWire));
@@ -194,7 +204,7 @@ std::vector<LinkStatistics::Row> LinkStatistics::rows(const LineSettings& settin
     return rows;
 }
 
-std::string LinkStatistics::csv(const LineSettings& settings, std::optional<int> wantedPeriod) const {
+std::string LinkStatistics::csv() const {
     std::string text = "Kind,Sent,Answered,Wrong check,Wrong length,Silent,Overtaken,Not sent";
     for (const char* const what : {"Response", "On the wire", "Period"}) {
         for (const char* const which : {" min ms", " median ms", " 99 % ms", " max ms"}) {
@@ -202,8 +212,8 @@ std::string LinkStatistics::csv(const LineSettings& settings, std::optional<int>
         }
     }
     text += ",Wanted period ms\r\n";
-    for (const Row& row : rows(settings)) {
-        text += rowFields(row) + ',' + (wantedPeriod ? std::to_string(*wantedPeriod) : "") + "\r\n";
+    for (const Row& row : rows()) {
+        text += rowFields(row) + "\r\n";
     }
     return text;
 }

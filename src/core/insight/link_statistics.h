@@ -10,9 +10,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
-#include <ranges>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace varda::inline core {
@@ -52,8 +53,9 @@ public:
         std::size_t overtaken = 0;
         std::size_t notSent = 0;
         std::optional<Spread> response; ///< from handing the request over to the answer's last byte, ms
-        std::optional<Spread> onWire;   ///< what of it the bytes take on the line at these settings, ms
-        std::optional<Spread> period;   ///< from one request of the kind to its next one, ms
+        std::optional<Spread> onWire; ///< what of it the bytes took on the line, at the settings of then, ms
+        std::optional<Spread> period; ///< from one request of the kind to its next one, ms
+        std::optional<int> wantedPeriod; ///< when the last of them was sent, ms
     };
 
     /// A point of the plot.
@@ -62,28 +64,36 @@ public:
         Outcome outcome;         ///< Answered, WrongLength or Silent
         double milliseconds = 0; ///< of an answer
     };
-    using Samples = std::ranges::subrange<std::deque<Sample>::const_iterator>;
+
+    /// What holds while something happens, asked for then.
+    struct Conditions {
+        std::function<LineSettings()> settings = [] { return LineSettings(); }; ///< of the port
+        /// At which requests are repeated, in ms.
+        std::function<std::optional<int>()> wantedPeriod = [] { return std::nullopt; };
+    };
+    void setConditions(Conditions conditions) { conditions_ = std::move(conditions); }
 
     void open() { isOpen_ = true; }
     void close();
     void reset();
 
     void told(const Exchange& exchange) override;
+    void connected() override;
 
     /// Only kinds of which something is known, in the order of the codes.
-    std::vector<Row> rows(const LineSettings& settings) const;
-    /// The same rows as a CSV file. @param wantedPeriod in ms, as the page has it
-    std::string csv(const LineSettings& settings, std::optional<int> wantedPeriod = std::nullopt) const;
+    std::vector<Row> rows() const;
+    /// The same rows as a CSV file.
+    std::string csv() const;
 
     /// The last ten minutes, in the order in which they were told.
-    Samples samples(Clock::Time now) const;
+    std::vector<Sample> samples(Clock::Time now) const;
     /// Rises with every change.
     std::uint64_t changes() const { return changes_; }
 
 private:
     struct Response {
         double milliseconds;
-        std::size_t bytes; ///< of request and answer
+        double onWire; ///< of it, for the bytes of request and answer
     };
     struct Kind {
         Row counts;
@@ -95,12 +105,14 @@ private:
     static constexpr std::size_t kindCount = 7;
     Kind& kindOfRequest(const Bytes& request);
 
+    void forgetLastSent();
     void addSent(const Exchange& exchange);
     void addAnswer(const Exchange& exchange);
     void settle(const Exchange& exchange, std::size_t& count);
     void addSample(const Exchange& exchange, double milliseconds);
 
     bool isOpen_ = false;
+    Conditions conditions_;
     std::array<Kind, kindCount> kinds_;
     std::deque<Sample> samples_;
     /// Of a request that was not seen nothing counts.

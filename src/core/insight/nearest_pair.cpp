@@ -15,6 +15,11 @@ namespace {
 
 constexpr std::size_t digitsOfByte = 2;
 
+/// The packet table has requests as they were typed.
+char inCapitals(char digit) {
+    return digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
+}
+
 /// Number of bytes in which two frame texts differ, a missing one included; no more than `most` are counted.
 std::size_t differences(std::string_view left, std::string_view right, std::size_t most) {
     const auto [shorter, longer] = std::minmax({left.size(), right.size()});
@@ -22,21 +27,25 @@ std::size_t differences(std::string_view left, std::string_view right, std::size
     const std::size_t check = frame_size::check * digitsOfByte;
     const std::size_t compared = shorter > check ? shorter - check : shorter;
     for (std::size_t place = 0; place < compared && count < most; place += digitsOfByte) {
-        count += left.substr(place, digitsOfByte) != right.substr(place, digitsOfByte) ? 1 : 0;
+        const bool isSame = std::ranges::equal(left.substr(place, digitsOfByte),
+                                               right.substr(place, digitsOfByte), {}, inCapitals, inCapitals);
+        count += isSame ? 0 : 1;
     }
     return count;
 }
 
-NearestPair compared(std::size_t row, Bytes request, std::span<const std::uint8_t> received) {
+NearestPair compared(std::size_t row, Bytes request, std::span<const std::uint8_t> received,
+                     std::size_t size) {
     const auto [came, prepared] = std::ranges::mismatch(received, request);
     const auto place = static_cast<std::size_t>(came - received.begin());
     const auto differing = came != received.end() ? std::optional(*came) : std::nullopt;
-    return {row, std::move(request), place, differing, received.size()};
+    return {row, std::move(request), place, differing, received.size(), size};
 }
 
 } // namespace
 
-std::optional<NearestPair> nearestPair(const PacketTable& table, std::span<const std::uint8_t> received) {
+std::optional<NearestPair> nearestPair(const PacketTable& table, std::span<const std::uint8_t> received,
+                                       std::size_t came) {
     const std::string text = hexRun(received);
     const auto& requests = table.requests();
     std::optional<std::size_t> nearest;
@@ -48,7 +57,7 @@ std::optional<NearestPair> nearestPair(const PacketTable& table, std::span<const
             nearest = row;
         }
     }
-    return nearest ? std::optional(compared(*nearest, *readHexRun(requests[*nearest]), received))
+    return nearest ? std::optional(compared(*nearest, *readHexRun(requests[*nearest]), received, came))
                    : std::nullopt;
 }
 

@@ -13,8 +13,8 @@ void RegisterWatch::clear() {
     leftOut_ = 0;
 }
 
-std::optional<std::size_t> RegisterWatch::rowOf(const Point& point) const {
-    const auto found = rows_.find(point);
+std::optional<std::size_t> RegisterWatch::rowOf(int station, const Point& point) const {
+    const auto found = rows_.find({station, point});
     return found != rows_.end() ? std::optional(found->second) : std::nullopt;
 }
 
@@ -54,22 +54,25 @@ void RegisterWatch::see(const DecodedFrame& frame, Clock::Time time) {
     if (!frame.isSound()) {
         return;
     }
+    const Field* const station = frame.find(frame.kind.isAnswer ? FieldRole::Source : FieldRole::Destination);
     for (const Field& field : frame.fields) {
         if (field.role == FieldRole::Value && field.point) {
-            see(*field.point, field.number, time);
+            see(station->number, field, time);
         }
     }
 }
 
-void RegisterWatch::see(const Point& point, int value, Clock::Time time) {
-    const auto row = rowOf(point);
+void RegisterWatch::see(int station, const Field& field, Clock::Time time) {
+    const Point& point = *field.point;
+    const int value = field.number;
+    const auto row = rowOf(station, point);
     if (!row && registers_.size() == mostRegisters) {
         ++leftOut_;
         return;
     }
     if (!row) {
-        rows_.emplace(point, registers_.size());
-        registers_.push_back({point, value, time, 0, {{time, value}}});
+        rows_.emplace(std::pair(station, point), registers_.size());
+        registers_.push_back({station, point, value, time, 0, {{time, value}}});
         return;
     }
     WatchedRegister& watched = registers_[*row];

@@ -10,6 +10,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace varda::inline core {
@@ -21,6 +22,7 @@ struct WatchedRegister {
         int value;
     };
 
+    int station = 0; ///< that has it
     Point point{Access::Word, 0};
     int value = 0;
     Clock::Time seen;           ///< when it was seen last
@@ -28,7 +30,8 @@ struct WatchedRegister {
     std::deque<Change> history; ///< the last values and when they were seen first, oldest first
 };
 
-/// The registers that were seen in any answer and any write, while it is open: of frames without a flaw only.
+/// The registers of each station that were seen in any answer and any write, while it is open: of frames
+/// without a flaw only.
 ///
 /// A register keeps its row until all are forgotten.
 class RegisterWatch : public LinkObserver {
@@ -45,18 +48,18 @@ public:
 
     std::size_t size() const { return registers_.size(); }
     const WatchedRegister& at(std::size_t row) const { return registers_[row]; }
-    std::optional<std::size_t> rowOf(const Point& point) const;
+    std::optional<std::size_t> rowOf(int station, const Point& point) const;
     /// How often a register found no room any more.
     std::uint64_t leftOut() const { return leftOut_; }
 
 private:
     void see(const Bytes& burst, const Bytes& request, Clock::Time time);
     void see(const DecodedFrame& frame, Clock::Time time);
-    void see(const Point& point, int value, Clock::Time time);
+    void see(int station, const Field& field, Clock::Time time);
 
     bool isOpen_ = false;
     std::vector<WatchedRegister> registers_;
-    std::map<Point, std::size_t> rows_;
+    std::map<std::pair<int, Point>, std::size_t> rows_;
     HeardRequest heard_;
     std::uint64_t leftOut_ = 0;
 };

@@ -13,6 +13,7 @@ const TraceLine* Trace::find(Number number) const { return lineOf(number); }
 
 Trace::Number Trace::append(TraceLine line) {
     bytes_ += line.bytes.size();
+    line.timeOfDay = timeOfDay(line.first);
     lines_.push_back(std::move(line));
     const Number number = end() - 1;
     dropOldest();
@@ -37,8 +38,22 @@ void Trace::dropOldest() {
     }
 }
 
-void Trace::mark(Number number, bool isMarked) {
-    change(number, [isMarked](TraceLine& line) { line.isMarked = isMarked; });
+/// A mark is told once for all lines, however many: what else is known of them stays as it is.
+void Trace::mark(std::span<const Number> numbers, bool isMarked) {
+    std::optional<Number> first;
+    for (const Number number : numbers) {
+        TraceLine* const line = lineOf(number);
+        if (line != nullptr && std::exchange(line->isMarked, isMarked) != isMarked && !first) {
+            first = number;
+        }
+    }
+    if (!first) {
+        return;
+    }
+    if (*first < newsEnd_) {
+        markedFrom_ = std::min(*first, markedFrom_.value_or(*first));
+    }
+    wakeUp();
 }
 
 void Trace::clear() {
@@ -69,7 +84,10 @@ Trace::News Trace::takeNews() {
     isTold_ = false;
     newsEnd_ = end();
     const auto changed = std::exchange(changed_, {});
-    return {begin(), end(), {changed.lower_bound(begin()), changed.end()}};
+    return {begin(),
+            end(),
+            {changed.lower_bound(begin()), changed.end()},
+            std::exchange(markedFrom_, std::nullopt)};
 }
 
 void Trace::setTimeOfDay(Clock::Time time, std::chrono::system_clock::time_point timeOfDay) {

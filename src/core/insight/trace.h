@@ -7,7 +7,9 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <set>
+#include <span>
 #include <vector>
 
 namespace varda::inline core {
@@ -27,9 +29,10 @@ public:
 
     /// What has changed since it was asked for last.
     struct News {
-        Number begin = 0;            ///< lines before this one are gone
-        Number end = 0;              ///< lines from where it was before up to here are new
-        std::vector<Number> changed; ///< those of the older ones that have changed, oldest first
+        Number begin = 0;                   ///< lines before this one are gone
+        Number end = 0;                     ///< lines from where it was before up to here are new
+        std::vector<Number> changed;        ///< those of the older ones that have changed, oldest first
+        std::optional<Number> markedFrom{}; ///< the first of the older ones whose mark has changed
     };
 
     Number begin() const { return begin_; }
@@ -49,7 +52,9 @@ public:
             noteChange(number, line->bytes.size() - before);
         }
     }
-    void mark(Number number, bool isMarked);
+    /// Marks lines, or takes their marks away, those that still are there. @param numbers in order
+    void mark(std::span<const Number> numbers, bool isMarked);
+    void mark(Number number, bool isMarked) { mark(std::span(&number, 1), isMarked); }
     void clear();
 
     /// Whether something is wrong with a line; asked again, it is not looked up again.
@@ -59,7 +64,7 @@ public:
     void setWakeUp(std::function<void()> wakeUp) { wakeUp_ = std::move(wakeUp); }
     News takeNews();
 
-    /// Ties the clock of the lines to the time of day.
+    /// Ties the clock to the time of day, for the lines that are to come: those that are there keep theirs.
     void setTimeOfDay(Clock::Time time, std::chrono::system_clock::time_point timeOfDay);
     std::chrono::system_clock::time_point timeOfDay(Clock::Time time) const;
 
@@ -74,6 +79,7 @@ private:
     std::size_t bytes_ = 0;    ///< that the lines keep
     Number newsEnd_ = 0;       ///< where the lines ended when news were taken last
     std::set<Number> changed_; ///< of the lines before that
+    std::optional<Number> markedFrom_;
     bool isTold_ = false;
     std::function<void()> wakeUp_;
     Clock::Time time_;

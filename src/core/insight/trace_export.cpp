@@ -81,7 +81,7 @@ std::string jsonLine(const Trace& trace, Trace::Number number, const RegisterNam
     const TraceLine& line = *trace.find(number);
     const auto cell = [&](TraceColumn column) { return cellInWords(trace, number, column, names); };
     const Json object = {{"number", number},
-                         {"time", universalTime(trace.timeOfDay(line.first))},
+                         {"time", universalTime(line.timeOfDay)},
                          {"deltaMs", deltaOf(trace, number)},
                          {"direction", cell(TraceColumn::Direction)},
                          {"kind", cell(TraceColumn::Kind)},
@@ -95,12 +95,16 @@ std::string jsonLine(const Trace& trace, Trace::Number number, const RegisterNam
     return object.dump(-1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
+std::string hexLine(const TraceLine& line) {
+    return line.bytes.empty() ? std::string() : hexSpaced(line.bytes) + '\n';
+}
+
 std::string packet(const Trace& trace, Trace::Number number) {
     const TraceLine& line = *trace.find(number);
     if (line.bytes.empty() || line.verdict == Verdict::NotSent) {
         return {};
     }
-    return captured({trace.timeOfDay(line.first), line.direction == Direction::Sent, line.bytes, line.size,
+    return captured({line.timeOfDay, line.direction == Direction::Sent, line.bytes, line.size,
                      verdictInWords(trace, number)});
 }
 
@@ -117,6 +121,8 @@ std::string exported(const Trace& trace, Trace::Number number, TraceForm form, c
         return csvLine(cell);
     case TraceForm::JsonLines:
         return jsonLine(trace, number, names);
+    case TraceForm::Hex:
+        return hexLine(*trace.find(number));
     default:
         return packet(trace, number);
     }

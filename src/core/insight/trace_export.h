@@ -18,6 +18,7 @@ enum class TraceForm : std::uint8_t {
     Text,      ///< columns side by side, for reading
     Csv,       ///< fields between commas, as RFC 4180 has them, with a heading
     JsonLines, ///< one object a line
+    Hex,       ///< the bytes of each line alone, of those that have any
     Pcapng     ///< a capture for Wireshark: link type USER0, directions, verdicts as comments
 };
 
@@ -25,7 +26,7 @@ enum class TraceForm : std::uint8_t {
 using ExportSink = std::function<void(std::string_view part)>;
 
 /// Writes lines of a trace, some at a time where all of them would take too long. Those that are gone are
-/// left out; in a capture those as well that have no bytes or never went over the line.
+/// left out; in hex those as well that have no bytes, in a capture those that never went over the line, too.
 class TraceExport {
 public:
     /// @param trace, names are looked into whenever lines are written

@@ -43,9 +43,13 @@ bool speaksOf(const TraceLine& line, const Point& point) {
 }
 
 bool hasStation(const TraceLine& line, int station) {
-    const Bytes& bytes = readBytes(line);
-    return bytes.size() > offset::source &&
-           (bytes[offset::destination] == station || bytes[offset::source] == station);
+    const auto isThere = [station](const Field* field) {
+        return field != nullptr && field->number == station;
+    };
+    return std::ranges::any_of(framesOf(line), [&isThere](const DecodedFrame& frame) {
+        return frame.kind.command != nullptr &&
+               (isThere(frame.find(FieldRole::Destination)) || isThere(frame.find(FieldRole::Source)));
+    });
 }
 
 bool holds(const Bytes& bytes, const Bytes& part) {
@@ -159,9 +163,9 @@ private:
 bool passes(const TraceFilter& filter, const Trace& trace, Trace::Number number) {
     const TraceLine* const line = trace.find(number);
     return line != nullptr && (!filter.direction || line->direction == *filter.direction) &&
-           (!filter.onlyMarked || line->isMarked) &&
-           (!filter.station || hasStation(*line, *filter.station)) && holds(line->bytes, filter.bytes) &&
+           (!filter.onlyMarked || line->isMarked) && holds(line->bytes, filter.bytes) &&
            (!filter.onlyWrong || trace.isWrong(number)) &&
+           (!filter.station || hasStation(*line, *filter.station)) &&
            (filter.kind.empty() || kindOfLine(*line).find(filter.kind) != std::string::npos) &&
            (!filter.point || speaksOf(*line, *filter.point));
 }

@@ -13,7 +13,7 @@ namespace varda::inline core {
 struct TraceFilter {
     std::string kind; ///< in small letters; part of the kind's words, "bit read" for example
     std::optional<Direction> direction;
-    std::optional<int> station; ///< either of the two
+    std::optional<int> station; ///< either of the two of any of its frames
     std::optional<Point> point; ///< a word stands for its bits too, and a bit for its word
     Bytes bytes;                ///< side by side somewhere in the line
     bool onlyWrong = false;

@@ -43,6 +43,12 @@ bool areSound(const std::vector<DecodedFrame>& frames) {
     return std::ranges::all_of(frames, &DecodedFrame::isSound);
 }
 
+/// Whether a part of a read is a frame by itself, and the whole read is none.
+bool standsForItself(const TraceLine& line) {
+    return hasWholeRead(line) && !areSound(decodeBurst(*line.part->whole, requestOf(line))) &&
+           areSound(decodeBurst(line.bytes, requestOf(line)));
+}
+
 /// Those of the frames of a read that reach into a part of it.
 std::vector<DecodedFrame> framesIn(std::vector<DecodedFrame> frames, std::size_t begin, std::size_t end) {
     const auto isElsewhere = [begin, end](std::size_t from, std::size_t to) {
@@ -68,19 +74,19 @@ const Bytes& readBytes(const TraceLine& line) { return hasWholeRead(line) ? *lin
 
 std::size_t readSize(const TraceLine& line) { return hasWholeRead(line) ? line.came : line.size; }
 
-/// A part that is a frame by itself, with noise in another one for example, stands for itself.
+const Bytes& explainedBytes(const TraceLine& line) {
+    return standsForItself(line) ? line.bytes : readBytes(line);
+}
+
+std::size_t explainedSize(const TraceLine& line) {
+    return standsForItself(line) ? line.size : readSize(line);
+}
+
 std::vector<DecodedFrame> framesOf(const TraceLine& line) {
-    auto whole = decodeBurst(readBytes(line), requestOf(line));
-    if (!hasWholeRead(line)) {
-        return whole;
-    }
-    if (!areSound(whole)) {
-        auto own = decodeBurst(line.bytes, requestOf(line));
-        if (areSound(own)) {
-            return own;
-        }
-    }
-    return framesIn(std::move(whole), line.part->place, line.part->place + line.bytes.size());
+    const bool isAlone = !hasWholeRead(line) || standsForItself(line);
+    auto frames = decodeBurst(isAlone ? line.bytes : readBytes(line), requestOf(line));
+    return isAlone ? frames
+                   : framesIn(std::move(frames), line.part->place, line.part->place + line.bytes.size());
 }
 
 /// Of what has not been read yet there may be more to come.
@@ -88,8 +94,8 @@ std::string remarksOn(const TraceLine& line) {
     if (line.direction != Direction::Received || line.verdict == Verdict::Unread || line.bytes.empty()) {
         return {};
     }
-    return isForAnswer(line.verdict) && line.request ? remarksOnAnswer(readBytes(line), *line.request)
-                                                     : remarksOnFrames(readBytes(line));
+    return isForAnswer(line.verdict) && line.request ? remarksOnAnswer(explainedBytes(line), *line.request)
+                                                     : remarksOnFrames(explainedBytes(line));
 }
 
 bool isWrong(const TraceLine& line) {

@@ -6,6 +6,7 @@
 #include "core/insight/nearest_pair.h"
 #include "core/link/routes.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -71,15 +72,17 @@ struct TraceLine {
     bool isMarked = false;
     bool whileStuck =
         false; ///< it came while the link's timer stood still, since an event that led to nothing
+    bool afterUnknown = false;   ///< and that event was a request that no pair answers
     std::optional<bool> isWrong; ///< once somebody has asked, see Trace::isWrong
     Mode mode = Mode::BitRead;   ///< of the link, when the verdict fell
     Clock::Time first;           ///< when its first byte went or came
     Clock::Time last;
-    Bytes bytes;                                ///< the first of them, see Trace::mostLineBytes
-    std::size_t size = 0;                       ///< bytes that there were
-    int expected = 0;                           ///< bytes that the awaited answer has, 0 where none is
-    std::size_t came = 0;                       ///< bytes of its read, of this line and of others
-    std::shared_ptr<const PartOfRead> part;     ///< where it was read together with others
+    std::chrono::system_clock::time_point timeOfDay; ///< of `first`; Trace::append writes it
+    Bytes bytes;                                     ///< the first of them, see Trace::mostLineBytes
+    std::size_t size = 0;                            ///< bytes that there were
+    int expected = 0;                                ///< bytes that the awaited answer has, 0 where none is
+    std::size_t came = 0;                            ///< bytes of its read, of this line and of others
+    std::shared_ptr<const PartOfRead> part;          ///< where it was read together with others
     std::optional<std::uint64_t> partner;       ///< number of the line that it answers, or that answers it
     std::optional<std::size_t> pair;            ///< row of the prepared pair
     std::shared_ptr<const Bytes> request;       ///< what it may be the answer to
@@ -95,8 +98,14 @@ const Bytes& readBytes(const TraceLine& line);
 /// How many bytes there were of what readBytes() gives.
 std::size_t readSize(const TraceLine& line);
 
+/// What a line is explained by: all that was read with it, or its own bytes where these are a frame by
+/// themselves and the whole read is none, with noise in another part of it for example.
+const Bytes& explainedBytes(const TraceLine& line);
+/// How many bytes there were of what explainedBytes() gives.
+std::size_t explainedSize(const TraceLine& line);
+
 /// The frames of a line, with what is known of their request. Of a frame that goes beyond the line all fields
-/// are there but the values in other parts of the read, with their places in the read.
+/// are there but the values in other parts of the read, with their places in explainedBytes().
 std::vector<DecodedFrame> framesOf(const TraceLine& line);
 
 /// What is odd about the bytes of a line: sentences, each with a blank before it.

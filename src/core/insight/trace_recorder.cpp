@@ -25,10 +25,12 @@ std::shared_ptr<const Bytes> shared(std::span<const std::uint8_t> bytes) {
 
 void TraceRecorder::open(std::chrono::system_clock::time_point timeOfDay) {
     isOpen_ = true;
+    ++openings_;
     trace_.setTimeOfDay(clock_.now(), timeOfDay);
     forgetConnection();
     onPurpose_.clear();
     read_.clear();
+    thrownAway_.clear();
 }
 
 void TraceRecorder::close() {
@@ -162,7 +164,10 @@ std::shared_ptr<const Bytes> TraceRecorder::wholeOf(const std::vector<Piece>& pi
 
 void TraceRecorder::read(std::size_t counted) { read_ = takeOut(counted); }
 
-void TraceRecorder::thrownAway(std::size_t counted) { settle(takeOut(counted), Verdict::ThrownAway); }
+void TraceRecorder::thrownAway(std::size_t counted) {
+    thrownAway_ = takeOut(counted);
+    settle(thrownAway_, Verdict::ThrownAway);
+}
 
 void TraceRecorder::sent(Octets bytes, Clock::Time time) {
     request_ = append(Direction::Sent, Verdict::Unawaited, bytes, time);
@@ -187,10 +192,17 @@ void TraceRecorder::doneOnPurpose(const std::string& what) {
 
 // The link
 
+/// What the link is stuck after may have been before the trace was opened.
 void TraceRecorder::told(const Exchange& exchange) {
-    if (!isOpen_) {
-        return;
+    if (isOpen_) {
+        write(exchange);
     }
+    if (exchange.outcome == Outcome::Unknown || exchange.outcome == Outcome::NothingToRead) {
+        isUnknownLast_ = exchange.outcome == Outcome::Unknown;
+    }
+}
+
+void TraceRecorder::write(const Exchange& exchange) {
     switch (exchange.outcome) {
     case Outcome::Sent:
         return toldSent(exchange);
@@ -220,8 +232,9 @@ void TraceRecorder::told(const Exchange& exchange) {
         return toldAnswering(exchange, Verdict::KnownMemory, Verdict::SentByMemory);
     case Outcome::Unknown:
         return toldUnknown(exchange);
-    case Outcome::ThrownAway: // the line tells of these, with their bytes
-        return;
+    case Outcome::ThrownAway: // the line has told of these, with their bytes
+        return settle(std::exchange(thrownAway_, {}), Verdict::ThrownAway,
+                      std::string(inWords(exchange.discarding)));
     }
 }
 
@@ -246,15 +259,18 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
             line.mode = exchange.mode;
             line.expected = exchange.expected;
             line.whileStuck = exchange.whileStuck;
+            line.afterUnknown = exchange.whileStuck && isUnknownLast_;
         });
     }
     return lines;
 }
 
+/// The link waits for something after every frame of a scenario, also where it does not know its length.
 void TraceRecorder::toldSent(const Exchange& exchange) {
     isRefusalTold_ = false;
     onPurpose_.clear();
-    if (isRequest(Verdict::Unawaited) && exchange.expected > 0) {
+    const bool isAwaited = exchange.expected > 0 || exchange.mode == Mode::Scenario;
+    if (isRequest(Verdict::Unawaited) && isAwaited) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = Verdict::Awaiting;
             line.expected = exchange.expected;
@@ -266,7 +282,10 @@ void TraceRecorder::toldSent(const Exchange& exchange) {
 /// The line has told of what it refused itself; a closed port has no line.
 void TraceRecorder::toldNotSent(const Exchange& exchange) {
     if (!read_.empty()) {
-        judge(exchange, Verdict::KnownPair);
+        const Verdict known = exchange.pair ? Verdict::KnownPair : Verdict::KnownMemory;
+        for (const Number number : judge(exchange, known)) {
+            trace_.change(number, [&exchange](TraceLine& line) { line.pair = exchange.pair; });
+        }
     } else if (!isRefusalTold_) {
         notSent(exchange.request, clock_.now(), "The port is closed.");
     }
@@ -300,6 +319,7 @@ void TraceRecorder::toldHeard(const Exchange& exchange) {
 }
 
 void TraceRecorder::toldAnswering(const Exchange& exchange, Verdict known, Verdict answer) {
+    isRefusalTold_ = false;
     const bool isSent = !exchange.answer.empty() && isRequest(Verdict::Unawaited);
     const Numbers lines = judge(exchange, known);
     const std::string onPurpose = std::exchange(onPurpose_, {});
@@ -328,7 +348,9 @@ void TraceRecorder::toldUnknown(const Exchange& exchange) {
     if (pairs_ == nullptr) {
         return;
     }
-    if (auto nearest = nearestPair(*pairs_, exchange.request)) {
+    const TraceLine* const read = lines.empty() ? nullptr : trace_.find(lines.front());
+    const std::size_t came = read != nullptr ? read->came : exchange.request.size();
+    if (auto nearest = nearestPair(*pairs_, exchange.request, came)) {
         const auto kept = std::make_shared<const NearestPair>(std::move(*nearest));
         for (const Number number : lines) {
             trace_.change(number, [&kept](TraceLine& line) { line.nearest = kept; });

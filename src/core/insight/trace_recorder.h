@@ -34,6 +34,7 @@ public:
     void close();
 
     bool isOpen() const noexcept override { return isOpen_; }
+    std::uint64_t openings() const noexcept override { return openings_; }
     void opened(const LineSettings& settings) override;
     void closed() override;
     void hungUp(const std::string& reason) override;
@@ -70,6 +71,7 @@ private:
     void judgeRequest(Verdict verdict, const std::string& note = {});
     bool isRequest(Verdict verdict) const;
 
+    void write(const Exchange& exchange);
     void toldSent(const Exchange& exchange);
     void toldNotSent(const Exchange& exchange);
     void toldAnswer(const Exchange& exchange);
@@ -81,15 +83,18 @@ private:
     const Clock& clock_;
     const PacketTable* pairs_ = nullptr;
     bool isOpen_ = false;
+    std::uint64_t openings_ = 0;
     std::optional<Number> growing_;      ///< the burst that the next bytes may belong to
     std::vector<Piece> unread_;          ///< came in and wait
     Numbers read_;                       ///< were read, and the link has not told what it makes of them
+    Numbers thrownAway_;                 ///< and the link has not told why
     std::uint64_t reads_ = 0;            ///< that there were
     std::optional<Number> request_;      ///< what was sent last
     std::shared_ptr<const Bytes> asked_; ///< its bytes, where it is a request
     HeardRequest heard_;
     bool isRefusalTold_ = false; ///< by the line, before the link does
     std::string onPurpose_;      ///< done to what is sent, before the link tells of it
+    bool isUnknownLast_ = false; ///< of what leaves the link stuck, a request that no pair answers came last
 };
 
 } // namespace varda::core

@@ -30,7 +30,13 @@ bool TraceView::fill(std::size_t most) {
 }
 
 /// The first line that passes now and did not before, or the other way round; the end where there is none.
+/// Marks count where the filter asks for them, and nobody looks which of many lines those are.
 Trace::Number TraceView::firstOther(const Trace::News& news) const {
+    const Trace::Number other = firstOfChanged(news);
+    return filter_.onlyMarked && news.markedFrom ? std::min(*news.markedFrom, other) : other;
+}
+
+Trace::Number TraceView::firstOfChanged(const Trace::News& news) const {
     for (const Trace::Number number : news.changed) {
         const std::size_t row = rowFrom(number);
         const bool isShown = row < rows_.size() && rows_[row] == number;
@@ -41,6 +47,12 @@ Trace::Number TraceView::firstOther(const Trace::News& news) const {
     return end_;
 }
 
+/// The end where nothing has changed.
+Trace::Number TraceView::firstChanged(const Trace::News& news) {
+    const Trace::Number changed = news.changed.empty() ? news.end : news.changed.front();
+    return std::min(changed, news.markedFrom.value_or(changed));
+}
+
 /// Where a change makes an older line pass or fail, the rows from there on come anew.
 TraceView::Step TraceView::update(const Trace::News& news, std::size_t most) {
     Step step;
@@ -49,7 +61,7 @@ TraceView::Step TraceView::update(const Trace::News& news, std::size_t most) {
     end_ = firstOther(news);
     goal_ = news.end;
     step.kept = rowFrom(end_);
-    step.changedBegin = news.changed.empty() ? step.kept : std::min(rowFrom(news.changed.front()), step.kept);
+    step.changedBegin = std::min(rowFrom(firstChanged(news)), step.kept);
     rows_.resize(step.kept);
     fill(most);
     step.added = rows_.size() - step.kept;

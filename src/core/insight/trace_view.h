@@ -51,6 +51,8 @@ public:
 
 private:
     Trace::Number firstOther(const Trace::News& news) const;
+    Trace::Number firstOfChanged(const Trace::News& news) const;
+    static Trace::Number firstChanged(const Trace::News& news);
 
     const Trace& trace_;
     TraceFilter filter_;

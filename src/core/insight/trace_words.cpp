@@ -128,7 +128,7 @@ std::string cellInWords(const Trace& trace, Trace::Number number, TraceColumn co
     }
     switch (column) {
     case TraceColumn::Time:
-        return timeInWords(trace.timeOfDay(line->first));
+        return timeInWords(line->timeOfDay);
     case TraceColumn::Delta:
         return printed("%.3f", deltaOf(trace, number));
     case TraceColumn::Direction:

@@ -15,9 +15,12 @@ TracedLine::TracedLine(std::unique_ptr<Line> line, LineTap& tap, const Clock& cl
 
 /// Whatever becomes of the telling, the line goes on.
 template <typename Telling>
-void TracedLine::tell(Telling&& telling) const noexcept {
+void TracedLine::tell(Telling&& telling) noexcept {
     if (!tap_.isOpen()) {
         return;
+    }
+    if (std::exchange(openings_, tap_.openings()) != tap_.openings()) {
+        seen_ = 0;
     }
     try {
         std::forward<Telling>(telling)();

@@ -23,6 +23,8 @@ public:
 
     /// Whether somebody wants to know; nothing else is called where not.
     virtual bool isOpen() const noexcept = 0;
+    /// How many times somebody has begun to want to know: who does knows nothing of what was told before.
+    virtual std::uint64_t openings() const noexcept = 0;
     virtual void opened(const LineSettings& settings) = 0;
     virtual void closed() = 0;
     virtual void hungUp(const std::string& reason) = 0;
@@ -65,7 +67,7 @@ private:
     using Octets = LineTap::Octets;
 
     template <typename Telling>
-    void tell(Telling&& telling) const noexcept;
+    void tell(Telling&& telling) noexcept;
     void pass(CommEvent event, const std::string& reason);
     Burst takeBurst();
     void tellNews();
@@ -75,7 +77,8 @@ private:
     std::unique_ptr<Line> line_;
     LineTap& tap_;
     const Clock& clock_;
-    std::size_t seen_ = 0; ///< bytes of those that wait which the tap was told of
+    std::uint64_t openings_ = 0; ///< of the tap, when it was told something last
+    std::size_t seen_ = 0;       ///< bytes of those that wait which the tap was told of
 };
 
 /// The same lines, told to a tap.

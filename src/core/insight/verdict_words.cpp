@@ -43,8 +43,18 @@ std::string whatCameLater(const Trace& trace, Number number) {
            " came " + inMilliseconds(next->after) + " later.";
 }
 
+/// Whether a line that was dropped ended the wait for an answer to this request.
+bool endedTheWait(const Trace& trace, const TraceLine& line, const TraceLine& request) {
+    const TraceLine* const first =
+        request.verdict == Verdict::AnswerDropped ? partnerOf(trace, request) : nullptr;
+    return first != nullptr && (first == &line || isSameRead(*first, line));
+}
+
 std::string lateAnswer(const Trace& trace, const TraceLine& line) {
     const TraceLine* const request = partnerOf(trace, line);
+    if (request != nullptr && endedTheWait(trace, line, *request)) {
+        return "Dropped: an answer was awaited, but its length was not known, so whatever came was dropped.";
+    }
     if (request == nullptr || request->verdict != Verdict::NoAnswer) {
         return "Dropped: no answer was awaited.";
     }
@@ -70,16 +80,6 @@ std::string dropped(const Trace& trace, Number number, const TraceLine& line) {
            " more than were awaited.";
 }
 
-/// Whether something was sent right after this line, in the same step of the program.
-bool isBeforeSend(const Trace& trace, Number number, const TraceLine& line) {
-    Number next = number + 1;
-    const TraceLine* later = trace.find(next);
-    while (later != nullptr && isSameRead(*later, line)) {
-        later = trace.find(++next);
-    }
-    return later != nullptr && later->direction == Direction::Sent && later->first >= line.last;
-}
-
 std::string known(const TraceLine& line) {
     const std::string pair = line.pair                              ? pairInWords(*line.pair)
                              : line.verdict == Verdict::KnownMemory ? "the controller's memory"
@@ -103,6 +103,13 @@ std::string withSmallBeginning(std::string name) {
 
 std::string nearestInWords(const NearestPair& nearest) {
     const std::string which = " The nearest is " + pairInWords(nearest.row);
+    if (!nearest.received && nearest.size > nearest.looked) {
+        return which + ", which begins like it, but of the " + counted(nearest.size, "byte") +
+               " that came no more than " + std::to_string(nearest.looked) + " are looked at.";
+    }
+    if (!nearest.received && nearest.size == nearest.request.size()) {
+        return which + ", which is the same, but written in small letters.";
+    }
     const DecodedFrame prepared = decode(nearest.request);
     const Field* const field = prepared.fieldAt(nearest.place);
     if (field == nullptr || !nearest.received) {
@@ -126,6 +133,9 @@ std::string ofSent(const Trace& trace, const TraceLine& line) {
     case Verdict::Unawaited:
         return "Sent; no answer is awaited.";
     case Verdict::Awaiting:
+        if (line.expected == 0) {
+            return "Sent; an answer is awaited, but its length is not known, so whatever comes is dropped.";
+        }
         return "Sent; an answer of " + counted(static_cast<std::size_t>(line.expected), "byte") +
                " is awaited.";
     case Verdict::Answered:
@@ -167,8 +177,7 @@ std::string ofReceived(const Trace& trace, Number number, const TraceLine& line)
     case Verdict::UnknownPair:
         return unknownPair(line);
     case Verdict::ThrownAway:
-        return isBeforeSend(trace, number, line) ? "Thrown away unread, before the next send."
-                                                 : "Thrown away unread, when the link began anew.";
+        return "Thrown away unread" + (line.note ? ", " + *line.note : "") + '.';
     default:
         return "Lost before it was read. " + noteOf(line);
     }
@@ -223,9 +232,10 @@ std::string part(const TraceLine& line) {
 }
 
 std::string stuck(const TraceLine& line) {
+    const std::string after =
+        line.afterUnknown ? "a request that no pair answers" : "an event that led to nothing";
     return line.whileStuck
-               ? " It came while the link was stuck after an event that led to nothing: its timer had "
-                 "stood still."
+               ? " It came while the link was stuck after " + after + ": its timer had stood still."
                : "";
 }
 

@@ -23,4 +23,13 @@ std::string_view inWords(Outcome outcome) {
     return words.at(static_cast<std::size_t>(outcome));
 }
 
+std::string_view inWords(Discarding why) {
+    /// In the order of Discarding.
+    constexpr std::array<std::string_view, 5> words = {
+        "before the next send", "by the tick that follows a reception",
+        "when the wait for an answer was given up", "when the request before it had been dealt with",
+        "when the simulation was left"};
+    return words.at(static_cast<std::size_t>(why));
+}
+
 } // namespace varda::core

@@ -5,6 +5,7 @@
 #include "core/link/routes.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -29,6 +30,18 @@ enum class Outcome {
     AnsweredFromMemory ///< one came that no prepared pair answers, and a memory does
 };
 
+/// Why bytes that nobody had read were thrown away.
+enum class Discarding : std::uint8_t {
+    BeforeSend,     ///< a send begins with nothing that waits
+    AfterReception, ///< so does the tick after an answer, or what came in its place
+    WithTheWait,    ///< the wait for an answer was given up
+    WithTheRequest, ///< the simulation was done with the request before them
+    WithTheMode     ///< the simulation was left while a request was coming in
+};
+
+/// "before the next send".
+std::string_view inWords(Discarding why);
+
 /// "answered", "wrong length".
 std::string_view inWords(Outcome outcome);
 
@@ -52,7 +65,8 @@ struct Exchange {
     TimeSpan received;       ///< came in, as the line tells, or else as the link noticed
     bool whileStuck = false; ///< the timer stood still when it came in, since an event that led to nothing
     std::size_t dropped = 0; ///< bytes that were thrown away unread
-    std::optional<std::size_t> pair; ///< row of the prepared pair that answered
+    Discarding discarding = Discarding::BeforeSend; ///< why they were
+    std::optional<std::size_t> pair;                ///< row of the prepared pair that answered
 };
 
 /// The numbers that the link counts for its user.

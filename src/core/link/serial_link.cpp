@@ -50,19 +50,20 @@ bool SerialLink::startRequest() {
         return false;
     }
     exchange_.giveUp();
-    discardUnread();
+    discardUnread(Discarding::BeforeSend);
     state_.RxCount = 0;
     state_.RxExpected = 0;
     state_.WaitTicks = 0;
     return true;
 }
 
-void SerialLink::discardUnread() {
+void SerialLink::discardUnread(Discarding why) {
     const std::size_t dropped = commPLC_.inBufferCount();
     commPLC_.discard();
     if (dropped > 0) {
         exchange_.beginUnlessPending();
         exchange_.known().dropped = dropped;
+        exchange_.known().discarding = why;
         exchange_.tell(Outcome::ThrownAway);
     }
 }
@@ -78,7 +79,7 @@ void SerialLink::SendRequest(const Bytes& bytes, int expected) {
 }
 
 void SerialLink::sendUnawaited(const Bytes& bytes) {
-    discardUnread();
+    discardUnread(Discarding::BeforeSend);
     exchange_.begin(bytes, 0);
     handOverRequest();
     exchange_.settle();
@@ -94,7 +95,7 @@ void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expect
         exchange_.tell(Outcome::NotSent);
         return;
     }
-    discardUnread();
+    discardUnread(Discarding::BeforeSend);
     exchange_.begin(frame, state_.RxExpected);
     handOverRequest();
     state_.RxCount = 0;
@@ -126,7 +127,7 @@ void SerialLink::enterMode(Mode mode) {
     const bool receivesForAnother = wait_.isPending() && !isSettling_ && commPLC_.isOpen();
     if (leavesSimulation && !receivesForAnother) {
         if (wait_.isPending()) {
-            discardUnread(); // the request that is not answered, and the limit to it
+            discardUnread(Discarding::WithTheMode); // the request that is not answered, and the limit to it
         }
         wait_.cancel();
         state_.InReceive = false;
@@ -290,7 +291,7 @@ bool SerialLink::answerRequest() {
     const bool isKnown = answer && isHeldWhole;
     const bool isOpen = commPLC_.isOpen();
     if (!isKnown || isOpen) {
-        discardUnread();
+        discardUnread(Discarding::WithTheRequest);
         state_.RxCount = 0;
     }
     exchange_.begin(std::move(request), 0);
@@ -359,21 +360,21 @@ void SerialLink::tmrComm_Timer() {
     }
 }
 
-void SerialLink::forgetAnswer() {
+void SerialLink::forgetAnswer(Discarding why) {
     state_.AnswerReceived = false;
     state_.RxExpected = 0;
     state_.RxCount = 0;
     tellCounters();
-    discardUnread();
+    discardUnread(why);
 }
 
 void SerialLink::giveUpWaiting() {
     state_.WaitTicks = 0;
     tellSilence();
     state_.WaitingAnswer = false;
-    forgetAnswer();
-    exchange_
-        .beginUnlessPending(); // where that was overtaken, by a closed port for example, it has its outcome
+    forgetAnswer(Discarding::WithTheWait);
+    // Where that was overtaken, by a closed port for example, it has its outcome.
+    exchange_.beginUnlessPending();
     exchange_.settle();
     exchange_.known().answer.clear();
     exchange_.tell(Outcome::Silent);
@@ -384,7 +385,7 @@ void SerialLink::tickMaster(const Route& route) {
         giveUpWaiting();
     }
     if (state_.AnswerReceived) {
-        forgetAnswer();
+        forgetAnswer(Discarding::AfterReception);
     }
     // kept: reads repeat on every tick, writes only once their answer has come or its wait has ended
     if (!route.repeatsOnlyWhenAnswered || !state_.WaitingAnswer) {

@@ -118,9 +118,9 @@ private:
 
     void handOverRequest();
     void handOver(const Bytes& bytes);
-    void discardUnread();
+    void discardUnread(Discarding why);
     void tellSilence();
-    void forgetAnswer();
+    void forgetAnswer(Discarding why);
     void giveUpWaiting();
     void tickMaster(const Route& route);
 

@@ -38,8 +38,7 @@ Recording recordingOf(const Trace& trace, std::span<const Trace::Number> lines) 
     for (const Trace::Number number : lines) {
         const TraceLine* const line = trace.find(number);
         if (line != nullptr && isOnTheLine(*line)) {
-            recording.push_back(
-                {trace.timeOfDay(line->first), line->direction == Direction::Sent, line->bytes});
+            recording.push_back({line->timeOfDay, line->direction == Direction::Sent, line->bytes});
         }
     }
     return recording;

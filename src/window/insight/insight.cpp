@@ -27,6 +27,8 @@ void Insight::observe(SerialLink& link) {
 void Insight::attach(const Parts& parts) {
     parts_.emplace(parts);
     recorder_.setPairs(parts.pairs);
+    statistics_.setConditions(
+        {.settings = [this] { return link_->port().settings(); }, .wantedPeriod = parts.wantedPeriod});
     connect(parts.button, &QAbstractButton::toggled, this, &Insight::setOpen);
 }
 
@@ -55,13 +57,8 @@ void Insight::record(bool isOn) {
 }
 
 void Insight::makeWindow() {
-    const InsightSources sources = {.clock = clock_,
-                                    .trace = trace_,
-                                    .statistics = statistics_,
-                                    .watch = watch_,
-                                    .names = names_,
-                                    .settings = [this] { return link_->port().settings(); },
-                                    .wantedPeriod = parts_->wantedPeriod};
+    const InsightSources sources = {
+        .clock = clock_, .trace = trace_, .statistics = statistics_, .watch = watch_, .names = names_};
     window_ = std::make_unique<InsightWindow>(sources, parts_->showHelp, parts_->programFolder);
     trace_.setWakeUp([this] { window_->takeNewsSoon(); });
     connect(window_.get(), &InsightWindow::closed, this, [this] { parts_->button->setChecked(false); });

@@ -1,9 +1,5 @@
 #pragma once
 
-#include "core/link/line.h"
-
-#include <functional>
-
 namespace varda::inline core {
 class Clock;
 class LinkStatistics;
@@ -25,8 +21,6 @@ struct InsightSources {
     LinkStatistics& statistics;
     RegisterWatch& watch;
     RegisterNames& names;
-    std::function<LineSettings()> settings; ///< of the port
-    std::function<int()> wantedPeriod;      ///< at which requests are repeated, in milliseconds
 };
 
 /// What the parts of the trace window work with.

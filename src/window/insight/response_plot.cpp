@@ -61,8 +61,7 @@ void ResponsePlot::plot(const LinkStatistics& statistics, const Clock& clock) {
 /// Who does not see the picture hears its numbers.
 void ResponsePlot::refresh() {
     now_ = clock_->now();
-    const auto recent = statistics_->samples(now_);
-    samples_.assign(recent.begin(), recent.end());
+    samples_ = statistics_->samples(now_);
     const auto count = [this](Outcome outcome) {
         return static_cast<std::size_t>(
             std::ranges::count(samples_, outcome, &LinkStatistics::Sample::outcome));

@@ -40,13 +40,13 @@ std::vector<Column> columns() {
         {tr("99 %"), tr("Of a hundred responses 99 took no longer, ms")},
         {tr("max"), tr("The longest response, ms")},
         {tr("On the wire"),
-         tr("What of a response the bytes take on the line at these settings: median, ms")},
+         tr("What of a response the bytes took on the line, at the settings of then: median, ms")},
         {tr("Period"), tr("From one request of the kind to the next one: median, ms")},
-        {tr("Wanted"), tr("The period in the field, ms")}};
+        {tr("Wanted"), tr("The period that was in the field when the last of them was sent, ms")}};
 }
 
 /// The cells of a row behind its name.
-QStringList cellsOf(const LinkStatistics::Row& row, int wantedPeriod) {
+QStringList cellsOf(const LinkStatistics::Row& row) {
     QStringList cells;
     for (const std::size_t count :
          {row.sent, row.answered, row.wrongCheck, row.wrongLength, row.silent, row.overtaken, row.notSent}) {
@@ -61,7 +61,7 @@ QStringList cellsOf(const LinkStatistics::Row& row, int wantedPeriod) {
     }
     add(row.onWire, &Spread::median);
     add(row.period, &Spread::median);
-    cells.append(QString::number(wantedPeriod));
+    cells.append(row.wantedPeriod ? QString::number(*row.wantedPeriod) : QString());
     return cells;
 }
 
@@ -88,23 +88,21 @@ StatisticsPanel::~StatisticsPanel() = default;
 
 /// Percentiles take time to work out, and the plot moves on even where nothing comes.
 void StatisticsPanel::refresh() {
-    const int period = context_.wantedPeriod();
-    if (shownChanges_ != context_.statistics.changes() || shownPeriod_ != period) {
+    if (shownChanges_ != context_.statistics.changes()) {
         shownChanges_ = context_.statistics.changes();
-        shownPeriod_ = period;
         showRows();
     }
     ui_->responsePlot->refresh();
 }
 
 void StatisticsPanel::showRows() {
-    const auto rows = context_.statistics.rows(context_.settings());
+    const auto rows = context_.statistics.rows();
     ui_->statisticsTable->setRowCount(static_cast<int>(rows.size()));
     int row = 0;
     for (const LinkStatistics::Row& shown : rows) {
         setCell(row, 0, QString::fromStdString(shown.kind));
         int column = 1;
-        for (const QString& cell : cellsOf(shown, shownPeriod_)) {
+        for (const QString& cell : cellsOf(shown)) {
             setCell(row, column++, cell);
         }
         ++row;
@@ -130,8 +128,7 @@ void StatisticsPanel::reset() {
 
 void StatisticsPanel::saveCsv() {
     const FileDialogs::Chosen save = [this](const QString& path) {
-        saveTextOrTell(fileName(path), context_.statistics.csv(context_.settings(), context_.wantedPeriod()),
-                       context_.talk, [] {});
+        saveTextOrTell(fileName(path), context_.statistics.csv(), context_.talk, [] {});
     };
     context_.files.chooseToSave({QStringLiteral(".csv"), QStringLiteral("Log")},
                                 context_.events.guarded(save));

@@ -35,7 +35,6 @@ private:
     InsightContext context_;
     std::unique_ptr<Ui::StatisticsPanel> ui_;
     std::optional<std::uint64_t> shownChanges_;
-    int shownPeriod_ = 0;
 };
 
 } // namespace varda::window

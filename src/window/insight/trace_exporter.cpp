@@ -54,33 +54,21 @@ void TraceExporter::chooseFile(const std::vector<Trace::Number>& lines, TraceFor
 }
 
 void TraceExporter::write(const QString& path, const std::vector<Trace::Number>& lines, TraceForm form) {
-    work_.cancel();
-    content_.clear();
-    export_.emplace(context_.trace, lines, form, context_.names);
-    work_.start(
-        [this] {
-            return export_->write([this](std::string_view part) { content_ += part; }, SlicedWork::slice);
-        },
-        [this, path] { save(path); });
+    export_.start(
+        context_.trace, lines, form, context_.names,
+        [this, path](std::string content, std::size_t written) { save(path, std::move(content), written); });
 }
 
-void TraceExporter::save(const QString& path) {
-    const auto written = static_cast<qulonglong>(export_->written());
-    saveTextOrTell(fileName(path), std::exchange(content_, {}), context_.talk,
+void TraceExporter::save(const QString& path, std::string content, std::size_t lines) {
+    const auto written = static_cast<qulonglong>(lines);
+    saveTextOrTell(fileName(path), std::move(content), context_.talk,
                    [this, path, written] { emit saved(path, written); });
     emit wentOn();
 }
 
 void TraceExporter::cancel() {
-    work_.cancel();
-    content_.clear();
+    export_.cancel();
     emit wentOn();
-}
-
-std::optional<int> TraceExporter::percent() const {
-    constexpr std::size_t whole = 100;
-    return work_.isRunning() ? std::optional(static_cast<int>(export_->done() * whole / export_->size()))
-                             : std::nullopt;
 }
 
 } // namespace varda::window

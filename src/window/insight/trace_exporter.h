@@ -1,8 +1,7 @@
 #pragma once
 
-#include "core/insight/trace_export.h"
 #include "window/insight/insight_context.h"
-#include "window/insight/sliced_work.h"
+#include "window/insight/sliced_export.h"
 
 #include <QObject>
 
@@ -24,13 +23,13 @@ public:
     using Lines = std::function<std::vector<Trace::Number>()>;
 
     TraceExporter(const InsightContext& context, QObject* parent)
-        : QObject(parent), context_(context), work_(context.clock, [this] { emit wentOn(); }) {}
+        : QObject(parent), context_(context), export_(context.clock, [this] { emit wentOn(); }) {}
 
     /// Adds an entry for each form.
     void addEntries(QMenu* menu, const QString& namePrefix, const Lines& lines);
 
     /// How much of an export that is under way is done.
-    std::optional<int> percent() const;
+    std::optional<int> percent() const { return export_.percent(); }
     /// Leaves the file as it was.
     void cancel();
 
@@ -41,12 +40,10 @@ signals:
 private:
     void chooseFile(const std::vector<Trace::Number>& lines, TraceForm form, const QString& extension);
     void write(const QString& path, const std::vector<Trace::Number>& lines, TraceForm form);
-    void save(const QString& path);
+    void save(const QString& path, std::string content, std::size_t lines);
 
     InsightContext context_;
-    std::optional<TraceExport> export_;
-    std::string content_;
-    SlicedWork work_;
+    SlicedExport export_;
 };
 
 } // namespace varda::window

@@ -188,11 +188,16 @@ void TraceModel::showNames() {
     }
 }
 
-/// A line that is held shows its mark at once.
-void TraceModel::mark(Trace::Number number, bool isMarked) {
-    trace_.mark(number, isMarked);
-    if (const auto row = rowOf(number)) {
-        emit dataChanged(index(*row, 0), index(*row, columnCount() - 1));
+/// Lines that are held show their marks at once.
+void TraceModel::mark(const std::vector<Trace::Number>& numbers, bool isMarked) {
+    trace_.mark(numbers, isMarked);
+    if (numbers.empty()) {
+        return;
+    }
+    const int first = static_cast<int>(view_.rowFrom(numbers.front()));
+    const int last = std::min(static_cast<int>(view_.rowFrom(numbers.back())), rows_ - 1);
+    if (first <= last) {
+        emit dataChanged(index(first, 0), index(last, columnCount() - 1));
     }
 }
 

@@ -54,7 +54,8 @@ public:
     TraceSearch search(const TraceFilter& wanted, std::optional<Trace::Number> from, bool isForward) const {
         return {view_, wanted, from, isForward};
     }
-    void mark(Trace::Number number, bool isMarked);
+    /// Marks lines, or takes their marks away. @param numbers in order
+    void mark(const std::vector<Trace::Number>& numbers, bool isMarked);
 
 private:
     QString cell(Trace::Number number, TraceColumn column) const;

@@ -1,9 +1,7 @@
 #include "window/insight/trace_panel.h"
 
-#include "core/insight/trace_export.h"
 #include "core/insight/trace_words.h"
 #include "core/insight/verdict_words.h"
-#include "core/protocol/hex_text.h"
 #include "ui_trace_panel.h"
 #include "window/controls/make_form.h"
 #include "window/insight/counted_text.h"
@@ -27,7 +25,8 @@ TracePanel::TracePanel(const InsightContext& context, QWidget* parent)
       model_(new TraceModel(context.trace, context.names, this)),
       exporter_(new TraceExporter(context, this)),
       filling_(context.clock, [this] { showState(); }),
-      searching_(context.clock, [this] { showState(); }) {
+      searching_(context.clock, [this] { showState(); }),
+      copying_(context.clock, [this] { showState(); }) {
     setFocusProxy(ui_->traceTable);
     ui_->traceTable->showTrace(model_);
     ui_->explanation->useNames(context.names);
@@ -104,9 +103,9 @@ void TracePanel::addTableActions() {
         connect(action, &QAction::triggered, this, run);
         ui_->traceTable->addAction(action);
     };
-    add("copyHex", tr("Copy as hex"), QKeySequence::Copy, [this] { copyHex(); });
+    add("copyHex", tr("Copy as hex"), QKeySequence::Copy, [this] { copy(TraceForm::Hex); });
     add("copyText", tr("Copy as text"), QKeyCombination(Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_C),
-        [this] { copyText(); });
+        [this] { copy(TraceForm::Text); });
     add("markLine", tr("Mark, or take the mark away"), QKeyCombination(Qt::ControlModifier, Qt::Key_M),
         [this] { mark(); });
     ui_->traceTable->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -158,6 +157,7 @@ void TracePanel::showFound(const TraceSearch& search, bool isForward) {
 /// No half of a filter is shown: all lines are again.
 void TracePanel::cancelWork() {
     searching_.cancel();
+    copying_.cancel();
     exporter_->cancel();
     if (filling_.isRunning()) {
         ui_->traceFilter->clear();
@@ -184,30 +184,22 @@ void TracePanel::mark() {
         const TraceLine* const line = context_.trace.find(number);
         return line == nullptr || line->isMarked;
     });
-    for (const Trace::Number number : lines) {
-        model_->mark(number, !allMarked);
-    }
+    model_->mark(lines, !allMarked);
     if (lines.empty()) {
         tell(tr("Choose lines to mark them"));
     }
 }
 
-void TracePanel::copyHex() const {
-    QStringList texts;
-    for (const Trace::Number number : ui_->traceTable->selectedLines()) {
-        const TraceLine* const line = context_.trace.find(number);
-        if (line != nullptr && !line->bytes.empty()) {
-            texts.append(QString::fromStdString(hexSpaced(line->bytes)));
-        }
-    }
-    QGuiApplication::clipboard()->setText(texts.join(QLatin1Char('\n')));
-}
-
-void TracePanel::copyText() const {
-    std::string text;
-    exportTrace(context_.trace, ui_->traceTable->selectedLines(), TraceForm::Text, context_.names,
-                [&text](std::string_view part) { text += part; });
-    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+/// The clipboard has the lines at once, or stays as it was.
+void TracePanel::copy(TraceForm form) {
+    copying_.start(context_.trace, ui_->traceTable->selectedLines(), form, context_.names,
+                   [this, form](std::string text, std::size_t /*lines*/) {
+                       if (form == TraceForm::Hex && !text.empty()) {
+                           text.pop_back(); // one line is pasted as bytes alone
+                       }
+                       QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+                       showState();
+                   });
 }
 
 void TracePanel::takeNews() {
@@ -244,8 +236,8 @@ void TracePanel::refreshExplanation() {
              QStringList{cell(TraceColumn::Time), cell(TraceColumn::Direction), cell(TraceColumn::Kind)}.join(
                  QStringLiteral("   ")),
          .sentence = flaw + QString::fromStdString(verdictInWords(context_.trace, *explained_)),
-         .bytes = readBytes(*line),
-         .size = readSize(*line),
+         .bytes = explainedBytes(*line),
+         .size = explainedSize(*line),
          .request = line->request ? *line->request : Bytes()});
 }
 
@@ -307,6 +299,9 @@ QString TracePanel::shownLines() const {
 QString TracePanel::workInWords() const {
     if (const auto percent = exporter_->percent()) {
         return tr("writing, %1 %").arg(*percent);
+    }
+    if (const auto percent = copying_.percent()) {
+        return tr("copying, %1 %").arg(*percent);
     }
     if (filling_.isRunning()) {
         constexpr std::size_t whole = 100;

@@ -3,6 +3,7 @@
 #include "core/insight/trace.h"
 #include "window/insight/explained.h"
 #include "window/insight/insight_context.h"
+#include "window/insight/sliced_export.h"
 #include "window/insight/sliced_work.h"
 
 #include <QWidget>
@@ -51,8 +52,7 @@ private:
     void clear();
     void cancelWork();
     void mark();
-    void copyHex() const;
-    void copyText() const;
+    void copy(TraceForm form);
     void explainLine(Trace::Number number);
     void refreshExplanation();
     std::optional<int> partnerRow() const;
@@ -69,6 +69,7 @@ private:
     TraceExporter* exporter_ = nullptr;
     SlicedWork filling_;
     SlicedWork searching_;
+    SlicedExport copying_;
     std::optional<Trace::Number> explained_; ///< the line below; none for bytes that stand elsewhere
     QString news_;                           ///< of what was done last
 };

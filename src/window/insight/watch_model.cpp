@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 #include <numeric>
+#include <utility>
 
 namespace varda::window {
 namespace {
@@ -21,8 +22,8 @@ QString valuesOf(const WatchedRegister& watched) {
 }
 
 bool isRight(int column) {
-    return column == WatchModel::Decimal || column == WatchModel::Signed || column == WatchModel::Age ||
-           column == WatchModel::Changes;
+    return column == WatchModel::Station || column == WatchModel::Decimal || column == WatchModel::Signed ||
+           column == WatchModel::Age || column == WatchModel::Changes;
 }
 
 } // namespace
@@ -46,6 +47,8 @@ QString WatchModel::textOf(const WatchedRegister& watched, int column) const {
     const NumberForms forms = numberForms(watched.point.access, watched.value);
     const std::string_view name = names_.find(watched.point);
     switch (column) {
+    case Station:
+        return QString::number(watched.station);
     case Register:
         return text(nameOf(watched.point));
     case RegisterName:
@@ -90,8 +93,9 @@ QVariant WatchModel::headerData(int section, Qt::Orientation orientation, int ro
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
         return {};
     }
-    const std::array names = {tr("Register"), tr("Name"),     tr("Decimal"), tr("Signed"),     tr("Hex"),
-                              tr("Binary"),   tr("Seen ago"), tr("Changes"), tr("Last values")};
+    const std::array names = {tr("Station"), tr("Register"),   tr("Name"),   tr("Decimal"),
+                              tr("Signed"),  tr("Hex"),        tr("Binary"), tr("Seen ago"),
+                              tr("Changes"), tr("Last values")};
     return section >= 0 && section < ColumnCount ? names.at(static_cast<std::size_t>(section)) : QString();
 }
 
@@ -104,16 +108,18 @@ void WatchModel::refresh() {
 
 /// New registers stand between the others: those that come between the same two are added at once.
 void WatchModel::addNew() {
-    const auto point = [this](std::size_t row) { return watch_.at(row).point; };
-    const std::less<Point> before;
+    const auto place = [this](std::size_t row) {
+        return std::pair(watch_.at(row).station, watch_.at(row).point);
+    };
+    const std::less<std::pair<int, Point>> before;
     std::vector<std::size_t> added(watch_.size() - order_.size());
     std::iota(added.begin(), added.end(), order_.size());
-    std::ranges::sort(added, before, point);
+    std::ranges::sort(added, before, place);
     for (auto next = added.begin(); next != added.end();) {
-        const auto behind = std::ranges::lower_bound(order_, point(*next), before, point);
+        const auto behind = std::ranges::lower_bound(order_, place(*next), before, place);
         const auto end = behind == order_.end()
                              ? added.end()
-                             : std::ranges::lower_bound(next, added.end(), point(*behind), before, point);
+                             : std::ranges::lower_bound(next, added.end(), place(*behind), before, place);
         const int first = static_cast<int>(behind - order_.begin());
         beginInsertRows({}, first, first + static_cast<int>(end - next) - 1);
         order_.insert(behind, next, end);

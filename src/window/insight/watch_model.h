@@ -9,14 +9,26 @@
 
 namespace varda::window {
 
-/// The registers that were seen, in the order of their addresses: bits, then words.
+/// The registers that were seen, by stations, in the order of their addresses: bits, then words.
 ///
 /// It changes when refresh() is called and not in between.
 class WatchModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Column { Register, RegisterName, Decimal, Signed, Hex, Binary, Age, Changes, History, ColumnCount };
+    enum Column {
+        Station,
+        Register,
+        RegisterName,
+        Decimal,
+        Signed,
+        Hex,
+        Binary,
+        Age,
+        Changes,
+        History,
+        ColumnCount
+    };
 
     WatchModel(const RegisterWatch& watch, const RegisterNames& names, const Clock& clock, QObject* parent)
         : QAbstractTableModel(parent), watch_(watch), names_(names), clock_(clock) {}

@@ -25,8 +25,9 @@ namespace varda::window {
 namespace {
 
 /// What usually stands in the columns.
-constexpr std::array usualTexts = {"SR 0000.15", "a name of a register", "00000 ",      "-00000 ",
-                                   "0000h ",     "0000 0000 0000 0000",  "00 min 00 s", "Changes "};
+constexpr std::array usualTexts = {"Station ", "SR 0000.15", "a name of a register", "00000 ",
+                                   "-00000 ",  "0000h ",     "0000 0000 0000 0000",  "00 min 00 s",
+                                   "Changes "};
 
 /// The text says what helps.
 RuntimeError badLines(const std::string& path, const std::vector<std::size_t>& lines) {

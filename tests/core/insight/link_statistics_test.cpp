@@ -19,7 +19,7 @@ protected:
         receive(answer, after);
         clock.advance(100);
     }
-    std::vector<LinkStatistics::Row> rows() const { return statistics.rows({}); }
+    std::vector<LinkStatistics::Row> rows() const { return statistics.rows(); }
 
     LinkStatistics statistics;
 };
@@ -144,9 +144,49 @@ TEST_F(LinkStatisticsTest, AnswerAfterAResetTakesNothingBack) {
     EXPECT_EQ(rows()[0].wrongLength, 0U);
 }
 
-TEST_F(LinkStatisticsTest, CsvHasARowForEveryKind) {
+TEST_F(LinkStatisticsTest, TimeWithoutAConnectionIsPartOfNoPeriod) {
     exchange(10);
-    const std::string csv = statistics.csv({}, 500);
+    exchange(10);
+    port.close();
+    link.connectionClosed();
+    clock.advance(10min);
+    port.open();
+    link.connectionOpened();
+    exchange(10);
+    exchange(10);
+    EXPECT_EQ(rows()[0].period->most, 110);
+}
+
+TEST_F(LinkStatisticsTest, WantedPeriodIsThatOfTheKindWhenItWasSentLast) {
+    int field = 500;
+    statistics.setConditions({.wantedPeriod = [&field] { return field; }});
+    exchange(10);
+    field = 250; // of another page
+    send("01 00 21 03 23 0C 10 42 85 ", 22);
+    EXPECT_EQ(rows()[0].wantedPeriod, 250); // bits
+    EXPECT_EQ(rows()[1].wantedPeriod, 500); // words
+    field = 100;
+    EXPECT_EQ(rows()[1].wantedPeriod, 500);
+    const std::string csv = statistics.csv();
+    EXPECT_NE(csv.find(",250\r\nword read"), std::string::npos) << csv;
+    EXPECT_TRUE(csv.ends_with(",500\r\n")) << csv;
+}
+
+TEST_F(LinkStatisticsTest, TimeOnTheWireIsThatOfTheSettingsOfThen) {
+    LineSettings settings{9600, 'n', 8, 1};
+    statistics.setConditions({.settings = [&settings] { return settings; }});
+    exchange(10);
+    settings.baudRate = 19200;
+    exchange(10);
+    settings.baudRate = 300;
+    EXPECT_NEAR(rows()[0].onWire->most, 19 * 10 * 1000 / 9600.0, 1e-9);
+    EXPECT_NEAR(rows()[0].onWire->least, 19 * 10 * 1000 / 19200.0, 1e-9);
+}
+
+TEST_F(LinkStatisticsTest, CsvHasARowForEveryKind) {
+    statistics.setConditions({.wantedPeriod = [] { return 500; }});
+    exchange(10);
+    const std::string csv = statistics.csv();
     EXPECT_TRUE(csv.starts_with(
         "Kind,Sent,Answered,Wrong check,Wrong length,Silent,Overtaken,Not sent,Response min ms,"));
     EXPECT_NE(

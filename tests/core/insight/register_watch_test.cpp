@@ -19,7 +19,7 @@ protected:
         clock.advance(100);
     }
     const WatchedRegister& word(int number) const {
-        return watch.at(watch.rowOf({Access::Word, 512 + number}).value());
+        return watch.at(watch.rowOf(5, {Access::Word, 512 + number}).value());
     }
 
     RegisterWatch watch;
@@ -34,7 +34,7 @@ TEST_F(RegisterWatchTest, AnswersAndWritesShowTheirRegisters) {
     const auto change = FrameDraws(1).exchange(3); // writes words
     send(hexGroups(change.request).c_str(), 7);
     for (std::size_t index = 0; index < change.asked.points.size(); ++index) {
-        EXPECT_EQ(watch.at(watch.rowOf(change.asked.points[index]).value()).value,
+        EXPECT_EQ(watch.at(watch.rowOf(change.request.at(0), change.asked.points[index]).value()).value,
                   change.asked.values[index]);
     }
 }
@@ -52,6 +52,20 @@ TEST_F(RegisterWatchTest, ChangesAreCountedAndKept) {
     ASSERT_EQ(word(0).history.size(), 2U);
     EXPECT_EQ(word(0).history[0].value, 0x1234);
     EXPECT_EQ(word(0).history[1].value, 0x1235);
+}
+
+TEST_F(RegisterWatchTest, StationsHaveRegistersOfTheirOwn) {
+    exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
+    const Bytes write = checked(bytesOfText("07 00 24 04 00 02 35 12 "));
+    send(hexGroups(write).c_str(), 7);
+    EXPECT_EQ(watch.size(), 3U);
+    EXPECT_EQ(word(0).value, 0x1234);
+    EXPECT_EQ(word(0).changes, 0U);
+    const WatchedRegister& other = watch.at(watch.rowOf(7, {Access::Word, 512}).value());
+    EXPECT_EQ(other.station, 7);
+    EXPECT_EQ(other.value, 0x1235);
+    EXPECT_EQ(word(0).station, 5) << "who answers has the register";
+    EXPECT_FALSE(watch.rowOf(0, {Access::Word, 512}));
 }
 
 TEST_F(RegisterWatchTest, FramesWithAFlawShowNothing) {
@@ -123,7 +137,7 @@ TEST_F(RegisterWatchTest, Forgets) {
     exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
     watch.clear();
     EXPECT_EQ(watch.size(), 0U);
-    EXPECT_FALSE(watch.rowOf({Access::Word, 512}));
+    EXPECT_FALSE(watch.rowOf(5, {Access::Word, 512}));
 }
 
 TEST_F(RegisterWatchTest, ThereIsRoomForSoManyAndNoMore) {

@@ -49,6 +49,10 @@ TEST_F(TraceExportTest, TextStandsInColumns) {
     EXPECT_EQ(lines[0].find("Kind"), lines[3].find("answer to word read"));
 }
 
+TEST_F(TraceExportTest, HexHasTheBytesOfLinesThatHaveAny) {
+    EXPECT_EQ(exported(TraceForm::Hex), "05 00 23 03 00 02 02 0B 22\n00 05 A3 04 34 12 CD AB 47 42\n01 02\n");
+}
+
 TEST_F(TraceExportTest, CsvQuotesWhatNeedsIt) {
     const auto lines = linesOf(exported(TraceForm::Csv), "\r\n");
     ASSERT_EQ(lines.size(), 5U);

@@ -55,6 +55,25 @@ TEST_F(TraceFilterTest, EveryTermFilters) {
     EXPECT_EQ(passing("sent wrong station 1"), Numbers{3});
 }
 
+TEST_F(TraceFilterTest, StationsOfEveryFrameOfALineCount) {
+    link.enterMode(Mode::Monitoring);
+    receive((std::string(wordRead) + "00 05 A3 04 34 12 CD AB 47 42 " + bitRead).c_str());
+    clock.advance(100);
+    EXPECT_EQ(passing("station 1"), (Numbers{3, 5}));
+    EXPECT_EQ(passing("station 5"), (Numbers{1, 2, 5}));
+}
+
+TEST_F(TraceFilterTest, NoiseIsNoStationAndHidesNone) {
+    send(wordRead, 10);
+    receive("F7 ");
+    receive(wordAnswer, 40);
+    clock.advance(100);
+    receive("F7 05 07 ");
+    clock.advance(100);
+    EXPECT_EQ(passing("station 5"), (Numbers{1, 2, 5, 7}));
+    EXPECT_EQ(passing("station 247"), Numbers{}); // F7h
+}
+
 TEST_F(TraceFilterTest, HalfTypedTermsDoNoHarm) {
     EXPECT_EQ(passing("station"), (Numbers{0, 1, 2, 3, 4}));
     EXPECT_EQ(passing("hex"), (Numbers{0, 1, 2, 3, 4}));

@@ -47,15 +47,41 @@ TEST(Trace, NewsComeTogetherAndWakeUpOnce) {
     EXPECT_EQ(news.begin, 0U);
     EXPECT_EQ(news.end, 2U);
     EXPECT_TRUE(news.changed.empty());
-    trace.mark(1, true);
+    const auto touch = [](TraceLine& line) { line.expected = 7; };
+    trace.change(1, touch);
     trace.append(lineOf(1));
-    trace.mark(2, true); // new since: not told as changed
+    trace.change(2, touch); // new since: not told as changed
     EXPECT_EQ(woken, 2);
     news = trace.takeNews();
     EXPECT_EQ(news.end, 3U);
     EXPECT_EQ(news.changed, std::vector<Trace::Number>{1});
+    EXPECT_FALSE(news.markedFrom);
+    trace.change(77, touch);
+    EXPECT_EQ(woken, 2);
+}
+
+TEST(Trace, MarksAreToldOnceForAllLinesAndLeaveTheRestAlone) {
+    Trace trace;
+    int woken = 0;
+    trace.setWakeUp([&woken] { ++woken; });
+    for (int count = 0; count < 5; ++count) {
+        trace.append(lineOf(1));
+    }
+    trace.takeNews();
+    EXPECT_FALSE(trace.isWrong(3)); // nobody has read it yet; looked up once
+    trace.mark(1, true);
+    const std::vector<Trace::Number> some = {1, 3, 4, 77};
+    trace.mark(some, true);
+    EXPECT_EQ(woken, 2);
+    EXPECT_TRUE(trace.find(3)->isMarked && trace.find(4)->isMarked);
+    EXPECT_TRUE(trace.find(3)->isWrong.has_value()) << "is not looked up anew for a mark";
+    Trace::News news = trace.takeNews();
+    EXPECT_TRUE(news.changed.empty());
+    EXPECT_EQ(news.markedFrom, 1U);
+    trace.mark(some, true); // they are marked already
     trace.mark(77, true);
     EXPECT_EQ(woken, 2);
+    EXPECT_FALSE(trace.takeNews().markedFrom);
 }
 
 TEST(Trace, ClearingKeepsTheNumbersGoingOn) {
@@ -74,6 +100,21 @@ TEST(Trace, TimeOfDayFollowsTheClock) {
     const std::chrono::system_clock::time_point noon{43'200s};
     trace.setTimeOfDay(start, noon);
     EXPECT_EQ(trace.timeOfDay(start + 1500ms), noon + 1500ms);
+}
+
+TEST(Trace, LinesKeepTheirTimeOfDayWhenTheClockIsTiedAnew) {
+    using namespace std::chrono_literals;
+    Trace trace;
+    const std::chrono::system_clock::time_point noon{43'200s};
+    TraceLine line = lineOf(1);
+    line.first = Clock::Time{6s};
+    trace.setTimeOfDay(Clock::Time{5s}, noon);
+    trace.append(line);
+    trace.setTimeOfDay(Clock::Time{9s}, noon + 1h); // somebody has set the clock of the computer
+    line.first = Clock::Time{10s};
+    trace.append(line);
+    EXPECT_EQ(trace.find(0)->timeOfDay, noon + 1s);
+    EXPECT_EQ(trace.find(1)->timeOfDay, noon + 1h + 1s);
 }
 
 } // namespace

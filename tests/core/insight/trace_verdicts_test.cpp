@@ -3,6 +3,9 @@
 #include "core/insight/traced_link.h"
 #include "core/protocol/independent_encoder.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace varda::test {
 namespace {
 
@@ -92,7 +95,47 @@ TEST_F(TraceVerdicts, BytesBehindAnAnswerAreThrownAwayByTheNextTick) {
     clock.advance(100);
     wire.receiveSilently({1, 2});
     tick(1);
-    EXPECT_EQ(verdict(3), "Thrown away unread, when the link began anew. It is too short for a frame.");
+    const std::string told =
+        "Thrown away unread, by the tick that follows a reception. It is too short for a frame.";
+    EXPECT_EQ(verdict(3), told);
+    clock.advance(10min);
+    send(wordRead, 10);
+    EXPECT_EQ(verdict(3), told);
+}
+
+TEST_F(TraceVerdicts, BytesThatWaitWhenTheWaitIsGivenUpAreThrownAwayWithIt) {
+    send(wordRead, 10);
+    tick(12);
+    wire.receiveSilently({1, 2});
+    tick(1);
+    EXPECT_EQ(verdict(2),
+              "Thrown away unread, when the wait for an answer was given up. It is too short for a frame.");
+}
+
+TEST_F(TraceVerdicts, RequestThatStillComesInIsThrownAwayWithTheSimulation) {
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    link.enterMode(Mode::WordRead);
+    EXPECT_EQ(verdict(1), "Thrown away unread, when the simulation was left.");
+}
+
+TEST_F(TraceVerdicts, BytesBehindARequestAreThrownAwayWithIt) {
+    link.setRoles({.answerTo = [this](std::span<const std::uint8_t>) {
+        wire.receiveSilently({1, 2});
+        return std::optional<PreparedAnswer>();
+    }});
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(2),
+              "Thrown away unread, when the request before it had been dealt with. It is too short "
+              "for a frame.");
+}
+
+TEST_F(TraceVerdicts, BytesThatTheLinkDidNotKnowOfAreThrownAwayWithoutACause) {
+    wire.receiveSilently({1, 2});
+    port.discard();
+    EXPECT_EQ(verdict(1), "Thrown away unread. It is too short for a frame.");
 }
 
 TEST_F(TraceVerdicts, WhatCameWhileTheLinkWasStuckSaysSo) {
@@ -165,9 +208,67 @@ TEST_F(TraceVerdicts, KnownRequestOnAPortThatWasClosedMeanwhileIsNotAnswered) {
     receive(wordRead);
     clock.advance(150);
     EXPECT_EQ(verdict(1),
-              "Known, by a prepared pair, but nothing was sent: the port is closed or did not take the "
+              "Known, by prepared pair 5, but nothing was sent: the port is closed or did not take the "
               "answer, or the answer is no frame.");
     EXPECT_EQ(lines(), 3U); // the closing is the last one
+}
+
+TEST_F(TraceVerdicts, RequestToTheMemoryOnAPortThatWasClosedMeanwhileIsNotAnswered) {
+    link.setRoles({.answerTo = [this](std::span<const std::uint8_t>) {
+        port.close();
+        return std::optional(PreparedAnswer{.pair = std::nullopt, .bytes = bytesOfText(wordAnswer)});
+    }});
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(
+        verdict(1),
+        "Known, by the controller's memory, but nothing was sent: the port is closed or did not take the "
+        "answer, or the answer is no frame.");
+}
+
+TEST_F(TraceVerdicts, AnswerThatThePortRefusedHidesNoLaterRefusal) {
+    table.addPair(hexRun(bytesOfText(wordRead)), hexRun(bytesOfText(wordAnswer)));
+    link.enterMode(Mode::Simulation);
+    wire.failWrite(RuntimeError(8020, "Write error"));
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(2), "Not sent. Write error");
+    link.enterMode(Mode::Scenario);
+    port.close();
+    link.sendScenarioFrame(bytesOfText(wordRead), 10);
+    EXPECT_EQ(verdict(lines() - 1), "Not sent. The port is closed.");
+}
+
+TEST_F(TraceVerdicts, StuckAfterAnUnknownRequestSaysSo) {
+    const std::string after =
+        " It came while the link was stuck after a request that no pair answers: its timer had stood still.";
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_FALSE(line(1).whileStuck);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(2), "No prepared request matches. None is prepared." + after);
+    table.addPair(hexRun(bytesOfText(wordRead)), hexRun(bytesOfText(wordAnswer)));
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(3), "Answered by prepared pair 1." + after);
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_EQ(verdict(5), "Answered by prepared pair 1.");
+}
+
+TEST_F(TraceVerdicts, StuckAfterARequestFromBeforeTheTraceSaysSoToo) {
+    recorder.close();
+    link.enterMode(Mode::Simulation);
+    receive(wordRead);
+    clock.advance(150);
+    recorder.open();
+    receive(wordRead);
+    clock.advance(150);
+    EXPECT_TRUE(line(lines() - 1).afterUnknown);
+    EXPECT_TRUE(line(lines() - 1).whileStuck);
 }
 
 TEST_F(TraceVerdicts, RefusedBytesAreNotSent) {
@@ -263,6 +364,45 @@ TEST_F(TraceVerdicts, UnknownRequestNamesTheNearestPairAndTheByte) {
         "not 5."))
         << verdict(2);
     EXPECT_TRUE(line(2).whileStuck);
+}
+
+TEST_F(TraceVerdicts, PairInSmallLettersIsTheSameAndDoesNotMatch) {
+    const Bytes request = checked(bytesOfText("05 AB 23 03 CD EF 02 "));
+    std::string small = hexRun(request);
+    std::ranges::transform(small, small.begin(),
+                           [](unsigned char digit) { return static_cast<char>(std::tolower(digit)); });
+    table.addPair("05AB2303CDEF030000", "00"); // of another count
+    table.addPair(small, "00");
+    link.enterMode(Mode::Simulation);
+    receive(hexGroups(request).c_str());
+    clock.advance(150);
+    EXPECT_EQ(verdict(1),
+              "No prepared request matches. The nearest is prepared pair 2, which is the same, but "
+              "written in small letters.");
+}
+
+TEST_F(TraceVerdicts, SmallLettersMakeNoPairLessNear) {
+    table.addPair("05AB23030000020000", "00"); // two bytes differ
+    table.addPair("05ab2303cdef030000", "00"); // one does
+    link.enterMode(Mode::Simulation);
+    receive(hexGroups(checked(bytesOfText("05 AB 23 03 CD EF 02 "))).c_str());
+    clock.advance(150);
+    EXPECT_EQ(verdict(1),
+              "No prepared request matches. The nearest is prepared pair 2, which differs in byte 6 "
+              "(count: 02h came, 03h is prepared).");
+}
+
+TEST_F(TraceVerdicts, RequestThatTheProgramCutsIsNotSaidToHaveTheLengthOfThePair) {
+    const std::size_t looked = link.state().RxBuffer.size();
+    table.addPair(hexRun(Bytes(looked, 0x77)), "00");
+    link.enterMode(Mode::Simulation);
+    receive(hexGroups(Bytes(looked + 5, 0x77)).c_str());
+    clock.advance(300);
+    EXPECT_TRUE(
+        verdict(1).starts_with("No prepared request matches. The nearest is prepared pair 1, which begins "
+                               "like it, but of the 1030 bytes that came no more than 1025 are looked "
+                               "at."))
+        << verdict(1);
 }
 
 TEST_F(TraceVerdicts, UnknownRequestWithoutAnyPairSaysSo) {
@@ -365,7 +505,42 @@ TEST_F(TraceVerdicts, FrameThatStandsInALineOfItsOwnIsDecodedBesideNoise) {
     receive(wordAnswer, 40);
     clock.advance(100);
     EXPECT_EQ(kindOfLine(line(3)), "answer to word read");
-    EXPECT_TRUE(verdict(3).starts_with("Dropped: 11 bytes, 1 more than were awaited.")) << verdict(3);
+    EXPECT_EQ(verdict(3), "Dropped: 11 bytes, 1 more than were awaited. Part 2 of 2: bytes 1 to 10 of the 11 "
+                          "that were read together.");
+    EXPECT_EQ(explainedBytes(line(3)), bytesOfText(wordAnswer));
+    EXPECT_EQ(explainedSize(line(3)), 10U);
+    EXPECT_EQ(verdict(2),
+              "Dropped: 11 bytes, 1 more than were awaited. It is no frame of this protocol. Part 1 "
+              "of 2: byte 0 of the 11 that were read together.");
+    EXPECT_EQ(explainedSize(line(2)), 11U);
+}
+
+TEST_F(TraceVerdicts, FrameOfAScenarioWhoseAnswerHasNoKnownLengthAwaitsOne) {
+    const Bytes unknown = checked(bytesOfText("05 00 77 01 00 "));
+    link.enterMode(Mode::Scenario);
+    link.sendScenarioFrame(unknown, std::nullopt);
+    EXPECT_EQ(verdict(1),
+              "Sent; an answer is awaited, but its length is not known, so whatever comes is dropped.");
+    receive("F7 00 ");
+    receive("05 ", 40);
+    clock.advance(100);
+    EXPECT_EQ(verdict(1), "What came for it was dropped, and the wait ended with that.");
+    for (const std::size_t part : {2U, 3U}) {
+        EXPECT_TRUE(
+            verdict(part).starts_with("Dropped: an answer was awaited, but its length was not known, so "
+                                      "whatever came was dropped."))
+            << verdict(part);
+    }
+    receive("F7 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(4), "Dropped: no answer was awaited. It is too short for a frame.");
+    link.sendScenarioFrame(unknown, std::nullopt);
+    link.sendScenarioFrame(unknown, std::nullopt);
+    EXPECT_EQ(verdict(5),
+              "The next request went out, or the link went on to something else, before an answer came.");
+    tick(13);
+    EXPECT_EQ(verdict(6), "No answer within 13 ticks of silence.");
+    EXPECT_EQ(verdict(7), "The wait for the answer was given up after 13 ticks of silence.");
 }
 
 TEST_F(TraceVerdicts, PartsOfARequestThatIsNotKnownNameTheByteOfTheWholeRead) {

@@ -69,6 +69,23 @@ TEST_F(TraceViewTest, ViewFollowsItsTrace) {
     EXPECT_EQ(view.rows(), 0U);
 }
 
+TEST_F(TraceViewTest, MarksOfManyLinesAreOneChange) {
+    TraceView view(trace);
+    view.update(trace.takeNews());
+    trace.mark(Numbers{1, 3, 4}, true);
+    TraceView::Step step = view.update(trace.takeNews());
+    EXPECT_EQ(step.kept, 5U);
+    EXPECT_EQ(step.changedBegin, 1U);
+    show(view, "marked received"); // the first of the marked lines was sent
+    EXPECT_EQ(linesOf(view), Numbers{4});
+    trace.mark(Numbers{1, 4}, false);
+    view.update(trace.takeNews());
+    EXPECT_EQ(linesOf(view), Numbers{});
+    trace.mark(Numbers{1, 2, 3}, true);
+    view.update(trace.takeNews());
+    EXPECT_EQ(linesOf(view), Numbers{2});
+}
+
 TEST_F(TraceViewTest, ViewOfAFullTraceIsAsGoodAsANewOne) {
     TraceView view(trace);
     view.setFilter(readTraceFilter("event"));

@@ -28,6 +28,20 @@ TEST_F(TracedLineTest, OpenedLateItTellsWhatStillWaits) {
     EXPECT_EQ(line(0).first, clock.now() + 7ms);
 }
 
+TEST_F(TracedLineTest, OpenedAnewItTellsOnceMoreWhatWaitedBefore) {
+    const char* const wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
+    send("05 00 23 03 00 02 02 0B 22 ", 10);
+    receive("00 05 A3 04 ");
+    recorder.close();
+    recorder.open();
+    receive("34 12 CD AB 47 42 ", 5);
+    clock.advance(100);
+    ASSERT_EQ(lines(), 4U); // opened, the request, what nobody saw the end of, the answer
+    EXPECT_EQ(line(3).bytes, bytesOfText(wordAnswer));
+    EXPECT_EQ(line(3).size, 10U);
+    EXPECT_EQ(line(3).verdict, Verdict::Taken);
+}
+
 TEST_F(TracedLineTest, TimesAreThoseOfArrival) {
     wire.receiveAt(clock.now() + 1ms, {1, 2});
     wire.receiveAt(clock.now() + 4ms, {3});

@@ -45,6 +45,28 @@ TEST_F(ExplanationTest, AsksForALineWhileNoneIsChosen) {
     EXPECT_EQ(fields()->model()->rowCount(), 0);
 }
 
+TEST_F(ExplanationTest, AnAnswerBehindNoiseIsDecodedAsTheTraceNamesIt) {
+    openPort();
+    chooseWord(57);
+    send();
+    window.farEnd().deliver({0xF7});
+    window.advance(40);
+    window.farEnd().deliver(wordOne);
+    window.advance(150);
+    settle();
+    ASSERT_EQ(cell(3, TraceColumn::Kind), "answer to word read");
+    choose(3);
+    EXPECT_EQ(label("explanationSentence"),
+              "! Dropped: 9 bytes, 1 more than were awaited. Part 2 of 2: bytes 1 to "
+              "8 of the 9 that were read together.");
+    EXPECT_EQ(field(rowOf("DA"), FieldModel::Place), "0");
+    EXPECT_EQ(field(rowOf("DA"), FieldModel::Value), "station 255");
+    EXPECT_EQ(field(rowOf("SA"), FieldModel::Value), "station 255");
+    EXPECT_EQ(field(rowOf("W 0057"), FieldModel::Value), "1234h = 4660");
+    choose(2);
+    EXPECT_EQ(field(rowOf("DA"), FieldModel::Value), "station 247") << "the noise, with all that was read";
+}
+
 TEST_F(ExplanationTest, AnAnswerIsDecodedWithItsRequest) {
     fill();
     choose(2);

@@ -13,7 +13,9 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QClipboard>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableView>
@@ -121,9 +123,8 @@ private:
     Events events_{boxes_};
     FileDialogs files_{&window_, QString::fromStdString(folder_.path())};
     FileTalk talk_{[](const RuntimeError& error) { ADD_FAILURE() << error.what(); }, {}};
-    TracePanel panel_{
-        InsightContext{{clock_, trace_, statistics_, watch_, names_, {}, {}}, events_, files_, talk_},
-        &window_};
+    TracePanel panel_{InsightContext{{clock_, trace_, statistics_, watch_, names_}, events_, files_, talk_},
+                      &window_};
 };
 
 TEST_F(TraceSlicesTest, AFilterLooksAtAThousandLinesBetweenTheEventsOfTheWindow) {
@@ -225,6 +226,50 @@ TEST_F(TraceSlicesTest, AnExportThatIsCancelledLeavesNoFile) {
     finish();
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_NE(state().find("Cancelled"), std::string::npos);
+}
+
+TEST_F(TraceSlicesTest, CopyingLooksAtAThousandLinesBetweenTheEventsOfTheWindow) {
+    const auto run = [this](const char* action) {
+        window_.findChild<QAction*>(QLatin1String(action))->trigger();
+    };
+    const auto copied = [] { return QGuiApplication::clipboard()->text(); };
+    table()->selectAll();
+    for (const char* const action : {"copyText", "copyHex"}) {
+        QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+        run(action);
+        EXPECT_NE(state().find("copying, 1 %"), std::string::npos) << state();
+        EXPECT_TRUE(cancel()->isVisible());
+        EXPECT_EQ(copied(), QStringLiteral("before"));
+        EXPECT_EQ(finish(), lineCount / slice - 1);
+        EXPECT_FALSE(cancel()->isVisible());
+        const bool isHex = action == std::string("copyHex");
+        EXPECT_EQ(copied().count(QLatin1Char('\n')), isHex ? lineCount - 1 : lineCount + 1);
+    }
+    run("copyText");
+    cancel()->click();
+    finish();
+    EXPECT_EQ(copied().left(3), QStringLiteral("23\n")) << "what was there before";
+    EXPECT_NE(state().find("Cancelled"), std::string::npos);
+}
+
+TEST_F(TraceSlicesTest, MarksOfAllLinesAreOneChange) {
+    int changes = 0;
+    QObject::connect(model(), &QAbstractItemModel::dataChanged, &window_,
+                     [&](const auto& first, const auto& last) {
+                         ++changes;
+                         EXPECT_EQ(first.row(), 0);
+                         EXPECT_EQ(last.row(), lineCount - 1);
+                     });
+    EXPECT_FALSE(trace_.isWrong(77));
+    table()->selectAll();
+    press("markLines");
+    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(trace_.find(77)->isMarked);
+    EXPECT_TRUE(trace_.find(77)->isWrong.has_value());
+    EXPECT_TRUE(trace_.takeNews().changed.empty());
+    press("markLines");
+    EXPECT_EQ(changes, 2);
+    EXPECT_FALSE(trace_.find(77)->isMarked);
 }
 
 } // namespace

@@ -53,6 +53,7 @@ TEST_F(WatchPanelTest, ListsRegistersByAddressWithTheirLatestValue) {
     read(57, 0xFE, 0xFF);
     look();
     ASSERT_EQ(rowCount(), 2);
+    EXPECT_EQ(cellOf(0, WatchModel::Station), "255");
     EXPECT_EQ(cellOf(0, WatchModel::Register), "W 0057");
     EXPECT_EQ(cellOf(0, WatchModel::Decimal), "65534");
     EXPECT_EQ(cellOf(0, WatchModel::Signed), "-2");
@@ -60,6 +61,26 @@ TEST_F(WatchPanelTest, ListsRegistersByAddressWithTheirLatestValue) {
     EXPECT_EQ(cellOf(0, WatchModel::Binary), "1111 1111 1111 1110");
     EXPECT_EQ(cellOf(1, WatchModel::Register), "W 0100");
     EXPECT_EQ(label("watchState"), "2 registers");
+}
+
+TEST_F(WatchPanelTest, StationsHaveRowsOfTheirOwnAndTheNamesOfTheirRegisters) {
+    openPort();
+    drop(namesFile("W 0057,tank level\n"));
+    read(57, 1, 0);
+    chooseWord(57);
+    exchange(checked({0xFF, 0x05, 0xA3, 0x02, 2, 0}));
+    look();
+    ASSERT_EQ(rowCount(), 2);
+    EXPECT_EQ(cellOf(0, WatchModel::Station), "5");
+    EXPECT_EQ(cellOf(0, WatchModel::Decimal), "2");
+    EXPECT_EQ(cellOf(1, WatchModel::Station), "255");
+    EXPECT_EQ(cellOf(1, WatchModel::Decimal), "1");
+    for (const int row : {0, 1}) {
+        EXPECT_EQ(cellOf(row, WatchModel::Register), "W 0057");
+        EXPECT_EQ(cellOf(row, WatchModel::RegisterName), "tank level");
+        EXPECT_EQ(cellOf(row, WatchModel::Changes), "0");
+    }
+    EXPECT_EQ(table()->model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("Station"));
 }
 
 TEST_F(WatchPanelTest, CountsChangesAndAgesAndKeepsTheLastValues) {
