@@ -83,7 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Bytes asked = input.bytes(40);
     const auto answer = Responder(table).answerTo(asked);
     require(!answer || table.requests()[answer->pair.value()] == hexRun(asked), "the pair has that request");
-    nearestPair(table, asked);
+    nearestPair(table, asked, asked.size());
     lintPairs(table);
     saveAndLoad(table);
     attempt([&] {

@@ -72,6 +72,7 @@ public:
     explicit Program(const Streams& streams) : streams_(streams) {
         app_.set_version_flag("--version", "varda-cli " VARDA_VERSION);
         app_.require_subcommand(1);
+        app_.allow_windows_style_options(false); // a slash begins a path there, too
         app_.fallthrough();
         app_.add_flag("--json", asJson_, "Write one JSON object a line, for machines");
         for (const auto& subcommand : subcommands_) {

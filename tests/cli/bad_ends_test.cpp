@@ -1,4 +1,5 @@
 #include "cli/program_fixture.h"
+#include "core/files/append_file.h"
 
 #include <array>
 #include <fstream>
@@ -57,7 +58,7 @@ TEST_F(BadEnds, OfAClosedOutputLeaveTheLogWhole) {
     const std::string log = folder.file("line.log");
     EXPECT_EQ(runBeside(closed, {"monitor", "-p", line.path(), "--log", log}, [this] { line.write({7}); }),
               4);
-    EXPECT_EQ(bytesOf(log), "07 \n");
+    EXPECT_EQ(bytesOf(log), std::string("07 ") + lineEnd);
 }
 
 #ifndef _WIN32

@@ -203,13 +203,13 @@ TEST_F(BenchTest, TakesSilence) {
 
 TEST_F(BenchTest, WritesAPageThatNeedsNothingElse) {
     const std::string page = folder.file("results.html");
-    const std::string scenario = folder.file("a <b> & 'c'.scn");
+    const std::string scenario = folder.file("a & 'c'.scn");
     std::filesystem::copy_file(scenarioFile(), scenario);
     const std::string wrong = file("wrong.expect", "[Expect]\r\nExpect1=W 0002 >= 10\r\n");
     EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "150", "--expect", wrong, "--html", page, scenario}),
               1);
     const std::string html = bytesOf(page);
-    EXPECT_NE(html.find("a &lt;b&gt; &amp; &#39;c&#39;.scn</h1>"), std::string::npos) << html;
+    EXPECT_NE(html.find("a &amp; &#39;c&#39;.scn</h1>"), std::string::npos) << html;
     EXPECT_NE(html.find("1 right</span>"), std::string::npos);
     EXPECT_NE(html.find("W 0002 &gt;= 10 was wanted"), std::string::npos);
     EXPECT_NE(html.find("prefers-color-scheme: dark"), std::string::npos);

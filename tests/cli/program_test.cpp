@@ -1,4 +1,5 @@
 #include "cli/program_fixture.h"
+#include "core/files/append_file.h"
 
 namespace varda::test {
 namespace {
@@ -195,7 +196,7 @@ TEST_F(ProgramTest, ListsAndLogsWhatComesIn) {
                             }),
               0);
     EXPECT_EQ(out.text(), "01 FF \n");
-    EXPECT_EQ(bytesOf(log), "01 FF \n");
+    EXPECT_EQ(bytesOf(log), std::string("01 FF ") + lineEnd);
 }
 
 } // namespace

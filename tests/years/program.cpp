@@ -272,7 +272,7 @@ void Program::checkStatistics() {
     const std::uint64_t asked = now.asked - countsAtStart_.asked;
     std::uint64_t sent = 0;
     std::uint64_t ended = 0;
-    for (const LinkStatistics::Row& row : statistics_.rows({})) {
+    for (const LinkStatistics::Row& row : statistics_.rows()) {
         sent += row.sent;
         ended += row.answered + row.wrongLength + row.silent + row.overtaken;
     }

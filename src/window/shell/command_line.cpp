@@ -92,6 +92,7 @@ std::variant<CommandLine, CommandLineAnswer> readCommandLine(std::vector<std::st
     Typed typed;
     CLI::App app("Test and simulate programmable logic controllers on a serial host link.", "varda");
     app.set_version_flag("--version", "varda " VARDA_VERSION);
+    app.allow_windows_style_options(false); // a slash begins a path there, too
     app.footer("Options that every Qt program understands, for example -style, are Qt's.");
     addPortOptions(app, line, typed);
     addPageOptions(app, line, typed);
