@@ -135,11 +135,13 @@ TEST_F(LinkStatisticsTest, OneThingBecomesOfARequest) {
     EXPECT_EQ(settled(), rows()[0].sent + 1);
 }
 
-TEST_F(LinkStatisticsTest, AnswerAfterAResetTakesNothingBack) {
+TEST_F(LinkStatisticsTest, AnswerAfterAResetTakesNothingBackAndDoesNotCount) {
     exchange(10, "F7 ");
     statistics.reset();
     receive(wordAnswer);
     clock.advance(100);
+    EXPECT_TRUE(rows().empty());
+    exchange(10);
     EXPECT_EQ(rows()[0].answered, 1U);
     EXPECT_EQ(rows()[0].wrongLength, 0U);
 }

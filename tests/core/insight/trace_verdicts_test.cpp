@@ -168,7 +168,7 @@ TEST_F(TraceVerdicts, HangUpLosesWhatWaits) {
 TEST_F(TraceVerdicts, HangUpEndsTheRequestThatWaited) {
     send(wordRead, 10);
     wire.hangUp("ttyS0 went away: it was unplugged.");
-    EXPECT_EQ(verdict(1), "The next request went out, or the port was closed, before an answer came.");
+    EXPECT_EQ(verdict(1), "No answer came. The line went away.");
 }
 
 TEST_F(TraceVerdicts, AnswerThatIsIgnoredEndsItsRequest) {
