@@ -67,7 +67,8 @@ private:
             std::this_thread::sleep_until(due);
             owed += bytesPerSecond * std::chrono::duration<double>(piece).count();
             Bytes bytes;
-            for (; owed >= 1; owed -= 1) {
+            while (owed >= 1) {
+                owed -= 1;
                 bytes.push_back(traffic[next]);
                 next = (next + 1) % traffic.size();
                 if (next == 0 && pause > 0ms) { // the next exchange begins behind the pause

@@ -59,7 +59,7 @@ public:
         pane->resize(width, pane->height() + rows - fields->contentsRect().height());
         QApplication::processEvents();
         const int top = sentence->y() - edge;
-        const QImage picture = pane->grab(QRect(0, top, width, pane->height() - top)).toImage();
+        QImage picture = pane->grab(QRect(0, top, width, pane->height() - top)).toImage();
         pane->setParent(trace_);
         return picture;
     }

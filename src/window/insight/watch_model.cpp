@@ -111,7 +111,7 @@ void WatchModel::addNew() {
     const auto place = [this](std::size_t row) {
         return std::pair(watch_.at(row).station, watch_.at(row).point);
     };
-    const std::less<std::pair<int, Point>> before;
+    const std::less<> before;
     std::vector<std::size_t> added(watch_.size() - order_.size());
     std::iota(added.begin(), added.end(), order_.size());
     std::ranges::sort(added, before, place);

@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
-#include <QPointer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
@@ -120,19 +119,20 @@ Raising& ownRaising() {
 
 /// Looks again and again whether the window of a file's viewer has come to the front; `unseen` runs where it
 /// has not, for a desktop may refuse in silence.
-void lookForWindow(const QString& file, const QPointer<QProcess>& process, const QDeadlineTimer& patience,
-                   QObject* context, const std::function<void()>& unseen) {
+void lookForWindow(const QString& file, qint64 processId, const QDeadlineTimer& patience, QObject* context,
+                   const std::function<void()>& unseen) {
     constexpr auto fromLookToLook = std::chrono::milliseconds(50);
-    const bool isCurrent = process != nullptr && viewers().value(file).process == process;
-    if (!isCurrent || ownRaising().isInFront(process->processId())) {
+    const Viewer viewer = viewers().value(file);
+    const bool isCurrent = viewer.runs() && viewer.process->processId() == processId;
+    if (!isCurrent || ownRaising().isInFront(processId)) {
         return;
     }
     if (patience.hasExpired()) {
         unseen();
         return;
     }
-    QTimer::singleShot(fromLookToLook, context, [file, process, patience, context, unseen] {
-        lookForWindow(file, process, patience, context, unseen);
+    QTimer::singleShot(fromLookToLook, context, [file, processId, patience, context, unseen] {
+        lookForWindow(file, processId, patience, context, unseen);
     });
 }
 
@@ -144,7 +144,7 @@ bool showAgain(const ProgramCall& call, const QString& file, QObject* context,
     if (!viewer.runs() || viewer.call != nameOf(call) || !ownRaising().ask(viewer.process->processId())) {
         return false;
     }
-    lookForWindow(file, viewer.process, QDeadlineTimer(longestRaising), context, unseen);
+    lookForWindow(file, viewer.process->processId(), QDeadlineTimer(longestRaising), context, unseen);
     return true;
 }
 

@@ -34,7 +34,7 @@ inline std::string flawOfFields(const DecodedFrame& frame, std::size_t begin, st
 inline std::string flawOfCoverage(const std::vector<DecodedFrame>& frames, std::size_t size) {
     std::size_t end = 0;
     for (const DecodedFrame& frame : frames) {
-        const std::string flaw = flawOfFields(frame, end, end);
+        std::string flaw = flawOfFields(frame, end, end);
         if (!flaw.empty()) {
             return flaw;
         }

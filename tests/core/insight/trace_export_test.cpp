@@ -79,7 +79,7 @@ TEST_F(TraceExportTest, JsonIsEscapedAndOfUtf8) {
         std::string text;
         exportTrace(trace, {2}, TraceForm::JsonLines, RegisterNames::parse("W 0000," + name),
                     [&text](std::string_view part) { text += part; });
-        const std::string before = "\"registers\":\"W 0000 (";
+        const std::string before = R"("registers":"W 0000 ()";
         const auto begin = text.find(before) + before.size();
         return text.substr(begin, text.find(") .. W 0001") - begin);
     };
