@@ -67,7 +67,7 @@ private:
     }
 
     void settle() {
-        const auto pieces = cable_.onWire(static_cast<std::size_t>(2 * sky_.weather.chunk));
+        const auto pieces = cable_.onWire(2 * static_cast<std::size_t>(sky_.weather.chunk));
         settling_ = clock_.after(quiet + std::chrono::ceil<Milliseconds>(pieces), [this] { takeRequest(); });
     }
 

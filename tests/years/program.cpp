@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace varda::years {
 namespace {
@@ -39,8 +40,8 @@ Bytes bytesOfGroups(std::string_view text) {
     return bytes;
 }
 
-Program::Program(const std::string& name, const Surroundings& surroundings)
-    : around_(surroundings),
+Program::Program(const std::string& name, Surroundings surroundings)
+    : around_(std::move(surroundings)),
       comm_([this](const std::string& port) {
           return watched(traced(around_.makeLine, recorder_, around_.clock), witness_,
                          around_.plants.meddler)(port);

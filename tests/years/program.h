@@ -69,7 +69,7 @@ private:
 /// with them. A witness stands beside it.
 class Program : private LinkObserver {
 public:
-    Program(const std::string& name, const Surroundings& surroundings);
+    Program(const std::string& name, Surroundings surroundings);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program() override = default;

@@ -52,8 +52,9 @@ struct Dial {
 
     std::string_view name;
     int Weather::*value;
-    bool isFault;    ///< may be off entirely
-    Range ranges[3]; ///< by climate
+    bool isFault; ///< may be off entirely
+    // By climate. NOLINTNEXTLINE(modernize-avoid-c-arrays): the rows would need a third pair of braces
+    Range ranges[3];
 };
 
 std::span<const Dial> dials();

@@ -214,8 +214,9 @@ void Year::setUpPairs() {
     std::vector<std::string> requests;
     std::vector<std::string> answers;
     // the first one last: what others leave behind its frame is in its image then, and goes out with it
-    for (auto request = scene_.book.rbegin(); request != scene_.book.rend(); ++request) {
-        const MadeFrame& frame = near().enter(*request);
+    const std::vector lastFirst(scene_.book.rbegin(), scene_.book.rend());
+    for (const auto& request : lastFirst) {
+        const MadeFrame& frame = near().enter(request);
         const Bytes asked = scene_.work == Work::Scenario ? bytesOfGroups(frame.text) : frame.bytes;
         Bytes answer(static_cast<std::size_t>(frame.answerLength));
         std::ranges::generate(answer, [this] { return sky_.random.byte(); });

@@ -79,7 +79,7 @@ TEST_F(HistoryDelegateTest, EachValueIsAStepAsHighAsItIsAmongTheOthers) {
     }
     const QImage picture = draw();
     ASSERT_EQ(line(picture, 2).size(), 1U);
-    EXPECT_NEAR(line(picture, 2)[0], (top + bottom) / 2, 1);
+    EXPECT_NEAR(line(picture, 2)[0], (top + bottom) / 2.0, 1);
     ASSERT_EQ(line(picture, 6).size(), 1U);
     EXPECT_NEAR(line(picture, 6)[0], top, 1);
     ASSERT_EQ(line(picture, 10).size(), 1U);
