@@ -28,6 +28,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 
 namespace varda::test {
 namespace {
@@ -253,22 +254,22 @@ TEST_F(TraceSlicesTest, CopyingLooksAtAThousandLinesBetweenTheEventsOfTheWindow)
 }
 
 TEST_F(TraceSlicesTest, MarksOfAllLinesAreOneChange) {
-    int changes = 0;
+    const auto changes = std::make_shared<int>(0);
     QObject::connect(model(), &QAbstractItemModel::dataChanged, &window_,
-                     [&](const auto& first, const auto& last) {
-                         ++changes;
+                     [changes](const auto& first, const auto& last) {
+                         ++*changes;
                          EXPECT_EQ(first.row(), 0);
                          EXPECT_EQ(last.row(), lineCount - 1);
                      });
     EXPECT_FALSE(trace_.isWrong(77));
     table()->selectAll();
     press("markLines");
-    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(*changes, 1);
     EXPECT_TRUE(trace_.find(77)->isMarked);
     EXPECT_TRUE(trace_.find(77)->isWrong.has_value());
     EXPECT_TRUE(trace_.takeNews().changed.empty());
     press("markLines");
-    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(*changes, 2);
     EXPECT_FALSE(trace_.find(77)->isMarked);
 }
 
