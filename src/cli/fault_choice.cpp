@@ -18,8 +18,8 @@ std::string faultsInWords() {
 } // namespace
 
 void FaultChoice::declare(CLI::App& app) {
-    app.add_option("--fault", faults, faultsInWords());
-    app.add_option("--seed", seed, "Draw the faults as a run with this number did");
+    CLI::Option* const fault = app.add_option("--fault", faults, faultsInWords());
+    app.add_option("--seed", seed, "Draw the faults as a run with this number did")->needs(fault);
 }
 
 void FaultChoice::apply(FaultInjector& injector, const Streams& streams, Report& report) const {

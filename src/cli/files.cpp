@@ -7,6 +7,7 @@
 #include "core/pairs/packet_file.h"
 #include "core/recordings/capture_reader.h"
 #include "core/runs/scenario_file.h"
+#include "core/runs/scenario_frame.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -23,6 +24,25 @@ ProfileFile load(const std::string& path) {
         throw Failure(ExitCode::File, path + ": " + file.problem()->what());
     }
     return file;
+}
+
+/// @throws Failure File where an entry is not understood
+std::vector<std::optional<Expectation>> understood(const std::string& path, std::size_t lines) {
+    const ProfileFile file = load(path);
+    try {
+        return loadExpectations(file, lines);
+    } catch (const RuntimeError& error) {
+        throw Failure(ExitCode::File, path + ": " + (error.advice().empty() ? error.what() : error.advice()));
+    }
+}
+
+/// @throws Failure File where the line is no frame
+void requireFrame(const std::string& path, const std::string& line) {
+    try {
+        scenarioAnswerLength(scenarioFrame(line));
+    } catch (const RuntimeError&) {
+        throw Failure(ExitCode::File, path + ": \"" + line.substr(0, 40) + "\" is no frame.");
+    }
 }
 
 } // namespace
@@ -60,11 +80,14 @@ std::vector<std::string> scenarioLines(const std::string& path) {
     if (!scenario || !scenario->isComplete) {
         throw Failure(ExitCode::File, path + " does not hold the lines of a scenario that it should.");
     }
+    for (const std::string& line : scenario->lines) {
+        requireFrame(path, line);
+    }
     return std::move(scenario->lines);
 }
 
 std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines) {
-    std::vector<std::optional<Expectation>> wanted = loadExpectations(load(path), lines);
+    std::vector<std::optional<Expectation>> wanted = understood(path, lines);
     if (std::ranges::none_of(wanted, [](const auto& entry) { return entry.has_value(); })) {
         throw Failure(ExitCode::File, path +
                                           " holds no expectation of these lines: entries Expect0 .. Expect" +
@@ -80,7 +103,8 @@ Recording recording(const std::string& path, std::ostream& error) {
     }
     if (read.incomplete > 0) {
         error << path << " holds " << read.incomplete
-              << " packets that were not kept whole; they are left out.\n";
+              << (read.incomplete == 1 ? " packet that was not kept whole; it is left out.\n"
+                                       : " packets that were not kept whole; they are left out.\n");
     }
     return std::move(read.recording);
 }

@@ -22,8 +22,8 @@ void addPairs(PacketTable& table, const std::string& path);
 /// The lines of a scenario's file. @throws Failure File where it does not hold what it should
 std::vector<std::string> scenarioLines(const std::string& path);
 
-/// What is expected of the lines of a scenario. @throws Failure File where there is nothing of the kind,
-/// RuntimeError where an entry is not understood
+/// What is expected of the lines of a scenario. @throws Failure File where there is nothing of the kind, or
+/// an entry is not understood
 std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines);
 
 /// Writes what is expected of the lines of a scenario; the rest of the file stays.

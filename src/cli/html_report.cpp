@@ -72,7 +72,7 @@ std::string milliseconds(const LineResult& result) {
     return result.seconds > 0 ? text.data() : "";
 }
 
-std::string bytesCell(const Bytes& bytes) { return cell("<code>" + hexGroups(bytes) + "</code>"); }
+std::string bytesCell(const Bytes& bytes) { return cell("<code>" + hexSpaced(bytes) + "</code>"); }
 
 std::string row(const LineResult& result) {
     const bool isRight = result.why.empty();
@@ -86,8 +86,7 @@ std::string row(const LineResult& result) {
 } // namespace
 
 std::string htmlReport(const std::string& scenario, const std::vector<LineResult>& results) {
-    const auto wrong = static_cast<std::size_t>(
-        std::ranges::count_if(results, [](const LineResult& result) { return !result.why.empty(); }));
+    const std::size_t wrong = failures(results);
     std::string page(head);
     page += "<title>" + escaped(scenario) + "</title>\n</head>\n<body>\n<h1>" + escaped(scenario) +
             "</h1>\n" + "<p><span class=\"right\">" + std::to_string(results.size() - wrong) +

@@ -2,6 +2,7 @@
 
 #include "core/base/bytes.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,9 @@ struct LineResult {
     Bytes request;
     Bytes answer; ///< empty where none came
 };
+
+/// How many of them failed.
+std::size_t failures(const std::vector<LineResult>& results);
 
 /// Results as CI systems read them. @param suite the scenario's name
 std::string junit(const std::string& suite, const std::vector<LineResult>& results);

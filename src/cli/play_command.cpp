@@ -18,7 +18,7 @@ public:
         : session_(session), player_(session.loop(), [this](const Bytes& frame) { send(frame); }) {
         player_.load(std::move(frames));
         session.whenTold([this, &report](const Exchange& exchange) {
-            if (exchange.outcome == Outcome::Sent || exchange.outcome == Outcome::ThrownAway) {
+            if (!isEnd(exchange.outcome)) {
                 return;
             }
             report.exchange(exchange);
@@ -28,10 +28,10 @@ public:
         session.link().enterMode(Mode::Scenario);
     }
 
-    /// @return false where a signal ended it
+    /// @return false where a signal ended it, or else the input of steps
     bool play(double speed) {
         player_.start(speed);
-        return player_.isAtEnd() || session_.run();
+        return session_.run();
     }
 
     bool playByStep(const Streams& streams) {
@@ -40,7 +40,7 @@ public:
                           << ": press Enter to send it.\n"
                           << std::flush;
             if (!std::getline(streams.in, line)) {
-                return true;
+                return false;
             }
             player_.step();
             if (!session_.run()) {

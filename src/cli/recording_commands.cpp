@@ -2,7 +2,6 @@
 
 #include "cli/files.h"
 #include "core/files/profile_file.h"
-#include "core/insight/taken_expectations.h"
 #include "core/pairs/packet_file.h"
 #include "core/recordings/recording_difference.h"
 #include "core/recordings/recording_files.h"
@@ -20,7 +19,7 @@ void convertToScenario(const Recording& recording, const std::string& path, Repo
     ProfileFile file;
     storeScenario(lines, file);
     file.save(path);
-    report.converted(path, lines.size(), 0);
+    report.converted(path, lines.size());
 }
 
 void convertToPairs(const Recording& recording, const std::string& path, Report& report) {
@@ -30,15 +29,13 @@ void convertToPairs(const Recording& recording, const std::string& path, Report&
     ProfileFile file;
     storePackets(table, file);
     file.save(path);
-    report.converted(path, table.requests().size(), pairs.unanswered);
+    report.converted(path, table.requests().size(), pairs.unanswered, pairs.changing);
 }
 
 void convertToExpectations(const Recording& recording, const std::string& path, Report& report) {
     const std::vector<std::string> texts = expectationsOf(recording);
-    ProfileFile file;
-    storeExpectations(texts, file);
-    file.save(path);
-    report.converted(path, texts.size(), 0);
+    saveExpectations(path, texts);
+    report.converted(path, texts.size());
 }
 
 } // namespace

@@ -100,7 +100,7 @@ std::string headingOf(const Exchange& exchange) {
     case Outcome::Answered:
         return text + " in " + inMilliseconds(timeOf(exchange));
     case Outcome::WrongLength:
-        return text + ": " + std::to_string(exchange.answer.size()) + " bytes of " +
+        return text + ": " + counted(exchange.answer.size(), "byte") + " of " +
                std::to_string(exchange.expected) + " came";
     case Outcome::AnsweredByPair:
         return text + ": pair " + std::to_string(exchange.pair.value_or(0) + 1);
@@ -163,7 +163,7 @@ Json jsonOf(Octets bytes, const DecodedFrame& frame) {
 }
 
 std::string textOf(Octets bytes, const DecodedFrame& frame) {
-    std::string text = kindInWords(frame.kind) + ", " + std::to_string(frame.end - frame.begin) + " bytes";
+    std::string text = kindInWords(frame.kind) + ", " + counted(frame.end - frame.begin, "byte");
     for (const Field& field : frame.fields) {
         text += "\n  " + hexGroups(bytesOf(field, bytes)) + ' ' + fieldInWords(frame, field);
     }
@@ -253,11 +253,16 @@ void Report::played(const PlayerProgress& progress) {
                         inMilliseconds(progress.latest) + " late");
 }
 
-void Report::converted(const std::string& file, std::size_t entries, std::size_t leftOut) {
-    write(asJson_
-              ? asLine({{"type", "converted"}, {"file", file}, {"entries", entries}, {"leftOut", leftOut}})
-              : file + ": " + (entries == 1 ? "1 entry" : std::to_string(entries) + " entries") +
-                    (leftOut > 0 ? ", " + std::to_string(leftOut) + " left out" : ""));
+void Report::converted(const std::string& file, std::size_t entries, std::size_t leftOut,
+                       std::size_t changing) {
+    write(asJson_ ? asLine({{"type", "converted"},
+                            {"file", file},
+                            {"entries", entries},
+                            {"leftOut", leftOut},
+                            {"changing", changing}})
+                  : file + ": " + (entries == 1 ? "1 entry" : std::to_string(entries) + " entries") +
+                        (leftOut > 0 ? ", " + std::to_string(leftOut) + " left out" : "") +
+                        (changing > 0 ? ", " + std::to_string(changing) + " answered otherwise later" : ""));
 }
 
 void Report::difference(const RecordingDifference& difference) {

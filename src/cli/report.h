@@ -47,7 +47,9 @@ public:
     /// How a recording was played.
     void played(const PlayerProgress& progress);
     /// What a recording was turned into: entries of a file. @param leftOut those that it has no place for
-    void converted(const std::string& file, std::size_t entries, std::size_t leftOut);
+    /// @param changing those that were answered otherwise later
+    void converted(const std::string& file, std::size_t entries, std::size_t leftOut = 0,
+                   std::size_t changing = 0);
     void difference(const RecordingDifference& difference);
     /// What was done on purpose to something that is about to be sent.
     void fault(const FaultDone& fault);

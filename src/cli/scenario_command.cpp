@@ -9,7 +9,6 @@
 #include "core/insight/taken_expectations.h"
 #include "core/runs/scenario_run.h"
 
-#include <algorithm>
 #include <chrono>
 #include <ostream>
 
@@ -32,7 +31,7 @@ public:
           wanted_(std::move(wanted)),
           taken_(static_cast<std::size_t>(lines_.count())),
           isTaking_(isTaking),
-          left_(static_cast<std::size_t>(lines_.count()) * static_cast<std::size_t>(rounds)),
+          total_(static_cast<std::size_t>(lines_.count()) * static_cast<std::size_t>(rounds)),
           timer_(session.loop().makeTimer([this] { sendNext(); })),
           run_(session.link(), *timer_, lines_) {
         session.whenTold([this](const Exchange& exchange) { take(exchange); });
@@ -43,22 +42,23 @@ public:
 
     const TakenExpectations& taken() const { return taken_; }
     const std::vector<LineResult>& results() const { return results_; }
-    int failures() const {
-        return static_cast<int>(
-            std::ranges::count_if(results_, [](const LineResult& result) { return !result.why.empty(); }));
-    }
-    bool isComplete() const { return left_ == 0 && failures() == 0; }
+    bool isComplete() const { return results_.size() == total_ && failures(results_) == 0; }
 
 private:
+    /// The line before, where nothing has become of it yet, is overtaken inside the send.
     void sendNext() {
-        if (left_ > 0) {
-            --left_;
+        if (sent_ < total_) {
+            ++sent_;
             run_.send(run_.next().value());
         }
     }
 
     void take(const Exchange& exchange) {
-        if (exchange.outcome == Outcome::ThrownAway || exchange.outcome == Outcome::Sent) {
+        if (!isEnd(exchange.outcome)) {
+            return;
+        }
+        if (results_.size() == sent_) { // another burst, behind the one that ended the line
+            report_.exchange(exchange);
             return;
         }
         const auto count = static_cast<std::size_t>(lines_.count());
@@ -87,8 +87,7 @@ private:
     }
 
     void endWhere(bool isStopped) {
-        const bool isLast = left_ == 0 && results_.size() % static_cast<std::size_t>(lines_.count()) == 0;
-        if (isStopped || isLast) {
+        if (isStopped || results_.size() == total_) {
             session_.stop();
         }
     }
@@ -99,7 +98,8 @@ private:
     Expectations wanted_;
     TakenExpectations taken_;
     bool isTaking_;
-    std::size_t left_;
+    const std::size_t total_; ///< lines of all rounds
+    std::size_t sent_ = 0;
     std::unique_ptr<PeriodTimer> timer_;
     ScenarioRun run_;
     std::vector<LineResult> results_;
@@ -114,7 +114,7 @@ void ScenarioCommand::declare(CLI::App& app) {
         ->check(CLI::Range(1, 1'000'000).description("1 to 1000000"))
         ->capture_default_str();
     app.add_option("--period", period_, "Milliseconds from one line to the next")
-        ->check(CLI::Range(0, longestPeriod))
+        ->check(CLI::Range(1, longestPeriod)) // a period of 0 never ends
         ->capture_default_str();
     app.add_option("--expect", expectations_, "File of what is expected of the lines' answers")
         ->check(existingFile());
@@ -134,8 +134,8 @@ ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
     rounds.start(period_);
     const bool isWhole = session.run();
     rounds.stop();
-    const int failures = rounds.failures();
-    report.scenario(rounds_, static_cast<int>(rounds.results().size()) - failures, failures);
+    const std::size_t wrong = failures(rounds.results());
+    report.scenario(rounds_, static_cast<int>(rounds.results().size() - wrong), static_cast<int>(wrong));
     if (!junit_.empty()) {
         replaceFile(junit_, junit(file_, rounds.results()));
     }

@@ -27,12 +27,15 @@ struct Tally {
         hits.note(exchange);
         unknown.note(exchange);
     }
-    void tell(Report& report, std::size_t pairs) const {
+    void tell(Report& report, std::ostream& error, std::size_t pairs) const {
         for (std::size_t row = 0; row < pairs; ++row) {
             report.pairHits(row, hits.of(row));
         }
         for (const UnknownRequest& request : unknown.requests()) {
             report.unmatched(request);
+        }
+        if (unknown.others() > 0) {
+            error << "Others came " << unknown.others() << " times, which are not listed.\n" << std::flush;
         }
     }
 };
@@ -78,11 +81,11 @@ ExitCode SimulateCommand::run(const Streams& streams, Report& report) {
     // however it ends: the memory first, for the output may be what ends it
     const auto finish = [&] {
         memory_.save(controller);
-        tally.tell(report, table.requests().size());
+        tally.tell(report, streams.error, table.requests().size());
     };
     try {
         session.run();
-    } catch (const Failure&) {
+    } catch (...) {
         finish();
         throw;
     }

@@ -251,8 +251,8 @@ TEST_F(BenchTest, PlaysARecording) {
 }
 
 TEST_F(BenchTest, PlaysStepByStep) {
-    EXPECT_EQ(run({"--json", "play", "-p", "VIRTUAL", "--step", capture()}, "\n"), 0);
-    EXPECT_EQ(ofType("played").at(0)["played"], 1) << "the input ended";
+    EXPECT_EQ(run({"--json", "play", "-p", "VIRTUAL", "--step", capture()}, "\n"), 1) << "the input ended";
+    EXPECT_EQ(ofType("played").at(0)["played"], 1);
     EXPECT_NE(error.text().find("2 of 2: press Enter"), std::string::npos) << error.text();
 }
 
@@ -267,6 +267,17 @@ TEST_F(BenchTest, ConvertsARecording) {
     EXPECT_EQ(run({"lint", packets}), 0) << out.text();
     EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "150", "--expect", expected, scenario}), 0)
         << out.text();
+}
+
+TEST_F(BenchTest, WhatIsExpectedStandsBesideTheScenarioInOneFile) {
+    const std::string both = folder.file("both.ini");
+    EXPECT_EQ(run({"convert", capture(), "--scenario", both, "--expect", both}), 0);
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--expect", both, both}), 0) << out.text();
+}
+
+TEST_F(BenchTest, ALineOfAScenarioThatIsNoFrameIsTheFilesFault) {
+    const std::string bad = file("bad.scn", "[Information]\r\nTotal=1\r\n[Scenario]\r\nScenario0=what\r\n");
+    EXPECT_NE(error4({"run", "-p", "VIRTUAL", bad}).find("\"what\" is no frame."), std::string::npos);
 }
 
 TEST_F(BenchTest, ComparesRecordings) {
@@ -287,6 +298,7 @@ TEST_F(BenchTest, RecordingsThatCannotBeUsedAreTold) {
                   std::string::npos);
     }
     EXPECT_NE(error4({"compare", bad, empty}).find(bad), std::string::npos);
+    EXPECT_EQ(error4({"compare", bad, empty}).find(".."), std::string::npos) << error.text();
     EXPECT_FALSE(std::filesystem::exists(folder.file("x.scn")));
     EXPECT_EQ(run({"convert", capture()}), 2);
     EXPECT_NE(error.text().find("--packets"), std::string::npos);

@@ -76,6 +76,8 @@ TEST_F(OptionsTest, OutOfTheirRangesAreRefused) {
         {"--destination", "256"}, {"--source", "-1"}, {"--source", "x"},        {"--period", "0"},
         {"--baud", "0"},          {"--data", "9"},    {"--data", "4"},          {"--stop", "3"},
         {"--parity", "mark"},     {"--parity", ""},   {"--baud", "99999999999"}};
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "0", scenarioFile()}), 2) << "it would never end";
+    EXPECT_EQ(run({"read", "-p", "VIRTUAL", "--seed", "1", "W 0"}), 2) << "of no fault";
     for (const auto& option : refused) {
         std::vector<std::string> arguments = {"read", "-p", "VIRTUAL", "W 0"};
         arguments.insert(arguments.end(), option.begin(), option.end());

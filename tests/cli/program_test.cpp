@@ -141,8 +141,8 @@ TEST_F(ProgramTest, JudgesAScenarioByWhatIsExpected) {
     EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--expect", scenario, scenario}), 4);
     EXPECT_EQ(
         run({"run", "-p", "VIRTUAL", "--expect", file("odd.expect", "[Expect]\nExpect0=maybe\n"), scenario}),
-        2);
-    EXPECT_NE(error.text().find("\"maybe\" is no expectation"), std::string::npos);
+        4);
+    EXPECT_NE(error.text().find("odd.expect: \"maybe\" is no expectation"), std::string::npos);
 }
 
 TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {

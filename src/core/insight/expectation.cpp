@@ -14,7 +14,6 @@
 namespace varda::inline core {
 namespace {
 
-constexpr std::string_view silence = "silence";
 constexpr std::string_view anyByte = "..";
 constexpr std::size_t longestEntry = 65536; ///< characters
 
@@ -74,7 +73,7 @@ std::string whyNoAnswer(const Exchange& exchange) {
 Expectation Expectation::parse(std::string_view text) {
     Expectation wanted;
     text = withoutBlanksAround(text);
-    if (text == silence) {
+    if (text == expectedSilence) {
         wanted.isSilence_ = true;
     } else if (text.find_first_of("<>=!") != std::string_view::npos) {
         forEachPart(text, ';', [&](std::string_view part) { wanted.values_.push_back(parseValue(part)); });

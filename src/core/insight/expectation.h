@@ -13,6 +13,9 @@ namespace varda::inline core {
 
 class ProfileFile;
 
+/// The text of an expectation that no answer comes.
+inline constexpr std::string_view expectedSilence = "silence";
+
 /// What is wanted of the answer to a request.
 class Expectation {
 public:

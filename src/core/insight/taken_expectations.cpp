@@ -1,6 +1,7 @@
 #include "core/insight/taken_expectations.h"
 
 #include "core/files/profile_file.h"
+#include "core/insight/expectation.h"
 #include "core/protocol/hex_text.h"
 
 namespace varda::inline core {
@@ -40,7 +41,8 @@ void TakenExpectations::take(std::size_t line, const Exchange& exchange) {
 std::vector<std::string> TakenExpectations::texts() const {
     std::vector<std::string> texts;
     for (const Line& line : lines_) {
-        std::string text = line.isTaken && !line.isUnclear && line.bytes.empty() ? "silence" : "";
+        const bool wasSilent = line.isTaken && !line.isUnclear && line.bytes.empty();
+        std::string text(wasSilent ? expectedSilence : "");
         for (const auto& byte : line.bytes) {
             text += (text.empty() ? "" : " ") + (byte ? hex(*byte, 2) : "..");
         }

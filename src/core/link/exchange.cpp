@@ -4,6 +4,20 @@
 
 namespace varda::inline core {
 
+bool isEnd(Outcome outcome) {
+    switch (outcome) {
+    case Outcome::NotSent:
+    case Outcome::Answered:
+    case Outcome::WrongLength:
+    case Outcome::Silent:
+    case Outcome::Overtaken:
+    case Outcome::HungUp:
+        return true;
+    default:
+        return false;
+    }
+}
+
 std::string_view inWords(Outcome outcome) {
     /// In the order of Outcome.
     constexpr std::array<std::string_view, 14> words = {"sent",

@@ -39,6 +39,10 @@ enum class Discarding : std::uint8_t {
     WithTheMode     ///< the simulation was left while a request was coming in
 };
 
+/// Whether it is what became of a request that was sent, for good or for ill. Of further bursts that came
+/// behind its end the same is told once more.
+bool isEnd(Outcome outcome);
+
 /// "before the next send".
 std::string_view inWords(Discarding why);
 

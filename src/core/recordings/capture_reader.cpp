@@ -77,8 +77,10 @@ public:
     explicit TimeUnit(std::uint64_t resolution) {
         constexpr std::uint64_t binary = 0x80;
         const std::uint64_t exponent = resolution % binary;
-        for (std::uint64_t step = 0; step < std::min<std::uint64_t>(exponent, mostSteps); ++step) {
-            perSecond_ *= resolution >= binary ? 2 : 10;
+        const bool isBinary = resolution >= binary;
+        const std::uint64_t most = isBinary ? 63 : 18; // powers of 2 and of 10 that still fit
+        for (std::uint64_t step = 0; step < std::min(exponent, most); ++step) {
+            perSecond_ *= isBinary ? 2 : 10;
         }
     }
     chrono::system_clock::time_point time(std::uint64_t stamp) const {
@@ -93,8 +95,6 @@ public:
     }
 
 private:
-    static constexpr std::uint64_t mostSteps = 18; // 10^18 still fits
-
     std::uint64_t perSecond_ = 1;
 };
 
@@ -185,12 +185,13 @@ ReadCapture loadCapture(const std::string& path) {
         throw RuntimeError(*file.problem);
     }
     if (file.text.empty()) {
-        throw fileError(path, "is empty, or not there.");
+        throw fileError(path, "is empty, or not there");
     }
     try {
         return readCapture(file.text);
     } catch (const RuntimeError& error) {
-        throw fileError(path, std::string("cannot be used. ") + error.what());
+        throw RuntimeError(run_time_error::fileAccessError,
+                           '"' + path + "\" cannot be used. " + error.what());
     }
 }
 

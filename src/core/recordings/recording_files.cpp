@@ -1,25 +1,17 @@
 #include "core/recordings/recording_files.h"
 
+#include "core/insight/expectation.h"
 #include "core/protocol/hex_text.h"
 
 #include <map>
 #include <set>
 
 namespace varda::inline core {
-namespace {
-
-std::string lineOf(const Bytes& bytes) {
-    std::string text = hexGroups(bytes);
-    text.resize(text.size() - (text.empty() ? 0 : 1)); // its last blank
-    return text;
-}
-
-} // namespace
 
 std::vector<std::string> scenarioOf(const Recording& recording) {
     std::vector<std::string> lines;
     for (const RecordedExchange& exchange : exchangesOf(recording)) {
-        lines.push_back(lineOf(exchange.request));
+        lines.push_back(hexSpaced(exchange.request));
     }
     return lines;
 }
@@ -27,7 +19,7 @@ std::vector<std::string> scenarioOf(const Recording& recording) {
 std::vector<std::string> expectationsOf(const Recording& recording) {
     std::vector<std::string> texts;
     for (const RecordedExchange& exchange : exchangesOf(recording)) {
-        texts.push_back(exchange.answer ? lineOf(*exchange.answer) : "silence");
+        texts.push_back(exchange.answer ? hexSpaced(*exchange.answer) : std::string(expectedSilence));
     }
     return texts;
 }

@@ -140,6 +140,7 @@ TEST(CaptureReader, NamesTheFile) {
     const auto missing = raisedBy([&] { loadCapture(path); });
     ASSERT_TRUE(missing);
     EXPECT_NE(std::string(missing->what()).find(path), std::string::npos);
+    EXPECT_EQ(std::string(missing->what()).find(".."), std::string::npos) << missing->what();
     EXPECT_TRUE(raisedBy([&] { loadCapture(folder.path()); }));
     std::ofstream(path) << "hello";
     EXPECT_NE(std::string(raisedBy([&] { loadCapture(path); })->what()).find(path), std::string::npos);
