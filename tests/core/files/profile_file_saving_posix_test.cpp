@@ -2,6 +2,7 @@
 #include "core/files/atomic_file.h"
 #include "core/files/profile_file.h"
 
+#include "support/child_process_posix.h"
 #include "support/ordinary_user.h"
 #include "support/profile_file_checks.h"
 #include "support/raises.h"
@@ -191,7 +192,7 @@ TEST_F(ProfileFileSavingPosix, TheLongestNameIsSaved) {
 
 /// Saves in a process of its own, which the system kills in the middle of the writing.
 void saveAndBeKilled(const ProfileFile& file, const std::string& path) {
-    const pid_t child = ::fork();
+    const pid_t child = test::divideProcess();
     if (child == 0) {
         const struct rlimit none = {0, 0};
         const struct rlimit small = {8192, 8192};
