@@ -130,7 +130,7 @@ void TracePanel::fillOn() {
 }
 
 /// From the line that is chosen on, or from the end that lies behind; past the other end it goes on from
-/// there.
+/// there. It waits for a filter that is under way, which has not shown every line yet that it will.
 void TracePanel::find(bool isForward) {
     if (ui_->traceFind->text().trimmed().isEmpty()) {
         ui_->traceFind->setFocus(Qt::ShortcutFocusReason);
@@ -139,7 +139,7 @@ void TracePanel::find(bool isForward) {
     const TraceFilter wanted = readTraceFilter(ui_->traceFind->text().toStdString());
     const auto search =
         std::make_shared<TraceSearch>(model_->search(wanted, ui_->traceTable->chosenLine(), isForward));
-    searching_.start([search] { return search->look(SlicedWork::slice); },
+    searching_.start([this, search] { return filling_.isRunning() || search->look(SlicedWork::slice); },
                      [this, search, isForward] { showFound(*search, isForward); });
 }
 

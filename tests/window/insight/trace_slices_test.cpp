@@ -185,6 +185,18 @@ TEST_F(TraceSlicesTest, FindLooksAtAThousandLinesBetweenTheEventsOfTheWindow) {
     EXPECT_FALSE(cancel()->isVisible());
 }
 
+TEST_F(TraceSlicesTest, FindWaitsForAFilterThatIsUnderWay) {
+    trace_.mark(90'000, true);
+    set("traceFilter", "sent");
+    set("traceFind", "marked");
+    press("findNext");
+    step();
+    EXPECT_EQ(state().find("No such line"), std::string::npos) << state();
+    finish();
+    EXPECT_EQ(table()->currentIndex().row(), 45'000);
+    EXPECT_FALSE(cancel()->isVisible());
+}
+
 TEST_F(TraceSlicesTest, FindCanBeCancelled) {
     trace_.mark(90'000, true);
     set("traceFind", "marked");
