@@ -154,12 +154,19 @@ void TracePanel::showFound(const TraceSearch& search, bool isForward) {
                              : tr("Went on from the last line"));
 }
 
-/// No half of a filter is shown: all lines are again.
+/// What was asked for, beside the lines that are filtered.
+bool TracePanel::hasErrand() const {
+    return searching_.isRunning() || copying_.percent() || exporter_->percent();
+}
+
+/// What was asked for last goes first, and leaves the filter alone. No half of a filter is shown: all lines are
+/// again.
 void TracePanel::cancelWork() {
-    searching_.cancel();
-    copying_.cancel();
-    exporter_->cancel();
-    if (filling_.isRunning()) {
+    if (hasErrand()) {
+        searching_.cancel();
+        copying_.cancel();
+        exporter_->cancel();
+    } else {
         ui_->traceFilter->clear();
     }
     tell(tr("Cancelled"));
@@ -284,7 +291,7 @@ void TracePanel::showState() {
         }
     }
     ui_->traceState->setText(words.join(QStringLiteral(" \u2013 ")));
-    ui_->cancelWork->setVisible(!workInWords().isEmpty());
+    ui_->cancelWork->setVisible(hasErrand() || (filling_.isRunning() && !ui_->traceFilter->text().isEmpty()));
 }
 
 QString TracePanel::shownLines() const {

@@ -160,6 +160,29 @@ TEST_F(TraceSlicesTest, AFilterThatIsCancelledShowsAllLines) {
     EXPECT_FALSE(cancel()->isVisible());
 }
 
+TEST_F(TraceSlicesTest, WhatIsCancelledWhileAFilterIsUnderWayLeavesTheFilterAlone) {
+    set("traceFilter", "sent");
+    set("traceFind", "marked");
+    press("findNext");
+    cancel()->click();
+    EXPECT_EQ(window_.findChild<QLineEdit*>(QStringLiteral("traceFilter"))->text(), QStringLiteral("sent"));
+    EXPECT_TRUE(cancel()->isVisible()) << "the filter can be cancelled yet";
+    finish();
+    EXPECT_EQ(rows(), lineCount / 2);
+    EXPECT_FALSE(table()->currentIndex().isValid()) << "nothing is found any more";
+}
+
+/// All lines are what cancelling would bring.
+TEST_F(TraceSlicesTest, LinesThatComeBackWithoutAFilterCannotBeCancelled) {
+    set("traceFilter", "sent");
+    finish();
+    set("traceFilter", "");
+    EXPECT_NE(state().find(" %"), std::string::npos) << state();
+    EXPECT_FALSE(cancel()->isVisible());
+    finish();
+    EXPECT_EQ(rows(), lineCount);
+}
+
 /// Typed while paused, too, and what is new stays away.
 TEST_F(TraceSlicesTest, PausedAFilterShowsLinesOfBeforeAlone) {
     press("pauseTrace");
