@@ -291,6 +291,7 @@ void TracePanel::showState() {
         }
     }
     ui_->traceState->setText(words.join(QStringLiteral(" \u2013 ")));
+    ui_->exportTrace->setEnabled(!exporter_->percent()); // a second one would take its place
     ui_->cancelWork->setVisible(hasErrand() || (filling_.isRunning() && !ui_->traceFilter->text().isEmpty()));
 }
 

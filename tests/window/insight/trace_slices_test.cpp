@@ -245,6 +245,19 @@ TEST_F(TraceSlicesTest, AnExportWritesAThousandLinesBetweenTheEventsOfTheWindow)
     EXPECT_EQ(std::count(std::istreambuf_iterator(file), {}, '\n'), lineCount + 1) << "a heading, too";
 }
 
+TEST_F(TraceSlicesTest, NoSecondExportBeginsWhileOneIsUnderWay) {
+    const auto* const button = window_.findChild<QAbstractButton*>(QStringLiteral("exportTrace"));
+    EXPECT_TRUE(button->isEnabled());
+    exportAll(folder_.file("all.txt"));
+    EXPECT_FALSE(button->isEnabled());
+    finish();
+    EXPECT_TRUE(button->isEnabled());
+    exportAll(folder_.file("again.txt"));
+    EXPECT_FALSE(button->isEnabled());
+    cancel()->click();
+    EXPECT_TRUE(button->isEnabled());
+}
+
 TEST_F(TraceSlicesTest, AnExportTellsHowManyLinesItWroteAndNotHowManyWereAskedFor) {
     exportAll(folder_.file("all.txt"));
     for (int line = 0; line < 5000; ++line) {
