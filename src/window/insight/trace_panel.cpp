@@ -159,8 +159,8 @@ bool TracePanel::hasErrand() const {
     return searching_.isRunning() || copying_.percent() || exporter_->percent();
 }
 
-/// What was asked for last goes first, and leaves the filter alone. No half of a filter is shown: all lines are
-/// again.
+/// What was asked for last goes first, and leaves the filter alone. No half of a filter is shown: all lines
+/// are again.
 void TracePanel::cancelWork() {
     if (hasErrand()) {
         searching_.cancel();
