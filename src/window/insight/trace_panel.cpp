@@ -199,9 +199,18 @@ void TracePanel::mark() {
 
 /// The clipboard has the lines at once, or stays as it was.
 void TracePanel::copy(TraceForm form) {
-    copying_.start(context_.trace, ui_->traceTable->selectedLines(), form, context_.names,
+    const std::vector<Trace::Number> lines = ui_->traceTable->selectedLines();
+    if (lines.empty()) {
+        tell(tr("Choose lines to copy them"));
+        return;
+    }
+    copying_.start(context_.trace, lines, form, context_.names,
                    [this, form](std::string text, std::size_t /*lines*/) {
-                       if (form == TraceForm::Hex && !text.empty()) {
+                       if (text.empty()) {
+                           tell(tr("These lines have no bytes"));
+                           return;
+                       }
+                       if (form == TraceForm::Hex) {
                            text.pop_back(); // one line is pasted as bytes alone
                        }
                        QGuiApplication::clipboard()->setText(QString::fromStdString(text));
