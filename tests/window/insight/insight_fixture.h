@@ -2,7 +2,7 @@
 
 #include "core/base/bytes.h"
 #include "core/insight/trace_words.h"
-#include "core/protocol/crc16.h"
+#include "core/protocol/independent_check.h"
 #include "support/driven_window.h"
 #include "support/event_loop.h"
 #include "window/insight/insight_window.h"
@@ -149,14 +149,6 @@ protected:
     /// What stands below the text.
     std::string boxAdvice() {
         return shownBox() != nullptr ? shownBox()->informativeText().toStdString() : std::string();
-    }
-
-    /// A frame with its check behind it.
-    static Bytes checked(Bytes frame) {
-        const std::uint16_t check = crc16(frame);
-        frame.push_back(static_cast<std::uint8_t>(check));
-        frame.push_back(static_cast<std::uint8_t>(check >> 8U));
-        return frame;
     }
 
     const Bytes wordOne = checked({0xFF, 0xFF, 0xA3, 0x02, 0x34, 0x12});
