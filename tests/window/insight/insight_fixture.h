@@ -136,7 +136,7 @@ protected:
         QMetaObject::invokeMethod(dialog, "accept");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    /// The text of the message box on the trace; empty where there is none.
+    /// The message box on the trace; null where there is none.
     const QMessageBox* shownBox() {
         for (const QMessageBox* const box : trace()->findChildren<QMessageBox*>()) {
             if (box->isVisible()) {
@@ -145,6 +145,7 @@ protected:
         }
         return nullptr;
     }
+    /// Its text; empty where there is none.
     std::string boxText() { return shownBox() != nullptr ? shownBox()->text().toStdString() : std::string(); }
     /// What stands below the text.
     std::string boxAdvice() {
