@@ -85,15 +85,13 @@ TEST_F(RegisterWatchTest, MonitoredLinesAreReadByTheRequestsOnThem) {
 TEST_F(RegisterWatchTest, SimulatedRegistersAreSeen) {
     table.addPair("050023030002020B22", "0005A3043412CDAB4742");
     link.enterMode(Mode::Simulation);
-    receive("05 00 23 03 00 02 02 0B 22 ");
-    clock.advance(150);
+    hear("05 00 23 03 00 02 02 0B 22 ");
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
 TEST_F(RegisterWatchTest, WritesThatNoPairAnswersAreSeen) {
     link.enterMode(Mode::Simulation);
-    receive(hexGroups(checked(bytesOfText("05 00 24 04 00 02 34 12 "))).c_str());
-    clock.advance(150);
+    hear(hexGroups(checked(bytesOfText("05 00 24 04 00 02 34 12 "))).c_str());
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
@@ -101,8 +99,7 @@ TEST_F(RegisterWatchTest, WritesAndAnswersOfPairsAreSeen) {
     const Bytes write = checked(bytesOfText("05 00 24 04 00 02 34 12 "));
     table.addPair(hexRun(write), hexRun(checked(bytesOfText("00 05 A4 01 00 "))));
     link.enterMode(Mode::Simulation);
-    receive(hexGroups(write).c_str());
-    clock.advance(150);
+    hear(hexGroups(write).c_str());
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
