@@ -144,6 +144,17 @@ TEST_F(TraceParts, PartsOfARequestThatIsNotKnownNameTheByteOfTheWholeRead) {
     }
 }
 
+TEST_F(TraceParts, OfAMixedRequestSpeakOfTheRegistersInThem) {
+    const std::string request = hexGroups(checked(bytesOfText("05 00 25 04 64 42 65 42 ")));
+    const std::size_t cut = std::string("05 00 25 04 64 42 ").size();
+    link.enterMode(Mode::Simulation);
+    receive(request.substr(0, cut).c_str());
+    receive(request.substr(cut).c_str(), 30);
+    clock.advance(300);
+    EXPECT_EQ(runsInWords(runsOf(framesOf(line(1)).at(0))), "W 0100");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(line(2)).at(0))), "W 0101");
+}
+
 TEST_F(TraceParts, PartsThatAreThrownAwaySayWhenAndAreNoCutFrames) {
     send(wordRead, 10);
     wire.receiveAt(clock.now() + 3ms, bytesOfText("00 05 A3 04 "));
