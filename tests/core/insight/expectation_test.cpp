@@ -90,12 +90,18 @@ TEST(ExpectationTest, OfSilenceIsMetWhereNothingComes) {
     EXPECT_EQ(judged("silence", ended(Outcome::Silent)), "");
     EXPECT_EQ(judged("silence", ended(Outcome::Overtaken)), "");
     EXPECT_EQ(judged("silence"), "Silence was wanted, and an answer came.");
+    EXPECT_EQ(judged("silence", ended(Outcome::WrongLength)), "Silence was wanted, and an answer came.");
+    EXPECT_EQ(judged("silence", ended(Outcome::NotSent)), "The request was not sent.");
+    EXPECT_EQ(judged("silence", ended(Outcome::HungUp)), "The line went away.");
+    EXPECT_EQ(judged("silence", ended(Outcome::NothingToRead)),
+              "The port told of bytes, and none were there.");
 }
 
 TEST(ExpectationTest, SaysWhyThereIsNoAnswer) {
     EXPECT_EQ(judged("..", ended(Outcome::Silent)), "No answer came.");
     EXPECT_EQ(judged("..", ended(Outcome::NotSent)), "The request was not sent.");
     EXPECT_EQ(judged("..", ended(Outcome::HungUp)), "The line went away.");
+    EXPECT_EQ(judged("..", ended(Outcome::NothingToRead)), "The port told of bytes, and none were there.");
     EXPECT_EQ(judged("..", ended(Outcome::Overtaken)), "The next request went out before an answer came.");
 }
 
