@@ -45,6 +45,7 @@ void TraceRecorder::forgetConnection() {
     growing_.reset();
     request_.reset();
     asked_.reset();
+    keptBack_.reset();
     heard_.forget();
     unread_.clear();
 }
@@ -169,9 +170,18 @@ void TraceRecorder::thrownAway(std::size_t counted) {
     settle(thrownAway_, Verdict::ThrownAway);
 }
 
+/// A fault on purpose may send a request in pieces, or twice, or later than the link knows.
 void TraceRecorder::sent(Octets bytes, Clock::Time time) {
-    request_ = append(Direction::Sent, Verdict::Unawaited, bytes, time);
+    const Number number = append(Direction::Sent, Verdict::Unawaited, bytes, time);
+    if (isRequest(Verdict::Awaiting)) {
+        settle({number}, Verdict::Unawaited, "Sent while the answer to the request before it is awaited.");
+        return;
+    }
+    request_ = number;
     asked_ = kindOf(bytes).isRequest() ? shared(bytes) : nullptr;
+    if (const auto exchange = std::exchange(keptBack_, std::nullopt)) {
+        await(*exchange);
+    }
 }
 
 void TraceRecorder::notSent(Octets bytes, Clock::Time time, const std::string& reason) {
@@ -203,6 +213,9 @@ void TraceRecorder::told(const Exchange& exchange) {
 }
 
 void TraceRecorder::write(const Exchange& exchange) {
+    if (isEnd(exchange.outcome) || exchange.outcome == Outcome::Ignored) {
+        keptBack_.reset();
+    }
     switch (exchange.outcome) {
     case Outcome::Sent:
         return toldSent(exchange);
@@ -268,15 +281,26 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
 /// The link waits for something after every frame of a scenario, also where it does not know its length.
 void TraceRecorder::toldSent(const Exchange& exchange) {
     isRefusalTold_ = false;
-    onPurpose_.clear();
+    const bool isOnPurpose = !std::exchange(onPurpose_, {}).empty();
     const bool isAwaited = exchange.expected > 0 || exchange.mode == Mode::Scenario;
     if (isRequest(Verdict::Unawaited) && isAwaited) {
-        trace_.change(*request_, [&](TraceLine& line) {
-            line.verdict = Verdict::Awaiting;
-            line.expected = exchange.expected;
-            line.mode = exchange.mode;
-        });
+        await(exchange);
+    } else if (isOnPurpose && isAwaited) {
+        keptBack_ = exchange;
     }
+}
+
+/// What went out may be the first piece of the request: what comes answers the whole of it.
+void TraceRecorder::await(const Exchange& exchange) {
+    trace_.change(*request_, [&](TraceLine& line) {
+        line.verdict = Verdict::Awaiting;
+        line.expected = exchange.expected;
+        line.mode = exchange.mode;
+        if (line.bytes.size() < exchange.request.size() &&
+            std::ranges::equal(line.bytes, std::span(exchange.request).first(line.bytes.size()))) {
+            asked_ = kindOf(exchange.request).isRequest() ? shared(exchange.request) : nullptr;
+        }
+    });
 }
 
 /// The line has told of what it refused itself; a closed port has no line.
@@ -290,6 +314,7 @@ void TraceRecorder::toldNotSent(const Exchange& exchange) {
         notSent(exchange.request, clock_.now(), "The port is closed.");
     }
     isRefusalTold_ = false;
+    onPurpose_.clear();
 }
 
 /// The answer that is taken counts, also where something else had come for the request before it.

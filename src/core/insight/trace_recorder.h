@@ -73,6 +73,7 @@ private:
 
     void write(const Exchange& exchange);
     void toldSent(const Exchange& exchange);
+    void await(const Exchange& exchange);
     void toldNotSent(const Exchange& exchange);
     void toldAnswer(const Exchange& exchange);
     void toldHeard(const Exchange& exchange);
@@ -94,6 +95,8 @@ private:
     HeardRequest heard_;
     bool isRefusalTold_ = false; ///< by the line, before the link does
     std::string onPurpose_;      ///< done to what is sent, before the link tells of it
+    std::optional<Exchange>
+        keptBack_;               ///< is awaited, and no byte of its request has gone out yet, on purpose
     bool isUnknownLast_ = false; ///< of what leaves the link stuck, a request that no pair answers came last
 };
 

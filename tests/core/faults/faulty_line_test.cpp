@@ -1,5 +1,6 @@
 #include "core/faults/faulty_line.h"
 
+#include "core/insight/field_words.h"
 #include "core/insight/trace_words.h"
 #include "core/insight/traced_link.h"
 
@@ -27,6 +28,18 @@ protected:
     void ask() {
         wire.receive(bytesOfText("FF 00 23 03 64 02 04 90 F0 "));
         clock.advance(150);
+    }
+    /// Sends as a master page does.
+    void request() {
+        link.enterMode(Mode::WordRead);
+        ASSERT_TRUE(link.startRequest());
+        link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14);
+    }
+    void comeAnswer() {
+        clock.advance(20);
+        wire.receiveAt(clock.now(), answer);
+        wire.raiseReceived();
+        clock.advance(100);
     }
     std::vector<std::string> words() const {
         std::vector<std::string> lines;
@@ -141,11 +154,57 @@ TEST_F(FaultyLineTest, ALineThatGoesAwayByItselfTakesItsLatePiecesAlong) {
     EXPECT_EQ(hungUp, "pulled out");
 }
 
-TEST_F(FaultyLineTest, ARequestIsCalledOne) {
-    plan("check");
+TEST_F(FaultyLineTest, ARequestThatGoesOutLaterHasItsAnswerInTheTrace) {
+    plan("late=100");
+    request();
+    EXPECT_EQ(trace.size(), 2U) << "nothing has gone out yet";
+    clock.advance(100);
+    EXPECT_EQ(words().back(), "sent: Sent; an answer of 14 bytes is awaited.");
+    comeAnswer();
+    EXPECT_EQ(words().at(2), "sent: Answered 20 ms later.");
+    EXPECT_EQ(words().at(3), "received: Taken: it has the 14 bytes that were awaited.");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(*trace.find(3)).at(0))), "W 0100 .. W 0103");
+}
+
+TEST_F(FaultyLineTest, ARequestInTwoPiecesHasItsAnswerAtTheFirst) {
+    plan("split=50");
+    request();
+    clock.advance(50);
+    comeAnswer();
+    const auto lines = words();
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines[2], "sent: Answered 70 ms later.");
+    EXPECT_EQ(lines[3], "sent: Sent while the answer to the request before it is awaited.");
+    EXPECT_EQ(lines[4], "received: Taken: it has the 14 bytes that were awaited.");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(*trace.find(4)).at(0))), "W 0100 .. W 0103");
+}
+
+TEST_F(FaultyLineTest, ARequestThatIsStillOnItsWayWhenTheWaitEndsAwaitsNothing) {
+    plan("late=60000");
+    request();
+    for (int tick = 0; tick < SerialLink::ticksOfSilence; ++tick) {
+        link.tmrComm_Timer();
+    }
+    clock.advance(60'000);
+    EXPECT_EQ(words().back(), "sent: Sent; no answer is awaited.");
+}
+
+TEST_F(FaultyLineTest, AFaultOfAFrameThatIsRefusedIsNotTakenForTheNextAnswersReason) {
+    plan("check@only1");
     link.enterMode(Mode::WordRead);
     ASSERT_TRUE(link.startRequest());
-    link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14);
+    wire.failWrite({8020, "gone"});
+    EXPECT_THROW(link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14), RuntimeError);
+    wire.heal();
+    link.enterMode(Mode::Simulation);
+    table.replace({"FF00230364020490F0"}, {"no frame"});
+    ask();
+    EXPECT_NE(words().back().find("the answer is no frame"), std::string::npos) << words().back();
+}
+
+TEST_F(FaultyLineTest, ARequestIsCalledOne) {
+    plan("check");
+    request();
     EXPECT_EQ(words().at(1), "event: Our own doing: request 1: check broken.");
     EXPECT_EQ(wire.written().size(), 1U);
 }
