@@ -1,5 +1,6 @@
 #include "core/insight/trace_filter.h"
 
+#include "core/base/name_index.h"
 #include "core/insight/trace_words.h"
 #include "core/protocol/frame_text.h"
 
@@ -91,7 +92,7 @@ public:
     }
 
 private:
-    bool isWord(std::string_view word) const { return inSmallLetters(words_[next_]) == word; }
+    bool isWord(std::string_view word) const { return equalNames(words_[next_], word); }
 
     template <typename Take>
     bool take(std::string_view word, Take&& take) {

@@ -1,6 +1,7 @@
 #include "core/protocol/register_words.h"
 
 #include "core/base/blanks.h"
+#include "core/base/name_index.h"
 #include "core/protocol/hex_text.h"
 
 #include <algorithm>
@@ -80,10 +81,9 @@ std::string wordInWords(std::string_view name, int value) {
 }
 
 std::optional<bool> readBit(std::string_view text) {
-    const std::string typed = capitals(text);
-    return typed == "ON" || typed == "1"    ? std::optional(true)
-           : typed == "OFF" || typed == "0" ? std::optional(false)
-                                            : std::nullopt;
+    return equalNames(text, "ON") || text == "1"    ? std::optional(true)
+           : equalNames(text, "OFF") || text == "0" ? std::optional(false)
+                                                    : std::nullopt;
 }
 
 std::string bitValue(int value) { return value == valueOn ? "ON" : value == 0 ? "OFF" : hexNumber(value, 2); }
