@@ -11,7 +11,6 @@
 namespace varda::inline core {
 namespace {
 
-constexpr int bitsOfWord = 16;
 constexpr std::string_view heading =
     "# What a controller remembers: register,value; what is not named is 0\n";
 
