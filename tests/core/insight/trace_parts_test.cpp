@@ -144,6 +144,20 @@ TEST_F(TraceParts, PartsOfARequestThatIsNotKnownNameTheByteOfTheWholeRead) {
     }
 }
 
+TEST_F(TraceParts, RestIsNotLookedForBehindThousandsOfEvents) {
+    send(wordRead, 10);
+    receive("00 05 A3 04 34 12 ");
+    clock.advance(100);
+    for (int event = 0; event < 1000; ++event) {
+        link.commPLC_OnComm(CommEvent::Received);
+        clock.advance(100);
+    }
+    receive("CD AB 47 42 ");
+    clock.advance(100);
+    EXPECT_EQ(verdict(2).find("The rest came"), std::string::npos) << verdict(2);
+    EXPECT_TRUE(verdict(lines() - 1).starts_with("Dropped: 4 of 10 bytes")) << verdict(lines() - 1);
+}
+
 TEST_F(TraceParts, OfAMixedRequestSpeakOfTheRegistersInThem) {
     const std::string request = hexGroups(checked(bytesOfText("05 00 25 04 64 42 65 42 ")));
     const std::size_t cut = std::string("05 00 25 04 64 42 ").size();
