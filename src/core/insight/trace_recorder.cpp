@@ -263,8 +263,9 @@ void TraceRecorder::judgeRequest(Verdict verdict, const std::string& note) {
     }
 }
 
-/// What becomes of what was read last. @return its lines
-TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict verdict) {
+/// What becomes of what was read last. @param also done to each of its lines @return these
+TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict verdict,
+                                            const std::function<void(TraceLine& line)>& also) {
     Numbers lines = std::exchange(read_, {});
     for (const Number number : lines) {
         trace_.change(number, [&](TraceLine& line) {
@@ -273,6 +274,7 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
             line.expected = exchange.expected;
             line.whileStuck = exchange.whileStuck;
             line.afterUnknown = exchange.whileStuck && isUnknownLast_;
+            also(line);
         });
     }
     return lines;
@@ -307,9 +309,7 @@ void TraceRecorder::await(const Exchange& exchange) {
 void TraceRecorder::toldNotSent(const Exchange& exchange) {
     if (!read_.empty()) {
         const Verdict known = exchange.pair ? Verdict::KnownPair : Verdict::KnownMemory;
-        for (const Number number : judge(exchange, known)) {
-            trace_.change(number, [&exchange](TraceLine& line) { line.pair = exchange.pair; });
-        }
+        judge(exchange, known, [&exchange](TraceLine& line) { line.pair = exchange.pair; });
     } else if (!isRefusalTold_) {
         notSent(exchange.request, clock_.now(), "The port is closed.");
     }
@@ -321,12 +321,8 @@ void TraceRecorder::toldNotSent(const Exchange& exchange) {
 void TraceRecorder::toldAnswer(const Exchange& exchange) {
     const bool isTaken = exchange.outcome == Outcome::Answered;
     const bool isAgain = isRequest(Verdict::Answered);
-    const Numbers lines = judge(exchange, !isTaken  ? Verdict::Dropped
-                                          : isAgain ? Verdict::TakenAgain
-                                                    : Verdict::Taken);
-    for (const Number number : lines) {
-        trace_.change(number, [this](TraceLine& line) { line.partner = request_; });
-    }
+    const Verdict verdict = !isTaken ? Verdict::Dropped : isAgain ? Verdict::TakenAgain : Verdict::Taken;
+    const Numbers lines = judge(exchange, verdict, [this](TraceLine& line) { line.partner = request_; });
     if (isRequest(Verdict::Awaiting) || (isTaken && isRequest(Verdict::AnswerDropped))) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = isTaken ? Verdict::Answered : Verdict::AnswerDropped;
@@ -338,25 +334,20 @@ void TraceRecorder::toldAnswer(const Exchange& exchange) {
 /// On a line that is only listened to, a burst may be the answer to the request before it.
 void TraceRecorder::toldHeard(const Exchange& exchange) {
     const auto request = heard_.hear(exchange.answer);
-    for (const Number number : judge(exchange, Verdict::Heard)) {
-        trace_.change(number, [&request](TraceLine& line) { line.request = request; });
-    }
+    judge(exchange, Verdict::Heard, [&request](TraceLine& line) { line.request = request; });
 }
 
 void TraceRecorder::toldAnswering(const Exchange& exchange, Verdict known, Verdict answer) {
     isRefusalTold_ = false;
     const bool isSent = !exchange.answer.empty() && isRequest(Verdict::Unawaited);
-    const Numbers lines = judge(exchange, known);
     const std::string onPurpose = std::exchange(onPurpose_, {});
-    for (const Number number : lines) {
-        trace_.change(number, [&](TraceLine& line) {
-            if (!isSent && !onPurpose.empty()) {
-                line.note = std::make_shared<const std::string>(onPurpose);
-            }
-            line.pair = exchange.pair;
-            line.partner = isSent ? request_ : std::nullopt;
-        });
-    }
+    const Numbers lines = judge(exchange, known, [&](TraceLine& line) {
+        if (!isSent && !onPurpose.empty()) {
+            line.note = std::make_shared<const std::string>(onPurpose);
+        }
+        line.pair = exchange.pair;
+        line.partner = isSent ? request_ : std::nullopt;
+    });
     if (isSent) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = answer;

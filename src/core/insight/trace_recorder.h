@@ -6,6 +6,7 @@
 #include "core/link/exchange.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -67,7 +68,9 @@ private:
     std::shared_ptr<const Bytes> wholeOf(const std::vector<Piece>& pieces) const;
     void lose(const std::string& reason);
     void settle(const Numbers& lines, Verdict verdict, const std::string& note = {});
-    Numbers judge(const Exchange& exchange, Verdict verdict);
+    Numbers judge(
+        const Exchange& exchange, Verdict verdict,
+        const std::function<void(TraceLine& line)>& also = [](TraceLine& /*line*/) {});
     void judgeRequest(Verdict verdict, const std::string& note = {});
     bool isRequest(Verdict verdict) const;
 
