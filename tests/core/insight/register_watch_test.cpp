@@ -130,6 +130,15 @@ TEST_F(RegisterWatchTest, HeardRequestIsForgottenWithItsConnection) {
     EXPECT_EQ(watch.size(), 0U);
 }
 
+TEST_F(RegisterWatchTest, HeardRequestIsForgottenWhereNobodyLooksAnyMore) {
+    link.enterMode(Mode::Monitoring);
+    hear("05 00 23 03 00 02 02 0B 22 ");
+    watch.close();
+    watch.open();
+    hear("00 05 A3 04 34 12 CD AB 47 42 ");
+    EXPECT_EQ(watch.size(), 0U);
+}
+
 TEST_F(RegisterWatchTest, Forgets) {
     exchange("05 00 23 03 00 02 02 0B 22 ", "00 05 A3 04 34 12 CD AB 47 42 ");
     watch.clear();

@@ -289,6 +289,27 @@ TEST_F(TraceVerdicts, TraceThatIsClosedSaysWhatItDidNotSee) {
     EXPECT_FALSE(isWrong(1));
 }
 
+TEST_F(TraceVerdicts, OpenedAnewTheTraceJudgesNothingFromBefore) {
+    wire.receiveSilently({1, 2});
+    port.discard(); // nobody tells why
+    wire.receiveSilently({3, 4});
+    port.read(); // nor what becomes of these
+    recorder.doneOnPurpose("answer 1: dropped");
+    recorder.close();
+    recorder.open();
+    Exchange later;
+    later.outcome = Outcome::ThrownAway;
+    recorder.told(later);
+    later.outcome = Outcome::Ignored;
+    recorder.told(later);
+    EXPECT_EQ(verdict(1), "Thrown away unread. It is too short for a frame.");
+    EXPECT_EQ(line(2).verdict, Verdict::Unread);
+    table.addPair(hexRun(bytesOfText(wordRead)), "no frame");
+    link.enterMode(Mode::Simulation);
+    hear(wordRead);
+    EXPECT_TRUE(verdict(lines() - 1).ends_with("the answer is no frame.")) << verdict(lines() - 1);
+}
+
 TEST_F(TraceVerdicts, StuckIsWhatTheLinkIsAndNotWhatItWas) {
     send(wordRead, 10);
     link.commPLC_OnComm(CommEvent::Received);
