@@ -27,6 +27,7 @@ constexpr std::string_view usage =
 
 constexpr double millisecondsPerDay = 24.0 * 3600 * 1000;
 constexpr double daysPerYear = 365.25;
+constexpr double mostDays = 290 * daysPerYear; // the clock counts nanoseconds in 63 bits: 292 years
 
 struct Wish {
     std::uint64_t seed = 1;
@@ -68,7 +69,7 @@ bool takeSeed(Wish& wish, std::string_view value) {
 bool takeDays(Wish& wish, const std::string& value, double days) {
     char* end = nullptr;
     wish.days = std::strtod(value.c_str(), &end) * days;
-    return end != value.c_str() && *end == '\0' && wish.days > 0;
+    return end != value.c_str() && *end == '\0' && wish.days > 0 && wish.days <= mostDays;
 }
 
 bool take(Wish& wish, std::string_view name, const std::string& value) {
