@@ -25,6 +25,10 @@ constexpr int healedPeriod = 500;
 /// 13 ticks of silence, and what is still on its way both ways on the slowest line.
 constexpr auto longestHealing = 13 * 500ms + 45s;
 
+/// In the order of Plant.
+constexpr std::array<std::string_view, 6> plantNames = {"none",     "altered",   "invented",
+                                                        "withheld", "lost-wait", "leak"};
+
 const std::vector<Mode>& masterModes() {
     static const std::vector<Mode> modes = {Mode::BitRead,   Mode::BitWrite,  Mode::WordRead,
                                             Mode::WordWrite, Mode::MixedRead, Mode::MixedWrite};
@@ -42,11 +46,12 @@ std::string digitsOf(const Bytes& bytes) {
 } // namespace
 
 std::optional<Plant> plantOf(std::string_view name) {
-    constexpr std::array<std::string_view, 6> names = {"none",     "altered",   "invented",
-                                                       "withheld", "lost-wait", "leak"};
-    const auto* const found = std::ranges::find(names, name);
-    return found == names.end() ? std::nullopt : std::optional(static_cast<Plant>(found - names.begin()));
+    const auto* const found = std::ranges::find(plantNames, name);
+    return found == plantNames.end() ? std::nullopt
+                                     : std::optional(static_cast<Plant>(found - plantNames.begin()));
 }
+
+std::string_view nameOf(Plant plant) { return plantNames.at(static_cast<std::size_t>(plant)); }
 
 Year::Year(const Weather& weather, std::uint64_t seed, Plant plant)
     : sky_{.weather = weather, .random = Random(seed)},

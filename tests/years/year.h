@@ -32,6 +32,9 @@ enum class Plant : std::uint8_t {
 /// The plant of a name, "altered" .. "leak"; nothing where it is none.
 std::optional<Plant> plantOf(std::string_view name);
 
+/// The other way round.
+std::string_view nameOf(Plant plant);
+
 /// A span of simulated time: two programs, an embedded controller at each side of the wall, and a cable, in
 /// one weather. All that happens is drawn by the seed.
 ///
