@@ -23,7 +23,7 @@ struct ShownFrame {
 
 /// What the witness has counted of one program.
 struct Counts {
-    static constexpr std::size_t outcomes = 14;
+    static constexpr std::size_t outcomes = outcomeCount;
 
     std::array<std::uint64_t, outcomes> told{}; ///< by outcome
     std::uint64_t asked = 0;                    ///< requests whose answer was awaited

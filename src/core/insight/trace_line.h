@@ -55,6 +55,8 @@ enum class Verdict : std::uint8_t {
     OnPurpose      ///< a fault of our own doing, to what is sent next
 };
 
+inline constexpr int verdictCount = static_cast<int>(Verdict::OnPurpose) + 1;
+
 /// What a line is of all that was read, or thrown away, together: a pause parts lines, and the program may
 /// not notice it.
 struct PartOfRead {
