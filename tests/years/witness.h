@@ -65,7 +65,6 @@ public:
     const Counts& counts() const { return counts_; }
     bool isPending() const { return isPending_; }
     Outcome lastOutcome() const { return last_.outcome; }
-    const Exchange& last() const { return last_; }
 
     void closed();
 

@@ -59,7 +59,6 @@ public:
     /// Stands for all that went over the lines.
     std::uint64_t hash() const { return tape_.hash(); }
     Duration passed() const;
-    std::uint64_t events() const { return events_; }
     std::uint64_t requests() const;
     /// Counts, a line each, for who reads along.
     std::string report() const;
