@@ -63,7 +63,6 @@ public:
     void checkQuiet();
 
     const Counts& counts() const { return counts_; }
-    bool isPending() const { return isPending_; }
     Outcome lastOutcome() const { return last_.outcome; }
 
     void closed();

@@ -60,6 +60,11 @@ public:
     std::uint64_t hash() const { return tape_.hash(); }
     Duration passed() const;
     std::uint64_t requests() const;
+    /// What the line did to what went over it.
+    const Faults& faults() const { return cable_.faults(); }
+    std::uint64_t healings() const { return healings_; }
+    /// Scenes in which each request had to be answered, and was.
+    std::uint64_t answeredScenes() const { return answeredScenes_; }
     /// Counts, a line each, for who reads along.
     std::string report() const;
 
