@@ -13,7 +13,10 @@ protected:
     FaultyLineTest() {
         port.setEventHandler([this](CommEvent event, const std::string& reason) {
             link.commPLC_OnComm(event);
-            hungUp = event == CommEvent::HungUp ? reason : hungUp;
+            if (event == CommEvent::HungUp) {
+                hungUp = reason;
+                ++hangUps;
+            }
         });
         link.observe(recorder);
         table.addPair("FF00230364020490F0", "00FFA3080000000000000000C658");
@@ -63,6 +66,7 @@ protected:
         injector, clock)};
     SerialLink link{port, clock};
     std::string hungUp;
+    int hangUps = 0;
     const Bytes answer = bytesOfText("00 FF A3 08 00 00 00 00 00 00 00 00 C6 58 ");
 };
 
@@ -126,6 +130,8 @@ TEST_F(FaultyLineTest, AHangUpClosesTheLineAndIsToldOnce) {
     ask();
     EXPECT_EQ(hungUp, "The line was hung up on purpose, by a fault of this program.");
     EXPECT_FALSE(port.isOpen());
+    clock.advance(1000);
+    EXPECT_EQ(hangUps, 1);
     EXPECT_EQ(wire.written().size(), 1U);
 }
 
