@@ -1,5 +1,6 @@
 // How long the window takes to load a long scenario and to show it, and for each edit of it.
 
+#include "support/offscreen.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
 
@@ -56,9 +57,7 @@ void measure(int lines, std::size_t length) {
 } // namespace
 
 int main(int argc, char** argv) try {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    varda::test::preferOffscreen();
     const QApplication application(argc, argv);
     varda::window::prepareApplication();
     measure(1'000, 27);

@@ -1,4 +1,5 @@
 #include "support/event_loop.h"
+#include "support/offscreen.h"
 #include "support/processor_time.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
@@ -162,9 +163,7 @@ int run() {
 } // namespace
 
 int main(int argc, char** argv) try {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    varda::test::preferOffscreen();
     const QApplication application(argc, argv);
     varda::window::prepareApplication();
     return run();

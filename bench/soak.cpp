@@ -1,5 +1,6 @@
 #include "report.h"
 #include "support/event_loop.h"
+#include "support/offscreen.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 
@@ -210,9 +211,7 @@ void scenarioPeriod(Report& report, int period) {
 } // namespace
 
 int main(int argc, char** argv) try {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    varda::test::preferOffscreen();
     const QApplication application(argc, argv);
     const QTemporaryDir folder;
     Report report;

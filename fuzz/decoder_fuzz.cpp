@@ -1,10 +1,10 @@
 #include "core/insight/coverage.h"
 #include "core/insight/decoder.h"
 #include "core/insight/frame_remarks.h"
+#include "input.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 
 /// Any bytes as a request and a burst that may be its answer. The fields of every frame have to cover it, in
@@ -12,12 +12,7 @@
 namespace {
 
 using namespace varda;
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
+using fuzz::require;
 
 } // namespace
 
@@ -27,9 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto request = size > 0 ? all.subspan(1, asked) : all;
     const auto burst = size > 0 ? all.subspan(1 + asked) : all;
     const auto frames = decodeBurst(burst, request);
-    require(frames.empty() == burst.empty());
-    require(test::flawOfCoverage(frames, burst.size()).empty());
-    require(test::flawOfCoverage({decode(burst, request)}, burst.size()).empty());
+    require(frames.empty() == burst.empty(), "there is a frame where there is a byte");
+    require(test::flawOfCoverage(frames, burst.size()).empty(), "frames cover the burst");
+    require(test::flawOfCoverage({decode(burst, request)}, burst.size()).empty(), "one frame covers it");
     for (const DecodedFrame& frame : frames) {
         pointsOf(runsOf(frame));
     }

@@ -27,7 +27,7 @@ void exportLine(const Bytes& bytes, const Bytes& request, fuzz::Input& input) {
     Trace trace;
     TraceLine line;
     line.direction = static_cast<Direction>(input.below(3));
-    line.verdict = static_cast<Verdict>(input.below(23));
+    line.verdict = static_cast<Verdict>(input.below(verdictCount));
     line.bytes = bytes;
     line.size = bytes.size();
     line.request = std::make_shared<const Bytes>(request);

@@ -1,12 +1,17 @@
 #pragma once
 
+#include "core/base/runtime_error.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
+#include <optional>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace varda::fuzz {
@@ -52,6 +57,28 @@ inline void require(bool holds, const char* what) {
     if (!holds) {
         std::fprintf(stderr, "does not hold: %s\n", what);
         std::abort();
+    }
+}
+
+/// What a step returns; nothing where it is refused, which it is with one of these numbers.
+template <typename Step>
+auto attempt(std::initializer_list<int> numbers, Step&& step) {
+    const auto refuse = [numbers](const RuntimeError& refused) {
+        require(std::ranges::find(numbers, refused.number()) != numbers.end(), "only known numbers refuse");
+    };
+    if constexpr (std::is_void_v<decltype(step())>) {
+        try {
+            step();
+        } catch (const RuntimeError& refused) {
+            refuse(refused);
+        }
+    } else {
+        try {
+            return std::optional(step());
+        } catch (const RuntimeError& refused) {
+            refuse(refused);
+            return std::optional<decltype(step())>();
+        }
     }
 }
 

@@ -73,8 +73,7 @@ private:
 } // namespace
 
 void PlayCommand::declare(CLI::App& app) {
-    port_.declare(app);
-    faults_.declare(app);
+    line_.declare(app);
     app.add_option("--speed", speed_, "How many times as fast as it was recorded")
         ->check(CLI::Range(Player::slowest, Player::fastest).description("0.001 to 1000"))
         ->capture_default_str();
@@ -89,8 +88,7 @@ ExitCode PlayCommand::run(const Streams& streams, Report& report) {
     }
     LinkSession session(startPeriod);
     Playing playing(session, report, std::move(frames));
-    faults_.apply(session.faults(), streams, report);
-    session.open(port_);
+    line_.open(session, streams, report);
     const bool isWhole = byStep_ ? playing.playByStep(streams) : playing.play(speed_);
     report.played(playing.progress());
     return isWhole ? ExitCode::Right : ExitCode::Failed;

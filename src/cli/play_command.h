@@ -1,7 +1,6 @@
 #pragma once
 
-#include "cli/fault_choice.h"
-#include "cli/port_choice.h"
+#include "cli/line_choice.h"
 #include "cli/subcommand.h"
 
 namespace varda::cli {
@@ -15,8 +14,7 @@ public:
     ExitCode run(const Streams& streams, Report& report) override;
 
 private:
-    PortChoice port_;
-    FaultChoice faults_;
+    LineChoice line_;
     std::string file_;
     double speed_ = 1;
     bool byStep_ = false;

@@ -13,8 +13,6 @@
 namespace varda::cli {
 namespace {
 
-constexpr int bitsOfWord = 16;
-
 struct Register {
     std::string kind;
     std::string number; ///< as wide as the lists have it

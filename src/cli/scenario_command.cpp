@@ -108,8 +108,7 @@ private:
 } // namespace
 
 void ScenarioCommand::declare(CLI::App& app) {
-    port_.declare(app);
-    faults_.declare(app);
+    line_.declare(app);
     app.add_option("--rounds", rounds_, "How many times all lines are sent")
         ->check(CLI::Range(1, 1'000'000).description("1 to 1000000"))
         ->capture_default_str();
@@ -129,8 +128,7 @@ ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
     Expectations wanted = expectations_.empty() ? Expectations() : expectations(expectations_, lines.size());
     LinkSession session(startPeriod);
     Rounds rounds(session, report, std::move(lines), std::move(wanted), rounds_, !take_.empty());
-    faults_.apply(session.faults(), streams, report);
-    session.open(port_);
+    line_.open(session, streams, report);
     rounds.start(period_);
     const bool isWhole = session.run();
     rounds.stop();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "cli/fault_choice.h"
-#include "cli/port_choice.h"
+#include "cli/line_choice.h"
 #include "cli/subcommand.h"
 #include "core/link/period.h"
 
@@ -16,8 +15,7 @@ public:
     ExitCode run(const Streams& streams, Report& report) override;
 
 private:
-    PortChoice port_;
-    FaultChoice faults_;
+    LineChoice line_;
     std::string file_;
     std::string expectations_;
     std::string junit_;

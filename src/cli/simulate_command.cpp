@@ -43,8 +43,7 @@ struct Tally {
 } // namespace
 
 void SimulateCommand::declare(CLI::App& app) {
-    port_.declare(app);
-    faults_.declare(app);
+    line_.declare(app);
     memory_.declare(app);
     app.add_option("files", files_, "Files of prepared pairs; of equal requests the first counts")
         ->check(existingFile());
@@ -72,11 +71,10 @@ ExitCode SimulateCommand::run(const Streams& streams, Report& report) {
             report.exchange(exchange);
         }
     });
-    faults_.apply(session.faults(), streams, report);
-    session.open(port_);
+    line_.open(session, streams, report);
     session.link().enterMode(Mode::Simulation);
-    streams.error << "Answering on " << port_.name << " from " << table.requests().size() << " prepared pairs"
-                  << (living.isOn() ? " and from memory" : "") << ". End with Ctrl+C.\n"
+    streams.error << "Answering on " << line_.port.name << " from " << table.requests().size()
+                  << " prepared pairs" << (living.isOn() ? " and from memory" : "") << ". End with Ctrl+C.\n"
                   << std::flush;
     // however it ends: the memory first, for the output may be what ends it
     const auto finish = [&] {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "cli/fault_choice.h"
+#include "cli/line_choice.h"
 #include "cli/memory_choice.h"
-#include "cli/port_choice.h"
 #include "cli/subcommand.h"
 
 namespace varda::cli {
@@ -18,8 +17,7 @@ public:
     ExitCode run(const Streams& streams, Report& report) override;
 
 private:
-    PortChoice port_;
-    FaultChoice faults_;
+    LineChoice line_;
     MemoryChoice memory_;
     std::vector<std::string> files_;
 };

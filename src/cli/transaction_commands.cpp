@@ -28,8 +28,7 @@ CLI::Validator station() { return CLI::Range(0, 255).description("0 to 255"); }
 } // namespace
 
 void TransactionCommand::declare(CLI::App& app) {
-    port_.declare(app);
-    faults_.declare(app);
+    line_.declare(app);
     app.add_option("--destination", stations_.destination, "Station that is asked; 255 is whichever is there")
         ->check(station())
         ->capture_default_str();
@@ -46,8 +45,7 @@ void TransactionCommand::declare(CLI::App& app) {
 ExitCode TransactionCommand::run(const Streams& streams, Report& report) {
     const std::vector<Request> requests = makeRequests(stations_, readOperands(words_));
     LinkSession session(period_);
-    faults_.apply(session.faults(), streams, report);
-    session.open(port_);
+    line_.open(session, streams, report);
     bool isEachRight = true;
     for (const Request& request : requests) {
         const Exchange exchange = session.transact(request);

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "cli/fault_choice.h"
-#include "cli/port_choice.h"
+#include "cli/line_choice.h"
 #include "cli/requests.h"
 #include "cli/subcommand.h"
 #include "core/link/period.h"
@@ -21,8 +20,7 @@ private:
     virtual std::vector<Request> makeRequests(const StationTexts& stations,
                                               const std::vector<Operand>& operands) const = 0;
 
-    PortChoice port_;
-    FaultChoice faults_;
+    LineChoice line_;
     StationTexts stations_{.destination = "255", .source = "0"};
     int period_ = startPeriod;
     std::vector<std::string> words_;

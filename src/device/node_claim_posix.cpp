@@ -89,7 +89,8 @@ bool isHeldByNobodyElse(const std::string& target) {
     return holders.sawAll() && holders.handlesOf(target) == 1;
 }
 
-/// Where other users' programs cannot be seen, only the user can tell whether one of them has it.
+/// What to tell of a port that is in use. Where no program is seen that has it, but other users' programs may
+/// not be seen, only the user can tell whether one of them does or a killed one left its claim.
 std::string adviceOnUse(const std::string& target, const std::string& takeOver) {
     if (!keepsClaims(target) || PortHolders{std::string()}.handlesOf(target) > 0) {
         return takeOver;

@@ -1,9 +1,8 @@
 #include "device/device_line.h"
 
 #include "core/base/scope_exit.h"
-#include "device/port_holders_posix.h"
+#include "device/line_opening.h"
 #include "device/serial_node.h"
-#include "support/killed_program_posix.h"
 #include "support/ordinary_user.h"
 #include "support/pseudo_terminal.h"
 #include "support/raises.h"
@@ -29,33 +28,15 @@ namespace varda {
 using namespace device;
 namespace {
 
+using test::fails;
+using test::ignoreTasks;
+using test::inUse;
+using test::lockFileOf;
+using test::openError;
 using test::OrdinaryUser;
 using test::PseudoTerminal;
 using test::raisedBy;
 using test::TemporaryFolder;
-
-/// Nothing here waits for events.
-void ignoreTasks(const std::function<void()>& /*task*/) {}
-
-std::optional<RuntimeError> openError(const std::string& name) {
-    DeviceLine line(name, ignoreTasks);
-    return raisedBy([&line] { line.open({}); });
-}
-
-testing::AssertionResult fails(const std::string& name, int number, const std::string& description) {
-    const auto error = openError(name);
-    if (!error) {
-        return testing::AssertionFailure() << name << " opened";
-    }
-    if (error->number() != number || std::string(error->what()) != description) {
-        return testing::AssertionFailure() << error->number() << ": " << error->what();
-    }
-    return testing::AssertionSuccess();
-}
-
-std::string inUse(const std::string& label) {
-    return label + " is in use by another program. Close it there or choose another port.";
-}
 
 std::string noSuchDevice(const std::string& label) {
     return "No such device: " + label + ". Check its name, and that it is plugged in.";
@@ -214,79 +195,6 @@ TEST(DeviceLineOpen, OfANodeThatAnotherProgramHoldsExclusivelyIsInUse) {
     EXPECT_FALSE(openError(terminal.path()));
 }
 
-std::string lockFileOf(const std::string& path) {
-    return "/var/lock/LCK..pts_" + std::filesystem::path(path).filename().string();
-}
-
-constexpr const char* ifNothingHasIt =
-    "If nothing has it open, a program was killed on it: end what made the "
-    "line (socat) and start that anew.";
-
-/// What the claim of a killed program leaves to be told of its lock file; empty where none could be made.
-std::string toldOf(const test::KilledProgram& killed) {
-    return ::access("/var/lock", W_OK) == 0 ? "The lock of process " + std::to_string(killed.process()) +
-                                                  ", which has ended, was taken over."
-                                            : "The claim of a program that was killed was taken over.";
-}
-
-/// Whether this process sees all others, and the driver lets it pass a claim.
-bool isAdministrator(const test::KilledProgram& killed) {
-    const int handle = ::open(killed.path().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (handle >= 0) {
-        ::close(handle);
-    }
-    return handle >= 0 && PortHolders({}).sawAll();
-}
-
-TEST(DeviceLineOpen, TakesWhatAKilledProgramLeftWhereItIsSeenThatNobodyHasIt) {
-    const test::KilledProgram killed;
-    ASSERT_TRUE(killed.hasClaimed());
-    if (!isAdministrator(killed)) {
-        GTEST_SKIP() << "notice: only the administrator passes the claim of a program";
-    }
-    DeviceLine line(killed.path(), ignoreTasks);
-    ASSERT_FALSE(raisedBy([&line] { line.open({}); }));
-    EXPECT_EQ(line.notice(), toldOf(killed));
-    EXPECT_TRUE(fails(killed.path(), 8005, inUse(killed.path()))) << "it is this program's now";
-    line.close();
-    EXPECT_FALSE(openError(killed.path()));
-}
-
-TEST(DeviceLineOpen, TellsOfAClaimWithoutALockFile) {
-    const test::KilledProgram killed;
-    std::filesystem::remove(lockFileOf(killed.path()));
-    if (!isAdministrator(killed)) {
-        GTEST_SKIP() << "notice: only the administrator passes the claim of a program";
-    }
-    DeviceLine line(killed.path(), ignoreTasks);
-    ASSERT_FALSE(raisedBy([&line] { line.open({}); }));
-    EXPECT_EQ(line.notice(), "The claim of a program that was killed was taken over.");
-}
-
-TEST(DeviceLineOpen, SaysWhatHelpsWhereAKilledProgramsClaimIsNotToBePassed) {
-    const OrdinaryUser user; // before the pseudo-terminal, which is this user's then
-    const test::KilledProgram killed;
-    ASSERT_TRUE(killed.hasClaimed());
-    const auto error = openError(killed.path());
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->number(), 8005);
-    EXPECT_EQ(error->what(), inUse(killed.path()));
-    const bool hasLock = ::access("/var/lock", W_OK) == 0;
-    EXPECT_EQ(error->advice(), (hasLock ? toldOf(killed) + ' ' : std::string()) + ifNothingHasIt);
-    const auto again = openError(killed.path());
-    ASSERT_TRUE(again);
-    EXPECT_EQ(again->advice(), ifNothingHasIt);
-}
-
-TEST(DeviceLineOpen, SaysNothingOfKilledProgramsWhereOneThatLivesIsSeen) {
-    const PseudoTerminal terminal;
-    ASSERT_EQ(::ioctl(terminal.nearEnd(), TIOCEXCL), 0);
-    const auto error = openError(terminal.path());
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->advice(), "");
-}
-
-/// The lock file that other programs look for.
 std::string lockFile(const PseudoTerminal& terminal) { return lockFileOf(terminal.path()); }
 
 testing::AssertionResult canLock() {

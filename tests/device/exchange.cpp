@@ -1,6 +1,6 @@
 #include "core/base/runtime_error.h"
 #include "core/link/mscomm.h"
-#include "core/protocol/crc16.h"
+#include "core/protocol/independent_check.h"
 #include "core/virtual/controller.h"
 #include "device/device_line.h"
 #include "device/port_names.h"
@@ -19,11 +19,7 @@ using varda::Bytes;
 constexpr unsigned seed = 20261122;
 
 Bytes wordRead(std::uint8_t address, std::uint8_t count) {
-    Bytes frame = {0xFF, 0xFF, 0x23, 0x03, address, 0x00, count};
-    const std::uint16_t check = varda::crc16(frame);
-    frame.push_back(static_cast<std::uint8_t>(check & 0xFFU));
-    frame.push_back(static_cast<std::uint8_t>(check >> 8U));
-    return frame;
+    return varda::test::checked({0xFF, 0xFF, 0x23, 0x03, address, 0x00, count});
 }
 
 /// @return the number of frames that were answered as they should be

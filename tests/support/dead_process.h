@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/child_process_posix.h"
+
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -7,7 +9,7 @@ namespace varda::test {
 
 /// The id of a process that has ended.
 inline int deadProcess() {
-    const int child = ::fork();
+    const int child = divideProcess();
     if (child == 0) {
         ::_exit(0);
     }

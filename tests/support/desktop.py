@@ -45,6 +45,16 @@ def end_as_by_an_exception():
         signal.signal(end, lambda number, _: sys.exit(128 + number))
 
 
+def end(process):
+    """Asks a program to end, and ends it where it does not."""
+    process.terminate()
+    try:
+        process.wait(timeout=10)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+
+
 @contextlib.contextmanager
 def started(*command, **how):
     """A program that is ended at the end of the block."""
@@ -52,12 +62,7 @@ def started(*command, **how):
     try:
         yield process
     finally:
-        process.terminate()
-        try:
-            process.wait(timeout=10)
-        except subprocess.TimeoutExpired:
-            process.kill()
-            process.wait()
+        end(process)
 
 
 @contextlib.contextmanager

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/node_claim.h"
+#include "support/child_process_posix.h"
 
 #include <pty.h>
 #include <sys/wait.h>
@@ -24,7 +25,7 @@ public:
         if (::pipe(ends.data()) != 0) {
             throw std::runtime_error("no pipe");
         }
-        id_ = ::fork();
+        id_ = divideProcess();
         if (id_ == 0) {
             beginAndWait(begin, ends[1]);
         }

@@ -1,3 +1,4 @@
+#include "support/offscreen.h"
 #include "window/shell/program.h"
 
 #include <QApplication>
@@ -7,11 +8,7 @@
 /// The one main of all tests that need Qt; without a wish for another platform they run offscreen, where
 /// there is such a one. Tests fill in Qt's own file dialogs: the system's have none of its controls.
 int main(int argc, char** argv) {
-#ifndef Q_OS_WIN
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-#endif
+    varda::test::preferOffscreen();
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const QApplication application(argc, argv);
     varda::window::prepareApplication();

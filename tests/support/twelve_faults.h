@@ -1,10 +1,9 @@
 #pragma once
 
 #include "core/base/bytes.h"
-#include "core/protocol/crc16.h"
 #include "core/protocol/frame_text.h"
+#include "core/protocol/independent_check.h"
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -25,13 +24,7 @@ struct LineFault {
 };
 
 /// The frame of a text with its check behind it.
-inline Bytes soundFrame(const char* text) {
-    Bytes frame = bytesOfText(text);
-    const std::uint16_t check = crc16(frame);
-    frame.push_back(static_cast<std::uint8_t>(check));
-    frame.push_back(static_cast<std::uint8_t>(check >> 8U));
-    return frame;
-}
+inline Bytes soundFrame(const char* text) { return checked(bytesOfText(text)); }
 
 inline Bytes together(Bytes first, const Bytes& second) {
     first.insert(first.end(), second.begin(), second.end());

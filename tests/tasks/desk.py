@@ -157,12 +157,7 @@ class Window:
         time.sleep(0.4)  # until the window manager has placed it
 
     def end(self):
-        self.process.terminate()
-        try:
-            self.process.wait(timeout=10)
-        except subprocess.TimeoutExpired:
-            self.process.kill()
-            self.process.wait()
+        desktop.end(self.process)
 
     def application(self):
         for application in self.atspi.Registry.getDesktop(0):

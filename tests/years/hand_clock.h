@@ -45,8 +45,6 @@ public:
 
     /// What is scheduled, cancelled waits included.
     std::size_t pending() const { return waits_.size(); }
-    /// How often something was asked for.
-    std::uint64_t asked() const { return asked_; }
     /// A fault to be found: of the waits for the rest of a burst the `count`th from now on never ends.
     void loseWait(int count) { lost_ = count; }
 

@@ -18,15 +18,17 @@ using namespace varda::years;
 constexpr std::string_view usage =
     "years [--seed N] [--weather sunny|stormy|radioactive] [--years N | --days N] [--DIAL N ..] [--plant "
     "WHAT]\n"
+    "      [--tell-from MILLISECONDS]\n"
     "Simulated time on both ends of a serial line, drawn by a seed: a number, or hexadecimal digits as a\n"
     "commit has them. Without --seed it is that of VARDA_SEED, or else 1; without --weather the seed draws "
     "it.\n"
     "Plants are faults to be found: altered, invented, withheld, lost-wait, leak. The dials, with what they\n"
-    "are set to, are in the first line that is printed.\n"
+    "are set to, are in the first line that is printed. --tell-from tells all that happens from then on.\n"
     "Ends with 0 where all held, 1 where something did not, 2 where it was called in a wrong way.\n";
 
 constexpr double millisecondsPerDay = 24.0 * 3600 * 1000;
 constexpr double daysPerYear = 365.25;
+constexpr double mostDays = 290 * daysPerYear; // the clock counts nanoseconds in 63 bits: 292 years
 
 struct Wish {
     std::uint64_t seed = 1;
@@ -68,7 +70,7 @@ bool takeSeed(Wish& wish, std::string_view value) {
 bool takeDays(Wish& wish, const std::string& value, double days) {
     char* end = nullptr;
     wish.days = std::strtod(value.c_str(), &end) * days;
-    return end != value.c_str() && *end == '\0' && wish.days > 0;
+    return end != value.c_str() && *end == '\0' && wish.days > 0 && wish.days <= mostDays;
 }
 
 bool take(Wish& wish, std::string_view name, const std::string& value) {
@@ -137,6 +139,9 @@ int simulate(const Wish& wish) {
                   << nameOf(climate);
         for (const std::string& dial : wish.dials) {
             std::cout << " --" << dial.substr(0, dial.find('=')) << ' ' << dial.substr(dial.find('=') + 1);
+        }
+        if (wish.plant != Plant::None) {
+            std::cout << " --plant " << nameOf(wish.plant);
         }
         std::cout << std::endl;
         return 1;

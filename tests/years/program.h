@@ -37,21 +37,6 @@ struct Surroundings {
     std::string logFile;
 };
 
-/// The lines of a scenario, which its user changes.
-class Schedule : public ScenarioLines {
-public:
-    void set(std::vector<std::string> lines) { lines_ = std::move(lines); }
-
-    int count() const override { return static_cast<int>(lines_.size()); }
-    std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
-    int current() const override { return current_; }
-    void choose(int row) override { current_ = row; }
-
-private:
-    std::vector<std::string> lines_;
-    int current_ = -1;
-};
-
 /// The lines that a monitor shows.
 class MonitorList : public MonitorLines {
 public:
@@ -127,7 +112,7 @@ private:
     Witness witness_;
     ClockTimer tmrComm_;
     ClockTimer tmrScenario_;
-    Schedule schedule_;
+    ScenarioList schedule_;
     ScenarioRun scenario_{link_, tmrScenario_, schedule_};
     MonitorList listed_;
     MonitorRun monitor_{link_, around_.clock, listed_};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/runtime_error.h"
+#include "core/link/line_around.h"
 #include "core/link/mscomm.h"
 
 #include <cstddef>
@@ -31,26 +32,14 @@ public:
 using Meddler = std::function<void(Bytes& bytes)>;
 
 /// Any line, with a watcher between it and its program.
-class WatchedLine : public Line {
+class WatchedLine : public LineAround {
 public:
     WatchedLine(std::unique_ptr<Line> line, LineWatcher& watcher, const Meddler& meddler)
-        : line_(std::move(line)), watcher_(watcher), meddler_(meddler) {
-        line_->setEventHandler([this](CommEvent event, const std::string& reason) {
-            watcher_.told(event, event == CommEvent::HungUp ? 0 : line_->inBufferCount());
-            raise(event, reason);
-        });
-    }
-
-    void open(const LineSettings& settings) override { line_->open(settings); }
-    void close() noexcept override { line_->close(); }
-    std::size_t inBufferCount() const noexcept override { return line_->inBufferCount(); }
-    std::size_t unsentWrites() const noexcept override { return line_->unsentWrites(); }
-    void keepFirst(std::size_t most) noexcept override { line_->keepFirst(most); }
-    Burst look(std::size_t from) const override { return line_->look(from); }
+        : LineAround(std::move(line)), watcher_(watcher), meddler_(meddler) {}
 
     Burst read() override {
         try {
-            Burst burst = line_->read();
+            Burst burst = inner().read();
             watcher_.read(burst);
             return burst;
         } catch (const RuntimeError&) {
@@ -60,25 +49,29 @@ public:
     }
 
     void discard() noexcept override {
-        watcher_.discarded(line_->inBufferCount());
-        line_->discard();
+        watcher_.discarded(inner().inBufferCount());
+        inner().discard();
     }
 
     void write(const Bytes& bytes) override {
         Bytes carried = bytes;
         meddler_(carried);
-        const std::size_t unsent = line_->unsentWrites();
+        const std::size_t unsent = inner().unsentWrites();
         try {
-            line_->write(carried);
+            inner().write(carried);
         } catch (const RuntimeError&) {
             watcher_.refused(carried);
             throw;
         }
-        watcher_.wrote(carried, line_->unsentWrites() == unsent);
+        watcher_.wrote(carried, inner().unsentWrites() == unsent);
     }
 
 private:
-    std::unique_ptr<Line> line_;
+    void pass(CommEvent event, const std::string& reason) override {
+        watcher_.told(event, event == CommEvent::HungUp ? 0 : inner().inBufferCount());
+        raise(event, reason);
+    }
+
     LineWatcher& watcher_;
     const Meddler& meddler_;
 };

@@ -23,7 +23,7 @@ struct ShownFrame {
 
 /// What the witness has counted of one program.
 struct Counts {
-    static constexpr std::size_t outcomes = 14;
+    static constexpr std::size_t outcomes = outcomeCount;
 
     std::array<std::uint64_t, outcomes> told{}; ///< by outcome
     std::uint64_t asked = 0;                    ///< requests whose answer was awaited
@@ -63,9 +63,7 @@ public:
     void checkQuiet();
 
     const Counts& counts() const { return counts_; }
-    bool isPending() const { return isPending_; }
     Outcome lastOutcome() const { return last_.outcome; }
-    const Exchange& last() const { return last_; }
 
     void closed();
 

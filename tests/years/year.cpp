@@ -1,6 +1,6 @@
 #include "years/year.h"
 
-#include "core/protocol/crc16.h"
+#include "core/protocol/hex_text.h"
 #include "core/virtual/virtual_line.h"
 #include "support/memory_use.h"
 #include "support/sanitized.h"
@@ -31,22 +31,7 @@ const std::vector<Mode>& masterModes() {
     return modes;
 }
 
-std::string digitsOf(const Bytes& bytes) {
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += test::printed("%02X", byte);
-    }
-    return text;
-}
-
 } // namespace
-
-std::optional<Plant> plantOf(std::string_view name) {
-    constexpr std::array<std::string_view, 6> names = {"none",     "altered",   "invented",
-                                                       "withheld", "lost-wait", "leak"};
-    const auto* const found = std::ranges::find(names, name);
-    return found == names.end() ? std::nullopt : std::optional(static_cast<Plant>(found - names.begin()));
-}
 
 Year::Year(const Weather& weather, std::uint64_t seed, Plant plant)
     : sky_{.weather = weather, .random = Random(seed)},
@@ -77,32 +62,6 @@ MSComm::LineFactory Year::makeLines() {
         }
         return cable_.makeLine(name == nearPort ? 0 : 1);
     };
-}
-
-/// Each shows after a while, once.
-void Year::plantFault(Plant plant) {
-    untilPlant_ = 1000;
-    const auto isDue = [this] { return untilPlant_ > 0 && --untilPlant_ == 0; };
-    if (plant == Plant::Altered) {
-        plants_.meddler = [isDue](Bytes& bytes) {
-            if (isDue()) {
-                bytes.back() ^= 1U;
-            }
-        };
-    } else if (plant == Plant::Invented) {
-        plants_.ear = [isDue](Exchange& exchange) {
-            if (exchange.outcome == Outcome::Answered && isDue()) {
-                exchange.answer.back() ^= 1U;
-            }
-            return true;
-        };
-    } else if (plant == Plant::Withheld) {
-        plants_.ear = [isDue](const Exchange& exchange) {
-            return exchange.outcome != Outcome::Answered || !isDue();
-        };
-    } else if (plant == Plant::LostWait) {
-        clock_.loseWait(untilPlant_);
-    }
 }
 
 // Time
@@ -221,8 +180,8 @@ void Year::setUpPairs() {
         Bytes answer(static_cast<std::size_t>(frame.answerLength));
         std::ranges::generate(answer, [this] { return sky_.random.byte(); });
         if (!sky_.strikes(&Weather::strangers)) {
-            requests.push_back(digitsOf(asked));
-            answers.push_back(digitsOf(answer));
+            requests.push_back(hexRun(asked));
+            answers.push_back(hexRun(answer));
         }
     }
     far().setPairs(std::move(requests), std::move(answers));
@@ -406,48 +365,6 @@ void Year::checkMemory() {
     warmMemory_ = warmMemory_ == 0 ? memory : warmMemory_;
     mostMemory_ = std::max(mostMemory_, memory);
     findings_.require(mostMemory_ - warmMemory_ < mostGrowth, "memory grows");
-}
-
-// What became of it
-
-std::optional<std::string> Year::finding() const {
-    if (!findings_.first()) {
-        return std::nullopt;
-    }
-    return "after " + std::to_string(passed().count()) + " ms, event " + std::to_string(events_) +
-           ", scene " + std::to_string(scenes_) + ": " + *findings_.first();
-}
-
-std::uint64_t Year::requests() const {
-    return programs_[0]->witness().counts().asked + programs_[1]->witness().counts().asked;
-}
-
-std::string Year::report() const {
-    std::string text = "scenes " + std::to_string(scenes_) + ", healed " + std::to_string(healings_) +
-                       ", wholly answered " + std::to_string(answeredScenes_) + ", events " +
-                       std::to_string(events_) + ", most waits " + std::to_string(mostPending_) +
-                       ", controller answered " + std::to_string(farController_.answered()) + '\n';
-    for (const auto& program : programs_) {
-        const Counts& counts = program->witness().counts();
-        for (std::size_t outcome = 0; outcome < Counts::outcomes; ++outcome) {
-            text += std::string(outcome == 0 ? "outcomes: " : ", ") +
-                    std::string(inWords(static_cast<Outcome>(outcome))) + ' ' +
-                    std::to_string(counts.told.at(outcome));
-        }
-        text += "; answers again " + std::to_string(counts.again) + ", receptions left open " +
-                std::to_string(counts.stuck) + ", reports " + std::to_string(program->reports()) + '\n';
-    }
-    const Faults& faults = cable_.faults();
-    text += "bytes " + std::to_string(cable_.bytes()) + ", altered " + std::to_string(faults.altered) +
-            ", lost " + std::to_string(faults.lost) + ", doubled " + std::to_string(faults.doubled) +
-            ", babbled " + std::to_string(faults.babbled) + ", bursts split " + std::to_string(faults.split) +
-            ", bytes without room " + std::to_string(faults.overflown) + ", unheard " +
-            std::to_string(faults.unheard) + ", writes unsent " + std::to_string(faults.unsent) +
-            ", calls refused " + std::to_string(faults.refused) + ", hang-ups " +
-            std::to_string(faults.hangUps) + '\n';
-    text += "memory when warm " + std::to_string(warmMemory_ >> 10) + " KiB, most " +
-            std::to_string(mostMemory_ >> 10) + " KiB\n";
-    return text;
 }
 
 } // namespace varda::years

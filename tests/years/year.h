@@ -32,6 +32,9 @@ enum class Plant : std::uint8_t {
 /// The plant of a name, "altered" .. "leak"; nothing where it is none.
 std::optional<Plant> plantOf(std::string_view name);
 
+/// The other way round.
+std::string_view nameOf(Plant plant);
+
 /// A span of simulated time: two programs, an embedded controller at each side of the wall, and a cable, in
 /// one weather. All that happens is drawn by the seed.
 ///
@@ -56,8 +59,12 @@ public:
     /// Stands for all that went over the lines.
     std::uint64_t hash() const { return tape_.hash(); }
     Duration passed() const;
-    std::uint64_t events() const { return events_; }
     std::uint64_t requests() const;
+    /// What the line did to what went over it.
+    const Faults& faults() const { return cable_.faults(); }
+    std::uint64_t healings() const { return healings_; }
+    /// Scenes in which each request had to be answered, and was.
+    std::uint64_t answeredScenes() const { return answeredScenes_; }
     /// Counts, a line each, for who reads along.
     std::string report() const;
 

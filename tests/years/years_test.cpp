@@ -64,6 +64,40 @@ TEST(Weather, IsFaultlessWhereTheSunShines) {
     }
 }
 
+/// Where nothing went wrong, nothing would have been tried.
+TEST(Weather, BringsEachOfItsFaults) {
+    constexpr std::size_t radioactive = 2;
+    Weather weather = drawWeather(Climate::Radioactive, seed);
+    for (const Dial& dial : dials()) {
+        const bool isRoom = dial.value == &Weather::inputRoom || dial.value == &Weather::outputRoom;
+        const Dial::Range& range = dial.ranges[radioactive];
+        weather.*dial.value = !dial.isFault ? weather.*dial.value : isRoom ? range.least : range.most / 2;
+    }
+    Year year(weather, seed);
+    year.run(aDay);
+    EXPECT_EQ(year.finding().value_or(""), "");
+    const Faults& faults = year.faults();
+    for (const std::uint64_t Faults::*const fault :
+         {&Faults::altered, &Faults::lost, &Faults::doubled, &Faults::babbled, &Faults::split,
+          &Faults::overflown, &Faults::unheard, &Faults::unsent, &Faults::refused, &Faults::hangUps}) {
+        EXPECT_GT(faults.*fault, 0U) << year.report();
+    }
+    EXPECT_GT(year.healings(), 0U);
+}
+
+TEST(Weather, LetsEachRequestBeAnsweredWhereTheSunShines) {
+    Year year(drawWeather(Climate::Sunny, seed), seed);
+    year.run(aDay);
+    EXPECT_EQ(year.finding().value_or(""), "");
+    EXPECT_GT(year.answeredScenes(), 0U);
+    EXPECT_GT(year.healings(), 0U);
+    const Faults& faults = year.faults();
+    EXPECT_EQ(faults.altered + faults.lost + faults.doubled + faults.babbled + faults.split +
+                  faults.overflown + faults.unsent + faults.refused + faults.hangUps,
+              0U)
+        << year.report();
+}
+
 TEST(Weather, LeavesSomeFaultsOff) {
     int off = 0;
     int on = 0;
@@ -104,7 +138,7 @@ TEST_P(Canary, IsFound) {
 INSTANTIATE_TEST_SUITE_P(Years, Canary,
                          testing::Values(Planted{Plant::Altered, "the bytes sent are not the frame shown"},
                                          Planted{Plant::Invented, "what is shown did not come over the line"},
-                                         Planted{Plant::Withheld, "a request"},
+                                         Planted{Plant::Withheld, "a request went out before the last one had its outcome"},
                                          Planted{Plant::LostWait, "the link is stuck in a reception"},
                                          Planted{Plant::Leak, "memory grows"}),
                          [](const auto& which) { return "Number" + std::to_string(which.index); });

@@ -113,6 +113,13 @@ std::int32_t toLong(std::string_view text, std::string_view field) {
     return toNumber<std::int32_t>(text, field);
 }
 
+std::optional<std::uint32_t> readDigits(std::string_view text) {
+    const auto number = parse(text, 10);
+    return number && *number <= std::numeric_limits<std::uint32_t>::max()
+               ? std::optional(static_cast<std::uint32_t>(*number))
+               : std::nullopt;
+}
+
 std::int16_t toInteger16(std::int64_t value) { return narrowed<std::int16_t>(value); }
 
 std::uint8_t toByte(std::int64_t value) { return narrowed<std::uint8_t>(value); }

@@ -28,6 +28,10 @@ std::int32_t toLong(std::string_view text, std::string_view field);
 std::optional<std::int16_t> readInteger(std::string_view text);
 std::optional<std::int32_t> readLong(std::string_view text);
 
+/// A number of decimal digits alone, without sign and blanks; nothing where it has anything else, or more
+/// than 32 bits.
+std::optional<std::uint32_t> readDigits(std::string_view text);
+
 /// Narrows a sum or product of 16-bit numbers back to 16 bits.
 /// @throws RuntimeError 6 outside -32768 .. 32767
 std::int16_t toInteger16(std::int64_t value);

@@ -1,11 +1,10 @@
 #include "core/faults/fault_plan.h"
 
-#include "core/base/blanks.h"
+#include "core/base/conversion.h"
 #include "core/base/runtime_error.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 
 namespace varda::inline core {
@@ -99,18 +98,11 @@ std::string rangeText(const FaultRange& range) {
                                    : std::to_string(range.low) + ".." + std::to_string(range.high);
 }
 
-std::optional<std::uint32_t> readNumber(std::string_view digits) {
-    std::uint32_t number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
-    return error == std::errc{} && stop == end && !digits.empty() ? std::optional(number) : std::nullopt;
-}
-
 FaultRange readRange(std::string_view text, const FaultRule& rule) {
     constexpr std::string_view dots = "..";
     const auto at = text.find(dots);
-    const auto low = readNumber(text.substr(0, at));
-    const auto high = at == std::string_view::npos ? low : readNumber(text.substr(at + dots.size()));
+    const auto low = readDigits(text.substr(0, at));
+    const auto high = at == std::string_view::npos ? low : readDigits(text.substr(at + dots.size()));
     const bool isInside =
         low && high && *low <= *high && *low >= rule.allowed.low && *high <= rule.allowed.high;
     if (!isInside) {
@@ -131,7 +123,7 @@ std::optional<std::uint32_t> readShare(std::string_view text) {
         return std::nullopt;
     }
     digits.append(behind).append(decimals - behind.size(), '0');
-    const auto share = readNumber(digits);
+    const auto share = readDigits(digits);
     return share && *share >= 1 && *share <= FaultRate::million ? share : std::nullopt;
 }
 
@@ -167,13 +159,13 @@ std::optional<FaultRate> readRateOrNothing(std::string_view text) {
         return number && *number > 0 ? std::optional(FaultRate{kind, *number}) : std::nullopt;
     };
     if (text.starts_with(only)) {
-        return made(FaultRate::Kind::Only, readNumber(text.substr(only.size())));
+        return made(FaultRate::Kind::Only, readDigits(text.substr(only.size())));
     }
     if (text.ends_with('%')) {
         return made(FaultRate::Kind::Share, readShare(text.substr(0, text.size() - 1)));
     }
     const std::string_view end = text.substr(text.size() - std::min(text.size(), ending));
-    const auto number = readNumber(text.substr(0, text.size() - end.size()));
+    const auto number = readDigits(text.substr(0, text.size() - end.size()));
     return number && end == ordinalEnd(*number) ? made(FaultRate::Kind::Each, number) : std::nullopt;
 }
 

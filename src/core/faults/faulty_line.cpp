@@ -9,23 +9,20 @@ namespace varda::inline core {
 using namespace std::chrono_literals;
 
 FaultyLine::FaultyLine(std::unique_ptr<Line> line, FaultInjector& injector, Clock& clock)
-    : line_(std::move(line)), injector_(injector), clock_(clock) {
-    line_->setEventHandler([this](CommEvent event, const std::string& reason) { pass(event, reason); });
-}
+    : LineAround(std::move(line)), injector_(injector), clock_(clock) {}
 
 void FaultyLine::open(const LineSettings& settings) {
     isGone_ = false;
-    line_->open(settings);
+    inner().open(settings);
 }
 
 void FaultyLine::close() noexcept {
     later_.clear();
     hangUp_.cancel();
     isGone_ = false;
-    line_->close();
+    inner().close();
 }
 
-/// The line may be gone when the event has been raised.
 void FaultyLine::pass(CommEvent event, const std::string& reason) {
     if (event == CommEvent::HungUp) {
         later_.clear();
@@ -36,7 +33,7 @@ void FaultyLine::pass(CommEvent event, const std::string& reason) {
 
 void FaultyLine::write(const Bytes& bytes) {
     if (!injector_.isOn()) {
-        line_->write(bytes);
+        inner().write(bytes);
         return;
     }
     if (isGone_) {
@@ -49,7 +46,7 @@ void FaultyLine::write(const Bytes& bytes) {
     }
     for (FaultyFrame::Piece& piece : sent.pieces) {
         if (piece.after == 0ms) {
-            line_->write(piece.bytes);
+            inner().write(piece.bytes);
         } else {
             sendLater(std::move(piece));
         }
@@ -61,7 +58,7 @@ void FaultyLine::sendLater(FaultyFrame::Piece piece) {
     std::erase_if(later_, [](const Wait& wait) { return !wait.isPending(); });
     later_.push_back(clock_.after(piece.after, [this, bytes = std::move(piece.bytes)] {
         try {
-            line_->write(bytes);
+            inner().write(bytes);
         } catch (const RuntimeError&) { // NOLINT(bugprone-empty-catch): as a device that falls silent
         }
     }));
@@ -73,7 +70,7 @@ void FaultyLine::hangUpSoon() {
     later_.clear();
     hangUp_ = clock_.after(0ms, [this] {
         isGone_ = false;
-        line_->close();
+        inner().close();
         raise(CommEvent::HungUp, "The line was hung up on purpose, by a fault of this program.");
     });
 }

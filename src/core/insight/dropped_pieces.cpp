@@ -1,11 +1,16 @@
 #include "core/insight/dropped_pieces.h"
 
+#include <algorithm>
+
 namespace varda::inline core {
 namespace {
 
 using Number = Trace::Number;
 
 constexpr int mostReads = 8; // an answer comes in no more pieces
+/// Lines that are looked at for the other pieces: what is asked for whenever a line is drawn must not walk
+/// through ten thousand events.
+constexpr Number mostLines = 500;
 
 /// Whether what came before a line has nothing to do with what came behind it.
 bool isBetweenExchanges(const TraceLine& line) {
@@ -22,7 +27,8 @@ bool isOfAnotherRead(const TraceLine& line, const TraceLine& than) {
 DroppedPieces droppedBefore(const Trace& trace, Number number) {
     DroppedPieces dropped;
     const TraceLine* later = trace.find(number);
-    for (int reads = 0; later != nullptr && number > trace.begin() && reads < mostReads; --number) {
+    const Number end = std::max(trace.begin(), number - std::min(number, mostLines));
+    for (int reads = 0; later != nullptr && number > end && reads < mostReads; --number) {
         const TraceLine& line = *trace.find(number - 1);
         const bool isOther = isOfAnotherRead(line, *later);
         if (isBetweenExchanges(line) || (isOther && line.verdict != Verdict::Dropped)) {
@@ -50,7 +56,7 @@ bool isRest(const Trace& trace, Number number) {
 std::optional<NextRead> nextRead(const Trace& trace, Number number) {
     const TraceLine& read = *trace.find(number);
     Clock::Time end = read.last;
-    for (Number next = number + 1; next < trace.end(); ++next) {
+    for (Number next = number + 1; next < std::min(trace.end(), number + mostLines); ++next) {
         const TraceLine& line = *trace.find(next);
         if (isBetweenExchanges(line)) {
             return std::nullopt;

@@ -51,7 +51,16 @@ std::string foundInWords(const Field& value) {
                                               : wordInWords(nameOf(*value.point), value.number);
 }
 
-/// What became of a request that has no answer to look at.
+} // namespace
+
+bool isSilent(const Exchange& exchange) {
+    return exchange.outcome == Outcome::Silent || exchange.outcome == Outcome::Overtaken;
+}
+
+bool hasAnswer(const Exchange& exchange) {
+    return exchange.outcome == Outcome::Answered || exchange.outcome == Outcome::WrongLength;
+}
+
 std::string whyNoAnswer(const Exchange& exchange) {
     switch (exchange.outcome) {
     case Outcome::Silent:
@@ -63,12 +72,12 @@ std::string whyNoAnswer(const Exchange& exchange) {
         return "The request was not sent.";
     case Outcome::HungUp:
         return "The line went away.";
+    case Outcome::NothingToRead:
+        return "The port told of bytes, and none were there.";
     default:
         return "The next request went out before an answer came.";
     }
 }
-
-} // namespace
 
 Expectation Expectation::parse(std::string_view text) {
     Expectation wanted;
@@ -136,8 +145,9 @@ bool Expectation::holds(Comparison comparison, int found, int wanted) {
 
 std::string Expectation::judge(const Exchange& exchange) const {
     if (isSilence_) {
-        const bool isSilent = exchange.outcome == Outcome::Silent || exchange.outcome == Outcome::Overtaken;
-        return isSilent ? "" : "Silence was wanted, and an answer came.";
+        return isSilent(exchange)    ? ""
+               : hasAnswer(exchange) ? "Silence was wanted, and an answer came."
+                                     : whyNoAnswer(exchange);
     }
     const bool isLookedAt = exchange.outcome == Outcome::Answered ||
                             (exchange.outcome == Outcome::WrongLength && !bytes_.empty());

@@ -16,6 +16,13 @@ class ProfileFile;
 /// The text of an expectation that no answer comes.
 inline constexpr std::string_view expectedSilence = "silence";
 
+/// Whether a request went out and nothing came for it.
+bool isSilent(const Exchange& exchange);
+/// Whether something came for it, of whatever length.
+bool hasAnswer(const Exchange& exchange);
+/// What became of a request that has no answer of the awaited length: "No answer came."
+std::string whyNoAnswer(const Exchange& exchange);
+
 /// What is wanted of the answer to a request.
 class Expectation {
 public:

@@ -24,6 +24,11 @@ void addBounded(std::deque<Item>& items, const Item& item, std::size_t most) {
 /// Whether an exchange is one of a master's.
 bool isMasters(Mode mode) { return findRoute(mode) != nullptr || mode == Mode::Scenario; }
 
+/// Whether the link stopped waiting for something else's sake.
+bool isGivenUp(Outcome outcome) {
+    return outcome == Outcome::Overtaken || outcome == Outcome::HungUp || outcome == Outcome::Ignored;
+}
+
 std::string number(std::optional<double> value) {
     if (!value) {
         return {};
@@ -98,8 +103,9 @@ LinkStatistics::Kind& LinkStatistics::kindOfRequest(const Bytes& request) {
                                       : kindCount - 1);
 }
 
+/// What becomes of a master's request may be told when the link has another mode.
 void LinkStatistics::told(const Exchange& exchange) {
-    if (!isOpen_ || !isMasters(exchange.mode) || exchange.request.empty()) {
+    if (!isOpen_ || exchange.request.empty() || !(isMasters(exchange.mode) || isGivenUp(exchange.outcome))) {
         return;
     }
     Row& counts = kindOfRequest(exchange.request).counts;
@@ -113,6 +119,8 @@ void LinkStatistics::told(const Exchange& exchange) {
     case Outcome::Silent:
         return settle(exchange, counts.silent);
     case Outcome::Overtaken:
+    case Outcome::HungUp:
+    case Outcome::Ignored:
         return settle(exchange, counts.overtaken);
     case Outcome::NotSent:
         settled_.reset(); // it is another request than the last one that was sent

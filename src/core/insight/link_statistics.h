@@ -50,7 +50,7 @@ public:
         std::size_t wrongCheck = 0; ///< among the answered
         std::size_t wrongLength = 0;
         std::size_t silent = 0;
-        std::size_t overtaken = 0;
+        std::size_t overtaken = 0; ///< also where the line went away, or the link went on to another mode
         std::size_t notSent = 0;
         std::optional<Spread> response; ///< from handing the request over to the answer's last byte, ms
         std::optional<Spread> onWire; ///< what of it the bytes took on the line, at the settings of then, ms

@@ -1,5 +1,6 @@
 #include "core/insight/nearest_pair.h"
 
+#include "core/base/name_index.h"
 #include "core/pairs/packet_table.h"
 #include "core/protocol/frame.h"
 #include "core/protocol/hex_text.h"
@@ -15,21 +16,15 @@ namespace {
 
 constexpr std::size_t digitsOfByte = 2;
 
-/// The packet table has requests as they were typed.
-char inCapitals(char digit) {
-    return digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit;
-}
-
 /// Number of bytes in which two frame texts differ, a missing one included; no more than `most` are counted.
+/// The packet table has requests as they were typed, in letters of either case.
 std::size_t differences(std::string_view left, std::string_view right, std::size_t most) {
     const auto [shorter, longer] = std::minmax({left.size(), right.size()});
     std::size_t count = (longer - shorter) / digitsOfByte;
     const std::size_t check = frame_size::check * digitsOfByte;
     const std::size_t compared = shorter > check ? shorter - check : shorter;
     for (std::size_t place = 0; place < compared && count < most; place += digitsOfByte) {
-        const bool isSame = std::ranges::equal(left.substr(place, digitsOfByte),
-                                               right.substr(place, digitsOfByte), {}, inCapitals, inCapitals);
-        count += isSame ? 0 : 1;
+        count += equalNames(left.substr(place, digitsOfByte), right.substr(place, digitsOfByte)) ? 0 : 1;
     }
     return count;
 }

@@ -1,13 +1,10 @@
 #include "core/insight/register_names.h"
 
 #include "core/base/blanks.h"
-
-#include <algorithm>
+#include "core/base/entry_lines.h"
 
 namespace varda::inline core {
 namespace {
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 /// Without the double quotes round it, those within it halved.
 std::string unquoted(std::string_view text) {
@@ -24,26 +21,12 @@ std::string unquoted(std::string_view text) {
 } // namespace
 
 RegisterNames RegisterNames::parse(std::string_view csv) {
-    if (csv.starts_with(byteOrderMark)) {
-        csv.remove_prefix(byteOrderMark.size());
-    }
     RegisterNames names;
-    for (std::size_t number = 1; !csv.empty(); ++number) {
-        const auto end = std::min(csv.find('\n'), csv.size());
-        std::string_view line = csv.substr(0, end);
-        csv.remove_prefix(std::min(end + 1, csv.size()));
-        if (line.ends_with('\r')) {
-            line.remove_suffix(1);
-        }
-        names.takeLine(withoutBlanksAround(line), number);
-    }
+    forEachEntry(csv, [&names](std::string_view line, std::size_t number) { names.takeLine(line, number); });
     return names;
 }
 
 void RegisterNames::takeLine(std::string_view line, std::size_t number) {
-    if (line.empty() || line.front() == '#') {
-        return;
-    }
     const auto comma = line.find(',');
     const std::optional<Point> point = readPoint(line.substr(0, comma));
     const std::string name = comma == std::string_view::npos

@@ -5,20 +5,9 @@
 #include "core/protocol/hex_text.h"
 
 namespace varda::inline core {
-namespace {
-
-bool isSilent(const Exchange& exchange) {
-    return exchange.outcome == Outcome::Silent || exchange.outcome == Outcome::Overtaken;
-}
-
-bool isAnswered(const Exchange& exchange) {
-    return exchange.outcome == Outcome::Answered || exchange.outcome == Outcome::WrongLength;
-}
-
-} // namespace
 
 void TakenExpectations::take(std::size_t line, const Exchange& exchange) {
-    if (!isSilent(exchange) && !isAnswered(exchange)) {
+    if (!isSilent(exchange) && !hasAnswer(exchange)) {
         return;
     }
     const Bytes answer = isSilent(exchange) ? Bytes() : exchange.answer;

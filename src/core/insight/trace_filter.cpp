@@ -1,17 +1,17 @@
 #include "core/insight/trace_filter.h"
 
+#include "core/base/conversion.h"
+#include "core/base/name_index.h"
 #include "core/insight/trace_words.h"
 #include "core/protocol/frame_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <vector>
 
 namespace varda::inline core {
 namespace {
 
-constexpr int bitsOfWord = 16;
-constexpr int highestStation = 255;
+constexpr std::uint32_t highestStation = 255;
 
 std::string inSmallLetters(std::string_view text) {
     std::string changed(text);
@@ -69,11 +69,8 @@ std::vector<std::string> wordsOf(std::string_view typed) {
 }
 
 std::optional<int> readStation(std::string_view text) {
-    int number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    const bool isStation = error == std::errc{} && stop == end && number >= 0 && number <= highestStation;
-    return isStation ? std::optional(number) : std::nullopt;
+    const auto number = readDigits(text);
+    return number && *number <= highestStation ? std::optional(static_cast<int>(*number)) : std::nullopt;
 }
 
 /// Takes the words of a filter one after another.
@@ -91,7 +88,7 @@ public:
     }
 
 private:
-    bool isWord(std::string_view word) const { return inSmallLetters(words_[next_]) == word; }
+    bool isWord(std::string_view word) const { return equalNames(words_[next_], word); }
 
     template <typename Take>
     bool take(std::string_view word, Take&& take) {

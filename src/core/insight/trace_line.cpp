@@ -49,6 +49,13 @@ bool standsForItself(const TraceLine& line) {
            areSound(decodeBurst(line.bytes, requestOf(line)));
 }
 
+/// Whether a field of a frame says of itself alone which register it is about. A single read is about one
+/// address, which all of its parts are about.
+bool hasRegisterOfItsOwn(const DecodedFrame& frame, const Field& field) {
+    const bool isMixedRequest = frame.kind.isRequest() && !frame.kind.command->access;
+    return field.role == FieldRole::Value || (field.role == FieldRole::Address && isMixedRequest);
+}
+
 /// Those of the frames of a read that reach into a part of it.
 std::vector<DecodedFrame> framesIn(std::vector<DecodedFrame> frames, std::size_t begin, std::size_t end) {
     const auto isElsewhere = [begin, end](std::size_t from, std::size_t to) {
@@ -58,7 +65,7 @@ std::vector<DecodedFrame> framesIn(std::vector<DecodedFrame> frames, std::size_t
     for (DecodedFrame& frame : frames) {
         frame.isPart = frame.begin < begin || frame.end > end;
         std::erase_if(frame.fields, [&](const Field& field) {
-            return field.role == FieldRole::Value && isElsewhere(field.place, field.place + field.length);
+            return hasRegisterOfItsOwn(frame, field) && isElsewhere(field.place, field.place + field.length);
         });
     }
     return frames;

@@ -55,6 +55,8 @@ enum class Verdict : std::uint8_t {
     OnPurpose      ///< a fault of our own doing, to what is sent next
 };
 
+inline constexpr int verdictCount = static_cast<int>(Verdict::OnPurpose) + 1;
+
 /// What a line is of all that was read, or thrown away, together: a pause parts lines, and the program may
 /// not notice it.
 struct PartOfRead {
@@ -105,7 +107,8 @@ const Bytes& explainedBytes(const TraceLine& line);
 std::size_t explainedSize(const TraceLine& line);
 
 /// The frames of a line, with what is known of their request. Of a frame that goes beyond the line all fields
-/// are there but the values in other parts of the read, with their places in explainedBytes().
+/// are there but the values and the addresses of a mixed request in other parts of the read, with their
+/// places in explainedBytes().
 std::vector<DecodedFrame> framesOf(const TraceLine& line);
 
 /// What is odd about the bytes of a line: sentences, each with a blank before it.

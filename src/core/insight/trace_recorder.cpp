@@ -45,6 +45,7 @@ void TraceRecorder::forgetConnection() {
     growing_.reset();
     request_.reset();
     asked_.reset();
+    keptBack_.reset();
     heard_.forget();
     unread_.clear();
 }
@@ -169,9 +170,18 @@ void TraceRecorder::thrownAway(std::size_t counted) {
     settle(thrownAway_, Verdict::ThrownAway);
 }
 
+/// A fault on purpose may send a request in pieces, or twice, or later than the link knows.
 void TraceRecorder::sent(Octets bytes, Clock::Time time) {
-    request_ = append(Direction::Sent, Verdict::Unawaited, bytes, time);
+    const Number number = append(Direction::Sent, Verdict::Unawaited, bytes, time);
+    if (isRequest(Verdict::Awaiting)) {
+        settle({number}, Verdict::Unawaited, "Sent while the answer to the request before it is awaited.");
+        return;
+    }
+    request_ = number;
     asked_ = kindOf(bytes).isRequest() ? shared(bytes) : nullptr;
+    if (const auto exchange = std::exchange(keptBack_, std::nullopt)) {
+        await(*exchange);
+    }
 }
 
 void TraceRecorder::notSent(Octets bytes, Clock::Time time, const std::string& reason) {
@@ -203,6 +213,9 @@ void TraceRecorder::told(const Exchange& exchange) {
 }
 
 void TraceRecorder::write(const Exchange& exchange) {
+    if (isEnd(exchange.outcome) || exchange.outcome == Outcome::Ignored) {
+        keptBack_.reset();
+    }
     switch (exchange.outcome) {
     case Outcome::Sent:
         return toldSent(exchange);
@@ -250,8 +263,9 @@ void TraceRecorder::judgeRequest(Verdict verdict, const std::string& note) {
     }
 }
 
-/// What becomes of what was read last. @return its lines
-TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict verdict) {
+/// What becomes of what was read last. @param also done to each of its lines @return these
+TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict verdict,
+                                            const std::function<void(TraceLine& line)>& also) {
     Numbers lines = std::exchange(read_, {});
     for (const Number number : lines) {
         trace_.change(number, [&](TraceLine& line) {
@@ -260,6 +274,7 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
             line.expected = exchange.expected;
             line.whileStuck = exchange.whileStuck;
             line.afterUnknown = exchange.whileStuck && isUnknownLast_;
+            also(line);
         });
     }
     return lines;
@@ -268,40 +283,46 @@ TraceRecorder::Numbers TraceRecorder::judge(const Exchange& exchange, Verdict ve
 /// The link waits for something after every frame of a scenario, also where it does not know its length.
 void TraceRecorder::toldSent(const Exchange& exchange) {
     isRefusalTold_ = false;
-    onPurpose_.clear();
+    const bool isOnPurpose = !std::exchange(onPurpose_, {}).empty();
     const bool isAwaited = exchange.expected > 0 || exchange.mode == Mode::Scenario;
     if (isRequest(Verdict::Unawaited) && isAwaited) {
-        trace_.change(*request_, [&](TraceLine& line) {
-            line.verdict = Verdict::Awaiting;
-            line.expected = exchange.expected;
-            line.mode = exchange.mode;
-        });
+        await(exchange);
+    } else if (isOnPurpose && isAwaited) {
+        keptBack_ = exchange;
     }
+}
+
+/// What went out may be the first piece of the request: what comes answers the whole of it.
+void TraceRecorder::await(const Exchange& exchange) {
+    trace_.change(*request_, [&](TraceLine& line) {
+        line.verdict = Verdict::Awaiting;
+        line.expected = exchange.expected;
+        line.mode = exchange.mode;
+        if (line.bytes.size() < exchange.request.size() &&
+            std::ranges::equal(line.bytes, std::span(exchange.request).first(line.bytes.size()))) {
+            asked_ = kindOf(exchange.request).isRequest() ? shared(exchange.request) : nullptr;
+        }
+    });
 }
 
 /// The line has told of what it refused itself; a closed port has no line.
 void TraceRecorder::toldNotSent(const Exchange& exchange) {
     if (!read_.empty()) {
         const Verdict known = exchange.pair ? Verdict::KnownPair : Verdict::KnownMemory;
-        for (const Number number : judge(exchange, known)) {
-            trace_.change(number, [&exchange](TraceLine& line) { line.pair = exchange.pair; });
-        }
+        judge(exchange, known, [&exchange](TraceLine& line) { line.pair = exchange.pair; });
     } else if (!isRefusalTold_) {
         notSent(exchange.request, clock_.now(), "The port is closed.");
     }
     isRefusalTold_ = false;
+    onPurpose_.clear();
 }
 
 /// The answer that is taken counts, also where something else had come for the request before it.
 void TraceRecorder::toldAnswer(const Exchange& exchange) {
     const bool isTaken = exchange.outcome == Outcome::Answered;
     const bool isAgain = isRequest(Verdict::Answered);
-    const Numbers lines = judge(exchange, !isTaken  ? Verdict::Dropped
-                                          : isAgain ? Verdict::TakenAgain
-                                                    : Verdict::Taken);
-    for (const Number number : lines) {
-        trace_.change(number, [this](TraceLine& line) { line.partner = request_; });
-    }
+    const Verdict verdict = !isTaken ? Verdict::Dropped : isAgain ? Verdict::TakenAgain : Verdict::Taken;
+    const Numbers lines = judge(exchange, verdict, [this](TraceLine& line) { line.partner = request_; });
     if (isRequest(Verdict::Awaiting) || (isTaken && isRequest(Verdict::AnswerDropped))) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = isTaken ? Verdict::Answered : Verdict::AnswerDropped;
@@ -313,25 +334,20 @@ void TraceRecorder::toldAnswer(const Exchange& exchange) {
 /// On a line that is only listened to, a burst may be the answer to the request before it.
 void TraceRecorder::toldHeard(const Exchange& exchange) {
     const auto request = heard_.hear(exchange.answer);
-    for (const Number number : judge(exchange, Verdict::Heard)) {
-        trace_.change(number, [&request](TraceLine& line) { line.request = request; });
-    }
+    judge(exchange, Verdict::Heard, [&request](TraceLine& line) { line.request = request; });
 }
 
 void TraceRecorder::toldAnswering(const Exchange& exchange, Verdict known, Verdict answer) {
     isRefusalTold_ = false;
     const bool isSent = !exchange.answer.empty() && isRequest(Verdict::Unawaited);
-    const Numbers lines = judge(exchange, known);
     const std::string onPurpose = std::exchange(onPurpose_, {});
-    for (const Number number : lines) {
-        trace_.change(number, [&](TraceLine& line) {
-            if (!isSent && !onPurpose.empty()) {
-                line.note = std::make_shared<const std::string>(onPurpose);
-            }
-            line.pair = exchange.pair;
-            line.partner = isSent ? request_ : std::nullopt;
-        });
-    }
+    const Numbers lines = judge(exchange, known, [&](TraceLine& line) {
+        if (!isSent && !onPurpose.empty()) {
+            line.note = std::make_shared<const std::string>(onPurpose);
+        }
+        line.pair = exchange.pair;
+        line.partner = isSent ? request_ : std::nullopt;
+    });
     if (isSent) {
         trace_.change(*request_, [&](TraceLine& line) {
             line.verdict = answer;

@@ -6,6 +6,7 @@
 #include "core/link/exchange.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -67,12 +68,15 @@ private:
     std::shared_ptr<const Bytes> wholeOf(const std::vector<Piece>& pieces) const;
     void lose(const std::string& reason);
     void settle(const Numbers& lines, Verdict verdict, const std::string& note = {});
-    Numbers judge(const Exchange& exchange, Verdict verdict);
+    Numbers judge(
+        const Exchange& exchange, Verdict verdict,
+        const std::function<void(TraceLine& line)>& also = [](TraceLine& /*line*/) {});
     void judgeRequest(Verdict verdict, const std::string& note = {});
     bool isRequest(Verdict verdict) const;
 
     void write(const Exchange& exchange);
     void toldSent(const Exchange& exchange);
+    void await(const Exchange& exchange);
     void toldNotSent(const Exchange& exchange);
     void toldAnswer(const Exchange& exchange);
     void toldHeard(const Exchange& exchange);
@@ -94,6 +98,8 @@ private:
     HeardRequest heard_;
     bool isRefusalTold_ = false; ///< by the line, before the link does
     std::string onPurpose_;      ///< done to what is sent, before the link tells of it
+    std::optional<Exchange>
+        keptBack_;               ///< is awaited, and no byte of its request has gone out yet, on purpose
     bool isUnknownLast_ = false; ///< of what leaves the link stuck, a request that no pair answers came last
 };
 

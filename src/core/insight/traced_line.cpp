@@ -9,9 +9,7 @@
 namespace varda::inline core {
 
 TracedLine::TracedLine(std::unique_ptr<Line> line, LineTap& tap, const Clock& clock)
-    : line_(std::move(line)), tap_(tap), clock_(clock) {
-    line_->setEventHandler([this](CommEvent event, const std::string& reason) { pass(event, reason); });
-}
+    : LineAround(std::move(line)), tap_(tap), clock_(clock) {}
 
 /// Whatever becomes of the telling, the line goes on.
 template <typename Telling>
@@ -30,17 +28,16 @@ void TracedLine::tell(Telling&& telling) noexcept {
 
 void TracedLine::open(const LineSettings& settings) {
     seen_ = 0;
-    line_->open(settings);
+    inner().open(settings);
     tell([&] { tap_.opened(settings); });
 }
 
 void TracedLine::close() noexcept {
-    line_->close();
+    inner().close();
     seen_ = 0;
     tell([&] { tap_.closed(); });
 }
 
-/// The line may be gone when the event has been raised.
 void TracedLine::pass(CommEvent event, const std::string& reason) {
     tell([&] {
         if (event == CommEvent::Received) {
@@ -53,7 +50,7 @@ void TracedLine::pass(CommEvent event, const std::string& reason) {
 }
 
 void TracedLine::tellNews() {
-    const Burst news = line_->look(seen_);
+    const Burst news = inner().look(seen_);
     seen_ += news.bytes.size();
     tellPieces(news);
 }
@@ -67,9 +64,9 @@ Burst TracedLine::read() {
 
 Burst TracedLine::takeBurst() {
     try {
-        return line_->read();
+        return inner().read();
     } catch (const RuntimeError& error) {
-        if (line_->inBufferCount() == 0) {
+        if (inner().inBufferCount() == 0) {
             seen_ = 0;
             tell([&] { tap_.readingFailed(error.what()); });
         }
@@ -80,11 +77,11 @@ Burst TracedLine::takeBurst() {
 /// What is thrown away is read for the tap first, in one step, so that it misses nothing.
 void TracedLine::discard() noexcept {
     tell([&] {
-        if (line_->inBufferCount() > 0) {
-            tellRead(line_->read(), &LineTap::thrownAway);
+        if (inner().inBufferCount() > 0) {
+            tellRead(inner().read(), &LineTap::thrownAway);
         }
     });
-    line_->discard();
+    inner().discard();
     seen_ = 0;
 }
 
@@ -109,19 +106,19 @@ void TracedLine::tellPieces(const Burst& burst) const {
 
 void TracedLine::write(const Bytes& bytes) {
     if (!tap_.isOpen()) {
-        line_->write(bytes);
+        inner().write(bytes);
         return;
     }
     const Clock::Time time = clock_.now();
-    const std::size_t unsent = line_->unsentWrites();
+    const std::size_t unsent = inner().unsentWrites();
     try {
-        line_->write(bytes);
+        inner().write(bytes);
     } catch (const RuntimeError& error) {
         tell([&] { tap_.notSent(bytes, time, error.what()); });
         throw;
     }
     tell([&] {
-        if (line_->unsentWrites() > unsent) {
+        if (inner().unsentWrites() > unsent) {
             tap_.notSent(bytes, time, "Too many bytes before them still wait to be sent.");
         } else {
             tap_.sent(bytes, time);

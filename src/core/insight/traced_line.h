@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/clock.h"
+#include "core/link/line_around.h"
 #include "core/link/mscomm.h"
 
 #include <cstddef>
@@ -47,34 +48,28 @@ public:
 ///
 /// It only looks at what comes in, so that who reads it finds the same bytes at the same time with and
 /// without a tap; without one it costs a branch for each call. The tap sees bytes that are thrown away, too.
-class TracedLine : public Line {
+class TracedLine : public LineAround {
 public:
     /// @param clock for lines that do not know when their bytes came
     TracedLine(std::unique_ptr<Line> line, LineTap& tap, const Clock& clock);
 
     void open(const LineSettings& settings) override;
     void close() noexcept override;
-    std::size_t inBufferCount() const noexcept override { return line_->inBufferCount(); }
     Burst read() override;
     void discard() noexcept override;
     void write(const Bytes& bytes) override;
-    void keepFirst(std::size_t most) noexcept override { line_->keepFirst(most); }
-    std::size_t unsentWrites() const noexcept override { return line_->unsentWrites(); }
-    Burst look(std::size_t from) const override { return line_->look(from); }
-    std::string notice() const override { return line_->notice(); }
 
 private:
     using Octets = LineTap::Octets;
 
     template <typename Telling>
     void tell(Telling&& telling) noexcept;
-    void pass(CommEvent event, const std::string& reason);
+    void pass(CommEvent event, const std::string& reason) override;
     Burst takeBurst();
     void tellNews();
     void tellRead(const Burst& burst, void (LineTap::*what)(std::size_t counted));
     void tellPieces(const Burst& burst) const;
 
-    std::unique_ptr<Line> line_;
     LineTap& tap_;
     const Clock& clock_;
     std::uint64_t openings_ = 0; ///< of the tap, when it was told something last

@@ -131,7 +131,7 @@ std::string unknownPair(const TraceLine& line) {
 std::string ofSent(const Trace& trace, const TraceLine& line) {
     switch (line.verdict) {
     case Verdict::Unawaited:
-        return "Sent; no answer is awaited.";
+        return line.note ? *line.note : "Sent; no answer is awaited.";
     case Verdict::Awaiting:
         if (line.expected == 0) {
             return "Sent; an answer is awaited, but its length is not known, so whatever comes is dropped.";

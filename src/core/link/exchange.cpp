@@ -20,20 +20,20 @@ bool isEnd(Outcome outcome) {
 
 std::string_view inWords(Outcome outcome) {
     /// In the order of Outcome.
-    constexpr std::array<std::string_view, 14> words = {"sent",
-                                                        "not sent",
-                                                        "answered",
-                                                        "wrong length",
-                                                        "nothing to read",
-                                                        "silent",
-                                                        "overtaken",
-                                                        "thrown away",
-                                                        "hung up",
-                                                        "ignored",
-                                                        "heard",
-                                                        "answered by a pair",
-                                                        "unknown",
-                                                        "answered from memory"};
+    constexpr std::array<std::string_view, outcomeCount> words = {"sent",
+                                                                  "not sent",
+                                                                  "answered",
+                                                                  "wrong length",
+                                                                  "nothing to read",
+                                                                  "silent",
+                                                                  "overtaken",
+                                                                  "thrown away",
+                                                                  "hung up",
+                                                                  "ignored",
+                                                                  "heard",
+                                                                  "answered by a pair",
+                                                                  "unknown",
+                                                                  "answered from memory"};
     return words.at(static_cast<std::size_t>(outcome));
 }
 

@@ -30,6 +30,8 @@ enum class Outcome {
     AnsweredFromMemory ///< one came that no prepared pair answers, and a memory does
 };
 
+inline constexpr int outcomeCount = static_cast<int>(Outcome::AnsweredFromMemory) + 1;
+
 /// Why bytes that nobody had read were thrown away.
 enum class Discarding : std::uint8_t {
     BeforeSend,     ///< a send begins with nothing that waits

@@ -1,15 +1,15 @@
 #include "core/protocol/register_words.h"
 
 #include "core/base/blanks.h"
+#include "core/base/conversion.h"
+#include "core/base/name_index.h"
 #include "core/protocol/hex_text.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace varda::inline core {
 namespace {
 
-constexpr int bitsOfWord = 16;
 constexpr int valueOn = 0xFF;
 
 bool isLetter(char character) {
@@ -27,11 +27,9 @@ std::string capitals(std::string_view text) {
 }
 
 std::optional<int> readNumber(std::string_view digits, int most) {
-    int number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
-    const bool isNumber = error == std::errc{} && stop == end && digits.front() != '-';
-    return isNumber && number <= most ? std::optional(number) : std::nullopt;
+    const auto number = readDigits(digits);
+    return number && *number <= static_cast<std::uint32_t>(most) ? std::optional(static_cast<int>(*number))
+                                                                 : std::nullopt;
 }
 
 } // namespace
@@ -71,7 +69,7 @@ std::optional<Point> readPoint(std::string_view text) {
         return Point{Access::Word, word};
     }
     const std::string_view bits = digits.substr(dot + 1);
-    const auto bit = bits.empty() ? std::nullopt : readNumber(bits, bitsOfWord - 1);
+    const auto bit = readNumber(bits, bitsOfWord - 1);
     return bit ? std::optional(Point{Access::Bit, word * bitsOfWord + *bit}) : std::nullopt;
 }
 
@@ -80,10 +78,9 @@ std::string wordInWords(std::string_view name, int value) {
 }
 
 std::optional<bool> readBit(std::string_view text) {
-    const std::string typed = capitals(text);
-    return typed == "ON" || typed == "1"    ? std::optional(true)
-           : typed == "OFF" || typed == "0" ? std::optional(false)
-                                            : std::nullopt;
+    return equalNames(text, "ON") || text == "1"    ? std::optional(true)
+           : equalNames(text, "OFF") || text == "0" ? std::optional(false)
+                                                    : std::nullopt;
 }
 
 std::string bitValue(int value) { return value == valueOn ? "ON" : value == 0 ? "OFF" : hexNumber(value, 2); }

@@ -10,6 +10,8 @@ namespace varda::inline core {
 /// How the memory is addressed: one bit of a word, or whole words.
 enum class Access { Bit, Word };
 
+inline constexpr int bitsOfWord = 16;
+
 /// One register kind: its block in the controller's word memory and how pages offer it.
 struct RegisterKind {
     std::string_view name;

@@ -31,8 +31,11 @@ public:
 /// The lines of a scenario that nobody shows.
 class ScenarioList : public ScenarioLines {
 public:
+    ScenarioList() = default;
     explicit ScenarioList(std::vector<std::string> lines) : lines_(std::move(lines)) {}
 
+    /// Other lines; the row stays.
+    void set(std::vector<std::string> lines) { lines_ = std::move(lines); }
     int count() const override { return static_cast<int>(lines_.size()); }
     std::string line(int row) const override { return lines_.at(static_cast<std::size_t>(row)); }
     int current() const override { return current_; }

@@ -15,7 +15,7 @@ namespace {
 
 using Body = std::span<const std::uint8_t>;
 
-constexpr std::size_t bitsPerWord = 16;
+constexpr auto bitsPerWord = static_cast<std::size_t>(bitsOfWord);
 constexpr std::size_t wordMark = 0x40'00; // of an address field in a mixed request: the address of a word
 
 /// How a bit or a word is stored in the memory and in a body.
@@ -187,7 +187,7 @@ void Controller::unplug() noexcept { pluggedIn_ = false; }
 void Controller::moveRegisters() {
     const int counter = GetRegisterBase("W", "SR");
     memory_.setWord(counter, static_cast<std::uint16_t>(memory_.word(counter) + 1));
-    const int toggled = GetRegisterBase("B", "F") * static_cast<int>(bitsPerWord);
+    const int toggled = GetRegisterBase("B", "F") * bitsOfWord;
     memory_.setBit(toggled, !memory_.bit(toggled));
 }
 

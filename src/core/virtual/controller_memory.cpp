@@ -1,6 +1,7 @@
 #include "core/virtual/controller_memory.h"
 
 #include "core/base/blanks.h"
+#include "core/base/entry_lines.h"
 #include "core/base/runtime_error.h"
 #include "core/protocol/pasted_words.h"
 #include "core/protocol/registers.h"
@@ -11,7 +12,6 @@
 namespace varda::inline core {
 namespace {
 
-constexpr int bitsOfWord = 16;
 constexpr std::string_view heading =
     "# What a controller remembers: register,value; what is not named is 0\n";
 
@@ -65,11 +65,6 @@ void readLine(std::string_view line, ControllerMemory& memory) {
     memory.setValue(*point, *value);
 }
 
-std::string_view withoutMark(std::string_view text) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    return text.starts_with(byteOrderMark) ? text.substr(byteOrderMark.size()) : text;
-}
-
 } // namespace
 
 std::uint16_t ControllerMemory::word(int address) const { return words_[checked(address, wordCount)]; }
@@ -103,22 +98,13 @@ void ControllerMemory::setValue(const Point& point, int value) {
 
 ControllerMemory readMemory(std::string_view text) {
     ControllerMemory memory;
-    text = withoutMark(text);
-    for (int number = 1; !text.empty(); ++number) {
-        const auto end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
-        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-        line = withoutBlanksAround(line);
-        if (line.empty() || line.starts_with('#')) {
-            continue;
-        }
+    forEachEntry(text, [&memory](std::string_view line, std::size_t number) {
         try {
             readLine(line, memory);
         } catch (const RuntimeError& error) {
             throw RuntimeError(error.number(), "Line " + std::to_string(number) + ": " + error.what());
         }
-    }
+    });
     return memory;
 }
 

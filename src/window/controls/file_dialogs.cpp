@@ -20,7 +20,9 @@ QFileDialog* makeDialog(QWidget* window, const QString& folder, const FileDialog
     dialog->setNameFilter(QStringLiteral("*") + kind.extension);
     dialog->setDefaultSuffix(kind.extension.mid(1));
     dialog->setDirectory(folder);
-    dialog->setWindowTitle(kind.title.isEmpty() ? dialog->windowTitle() : kind.title);
+    if (!kind.title.isEmpty()) {
+        dialog->setWindowTitle(kind.title);
+    }
     return dialog;
 }
 

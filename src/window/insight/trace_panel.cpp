@@ -130,7 +130,7 @@ void TracePanel::fillOn() {
 }
 
 /// From the line that is chosen on, or from the end that lies behind; past the other end it goes on from
-/// there.
+/// there. It waits for a filter that is under way, which has not shown every line yet that it will.
 void TracePanel::find(bool isForward) {
     if (ui_->traceFind->text().trimmed().isEmpty()) {
         ui_->traceFind->setFocus(Qt::ShortcutFocusReason);
@@ -139,7 +139,7 @@ void TracePanel::find(bool isForward) {
     const TraceFilter wanted = readTraceFilter(ui_->traceFind->text().toStdString());
     const auto search =
         std::make_shared<TraceSearch>(model_->search(wanted, ui_->traceTable->chosenLine(), isForward));
-    searching_.start([search] { return search->look(SlicedWork::slice); },
+    searching_.start([this, search] { return filling_.isRunning() || search->look(SlicedWork::slice); },
                      [this, search, isForward] { showFound(*search, isForward); });
 }
 
@@ -154,12 +154,19 @@ void TracePanel::showFound(const TraceSearch& search, bool isForward) {
                              : tr("Went on from the last line"));
 }
 
-/// No half of a filter is shown: all lines are again.
+/// What was asked for, beside the lines that are filtered.
+bool TracePanel::hasErrand() const {
+    return searching_.isRunning() || copying_.percent() || exporter_->percent();
+}
+
+/// What was asked for last goes first, and leaves the filter alone. No half of a filter is shown: all lines
+/// are again.
 void TracePanel::cancelWork() {
-    searching_.cancel();
-    copying_.cancel();
-    exporter_->cancel();
-    if (filling_.isRunning()) {
+    if (hasErrand()) {
+        searching_.cancel();
+        copying_.cancel();
+        exporter_->cancel();
+    } else {
         ui_->traceFilter->clear();
     }
     tell(tr("Cancelled"));
@@ -192,9 +199,18 @@ void TracePanel::mark() {
 
 /// The clipboard has the lines at once, or stays as it was.
 void TracePanel::copy(TraceForm form) {
-    copying_.start(context_.trace, ui_->traceTable->selectedLines(), form, context_.names,
+    const std::vector<Trace::Number> lines = ui_->traceTable->selectedLines();
+    if (lines.empty()) {
+        tell(tr("Choose lines to copy them"));
+        return;
+    }
+    copying_.start(context_.trace, lines, form, context_.names,
                    [this, form](std::string text, std::size_t /*lines*/) {
-                       if (form == TraceForm::Hex && !text.empty()) {
+                       if (text.empty()) {
+                           tell(tr("These lines have no bytes"));
+                           return;
+                       }
+                       if (form == TraceForm::Hex) {
                            text.pop_back(); // one line is pasted as bytes alone
                        }
                        QGuiApplication::clipboard()->setText(QString::fromStdString(text));
@@ -284,7 +300,8 @@ void TracePanel::showState() {
         }
     }
     ui_->traceState->setText(words.join(QStringLiteral(" \u2013 ")));
-    ui_->cancelWork->setVisible(!workInWords().isEmpty());
+    ui_->exportTrace->setEnabled(!exporter_->percent()); // a second one would take its place
+    ui_->cancelWork->setVisible(hasErrand() || (filling_.isRunning() && !ui_->traceFilter->text().isEmpty()));
 }
 
 QString TracePanel::shownLines() const {

@@ -50,6 +50,7 @@ private:
     void showFound(const TraceSearch& search, bool isForward);
     void pause(bool isHeld);
     void clear();
+    bool hasErrand() const;
     void cancelWork();
     void mark();
     void copy(TraceForm form);

@@ -29,16 +29,18 @@ constexpr std::array usualTexts = {"Station ", "SR 0000.15", "a name of a regist
                                    "-00000 ",  "0000h ",     "0000 0000 0000 0000",  "00 min 00 s",
                                    "Changes "};
 
-/// The text says what helps.
-RuntimeError badLines(const std::string& path, const std::vector<std::size_t>& lines) {
+/// @param taken names of the other lines
+RuntimeError badLines(const std::string& path, const std::vector<std::size_t>& lines, std::size_t taken) {
     constexpr std::size_t most = 10;
     std::string text = '"' + path + "\" has lines that name no register: ";
     for (std::size_t index = 0; index < std::min(lines.size(), most); ++index) {
         text += (index > 0 ? ", " : "") + std::to_string(lines[index]);
     }
     text += lines.size() > most ? " and others" : "";
-    text += ". A line is a register and its name, W 0100,tank level for example. The others are taken.";
-    return {run_time_error::fileAccessError, text};
+    RuntimeError error(run_time_error::fileAccessError, text + '.');
+    error.advise(std::string("A line is a register and its name, W 0100,tank level for example. ") +
+                 (taken > 0 ? "The others are taken." : "No name was taken: those from before stay."));
+    return error;
 }
 
 } // namespace
@@ -85,7 +87,7 @@ void WatchPanel::loadNames(const QString& path) {
     }
     RegisterNames names = RegisterNames::parse(file.text);
     if (!names.badLines().empty()) {
-        context_.talk.tell(badLines(name, names.badLines()));
+        context_.talk.tell(badLines(name, names.badLines(), names.size()));
     }
     if (names.size() == 0) {
         return; // those that are there stay

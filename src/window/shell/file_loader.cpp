@@ -44,12 +44,12 @@ void FileLoader::loadByContent(const QStringList& paths) const {
 
 /// Each would take the place of the one before.
 void FileLoader::loadOneOf(const QStringList& paths, const std::string& what,
-                           void (FileLoader::*loadOne)(const QString& path) const) const {
+                           bool (FileLoader::*loadOne)(const QString& path) const) const {
     if (paths.isEmpty()) {
         return;
     }
-    (this->*loadOne)(paths.first());
-    if (paths.size() > 1) {
+    const bool isTaken = (this->*loadOne)(paths.first());
+    if (isTaken && paths.size() > 1) {
         context_.form.showMessage("One " + what + " is taken at a time: \"" + paths.first().toStdString() +
                                       "\". Load the others by themselves.",
                                   "Confirm");
@@ -58,7 +58,7 @@ void FileLoader::loadOneOf(const QStringList& paths, const std::string& what,
 
 /// The page is entered first: entering switches off what loading switches on, and asks about points that were
 /// collected.
-void FileLoader::loadPackets(const QString& path) const {
+bool FileLoader::loadPackets(const QString& path) const {
     if (!context_.link.port().isOpen() && !window_.simulation.isVisible() &&
         !window_.simulation.hasPoints()) {
         window_.showSimulation();
@@ -67,15 +67,18 @@ void FileLoader::loadPackets(const QString& path) const {
     if (!window_.simulation.isVisible()) {
         window_.tell("Prepared pairs were loaded. Simulation shows them, and answers.");
     }
+    return true;
 }
 
-void FileLoader::loadScenario(const QString& path) const {
-    if (window_.scenario.mayLoad()) {
+bool FileLoader::loadScenario(const QString& path) const {
+    const bool mayLoad = window_.scenario.mayLoad();
+    if (mayLoad) {
         window_.scenario.load(path);
     } else {
         context_.form.showMessage(
             "A scenario can be loaded while one of the first four modes is chosen and none runs.", "Warning");
     }
+    return mayLoad;
 }
 
 } // namespace varda::window

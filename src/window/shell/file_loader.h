@@ -30,13 +30,15 @@ public:
     void load(const QStringList& paths) const;
     /// Loads prepared pairs, and shows them: but not while the port is open, for the simulation answers, nor
     /// while points are collected there, about which it would ask.
-    void loadPackets(const QString& path) const;
-    void loadScenario(const QString& path) const;
+    /// @return true
+    bool loadPackets(const QString& path) const;
+    /// @return false where no scenario may be loaded now, which is told
+    bool loadScenario(const QString& path) const;
 
 private:
     void loadByContent(const QStringList& paths) const;
     void loadOneOf(const QStringList& paths, const std::string& what,
-                   void (FileLoader::*loadOne)(const QString& path) const) const;
+                   bool (FileLoader::*loadOne)(const QString& path) const) const;
 
     PageContext context_;
     Window window_;

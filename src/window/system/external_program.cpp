@@ -59,6 +59,7 @@ QString nameOf(const ProgramCall& call) {
 struct Viewer {
     QString call;
     QProcess* process = nullptr;
+    QDeadlineTimer opening{longestFailure}; ///< as long as it may have no window yet
 
     bool runs() const { return process != nullptr && process->state() != QProcess::NotRunning; }
 };
@@ -137,12 +138,16 @@ void lookForWindow(const QString& file, qint64 processId, const QDeadlineTimer& 
 }
 
 /// @param unseen runs later where the window does not come to the front
-/// @return false where no program runs from that call, or nobody can bring its window there
+/// @return false where no program runs from that call, or nobody can bring its window there though it has had
+/// the time to open one
 bool showAgain(const ProgramCall& call, const QString& file, QObject* context,
                const std::function<void()>& unseen) {
     const Viewer viewer = viewers().value(file);
-    if (!viewer.runs() || viewer.call != nameOf(call) || !ownRaising().ask(viewer.process->processId())) {
+    if (!viewer.runs() || viewer.call != nameOf(call)) {
         return false;
+    }
+    if (!ownRaising().ask(viewer.process->processId())) {
+        return !viewer.opening.hasExpired(); // started anew, a slow one would never come up
     }
     lookForWindow(file, viewer.process->processId(), QDeadlineTimer(longestRaising), context, unseen);
     return true;

@@ -37,8 +37,9 @@ void startProgram(const QString& commandText, QObject* context,
 /// the opener with the file behind them all.
 ///
 /// What runs yet from the same call is not started again: its window comes to the front. Where it is not seen
-/// to come there, because the desktop lets nobody ask for example, it is started anew. There is one viewer of
-/// a file: the one before, which shows another place of it or cannot be seen, is closed first.
+/// to come there, because the desktop lets nobody ask for example, it is started anew, but not within the two
+/// seconds that it may take to open a window. There is one viewer of a file: the one before, which shows
+/// another place of it or cannot be seen, is closed first.
 void startFirstOf(const QList<ProgramCall>& calls, const QString& file, QObject* context,
                   const std::function<void(const RuntimeError& error)>& failed);
 

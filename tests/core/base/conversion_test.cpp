@@ -142,6 +142,16 @@ TEST(Conversion, CountsNarrowToEightBits) {
     EXPECT_EQ(numberRaisedBy([] { toByte(std::numeric_limits<std::int64_t>::min()); }), 6);
 }
 
+TEST(Conversion, DigitsAloneAreANumberWithoutASign) {
+    EXPECT_EQ(readDigits("0"), 0U);
+    EXPECT_EQ(readDigits("007"), 7U);
+    EXPECT_EQ(readDigits("4294967295"), 4294967295U);
+    for (const char* const text :
+         {"", "4294967296", "99999999999999999999", "-1", "+1", " 1", "1 ", "1.5", "1h", "&H1"}) {
+        EXPECT_FALSE(readDigits(text)) << text;
+    }
+}
+
 TEST(Conversion, AdviceNamesTheFieldThatCannotBeRead) {
     EXPECT_EQ(toInteger("12", "Bit number"), 12);
     EXPECT_EQ(toLong("40000", "Value"), 40000);

@@ -1,5 +1,6 @@
 #include "core/faults/faulty_line.h"
 
+#include "core/insight/field_words.h"
 #include "core/insight/trace_words.h"
 #include "core/insight/traced_link.h"
 
@@ -12,7 +13,10 @@ protected:
     FaultyLineTest() {
         port.setEventHandler([this](CommEvent event, const std::string& reason) {
             link.commPLC_OnComm(event);
-            hungUp = event == CommEvent::HungUp ? reason : hungUp;
+            if (event == CommEvent::HungUp) {
+                hungUp = reason;
+                ++hangUps;
+            }
         });
         link.observe(recorder);
         table.addPair("FF00230364020490F0", "00FFA3080000000000000000C658");
@@ -27,6 +31,18 @@ protected:
     void ask() {
         wire.receive(bytesOfText("FF 00 23 03 64 02 04 90 F0 "));
         clock.advance(150);
+    }
+    /// Sends as a master page does.
+    void request() {
+        link.enterMode(Mode::WordRead);
+        ASSERT_TRUE(link.startRequest());
+        link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14);
+    }
+    void comeAnswer() {
+        clock.advance(20);
+        wire.receiveAt(clock.now(), answer);
+        wire.raiseReceived();
+        clock.advance(100);
     }
     std::vector<std::string> words() const {
         std::vector<std::string> lines;
@@ -50,6 +66,7 @@ protected:
         injector, clock)};
     SerialLink link{port, clock};
     std::string hungUp;
+    int hangUps = 0;
     const Bytes answer = bytesOfText("00 FF A3 08 00 00 00 00 00 00 00 00 C6 58 ");
 };
 
@@ -113,6 +130,8 @@ TEST_F(FaultyLineTest, AHangUpClosesTheLineAndIsToldOnce) {
     ask();
     EXPECT_EQ(hungUp, "The line was hung up on purpose, by a fault of this program.");
     EXPECT_FALSE(port.isOpen());
+    clock.advance(1000);
+    EXPECT_EQ(hangUps, 1);
     EXPECT_EQ(wire.written().size(), 1U);
 }
 
@@ -141,11 +160,57 @@ TEST_F(FaultyLineTest, ALineThatGoesAwayByItselfTakesItsLatePiecesAlong) {
     EXPECT_EQ(hungUp, "pulled out");
 }
 
-TEST_F(FaultyLineTest, ARequestIsCalledOne) {
-    plan("check");
+TEST_F(FaultyLineTest, ARequestThatGoesOutLaterHasItsAnswerInTheTrace) {
+    plan("late=100");
+    request();
+    EXPECT_EQ(trace.size(), 2U) << "nothing has gone out yet";
+    clock.advance(100);
+    EXPECT_EQ(words().back(), "sent: Sent; an answer of 14 bytes is awaited.");
+    comeAnswer();
+    EXPECT_EQ(words().at(2), "sent: Answered 20 ms later.");
+    EXPECT_EQ(words().at(3), "received: Taken: it has the 14 bytes that were awaited.");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(*trace.find(3)).at(0))), "W 0100 .. W 0103");
+}
+
+TEST_F(FaultyLineTest, ARequestInTwoPiecesHasItsAnswerAtTheFirst) {
+    plan("split=50");
+    request();
+    clock.advance(50);
+    comeAnswer();
+    const auto lines = words();
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines[2], "sent: Answered 70 ms later.");
+    EXPECT_EQ(lines[3], "sent: Sent while the answer to the request before it is awaited.");
+    EXPECT_EQ(lines[4], "received: Taken: it has the 14 bytes that were awaited.");
+    EXPECT_EQ(runsInWords(runsOf(framesOf(*trace.find(4)).at(0))), "W 0100 .. W 0103");
+}
+
+TEST_F(FaultyLineTest, ARequestThatIsStillOnItsWayWhenTheWaitEndsAwaitsNothing) {
+    plan("late=60000");
+    request();
+    for (int tick = 0; tick < SerialLink::ticksOfSilence; ++tick) {
+        link.tmrComm_Timer();
+    }
+    clock.advance(60'000);
+    EXPECT_EQ(words().back(), "sent: Sent; no answer is awaited.");
+}
+
+TEST_F(FaultyLineTest, AFaultOfAFrameThatIsRefusedIsNotTakenForTheNextAnswersReason) {
+    plan("check@only1");
     link.enterMode(Mode::WordRead);
     ASSERT_TRUE(link.startRequest());
-    link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14);
+    wire.failWrite({8020, "gone"});
+    EXPECT_THROW(link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14), RuntimeError);
+    wire.heal();
+    link.enterMode(Mode::Simulation);
+    table.replace({"FF00230364020490F0"}, {"no frame"});
+    ask();
+    EXPECT_NE(words().back().find("the answer is no frame"), std::string::npos) << words().back();
+}
+
+TEST_F(FaultyLineTest, ARequestIsCalledOne) {
+    plan("check");
+    request();
     EXPECT_EQ(words().at(1), "event: Our own doing: request 1: check broken.");
     EXPECT_EQ(wire.written().size(), 1U);
 }

@@ -2,6 +2,8 @@
 #include "core/files/atomic_file.h"
 #include "core/files/profile_file.h"
 
+#include "support/child_process_posix.h"
+#include "support/few_handles_posix.h"
 #include "support/ordinary_user.h"
 #include "support/profile_file_checks.h"
 #include "support/raises.h"
@@ -189,9 +191,34 @@ TEST_F(ProfileFileSavingPosix, TheLongestNameIsSaved) {
     EXPECT_EQ(bytesOf(longest), newContent);
 }
 
+TEST_F(ProfileFileSavingPosix, SaysWhatHelpsByTheReason) {
+    const auto adviceOn = [](const std::string& path) {
+        return test::adviceOf([&path] { newFile().save(path); });
+    };
+    writeBytes(path_, oldContent);
+    EXPECT_EQ(adviceOn(folder_.file("none/table.ini")), "Save to a folder that is there.");
+    EXPECT_EQ(adviceOn(path_ + "/table.ini"), "Save to a folder that is there.");
+    EXPECT_EQ(adviceOn(folder_.path()),
+              "A folder, a device or a pipe holds no such file. Choose another name.");
+    EXPECT_EQ(adviceOn(std::string(5000, 'x')), "Save to another place.");
+    {
+        const test::FewHandles none(0);
+        EXPECT_EQ(adviceOn(path_), "Close other programs or windows, and try again.");
+        const auto problem = ProfileFile::load(path_).problem();
+        ASSERT_TRUE(problem);
+        EXPECT_EQ(problem->advice(), "Close other programs or windows, and try again.");
+    }
+    fs::permissions(path_, fs::perms(0));
+    const OrdinaryUser user;
+    EXPECT_EQ(adviceOn(path_), "Save to a folder that you may write to, as a new file.");
+    const auto problem = ProfileFile::load(path_).problem();
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->advice(), "Choose a file that you may read, or ask its owner for access.");
+}
+
 /// Saves in a process of its own, which the system kills in the middle of the writing.
 void saveAndBeKilled(const ProfileFile& file, const std::string& path) {
-    const pid_t child = ::fork();
+    const pid_t child = test::divideProcess();
     if (child == 0) {
         const struct rlimit none = {0, 0};
         const struct rlimit small = {8192, 8192};

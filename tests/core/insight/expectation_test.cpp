@@ -2,28 +2,23 @@
 
 #include "core/base/runtime_error.h"
 #include "core/files/profile_file.h"
-#include "core/protocol/crc16.h"
+#include "core/protocol/independent_check.h"
 
 #include <gtest/gtest.h>
 
 namespace varda {
 namespace {
 
-using namespace std::chrono_literals;
+using test::checked;
 
-Bytes framed(Bytes bytes) {
-    const int check = crc16(bytes);
-    bytes.push_back(static_cast<std::uint8_t>(check & 0xFF));
-    bytes.push_back(static_cast<std::uint8_t>(check >> 8));
-    return bytes;
-}
+using namespace std::chrono_literals;
 
 /// W 0100 and W 0101 are asked for, and are 1234h and 5.
 Exchange answered() {
     Exchange exchange;
     exchange.outcome = Outcome::Answered;
-    exchange.request = framed({1, 0, 0x23, 3, 0x64, 0x02, 2});
-    exchange.answer = framed({0, 1, 0xA3, 4, 0x34, 0x12, 5, 0});
+    exchange.request = checked({1, 0, 0x23, 3, 0x64, 0x02, 2});
+    exchange.answer = checked({0, 1, 0xA3, 4, 0x34, 0x12, 5, 0});
     exchange.expected = 10;
     exchange.received.last = exchange.sent.first + 120ms;
     return exchange;
@@ -79,8 +74,8 @@ TEST(ExpectationTest, OfValuesComparesThem) {
 
 TEST(ExpectationTest, OfABitTakesOnAndOff) {
     Exchange bit = answered();
-    bit.request = framed({1, 0, 0x21, 3, 0xC3, 0x00, 1});
-    bit.answer = framed({0, 1, 0xA1, 1, 0xFF});
+    bit.request = checked({1, 0, 0x21, 3, 0xC3, 0x00, 1});
+    bit.answer = checked({0, 1, 0xA1, 1, 0xFF});
     EXPECT_EQ(judged("R 0012.3 = ON", bit), "");
     EXPECT_EQ(judged("R 0012.3 = OFF", bit), "R 0012.3 = OFF was wanted, and it is ON.");
 }
@@ -95,12 +90,18 @@ TEST(ExpectationTest, OfSilenceIsMetWhereNothingComes) {
     EXPECT_EQ(judged("silence", ended(Outcome::Silent)), "");
     EXPECT_EQ(judged("silence", ended(Outcome::Overtaken)), "");
     EXPECT_EQ(judged("silence"), "Silence was wanted, and an answer came.");
+    EXPECT_EQ(judged("silence", ended(Outcome::WrongLength)), "Silence was wanted, and an answer came.");
+    EXPECT_EQ(judged("silence", ended(Outcome::NotSent)), "The request was not sent.");
+    EXPECT_EQ(judged("silence", ended(Outcome::HungUp)), "The line went away.");
+    EXPECT_EQ(judged("silence", ended(Outcome::NothingToRead)),
+              "The port told of bytes, and none were there.");
 }
 
 TEST(ExpectationTest, SaysWhyThereIsNoAnswer) {
     EXPECT_EQ(judged("..", ended(Outcome::Silent)), "No answer came.");
     EXPECT_EQ(judged("..", ended(Outcome::NotSent)), "The request was not sent.");
     EXPECT_EQ(judged("..", ended(Outcome::HungUp)), "The line went away.");
+    EXPECT_EQ(judged("..", ended(Outcome::NothingToRead)), "The port told of bytes, and none were there.");
     EXPECT_EQ(judged("..", ended(Outcome::Overtaken)), "The next request went out before an answer came.");
 }
 

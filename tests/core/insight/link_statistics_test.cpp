@@ -5,9 +5,6 @@
 namespace varda::test {
 namespace {
 
-constexpr const char* wordRead = "05 00 23 03 00 02 02 0B 22 ";
-constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
-
 class LinkStatisticsTest : public TracedLinkTest {
 protected:
     LinkStatisticsTest() {
@@ -133,6 +130,45 @@ TEST_F(LinkStatisticsTest, OneThingBecomesOfARequest) {
     EXPECT_THROW(link.SendRequest(bytesOfText(wordRead), 10), RuntimeError);
     EXPECT_EQ(rows()[0].notSent, 1U);
     EXPECT_EQ(settled(), rows()[0].sent + 1);
+}
+
+TEST_F(LinkStatisticsTest, RequestThatIsLeftForAnotherModeOrALineThatWentAwayIsOvertaken) {
+    for (const Mode mode : {Mode::MonitorIdle, Mode::Monitoring, Mode::Simulation}) {
+        statistics.reset();
+        send(wordRead, 10);
+        link.enterMode(mode);
+        hear(wordAnswer);
+        link.enterMode(Mode::WordRead);
+        exchange(10);
+        ASSERT_EQ(rows().size(), 1U);
+        EXPECT_EQ(rows()[0].sent, 2U);
+        EXPECT_EQ(rows()[0].overtaken, 1U) << static_cast<int>(mode);
+        EXPECT_EQ(rows()[0].answered, 1U);
+    }
+    statistics.reset();
+    send(wordRead, 10);
+    wire.hangUp("gone");
+    link.connectionClosed();
+    ASSERT_EQ(rows().size(), 1U);
+    EXPECT_EQ(rows()[0].overtaken, 1U);
+}
+
+TEST_F(LinkStatisticsTest, RequestsOfTheFarEndAreNoneOfTheStatistics) {
+    table.addPair("050023030002020B22", "0005A3043412CDAB4742");
+    link.enterMode(Mode::Simulation);
+    hear(wordRead);
+    wire.hangUp("gone");
+    EXPECT_TRUE(rows().empty());
+}
+
+TEST_F(LinkStatisticsTest, ClosedInTheMiddleItCountsNoEndOfWhatItSawBegin) {
+    send(wordRead, 10);
+    statistics.close();
+    statistics.open();
+    receive(wordAnswer);
+    clock.advance(100);
+    EXPECT_EQ(rows()[0].sent, 1U);
+    EXPECT_EQ(rows()[0].answered, 0U);
 }
 
 TEST_F(LinkStatisticsTest, AnswerAfterAResetTakesNothingBackAndDoesNotCount) {

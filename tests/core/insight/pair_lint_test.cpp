@@ -1,21 +1,16 @@
 #include "core/insight/pair_lint.h"
 
 #include "core/pairs/packet_table.h"
-#include "core/protocol/crc16.h"
 #include "core/protocol/hex_text.h"
+#include "core/protocol/independent_check.h"
 
 #include <gtest/gtest.h>
 
 namespace varda {
 namespace {
 
-/// The frame check behind some bytes, and then what follows the frame.
-std::string framed(Bytes bytes, const std::string& behind = {}) {
-    const int check = crc16(bytes);
-    bytes.push_back(static_cast<std::uint8_t>(check & 0xFF));
-    bytes.push_back(static_cast<std::uint8_t>(check >> 8));
-    return hexRun(bytes) + behind;
-}
+/// The text of a frame with its check.
+std::string framed(const Bytes& frame) { return hexRun(test::checked(frame)); }
 
 class PairLintTest : public testing::Test {
 protected:

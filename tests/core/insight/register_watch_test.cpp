@@ -85,15 +85,13 @@ TEST_F(RegisterWatchTest, MonitoredLinesAreReadByTheRequestsOnThem) {
 TEST_F(RegisterWatchTest, SimulatedRegistersAreSeen) {
     table.addPair("050023030002020B22", "0005A3043412CDAB4742");
     link.enterMode(Mode::Simulation);
-    receive("05 00 23 03 00 02 02 0B 22 ");
-    clock.advance(150);
+    hear("05 00 23 03 00 02 02 0B 22 ");
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
 TEST_F(RegisterWatchTest, WritesThatNoPairAnswersAreSeen) {
     link.enterMode(Mode::Simulation);
-    receive(hexGroups(checked(bytesOfText("05 00 24 04 00 02 34 12 "))).c_str());
-    clock.advance(150);
+    hear(hexGroups(checked(bytesOfText("05 00 24 04 00 02 34 12 "))).c_str());
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
@@ -101,8 +99,7 @@ TEST_F(RegisterWatchTest, WritesAndAnswersOfPairsAreSeen) {
     const Bytes write = checked(bytesOfText("05 00 24 04 00 02 34 12 "));
     table.addPair(hexRun(write), hexRun(checked(bytesOfText("00 05 A4 01 00 "))));
     link.enterMode(Mode::Simulation);
-    receive(hexGroups(write).c_str());
-    clock.advance(150);
+    hear(hexGroups(write).c_str());
     EXPECT_EQ(word(0).value, 0x1234);
 }
 
@@ -130,6 +127,15 @@ TEST_F(RegisterWatchTest, HeardRequestIsForgottenWithItsConnection) {
     link.connectionOpened();
     receive("00 05 A3 04 34 12 CD AB 47 42 ");
     clock.advance(100);
+    EXPECT_EQ(watch.size(), 0U);
+}
+
+TEST_F(RegisterWatchTest, HeardRequestIsForgottenWhereNobodyLooksAnyMore) {
+    link.enterMode(Mode::Monitoring);
+    hear("05 00 23 03 00 02 02 0B 22 ");
+    watch.close();
+    watch.open();
+    hear("00 05 A3 04 34 12 CD AB 47 42 ");
     EXPECT_EQ(watch.size(), 0U);
 }
 

@@ -5,9 +5,6 @@
 namespace varda::test {
 namespace {
 
-constexpr const char* wordRead = "05 00 23 03 00 02 02 0B 22 ";
-constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
-
 class TraceWords : public TracedLinkTest {
 protected:
     TraceWords() {

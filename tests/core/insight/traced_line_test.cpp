@@ -29,7 +29,6 @@ TEST_F(TracedLineTest, OpenedLateItTellsWhatStillWaits) {
 }
 
 TEST_F(TracedLineTest, OpenedAnewItTellsOnceMoreWhatWaitedBefore) {
-    const char* const wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
     send("05 00 23 03 00 02 02 0B 22 ", 10);
     receive("00 05 A3 04 ");
     recorder.close();

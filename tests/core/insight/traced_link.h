@@ -25,6 +25,10 @@ using namespace std::chrono_literals;
 /// A link on an open port in memory whose line is traced, with time driven by hand.
 class TracedLinkTest : public testing::Test {
 protected:
+    // stations 5 and 0: two words from W 0000, answered with 1234h and ABCDh
+    static constexpr const char* wordRead = "05 00 23 03 00 02 02 0B 22 ";
+    static constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
+
     TracedLinkTest() {
         port.setEventHandler([this](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
         link.observe(recorder);
@@ -46,6 +50,11 @@ protected:
         clock.advance(after);
         wire.receiveAt(clock.now(), bytesOfText(bytes));
         wire.raiseReceived();
+    }
+    /// A burst comes in on a line that is listened to, or a request to the simulation, and is dealt with.
+    void hear(const char* bytes) {
+        receive(bytes);
+        clock.advance(150);
     }
     void tick(int times) {
         for (int count = 0; count < times; ++count) {

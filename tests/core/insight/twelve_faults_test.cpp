@@ -7,8 +7,6 @@
 namespace varda::test {
 namespace {
 
-constexpr const char* wordAnswer = "00 05 A3 04 34 12 CD AB 47 42 ";
-
 /// A far end that does wrong, and what the trace says of it.
 class FaultyFarEndTest : public TracedLinkTest {
 protected:

@@ -61,13 +61,9 @@ TEST(CaptureReader, PassesOverBlocksThatItDoesNotKnow) {
     EXPECT_EQ(readCapture(capture + packet).recording, (Recording{sentAt(1ms, wordRequest)}));
 }
 
-/// An interface whose times are nanoseconds, as other programs write.
-TEST(CaptureReader, KnowsOtherUnitsOfTime) {
-    std::string capture = captureHeading();
-    capture.resize(capture.size() - 20); // without its interface
-    capture +=
-        std::string("\x01\0\0\0\x20\0\0\0\x93\0\0\0\0\0\0\0\x09\0\x01\0\x09\0\0\0\0\0\0\0\x20\0\0\0", 32);
-    const std::uint64_t stamp = 1'800'000'000ULL * 1'000'000'000ULL + 5'000'000ULL;
+/// A packet of two bytes on an interface of another unit of time, as other programs write.
+/// @param unit the option if_tsresol
+std::string captureInUnit(char unit, std::uint64_t stamp) {
     const auto number32 = [](std::uint64_t value) {
         std::string text;
         for (int byte = 0; byte < 4; ++byte, value /= 256) {
@@ -75,9 +71,28 @@ TEST(CaptureReader, KnowsOtherUnitsOfTime) {
         }
         return text;
     };
-    capture += number32(6) + number32(36) + number32(0) + number32(stamp >> 32U) + number32(stamp) +
-               number32(2) + number32(2) + std::string("\xAA\xBB\0\0", 4) + number32(36);
-    EXPECT_EQ(readCapture(capture).recording, (Recording{receivedAt(5ms, {0xAA, 0xBB})}));
+    std::string capture = captureHeading();
+    capture.resize(capture.size() - 20); // without its interface
+    capture += std::string("\x01\0\0\0\x20\0\0\0\x93\0\0\0\0\0\0\0\x09\0\x01\0", 20) + unit +
+               std::string("\0\0\0\0\0\0\0\x20\0\0\0", 11);
+    return capture + number32(6) + number32(36) + number32(0) + number32(stamp >> 32U) + number32(stamp) +
+           number32(2) + number32(2) + std::string("\xAA\xBB\0\0", 4) + number32(36);
+}
+
+TEST(CaptureReader, KnowsNanoseconds) {
+    const std::uint64_t stamp = 1'800'000'000ULL * 1'000'000'000ULL + 5'000'000ULL;
+    EXPECT_EQ(readCapture(captureInUnit('\x09', stamp)).recording,
+              (Recording{receivedAt(5ms, {0xAA, 0xBB})}));
+}
+
+/// A second is so many times halved.
+TEST(CaptureReader, KnowsUnitsThatArePowersOfTwo) {
+    const std::uint64_t half = 1ULL << 19U;
+    EXPECT_EQ(readCapture(captureInUnit('\x94', (1'800'000'000ULL << 20U) + half)).recording,
+              (Recording{receivedAt(500ms, {0xAA, 0xBB})}));
+    EXPECT_EQ(readCapture(captureInUnit('\x80', 1'800'000'007ULL)).recording,
+              (Recording{receivedAt(7s, {0xAA, 0xBB})}))
+        << "whole seconds";
 }
 
 TEST(CaptureReader, SortsByTime) {

@@ -99,7 +99,7 @@ TEST_F(RecordingOfTraceTest, HasWhatWentOverTheLine) {
     std::vector<Trace::Number> numbers(trace.size());
     std::iota(numbers.begin(), numbers.end(), trace.begin());
     const Recording recording = recordingOf(trace, numbers);
-    EXPECT_EQ(recording, (Recording{sentAt(0ms, wordRequest), receivedAt(30ms, wordAnswer)}));
+    EXPECT_EQ(recording, (Recording{sentAt(0ms, wordRequest), receivedAt(30ms, test::wordAnswer)}));
 }
 
 } // namespace

@@ -208,8 +208,7 @@ protected:
 };
 
 TEST_F(LivingLinkTest, TheTraceSaysThatTheMemoryAnswered) {
-    receive("FF 00 23 03 64 02 04 90 F0 ");
-    clock.advance(150);
+    hear("FF 00 23 03 64 02 04 90 F0 ");
     ASSERT_EQ(lines(), 3U);
     EXPECT_EQ(verdict(1), "Answered by the controller's memory.");
     EXPECT_EQ(verdict(2), "The answer of the controller's memory.");
@@ -219,8 +218,7 @@ TEST_F(LivingLinkTest, TheTraceSaysThatTheMemoryAnswered) {
 }
 
 TEST_F(LivingLinkTest, WhatTheMemoryDoesNotAnswerStaysUnknown) {
-    receive("01 02 03 ");
-    clock.advance(150);
+    hear("01 02 03 ");
     EXPECT_EQ(verdict(1), "No prepared request matches. None is prepared. It is no frame of this protocol.");
     EXPECT_TRUE(link.state().InReceive);
 }

@@ -185,11 +185,7 @@ TEST_F(ExplanationTest, ALineThatWasChosenBeforeIsExplainedAgainByAClick) {
 
 TEST(FieldModelTest, TwoFramesOfABurstStandBelowOneAnother) {
     FieldModel model(noNames(), nullptr);
-    const Bytes frame = {1, 2, 0x23, 3, 0, 2, 1};
-    Bytes sound = frame;
-    const std::uint16_t check = crc16(frame);
-    sound.push_back(static_cast<std::uint8_t>(check));
-    sound.push_back(static_cast<std::uint8_t>(check >> 8U));
+    const Bytes sound = checked({1, 2, 0x23, 3, 0, 2, 1});
     Bytes twice = sound;
     twice.insert(twice.end(), sound.begin(), sound.end());
     model.showFrames(twice, {});

@@ -1,7 +1,7 @@
 #include "window/insight/history_delegate.h"
 #include "window/insight/watch_model.h"
 
-#include "core/protocol/crc16.h"
+#include "core/protocol/independent_check.h"
 #include "support/manual_clock.h"
 
 #include <QImage>
@@ -31,11 +31,8 @@ protected:
         answer.mode = Mode::WordRead;
         answer.outcome = Outcome::Answered;
         answer.request = {5, 0, 0x23, 3, 0, 2, 1, 0x4B, 0x23};
-        answer.answer = {
-            0, 5, 0xA3, 2, static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
-        const std::uint16_t check = crc16(answer.answer);
-        answer.answer.push_back(static_cast<std::uint8_t>(check));
-        answer.answer.push_back(static_cast<std::uint8_t>(check >> 8U));
+        answer.answer =
+            checked({0, 5, 0xA3, 2, static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)});
         watch_.told(answer);
     }
     QImage draw(bool isSelected = false) {

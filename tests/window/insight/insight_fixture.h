@@ -2,7 +2,7 @@
 
 #include "core/base/bytes.h"
 #include "core/insight/trace_words.h"
-#include "core/protocol/crc16.h"
+#include "core/protocol/independent_check.h"
 #include "support/driven_window.h"
 #include "support/event_loop.h"
 #include "window/insight/insight_window.h"
@@ -136,7 +136,7 @@ protected:
         QMetaObject::invokeMethod(dialog, "accept");
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    /// The text of the message box on the trace; empty where there is none.
+    /// The message box on the trace; null where there is none.
     const QMessageBox* shownBox() {
         for (const QMessageBox* const box : trace()->findChildren<QMessageBox*>()) {
             if (box->isVisible()) {
@@ -145,18 +145,11 @@ protected:
         }
         return nullptr;
     }
+    /// Its text; empty where there is none.
     std::string boxText() { return shownBox() != nullptr ? shownBox()->text().toStdString() : std::string(); }
     /// What stands below the text.
     std::string boxAdvice() {
         return shownBox() != nullptr ? shownBox()->informativeText().toStdString() : std::string();
-    }
-
-    /// A frame with its check behind it.
-    static Bytes checked(Bytes frame) {
-        const std::uint16_t check = crc16(frame);
-        frame.push_back(static_cast<std::uint8_t>(check));
-        frame.push_back(static_cast<std::uint8_t>(check >> 8U));
-        return frame;
     }
 
     const Bytes wordOne = checked({0xFF, 0xFF, 0xA3, 0x02, 0x34, 0x12});

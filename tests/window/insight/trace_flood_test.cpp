@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <vector>
 
 namespace varda::test {
 namespace {
@@ -33,19 +34,29 @@ TEST_P(TraceFlood, IsBoundedAndTheWindowAnswersMeanwhile) {
         piece[byte] = static_cast<std::uint8_t>(byte * 7);
     }
     const long long before = memoryUse();
-    std::chrono::duration<double, std::milli> longest{};
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    Milliseconds longest{};
+    std::vector<Milliseconds> rounds; // by the clock on the wall
     for (std::size_t sent = 0; sent < floodSize; sent += pieceSize) {
+        const auto begin = std::chrono::steady_clock::now();
         const auto start = processorTime(); // of a machine that does nothing else, it is the time that passes
         window.farEnd().deliver(piece);
         window.advance(25); // a burst of its own
         QCoreApplication::processEvents();
-        longest = std::max<decltype(longest)>(longest, processorTime() - start);
+        longest = std::max<Milliseconds>(longest, processorTime() - start);
+        rounds.emplace_back(std::chrono::steady_clock::now() - begin);
     }
     settle();
+    const auto middle = rounds.begin() + static_cast<std::ptrdiff_t>(rounds.size() / 2);
+    std::ranges::nth_element(rounds, middle);
     const long long grown = memoryUse() - before;
-    std::printf("%s: longest round of the event loop %.1f ms, memory grown by %lld kB\n", GetParam().option,
-                longest.count(), grown / 1024);
+    std::printf(
+        "%s: rounds of the event loop: longest %.1f ms of the processor, median %.1f ms in all; memory "
+        "grown by %lld kB\n",
+        GetParam().option, longest.count(), middle->count(), grown / 1024);
     EXPECT_TRUE(isSanitized || longest < std::chrono::milliseconds(100)) << longest.count() << " ms";
+    // one that waits for another thread or the disk uses no processor; half of them are slow on no machine
+    EXPECT_TRUE(isSanitized || *middle < std::chrono::milliseconds(100)) << middle->count() << " ms";
     EXPECT_TRUE(isSanitized || grown < GetParam().mostGrown) << grown;
     EXPECT_LE(static_cast<std::size_t>(rows()), Trace::mostBytes / Trace::mostLineBytes);
     EXPECT_GT(rows(), 100);

@@ -203,6 +203,22 @@ TEST_F(TracePanelTest, CopiesSelectedLinesAsHexAndAsText) {
     EXPECT_NE(clipboard().find("answer to word read"), std::string::npos);
 }
 
+TEST_F(TracePanelTest, CopyingNothingLeavesTheClipboardAlone) {
+    fill();
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    for (const char* const action : {"copyHex", "copyText"}) {
+        run(action);
+        EXPECT_EQ(clipboard(), "before") << action;
+        EXPECT_NE(label("traceState").find("Choose lines to copy them"), std::string::npos);
+    }
+    choose(0); // an event
+    run("copyHex");
+    EXPECT_EQ(clipboard(), "before");
+    EXPECT_NE(label("traceState").find("These lines have no bytes"), std::string::npos);
+    run("copyText");
+    EXPECT_NE(clipboard().find("port opened"), std::string::npos);
+}
+
 TEST_F(TracePanelTest, ExportsTheSelectionOrAllInFourForms) {
     fill();
     choose(2);

@@ -160,6 +160,29 @@ TEST_F(TraceSlicesTest, AFilterThatIsCancelledShowsAllLines) {
     EXPECT_FALSE(cancel()->isVisible());
 }
 
+TEST_F(TraceSlicesTest, WhatIsCancelledWhileAFilterIsUnderWayLeavesTheFilterAlone) {
+    set("traceFilter", "sent");
+    set("traceFind", "marked");
+    press("findNext");
+    cancel()->click();
+    EXPECT_EQ(window_.findChild<QLineEdit*>(QStringLiteral("traceFilter"))->text(), QStringLiteral("sent"));
+    EXPECT_TRUE(cancel()->isVisible()) << "the filter can be cancelled yet";
+    finish();
+    EXPECT_EQ(rows(), lineCount / 2);
+    EXPECT_FALSE(table()->currentIndex().isValid()) << "nothing is found any more";
+}
+
+/// All lines are what cancelling would bring.
+TEST_F(TraceSlicesTest, LinesThatComeBackWithoutAFilterCannotBeCancelled) {
+    set("traceFilter", "sent");
+    finish();
+    set("traceFilter", "");
+    EXPECT_NE(state().find(" %"), std::string::npos) << state();
+    EXPECT_FALSE(cancel()->isVisible());
+    finish();
+    EXPECT_EQ(rows(), lineCount);
+}
+
 /// Typed while paused, too, and what is new stays away.
 TEST_F(TraceSlicesTest, PausedAFilterShowsLinesOfBeforeAlone) {
     press("pauseTrace");
@@ -182,6 +205,18 @@ TEST_F(TraceSlicesTest, FindLooksAtAThousandLinesBetweenTheEventsOfTheWindow) {
     EXPECT_TRUE(cancel()->isVisible());
     EXPECT_GE(finish(), 90'000 / slice - 1);
     EXPECT_EQ(table()->currentIndex().row(), 90'000);
+    EXPECT_FALSE(cancel()->isVisible());
+}
+
+TEST_F(TraceSlicesTest, FindWaitsForAFilterThatIsUnderWay) {
+    trace_.mark(90'000, true);
+    set("traceFilter", "sent");
+    set("traceFind", "marked");
+    press("findNext");
+    step();
+    EXPECT_EQ(state().find("No such line"), std::string::npos) << state();
+    finish();
+    EXPECT_EQ(table()->currentIndex().row(), 45'000);
     EXPECT_FALSE(cancel()->isVisible());
 }
 
@@ -208,6 +243,19 @@ TEST_F(TraceSlicesTest, AnExportWritesAThousandLinesBetweenTheEventsOfTheWindow)
     EXPECT_FALSE(cancel()->isVisible());
     std::ifstream file(path);
     EXPECT_EQ(std::count(std::istreambuf_iterator(file), {}, '\n'), lineCount + 1) << "a heading, too";
+}
+
+TEST_F(TraceSlicesTest, NoSecondExportBeginsWhileOneIsUnderWay) {
+    const auto* const button = window_.findChild<QAbstractButton*>(QStringLiteral("exportTrace"));
+    EXPECT_TRUE(button->isEnabled());
+    exportAll(folder_.file("all.txt"));
+    EXPECT_FALSE(button->isEnabled());
+    finish();
+    EXPECT_TRUE(button->isEnabled());
+    exportAll(folder_.file("again.txt"));
+    EXPECT_FALSE(button->isEnabled());
+    cancel()->click();
+    EXPECT_TRUE(button->isEnabled());
 }
 
 TEST_F(TraceSlicesTest, AnExportTellsHowManyLinesItWroteAndNotHowManyWereAskedFor) {

@@ -136,7 +136,15 @@ TEST_F(WatchPanelTest, TheButtonAsksForTheFile) {
 TEST_F(WatchPanelTest, AFileWithoutNamesIsToldAndLeavesThoseThatAreThere) {
     drop(namesFile("W 0057,tank level\n"));
     drop(namesFile("nonsense\n"));
-    EXPECT_NE(boxText().find("lines that name no register: 1"), std::string::npos) << boxText();
+    EXPECT_TRUE(boxText().ends_with("lines that name no register: 1.")) << boxText();
+    EXPECT_TRUE(boxAdvice().ends_with("No name was taken: those from before stay.")) << boxAdvice();
+    EXPECT_NE(label("watchState").find("1 name from names.csv"), std::string::npos);
+}
+
+TEST_F(WatchPanelTest, LinesWithoutANameAreToldAndTheOthersTaken) {
+    drop(namesFile("nonsense\nW 0057,tank level\n"));
+    EXPECT_TRUE(boxText().ends_with("lines that name no register: 1.")) << boxText();
+    EXPECT_TRUE(boxAdvice().ends_with("The others are taken.")) << boxAdvice();
     EXPECT_NE(label("watchState").find("1 name from names.csv"), std::string::npos);
 }
 

@@ -109,10 +109,13 @@ TEST_F(FileDropsTest, OfSeveralOfAKindTheFirstIsTakenAndTold) {
 
 TEST_F(FileDropsTest, OfAScenarioAreRefusedWhereNoneCanBeLoaded) {
     driver.click("optMode_5");
-    EXPECT_TRUE(drop(&driver.window(), *files({example("example.scn")})));
+    EXPECT_TRUE(drop(&driver.window(), *files({example("example.scn"), example("example.scn")})));
     EXPECT_EQ(scenarioLines(), 0);
     EXPECT_EQ(driver.boxText(),
               "A scenario can be loaded while one of the first four modes is chosen and none runs.");
+    driver.closeBox();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(driver.boxText(), "") << "that one is taken at a time is no news where none was";
 }
 
 TEST_F(FileDropsTest, AreNotTakenBehindABox) {

@@ -153,24 +153,42 @@ TEST_F(LastAnswersTest, EachPageKeepsItsOwn) {
     EXPECT_EQ(greyAnswer(), answerText);
 }
 
-/// What a page that writes words drawn anew at each send is told of its requests.
-TEST(LastAnswersToWrites, StayInGreyThoughOtherWordsAreWritten) {
+/// What pages are told of their requests. @return what stands in grey once `differently` is asked
+std::string greyAfter(Mode mode, const char* field, const Bytes& request, const Bytes& differently) {
     DrivenWindow window;
     LastAnswers answers(window.window().form());
-    const auto* const field = window.find<QPlainTextEdit>("txtReceiveWData");
     Exchange exchange;
-    exchange.mode = Mode::WordWrite;
-    exchange.request = {0xFF, 0xFF, 0x24, 0x04, 0x2C, 0x00, 0x12, 0x34, 0x00, 0x00};
+    exchange.mode = mode;
+    exchange.request = request;
     exchange.answer = {0xFF, 0xFF, 0xA4, 0x01, 0x00, 0x00, 0x00};
     exchange.outcome = Outcome::Answered;
     answers.told(exchange);
     exchange.outcome = Outcome::Sent;
-    exchange.request[6] = 0x56; // the first byte of the first word
+    exchange.request = differently;
     answers.told(exchange);
-    EXPECT_EQ(field->placeholderText().toStdString(), "FF FF A4 01 00 00 00 ");
-    exchange.request[5] = 0x01; // the address
-    answers.told(exchange);
-    EXPECT_EQ(field->placeholderText().toStdString(), "");
+    return window.find<QPlainTextEdit>(field)->placeholderText().toStdString();
+}
+
+/// As a page that writes words drawn anew at each send.
+TEST(LastAnswersToWrites, StayInGreyThoughOtherDataAreWritten) {
+    const Bytes request = {0xFF, 0xFF, 0x24, 0x04, 0x2C, 0x00, 0x12, 0x34, 0x00, 0x00};
+    Bytes otherData = request;
+    otherData[6] = 0x56; // the first byte of the first word
+    Bytes elsewhere = request;
+    elsewhere[5] = 0x01; // in the address
+    for (const Mode mode : {Mode::BitWrite, Mode::WordWrite}) {
+        EXPECT_EQ(greyAfter(mode, "txtReceiveWData", request, otherData), "FF FF A4 01 00 00 00 ");
+        EXPECT_EQ(greyAfter(mode, "txtReceiveWData", request, elsewhere), "");
+    }
+}
+
+/// Its points stand where a single write has its data.
+TEST(LastAnswersToMixedReads, AreNotShownInGreyWhereAnotherPointIsAskedFor) {
+    const Bytes request = {0xFF, 0xFF, 0x25, 0x04, 0x2C, 0x00, 0x12, 0x34, 0x00, 0x00, 0x00};
+    Bytes another = request;
+    another[7] = 0x35;
+    EXPECT_EQ(greyAfter(Mode::MixedRead, "txtReceiveMRData", request, request), "FF FF A4 01 00 00 00 ");
+    EXPECT_EQ(greyAfter(Mode::MixedRead, "txtReceiveMRData", request, another), "");
 }
 
 } // namespace
