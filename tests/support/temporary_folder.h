@@ -33,7 +33,10 @@ public:
     }
 
     const std::string& path() const { return path_; }
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
+    /// The path of a file in it, as the system writes paths.
+    std::string file(const std::string& name) const {
+        return textOf(filePath(path_ + "/" + name).make_preferred());
+    }
 
     std::ptrdiff_t entries() const { return static_cast<std::ptrdiff_t>(names().size()); }
 

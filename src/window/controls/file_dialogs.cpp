@@ -27,7 +27,9 @@ QFileDialog* makeDialog(QWidget* window, const QString& folder, const FileDialog
 }
 
 void show(QFileDialog* dialog, FileDialogs::Chosen chosen) {
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, std::move(chosen));
+    QObject::connect(
+        dialog, &QFileDialog::fileSelected, dialog,
+        [chosen = std::move(chosen)](const QString& file) { chosen(QDir::toNativeSeparators(file)); });
     dialog->open();
 }
 

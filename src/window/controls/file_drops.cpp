@@ -1,6 +1,7 @@
 #include "window/controls/file_drops.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QUrl>
@@ -15,7 +16,7 @@ QStringList filesIn(const QMimeData* dragged) {
     QStringList paths;
     for (const QUrl& url : dragged->urls()) {
         if (url.isLocalFile()) {
-            paths.append(url.toLocalFile());
+            paths.append(QDir::toNativeSeparators(url.toLocalFile()));
         }
     }
     return paths;

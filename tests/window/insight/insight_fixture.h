@@ -65,7 +65,12 @@ protected:
         if (trace() == nullptr || !trace()->isVisible()) {
             window.click("openTrace");
         }
-        QApplication::setActiveWindow(trace()); // whose keys these are
+        QApplication::setActiveWindow(trace());
+    }
+    /// A key of the trace's own, whichever window the desktop has made the active one meanwhile.
+    void strike(QWidget* control, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QApplication::setActiveWindow(trace());
+        QTest::keyClick(control, key, modifiers);
     }
     void closeTrace() { trace()->close(); }
     InsightWindow* trace() { return window.window().insight().window(); }

@@ -38,7 +38,7 @@ TEST_F(InsightWindowTest, TheButtonAndF9OpenAndCloseIt) {
     QTest::keyClick(&window.window(), Qt::Key_F9);
     EXPECT_TRUE(trace()->isVisible());
     EXPECT_TRUE(button->isChecked());
-    QTest::keyClick(trace(), Qt::Key_F9);
+    strike(trace(), Qt::Key_F9);
     EXPECT_FALSE(trace()->isVisible());
     EXPECT_FALSE(button->isChecked());
 }

@@ -115,15 +115,15 @@ TEST_F(TracePanelTest, NewLinesPassTheFilterOrNot) {
 TEST_F(TracePanelTest, FindGoesOnAndRoundInBothDirections) {
     fill();
     type("traceFind", "received");
-    QTest::keyClick(trace(), Qt::Key_F3);
+    strike(trace(), Qt::Key_F3);
     auto* const table = find<QTableView>("traceTable");
     EXPECT_EQ(table->currentIndex().row(), 2);
-    QTest::keyClick(find("traceFind"), Qt::Key_F3);
+    strike(find("traceFind"), Qt::Key_F3);
     EXPECT_EQ(table->currentIndex().row(), 4);
-    QTest::keyClick(find("traceFind"), Qt::Key_F3);
+    strike(find("traceFind"), Qt::Key_F3);
     EXPECT_EQ(table->currentIndex().row(), 2);
     EXPECT_NE(label("traceState").find("Went on from the first line"), std::string::npos);
-    QTest::keyClick(find("traceFind"), Qt::Key_F3, Qt::ShiftModifier);
+    strike(find("traceFind"), Qt::Key_F3, Qt::ShiftModifier);
     EXPECT_EQ(table->currentIndex().row(), 4);
     EXPECT_NE(label("traceState").find("Went on from the last line"), std::string::npos);
     type("traceFind", "bit write");

@@ -1,8 +1,8 @@
+#include "support/tool_tip.h"
 #include "window/master/write_page_fixture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QHelpEvent>
 #include <QLabel>
 #include <QStyledItemDelegate>
 #include <QToolTip>
@@ -29,9 +29,7 @@ protected:
     /// The tool tip of a cell, empty where it has none.
     std::string tip(int row, int column) {
         const QPoint place = grid()->visualItemRect(grid()->item(row - 1, column - 1)).center();
-        QHelpEvent help(QEvent::ToolTip, place, grid()->viewport()->mapToGlobal(place));
-        QCoreApplication::sendEvent(grid()->viewport(), &help);
-        return QToolTip::text().toStdString();
+        return toolTipAt(grid()->viewport(), place);
     }
 
     void pasteAt(int row, int column, const char* words) {

@@ -5,7 +5,6 @@
 
 #include <QListWidget>
 
-#include <fstream>
 #include <initializer_list>
 #include <string>
 
@@ -41,7 +40,7 @@ protected:
     }
 
     std::string write(const char* name, const std::string& content) {
-        std::ofstream(folder.file(name)) << content;
+        writeBytes(folder.file(name), content);
         return folder.file(name);
     }
 

@@ -1,6 +1,6 @@
+#include "support/tool_tip.h"
 #include "support/window_test.h"
 
-#include <QHelpEvent>
 #include <QPlainTextEdit>
 #include <QToolTip>
 
@@ -21,11 +21,7 @@ protected:
     }
 
     std::string tipAt(const char* field, const QPoint& point) {
-        QToolTip::hideText();
-        QWidget* const viewport = driver.find<QPlainTextEdit>(field)->viewport();
-        QHelpEvent help(QEvent::ToolTip, point, viewport->mapToGlobal(point));
-        QCoreApplication::sendEvent(viewport, &help);
-        return QToolTip::text().toStdString();
+        return toolTipAt(driver.find<QPlainTextEdit>(field)->viewport(), point);
     }
 
     void readWord(const char* number) {

@@ -7,7 +7,18 @@ namespace varda::test {
 namespace {
 
 /// A program with a window is asked to end by its console, where it has one.
-class EndEventsTest : public WindowTest, public testing::WithParamInterface<DWORD> {};
+class EndEventsTest : public WindowTest, public testing::WithParamInterface<DWORD> {
+protected:
+    EndEventsTest() : hasOwnConsole_(::AllocConsole() != 0) {}
+    ~EndEventsTest() override {
+        if (hasOwnConsole_) {
+            ::FreeConsole();
+        }
+    }
+
+private:
+    bool hasOwnConsole_; ///< where the tests were started without one
+};
 
 TEST_P(EndEventsTest, AreToldInTheEventLoop) {
     bool ended = false;
