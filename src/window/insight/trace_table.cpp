@@ -1,6 +1,7 @@
 #include "window/insight/trace_table.h"
 
 #include "window/controls/frame_font.h"
+#include "window/controls/shaped_text_delegate.h"
 #include "window/insight/table_lines.h"
 #include "window/insight/trace_model.h"
 
@@ -29,6 +30,7 @@ TraceTable::TraceTable(QWidget* parent) : QTableView(parent) {
     setWordWrap(false);
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
+    setItemDelegate(new ShapedTextDelegate(this));
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TraceTable::scrolled);
     fitRows();
 }
