@@ -1,7 +1,11 @@
 #include "window/controls/shaped_text_delegate.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QPainter>
+
+#include <algorithm>
+#include <cmath>
 
 namespace varda::window {
 namespace {
@@ -59,17 +63,52 @@ bool ShapedTextDelegate::paintPlain(QPainter* painter, const QStyleOptionViewIte
     const ShapedTexts::Fitting fitting = {isCut ? noLimit : room.width(),
                                           QStyle::visualAlignment(item.direction, item.displayAlignment),
                                           item.textElideMode};
-    const ShapedText& text =
-        texts_.find(isCut ? item.text.mid(hidden.characters) : item.text, item.font, fitting);
+    TextPictures::Look look = {.text = isCut ? item.text.mid(hidden.characters) : item.text,
+                               .font = item.font,
+                               .fitting = fitting,
+                               .pen = textColor(item).rgba()};
+    const ShapedText& text = texts_.find(look.text, look.font, look.fitting);
     if (room.width() <= 0 || text.size.height() > room.height()) {
         return false;
     }
     const int top =
         QStyle::alignedRect(Qt::LayoutDirectionAuto, item.displayAlignment, text.size, room).top();
-    const QPen before = painter->pen();
-    painter->setPen(textColor(item));
-    text.draw(*painter, {room.left() + hidden.width, static_cast<double>(top)});
-    painter->setPen(before);
+    look.place = {room.left() + hidden.width, static_cast<double>(top)};
+    if (!paintPicture(painter, item, text, look)) {
+        const QPen before = painter->pen();
+        painter->setPen(textColor(item));
+        text.draw(*painter, look.place);
+        painter->setPen(before);
+    }
+    return true;
+}
+
+/// On the screen, where what a picture covers is of one colour and begins with a whole pixel.
+bool ShapedTextDelegate::paintPicture(QPainter* painter, const QStyleOptionViewItem& item,
+                                      const ShapedText& text, TextPictures::Look& look) const {
+    const auto* const view = qobject_cast<const QAbstractItemView*>(item.widget);
+    if (view == nullptr || painter->device() != view->viewport() ||
+        item.features.testFlag(QStyleOptionViewItem::Alternate)) {
+        return false;
+    }
+    const QWidget* const viewport = view->viewport();
+    const QBrush& ground = viewport->palette().brush(viewport->backgroundRole());
+    look.scale = static_cast<int>(viewport->devicePixelRatioF());
+    if (!viewport->autoFillBackground() || ground.style() != Qt::SolidPattern || !ground.isOpaque() ||
+        std::abs(viewport->devicePixelRatioF() - look.scale) > 0) {
+        return false;
+    }
+    QRect shown = item.rect;
+    shown.setLeft(std::max(shown.left(), 0));
+    shown.setRight(std::min(shown.right(), viewport->width() - 1));
+    if (shown.isEmpty()) {
+        return true;
+    }
+    look.place -= shown.topLeft();
+    look.size = shown.size();
+    look.ground = ground.color().rgb();
+    pictures_.keepFor(viewport->size(), look.scale);
+    painter->drawPixmap(shown.topLeft(), pictures_.find(look, text));
     return true;
 }
 

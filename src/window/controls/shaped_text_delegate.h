@@ -1,6 +1,7 @@
 #pragma once
 
 #include "window/controls/shaped_texts.h"
+#include "window/controls/text_pictures.h"
 
 #include <QMargins>
 #include <QStyledItemDelegate>
@@ -41,9 +42,12 @@ private:
     };
 
     bool paintPlain(QPainter* painter, const QStyleOptionViewItem& item, const Hidden& hidden) const;
+    bool paintPicture(QPainter* painter, const QStyleOptionViewItem& item, const ShapedText& text,
+                      TextPictures::Look& look) const;
     QMargins edgesOf(const QStyleOptionViewItem& item) const;
 
     mutable ShapedTexts texts_;
+    mutable TextPictures pictures_;
     mutable std::optional<Edges> edges_;
 };
 

@@ -2,9 +2,12 @@
 #include "window/controls/shaped_text_delegate.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QImage>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStandardItemModel>
+#include <QTableView>
 #include <QTextLayout>
 
 #include <gtest/gtest.h>
@@ -148,6 +151,72 @@ TEST_F(ShapedTextDelegateTest, TextsOfMoreLinesAreLeftToTheStyle) {
     expectSame(QStringLiteral("one\ntwo"), item(300));
     expectSame(QString(QStringLiteral("one")) + QChar(QChar::LineSeparator) + QStringLiteral("two"),
                item(300));
+}
+
+/// Two tables of the same, of which one is painted by ours.
+class ShapedTableTest : public testing::Test {
+protected:
+    ShapedTableTest() {
+        for (int row = 0; row < rows; ++row) {
+            for (int column = 0; column < columns; ++column) {
+                auto* const cell = new QStandardItem(texts.at((row + column) % texts.size()));
+                cell->setTextAlignment(column == 1 ? Qt::AlignRight | Qt::AlignVCenter
+                                                   : Qt::AlignLeft | Qt::AlignVCenter);
+                if (column == 2) {
+                    cell->setFont(frameFont());
+                }
+                model_.setItem(row, column, cell);
+            }
+        }
+        for (QTableView* const table : {&ours_, &other_}) {
+            table->setModel(&model_);
+            table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+            table->setWordWrap(false);
+            table->resize(430, 300);
+            table->setAttribute(Qt::WA_DontShowOnScreen);
+            table->show();
+        }
+        ours_.setItemDelegate(new ShapedTextDelegate(&ours_));
+    }
+
+    template <typename Change>
+    void expectSameAfter(const char* what, Change&& change) {
+        for (QTableView* const table : {&ours_, &other_}) {
+            change(*table);
+        }
+        for (int time = 0; time < 2; ++time) {
+            EXPECT_EQ(ours_.grab().toImage(), other_.grab().toImage()) << what;
+        }
+    }
+
+    static constexpr int rows = 40;
+    static constexpr int columns = 6;
+    QStandardItemModel model_;
+    QTableView ours_;
+    QTableView other_;
+};
+
+TEST_F(ShapedTableTest, TableLooksAsEveryTable) {
+    expectSameAfter("at first", [](QTableView&) {});
+    for (int down = 0; down < 40; down += 7) {
+        expectSameAfter("scrolled down",
+                        [&](QTableView& table) { table.verticalScrollBar()->setValue(down); });
+        expectSameAfter("scrolled right",
+                        [&](QTableView& table) { table.horizontalScrollBar()->setValue(9 * down); });
+    }
+    expectSameAfter("a column that cuts", [](QTableView& table) { table.setColumnWidth(2, 37); });
+    expectSameAfter("selected", [](QTableView& table) { table.selectRow(12); });
+    expectSameAfter("another text",
+                    [this](QTableView&) { model_.item(5, 2)->setText(QStringLiteral("answer")); });
+    expectSameAfter("low rows", [](QTableView& table) { table.verticalHeader()->setDefaultSectionSize(9); });
+    expectSameAfter("dark", [](QTableView& table) {
+        QPalette palette = table.palette();
+        palette.setColor(QPalette::Base, QColor(0x20, 0x22, 0x24));
+        palette.setColor(QPalette::Text, QColor(0xE0, 0xE1, 0xE2));
+        table.setPalette(palette);
+    });
+    expectSameAfter("disabled", [](QTableView& table) { table.setEnabled(false); });
+    expectSameAfter("striped", [](QTableView& table) { table.setAlternatingRowColors(true); });
 }
 
 TEST(ShapedTexts, DrawWhatALayoutDrawsHoweverOftenAndHoweverMany) {
