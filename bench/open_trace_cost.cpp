@@ -27,7 +27,7 @@ using varda::test::PseudoTerminal;
 using varda::test::WindowDriver;
 
 constexpr int runs = 7;
-constexpr auto runTime = 5s;
+constexpr auto runTime = 4s;
 
 /// A request and its answer, as a master and a controller exchange them.
 const Bytes traffic = varda::bytesOfText("05 00 23 03 00 02 02 0B 22 00 05 A3 04 34 12 CD AB 47 42 ");
@@ -71,15 +71,18 @@ void report(const char* what, const Series& series) {
     print("open, more than the run before", more);
 }
 
-int run() {
+/// @param isShort without the line that has pauses
+int run(bool isShort) {
     PseudoTerminal line;
     WindowDriver driver;
     driver.openPort(line.path());
     driver.click("optMode_5");
     driver.click("cmdMonStart");
     report("a full line of 38400 baud, without a pause", measure(driver, line, 0ms));
-    report("38400 baud, 25 ms behind every exchange of 19 bytes, so that each is a line",
-           measure(driver, line, 25ms));
+    if (!isShort) {
+        report("38400 baud, 25 ms behind every exchange of 19 bytes, so that each is a line",
+               measure(driver, line, 25ms));
+    }
     return 0;
 }
 
@@ -91,7 +94,7 @@ int main(int argc, char** argv) try {
     }
     const QApplication application(argc, argv);
     varda::window::prepareApplication();
-    return run();
+    return run(argc > 1);
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return 1;
