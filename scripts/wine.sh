@@ -27,11 +27,11 @@ tear_down_wine() {
     rm -rf "$wine_folder"
 }
 
-# Runs a program for Windows; what wine itself has to say goes to the log.
+# Runs a program for Windows, whose lines are passed on as they come; what wine itself has to say goes to the log.
 run_windows() {
     local seconds=$1
     shift
-    timeout "$seconds" wine "$@" 2>>"$wine_folder/log" </dev/null | tr -d '\r'
+    timeout "$seconds" wine "$@" 2>>"$wine_folder/log" </dev/null | sed -u 's/\r$//'
 }
 
 # add_port NAME PATH: both are needed, the one to be listed, the other to be opened. wine sees it from its next start.
@@ -72,7 +72,10 @@ start_line_maker() {
     export VARDA_LINE_MAKER
 }
 
+# A screen without a window manager: wine would wait two seconds for one each time that a window goes.
 start_screen() {
+    timeout 60 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$wine_folder/log" 2>&1 ||
+        fail "wine was not told that there is no window manager: $(tail -n 3 "$wine_folder/log")"
     Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$wine_folder/display" >>"$wine_folder/log" 2>&1 &
     helpers+=($!)
     DISPLAY=:$(first_line_of "$wine_folder/display")
