@@ -69,9 +69,9 @@ const ShapedText& ShapedTexts::find(const QString& text, const QFont& font, cons
     if (const ShapedText* const known = lines.object(key)) {
         return *known;
     }
-    auto* const made = new ShapedText(shaped(text, font, fitting)); // the lines', also where it fills them
-    lines.insert(key, made, std::clamp<qsizetype>(text.size(), 1, mostCharacters));
-    return *made;
+    lines.insert(key, new ShapedText(shaped(text, font, fitting)), // never too large to be kept
+                 std::clamp<qsizetype>(text.size(), 1, mostCharacters));
+    return *lines.object(key);
 }
 
 } // namespace varda::window

@@ -35,9 +35,9 @@ const QPixmap& TextPictures::find(const Look& look, const ShapedText& text) {
     if (const QPixmap* const known = pictures_.object(look)) {
         return *known;
     }
-    auto* const made = new QPixmap(draw(look, text)); // the cache's, also where it fills it
-    pictures_.insert(look, made, std::min(bytesOf(look.size, look.scale), pictures_.maxCost()));
-    return *made;
+    pictures_.insert(look, new QPixmap(draw(look, text)), // never too large to be kept
+                     std::min(bytesOf(look.size, look.scale), pictures_.maxCost()));
+    return *pictures_.object(look);
 }
 
 } // namespace varda::window
