@@ -7,12 +7,26 @@
 
 namespace varda::window {
 
-/// What else can change, as size, style and colours, has the bar painted without asking here.
+/// A range that grows and a value that follows it are two changes, between which the slider is not at its
+/// end. What else can change, as size, style and colours, has the bar painted without asking here.
 void SteadyScrollBar::sliderChange(SliderChange change) {
-    const Look now = look();
-    if (change == SliderOrientationChange || std::exchange(shown_, now) != now) {
+    if (change == SliderOrientationChange) {
         QScrollBar::sliderChange(change);
+    } else if (!std::exchange(isAsked_, true)) {
+        QMetaObject::invokeMethod(this, &SteadyScrollBar::paintIfOther, Qt::QueuedConnection);
     }
+}
+
+void SteadyScrollBar::paintIfOther() {
+    isAsked_ = false;
+    if (look() != painted_) {
+        update();
+    }
+}
+
+void SteadyScrollBar::paintEvent(QPaintEvent* event) {
+    painted_ = look();
+    QScrollBar::paintEvent(event);
 }
 
 SteadyScrollBar::Look SteadyScrollBar::look() const {

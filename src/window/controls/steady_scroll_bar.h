@@ -15,6 +15,7 @@ public:
 
 protected:
     void sliderChange(SliderChange change) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     /// What of its numbers can be seen.
@@ -27,8 +28,10 @@ private:
     };
 
     Look look() const;
+    void paintIfOther();
 
-    Look shown_;
+    Look painted_;
+    bool isAsked_ = false; ///< whether it looks other, once the changes under way are done
 };
 
 } // namespace varda::window
