@@ -40,11 +40,13 @@ std::string hex(int value, std::size_t digits) {
 std::string decimal(int value, std::size_t digits) { return zeroFilled(std::to_string(value), digits); }
 
 std::string hexGroups(std::span<const std::uint8_t> bytes) {
-    std::string text;
-    text.reserve(bytes.size() * 3);
+    constexpr std::size_t group = 3;
+    std::string text(bytes.size() * group, ' ');
+    char* place = text.data(); // without a look at the text's end for every digit: a flood takes its time
     for (const std::uint8_t byte : bytes) {
-        appendByte(text, byte);
-        text += ' ';
+        place[0] = digitsOfHex[byte >> 4U];
+        place[1] = digitsOfHex[byte & 0xFU];
+        place += group;
     }
     return text;
 }

@@ -19,13 +19,16 @@ void MonitorLog::open(const std::string& path) {
     file_ = std::make_unique<AppendFile>(path);
 }
 
-bool MonitorLog::write(const std::string& line) {
+bool MonitorLog::write(std::string line) {
     if (file_ == nullptr) {
         return false;
     }
     syncLater();
-    const std::string stumpEnd = endsInStump_ ? lineEnd : ""; // of a line that the full disk cut
-    endsInStump_ = !file_->append(stumpEnd + line + lineEnd);
+    if (endsInStump_) { // of a line that the full disk cut
+        line.insert(0, lineEnd);
+    }
+    line += lineEnd;
+    endsInStump_ = !file_->append(line);
     return !endsInStump_;
 }
 

@@ -24,7 +24,7 @@ public:
     bool isOpen() const { return file_ != nullptr; }
     /// Appends one line and its line end.
     /// @return false where it could not be written whole, for example on a full disk
-    bool write(const std::string& line);
+    bool write(std::string line);
     void close();
 
 private:

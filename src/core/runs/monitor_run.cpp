@@ -20,9 +20,9 @@ bool MonitorRun::list(const Bytes& burst, const std::optional<TimeOfDay>& time, 
     if (lines_.count() > monitorLineLimit) {
         lines_.clear();
     }
-    const std::string logged = log_.isOpen() ? line.text() : std::string();
+    std::string logged = log_.isOpen() ? line.text() : std::string();
     lines_.append(std::move(line));
-    return !log_.isOpen() || log_.write(logged);
+    return !log_.isOpen() || log_.write(std::move(logged));
 }
 
 } // namespace varda::core

@@ -1,6 +1,8 @@
 #include "window/insight/trace_table.h"
 
 #include "window/controls/frame_font.h"
+#include "window/controls/shaped_text_delegate.h"
+#include "window/controls/steady_scroll_bar.h"
 #include "window/insight/table_lines.h"
 #include "window/insight/trace_model.h"
 
@@ -29,6 +31,8 @@ TraceTable::TraceTable(QWidget* parent) : QTableView(parent) {
     setWordWrap(false);
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
+    setItemDelegate(new ShapedTextDelegate(this));
+    setVerticalScrollBar(new SteadyScrollBar(Qt::Vertical, this));
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TraceTable::scrolled);
     fitRows();
 }

@@ -6,6 +6,7 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
+#include "window/controls/steady_scroll_bar.h"
 #include "window/monitor/frmMonitoringData.h"
 #include "window/monitor/monitor_delegate.h"
 #include "window/system/file_name.h"
@@ -36,6 +37,7 @@ MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, 
     logToolTip_ = ui_->chkMonLog->toolTip();
     ui_->lstMonitor->setModel(&lines_);
     ui_->lstMonitor->setItemDelegate(new MonitorDelegate(this));
+    ui_->lstMonitor->setVerticalScrollBar(new SteadyScrollBar(Qt::Vertical, ui_->lstMonitor));
     ui_->lstMonitor->viewport()->installEventFilter(this);
     ui_->monitorState->tell(ui_->monitorState->text()); // nobody listens yet: the start is no news
     bind();

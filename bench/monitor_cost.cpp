@@ -1,0 +1,141 @@
+#include "line_player.h"
+#include "report.h"
+#include "support/event_loop.h"
+#include "support/pseudo_terminal.h"
+#include "support/temporary_folder.h"
+#include "support/window_driver.h"
+#include "window/shell/program.h"
+
+#include "core/protocol/frame_text.h"
+
+#include <QApplication>
+#include <QCheckBox>
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <exception>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+/// What listening costs: the processor time of the monitoring window with its log, by turns with that of
+/// `cat` into a file, each on a line of its own that brings the same bytes.
+namespace {
+
+using namespace std::chrono_literals;
+using varda::Bytes;
+using varda::bench::LinePlayer;
+using varda::test::PseudoTerminal;
+using varda::test::WindowDriver;
+
+constexpr int runs = 7;
+constexpr auto runTime = 4s;
+constexpr auto settleTime = 500ms;
+
+const Bytes traffic = varda::bytesOfText("05 00 23 03 00 02 02 0B 22 00 05 A3 04 34 12 CD AB 47 42 ");
+constexpr LinePlayer::Piece flood = {.bytesPerSecond = 1e6, .every = 4ms};
+
+/// `cat` from a line into a file, in a process of its own.
+class Cat {
+public:
+    Cat(const PseudoTerminal& line, const std::string& file) : process_(::fork()) {
+        if (process_ == 0) {
+            const int copy = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            ::dup2(copy, STDOUT_FILENO);
+            ::execlp("cat", "cat", line.path().c_str(), nullptr);
+            ::_exit(1);
+        }
+        ::clock_getcpuclockid(process_, &clock_);
+    }
+    Cat(const Cat&) = delete;
+    Cat& operator=(const Cat&) = delete;
+    ~Cat() {
+        ::kill(process_, SIGKILL);
+        ::waitpid(process_, nullptr, 0);
+    }
+
+    std::chrono::duration<double> processorTime() const {
+        timespec time{};
+        ::clock_gettime(clock_, &time);
+        return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+    }
+
+private:
+    pid_t process_;
+    clockid_t clock_ = {};
+};
+
+double percentOfCat(const LinePlayer::Piece& piece, const std::string& file) {
+    const PseudoTerminal line;
+    const Cat cat(line, file);
+    const LinePlayer player(line, traffic, piece);
+    std::this_thread::sleep_for(settleTime);
+    const auto before = cat.processorTime();
+    std::this_thread::sleep_for(runTime);
+    return (cat.processorTime() - before) / runTime * 100;
+}
+
+double percentOfMonitor(const LinePlayer::Piece& piece, const PseudoTerminal& line) {
+    const LinePlayer player(line, traffic, piece);
+    varda::test::runFor(settleTime);
+    return varda::bench::percentOfCore(runTime);
+}
+
+void measure(const char* what, const LinePlayer::Piece& piece, const varda::test::TemporaryFolder& folder,
+             const PseudoTerminal& line) {
+    std::vector<double> monitor;
+    std::vector<double> cat;
+    std::vector<double> ratios;
+    for (int run = 0; run < runs; ++run) {
+        monitor.push_back(percentOfMonitor(piece, line));
+        cat.push_back(percentOfCat(piece, folder.file("cat")));
+        ratios.push_back(monitor.back() / cat.back());
+        std::printf("run %d: monitor %.2f %%, cat %.2f %% of a core, load %s\n", run + 1, monitor.back(),
+                    cat.back(), varda::bench::machineLoad().c_str());
+        std::fflush(stdout);
+    }
+    std::printf("\n%s\n| monitor with log | %s |\n| cat | %s |\n| monitor beside cat | %s |\n\n", what,
+                varda::bench::spreadInWords(monitor, " %").c_str(),
+                varda::bench::spreadInWords(cat, " %").c_str(),
+                varda::bench::spreadInWords(ratios, " times").c_str());
+}
+
+/// @param only what to measure; everything where it is empty
+int run(std::string_view only) {
+    const varda::test::TemporaryFolder folder;
+    const PseudoTerminal line;
+    WindowDriver driver;
+    driver.openPort(line.path());
+    driver.click("optMode_5");
+    driver.find<QCheckBox>("chkMonLog")->setChecked(true);
+    driver.paste("txtMonLogFile", folder.file("monitor.log"));
+    driver.click("cmdMonStart");
+    if (only.empty() || only == "line") {
+        measure("a full line of 38400 baud", varda::bench::fullLine, folder, line);
+    }
+    if (only.empty() || only == "flood") {
+        measure("1 MB/s", flood, folder, line);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) try {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
+    varda::window::prepareApplication();
+    return run(argc > 1 ? argv[1] : "");
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QRect>
+#include <QScrollBar>
+
+namespace varda::window {
+
+/// A scroll bar that is painted again only where it looks other than before. A list that grows by a line
+/// moves its slider by a fraction of a pixel, and painting a scroll bar costs more than painting the line.
+class SteadyScrollBar : public QScrollBar {
+    Q_OBJECT
+
+public:
+    using QScrollBar::QScrollBar;
+
+protected:
+    void sliderChange(SliderChange change) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    /// What of its numbers can be seen.
+    struct Look {
+        QRect slider;
+        bool isAtBegin = false;
+        bool isAtEnd = false;
+
+        friend bool operator==(const Look&, const Look&) = default;
+    };
+
+    Look look() const;
+    void paintIfOther();
+
+    Look painted_;
+    bool isAsked_ = false; ///< whether it looks other, once the changes under way are done
+};
+
+} // namespace varda::window
