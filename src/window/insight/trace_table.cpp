@@ -1,7 +1,7 @@
 #include "window/insight/trace_table.h"
 
 #include "window/controls/frame_font.h"
-#include "window/insight/table_lines.h"
+#include "window/controls/table_lines.h"
 #include "window/insight/trace_model.h"
 
 #include <QEvent>
