@@ -3,17 +3,10 @@
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
-#include "window/shell/command_line.h"
-#include "window/shell/program.h"
+#include "window/shell/own_run.h"
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QListView>
 #include <QProcess>
-#include <QPushButton>
 #include <QStandardPaths>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -22,12 +15,9 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <stdexcept>
 
 namespace varda::test {
 namespace {
-
-constexpr auto longEnough = std::chrono::seconds(60); // for an instrumented program on a busy machine
 
 /// The program itself, in a process of its own, without a screen.
 class RunningProgram {
@@ -119,55 +109,14 @@ TEST_P(EndOfProgramTest, BySignalGivesALineOfSocatBack) {
     socat.waitForFinished();
 }
 
-/// The program's own run in this process, where its window can be operated.
-class OwnRunTest : public testing::TestWithParam<int> {
-protected:
-    /// Monitors into a log, has a burst come in, and sends the signal as soon as the burst is listed.
-    void operate() {
-        auto* const monitor = find<QListView>("lstMonitor");
-        find<QCheckBox>("chkMonLog")->setChecked(true);
-        find<QLineEdit>("txtMonLogFile")->setText(QString::fromStdString(log));
-        find<QPushButton>("cmdMonStart")->click();
-        line.write({1, 2, 3});
-        QObject::connect(&look_, &QTimer::timeout, &look_, [this, monitor] {
-            if (monitor->model()->rowCount() > 0) {
-                look_.stop();
-                ::raise(GetParam());
-            }
-        });
-        look_.start(std::chrono::milliseconds(2));
-    }
-
-    const PseudoTerminal line;
-    const TemporaryFolder folder;
-    const std::string log = folder.file("line.log");
-
-private:
-    template <typename Control>
-    static Control* find(const char* name) {
-        for (QWidget* const window : QApplication::topLevelWidgets()) {
-            if (auto* const control = window->findChild<Control*>(QString::fromLatin1(name))) {
-                return control;
-            }
-        }
-        throw std::runtime_error(name);
-    }
-
-    QTimer look_;
-};
+class OwnRunTest : public testing::TestWithParam<int> {};
 
 TEST_P(OwnRunTest, EndsBySignalWithItsLogWholeAndItsPortGivenBack) {
-    window::CommandLine wishes;
-    wishes.port = line.path();
-    wishes.open = true;
-    wishes.mode = 5;
-    QTimer::singleShot(0, qApp, [this] { operate(); });
-    QObject guard;
-    QTimer::singleShot(longEnough, &guard, [] { QApplication::exit(1); });
-    EXPECT_EQ(window::runProgram(wishes), 0);
-    EXPECT_EQ(bytesOf(log), "01 02 03 \n");
-    EXPECT_FALSE(isTaken(line.nearEnd()));
-    EXPECT_EQ(leftBehind(line.path()), "");
+    OwnRun run;
+    EXPECT_EQ(run.untilEndedBy([](const QWidget&) { ::raise(GetParam()); }), 0);
+    EXPECT_EQ(bytesOf(run.log()), "01 02 03 \n");
+    EXPECT_FALSE(isTaken(run.line().nearEnd()));
+    EXPECT_EQ(leftBehind(run.line().path()), "");
 }
 
 constexpr auto nameOfSignal = [](const auto& tested) { return "Signal" + std::to_string(tested.param); };

@@ -37,7 +37,7 @@ protected:
         });
         const qsizetype place = call.indexOf(program, 0, Qt::CaseInsensitive);
         return place < 0 ? "not called: " + call.toStdString()
-                         : call.mid(place + program.size() + 1).toStdString();
+                         : call.mid(place + program.size() + 1).trimmed().toStdString();
     }
 
     std::string folder() {
