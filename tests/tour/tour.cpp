@@ -272,6 +272,9 @@ private:
     /// Plays a scenario twice round; every answer has to be a whole frame.
     void playScenario() {
         driver_.click("optMode_0");
+        driver_.controller().setWord(0,
+                                     0x0005); // R 0000: bits 0 and 2 are on, as is expected of the first line
+        driver_.controller().setWord(512, 1000); // W 0000, of the second one
         driver_.click("cmdLoadScenario");
         driver_.chooseFile(VARDA_DATA_FOLDER "/example.scn");
         driver_.paste("txtScnPeriod", "200");

@@ -28,8 +28,9 @@ constexpr std::array usualExpected = {"Line 0",
                                       "FF FF A3 04 19 00 28 00 ..",
                                       "Limit ms ",
                                       "not understood ",
-                                      "W 0001 = 1A2Bh was wanted, and it is",
-                                      "Right 0"};
+                                      "Why",
+                                      "Right 0",
+                                      "Wrong 0"};
 
 FileDialogs::Kind expectationFiles() { return {QStringLiteral(".expect"), QStringLiteral("Data")}; }
 
@@ -46,6 +47,9 @@ ExpectationsPanel::ExpectationsPanel(ScenarioExpectations& expectations,
     ui_->expectationTable->setModel(model_);
     showLines(ui_->expectationTable, fontMetrics().height());
     fitColumns(ui_->expectationTable, usualExpected);
+    QHeaderView* const columns = ui_->expectationTable->horizontalHeader();
+    columns->setStretchLastSection(false);
+    columns->setSectionResizeMode(ExpectationModel::Why, QHeaderView::Stretch);
     context_.events.click(ui_->takeFromRun, [this] { takeFromRun(); });
     context_.events.click(ui_->loadExpectations, [this] { chooseFile(); });
     context_.events.click(ui_->saveExpectations, [this] { chooseWhereToSave(); });

@@ -58,7 +58,7 @@ QString FaultModel::textOf(std::size_t row, int column) const {
         return toText(rule.name);
     case Number: {
         const QString number = toText(numberText(rows_[row]));
-        return number.isEmpty() ? number : number + QLatin1Char(' ') + toText(rule.parameter);
+        return rule.parameter == "ms" ? number + QStringLiteral(" ms") : number;
     }
     case Rate:
         return howOften(rows_[row].rate);

@@ -189,9 +189,9 @@ void FrmVarda::attachInsight(const QString& programFolder) {
                      .programFolder = programFolder});
 }
 
-/// The banner stands above all else while there is something to tell.
+/// The banner stands above all that scrolls.
 void FrmVarda::attachBench(const QString& programFolder) {
-    ui_->windowLayout->insertWidget(0, new FaultBanner(bench_.faults(), events_, this));
+    setMenuWidget(new FaultBanner(bench_.faults(), events_, this));
     bench_.tellFaults([this](const std::string& what) { insight_.doneOnPurpose(what); });
     connect(simulationPage_, &SimulationPage::pairsChanged, &bench_, &Bench::followPairs);
     ScenarioExpectations* const expectations = &bench_.expectations();
