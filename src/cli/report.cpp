@@ -4,6 +4,7 @@
 #include "core/insight/field_words.h"
 #include "core/insight/verdict_words.h"
 #include "core/protocol/hex_text.h"
+#include "core/recordings/recording_words.h"
 
 #include <nlohmann/json.hpp>
 
@@ -136,11 +137,6 @@ Json jsonOf(const RecordingSize& size) {
             {"milliseconds", inMillisecondsOf(size.duration)}};
 }
 
-std::string textOf(const RecordingSize& size) {
-    return std::to_string(size.sent) + " sent, " + std::to_string(size.received) + " received, " +
-           counted(size.bytes, "byte") + " in " + inMilliseconds(size.duration);
-}
-
 std::string timesInWords(std::uint64_t count) {
     return count == 1 ? "once" : std::to_string(count) + " times";
 }
@@ -247,10 +243,7 @@ void Report::played(const PlayerProgress& progress) {
                             {"periodWanted", inMillisecondsOf(progress.periodWanted)},
                             {"periodReached", inMillisecondsOf(progress.periodReached)},
                             {"latest", inMillisecondsOf(progress.latest)}})
-                  : std::to_string(progress.played) + " of " + counted(progress.frames, "frame") +
-                        " played; mean period " + inMilliseconds(progress.periodReached) + ", recorded " +
-                        inMilliseconds(progress.periodWanted) + "; at most " +
-                        inMilliseconds(progress.latest) + " late");
+                  : inWords(progress));
 }
 
 void Report::converted(const std::string& file, std::size_t entries, std::size_t leftOut,
@@ -273,10 +266,7 @@ void Report::difference(const RecordingDifference& difference) {
                             {"mostApart", inMillisecondsOf(difference.mostApart)},
                             {"left", jsonOf(difference.left)},
                             {"right", jsonOf(difference.right)}})
-                  : "first:  " + textOf(difference.left) + "\nsecond: " + textOf(difference.right) + '\n' +
-                        (difference.isSame() ? "The same bytes, " : difference.why + ' ') +
-                        (difference.isSame() ? "at most " : "Before that, times are at most ") +
-                        inMilliseconds(difference.mostApart) + " apart.");
+                  : inWords(difference));
 }
 
 void Report::fault(const FaultDone& fault) {

@@ -20,12 +20,13 @@
 #include <filesystem>
 
 namespace varda::test {
-DrivenWindow::DrivenWindow()
+DrivenWindow::DrivenWindow(Controller* controller)
     : window_({clock_, [this](const std::string&) { return farEnd_.makeLine(); }, [] { return 0.5; },
                QString::fromStdString(folder_.path()), [] { return QTime(9, 5, 7); },
                [this](std::function<void()> tick) -> std::unique_ptr<PeriodTimer> {
                    return std::make_unique<ManualTimer>(clock_, std::move(tick));
-               }}) {
+               },
+               controller}) {
     for (const char* const name : {"Data", "Log"}) {
         std::filesystem::create_directory(filePath(folder_.file(name)));
     }

@@ -22,7 +22,8 @@ using namespace window;
 /// that is advanced by hand, lines end in memory, and files stand in a folder of the window's own.
 class DrivenWindow {
 public:
-    DrivenWindow();
+    /// @param controller whose memory the bench shows; the window's own where there is none
+    explicit DrivenWindow(Controller* controller = nullptr);
 
     FrmVarda& window() { return window_; }
     FarEnd& farEnd() { return farEnd_; }

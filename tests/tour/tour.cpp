@@ -4,6 +4,7 @@
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
+#include "tour/bench_pictures.h"
 #include "tour/fault_pictures.h"
 #include "tour/pictures.h"
 #include "window/insight/insight_window.h"
@@ -75,6 +76,7 @@ public:
         writeMixed();
         readMixed();
         trace();
+        judge(bench_.faults());
         playScenario();
         simulate();
         monitor();
@@ -270,6 +272,9 @@ private:
     /// Plays a scenario twice round; every answer has to be a whole frame.
     void playScenario() {
         driver_.click("optMode_0");
+        driver_.controller().setWord(0,
+                                     0x0005); // R 0000: bits 0 and 2 are on, as is expected of the first line
+        driver_.controller().setWord(512, 1000); // W 0000, of the second one
         driver_.click("cmdLoadScenario");
         driver_.chooseFile(VARDA_DATA_FOLDER "/example.scn");
         driver_.paste("txtScnPeriod", "200");
@@ -285,6 +290,7 @@ private:
                         driver_.text("txtScnReceive").c_str());
         }
         picture("scenario");
+        judge(bench_.expectations());
         driver_.click("cmdStopScenario");
     }
 
@@ -302,17 +308,25 @@ private:
         driver_.chooseFile(VARDA_DATA_FOLDER "/example-reads.ini");
         picture("simulation");
         std::printf("\nWord read of W 0000, 4 words, from the far end of a line\n");
-        line_.write(bytesOf("FF FF 23 03 00 02 04 C5 20"));
-        varda::Bytes answer;
-        runUntil([&] {
-            const varda::Bytes more = line_.readAvailable();
-            answer.insert(answer.end(), more.begin(), more.end());
-            return answer.size() >= 14;
-        });
+        const varda::Bytes answer = ask(bytesOf("FF FF 23 03 00 02 04 C5 20"), 14);
         const bool right = judge(varda::hexGroups(answer) == "FF FF A3 04 12 34 56 78 9A BC DE F0 FF 1F ");
         std::printf("  request  %s\n  answer   %s\n  %s\n", driver_.text("txtSimRP").c_str(),
                     varda::hexGroups(answer).c_str(), right ? "right" : "WRONG");
         picture("simulation-answered");
+        judge(bench_.controller([this](const varda::Bytes& request) { return ask(request, 10); }));
+        judge(bench_.pairs());
+    }
+
+    /// Asks from the far end of the line. @return so many bytes of the answer
+    varda::Bytes ask(const varda::Bytes& request, std::size_t size) {
+        line_.write(request);
+        varda::Bytes answer;
+        runUntil([&] {
+            const varda::Bytes more = line_.readAvailable();
+            answer.insert(answer.end(), more.begin(), more.end());
+            return answer.size() >= size;
+        });
+        return answer;
     }
 
     /// Listens to two bursts and keeps a log of them.
@@ -401,6 +415,7 @@ private:
     std::string openLine_;
     varda::test::PseudoTerminal line_;
     WindowDriver driver_;
+    BenchPictures bench_{driver_, pictures_};
     int failures_ = 0;
 };
 

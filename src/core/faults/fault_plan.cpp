@@ -140,18 +140,6 @@ std::string_view ordinalEnd(std::uint32_t number) {
     return isTeen || number % 10 >= ends.size() ? ends[0] : ends.at(number % 10);
 }
 
-std::string rateText(const FaultRate& rate) {
-    const std::string number = std::to_string(rate.number);
-    switch (rate.kind) {
-    case FaultRate::Kind::Share:
-        return '@' + shareText(rate.number);
-    case FaultRate::Kind::Only:
-        return "@only" + number;
-    default:
-        return rate.number == 1 ? "" : '@' + number + std::string(ordinalEnd(rate.number));
-    }
-}
-
 std::optional<FaultRate> readRateOrNothing(std::string_view text) {
     constexpr std::string_view only = "only";
     constexpr std::size_t ending = 2; // of an ordinal number
@@ -229,6 +217,22 @@ std::span<const FaultRule> faultRules() { return rules; }
 const FaultRule& ruleOf(FaultKind kind) { return rules.at(static_cast<std::size_t>(kind)); }
 
 PlannedFault presetFault(FaultKind kind) { return {kind, ruleOf(kind).preset, {}}; }
+
+std::string numberText(const PlannedFault& fault) {
+    return ruleOf(fault.kind).parameter.empty() ? std::string() : rangeText(fault.number);
+}
+
+std::string rateText(const FaultRate& rate) {
+    const std::string number = std::to_string(rate.number);
+    switch (rate.kind) {
+    case FaultRate::Kind::Share:
+        return '@' + shareText(rate.number);
+    case FaultRate::Kind::Only:
+        return "@only" + number;
+    default:
+        return rate.number == 1 ? "" : '@' + number + std::string(ordinalEnd(rate.number));
+    }
+}
 
 FaultPlan parseFaults(std::string_view text) {
     FaultPlan plan;

@@ -87,6 +87,11 @@ FaultPlan parseFaults(std::string_view text);
 /// The plan as parseFaults reads it; empty for an empty one.
 std::string faultText(const FaultPlan& plan);
 
+/// What of that text is a fault's number, "50..500"; empty for a fault without one.
+std::string numberText(const PlannedFault& fault);
+/// What of it says how often, "@3rd"; empty for every frame.
+std::string rateText(const FaultRate& rate);
+
 /// A line for each fault, for the help: its name, its number, what it does.
 std::string faultHelp();
 

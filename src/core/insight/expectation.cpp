@@ -197,19 +197,31 @@ std::string Expectation::judgeValues(const Exchange& exchange) const {
     return {};
 }
 
-std::vector<std::optional<Expectation>> loadExpectations(const ProfileFile& file, std::size_t lines) {
-    std::vector<std::optional<Expectation>> wanted(lines);
+std::vector<ExpectationText> expectationTexts(const ProfileFile& file, std::size_t lines) {
+    std::vector<ExpectationText> texts;
     for (std::size_t line = 0; line < lines; ++line) {
         const std::string number = std::to_string(line);
-        const std::string text = file.value("Expect", "Expect" + number, "", longestEntry);
-        const std::string limit = file.value("Limit", "Limit" + number, "", longestEntry);
-        if (text.empty()) {
-            continue;
-        }
-        wanted[line] = Expectation::parse(text);
-        if (!limit.empty()) {
-            wanted[line]->setLimit(std::chrono::milliseconds(toLong(limit, "Limit" + number)));
-        }
+        texts.push_back({file.value("Expect", "Expect" + number, "", longestEntry),
+                         file.value("Limit", "Limit" + number, "", longestEntry)});
+    }
+    return texts;
+}
+
+std::optional<Expectation> readExpectation(const ExpectationText& text, std::size_t line) {
+    if (text.wanted.empty()) {
+        return std::nullopt;
+    }
+    Expectation wanted = Expectation::parse(text.wanted);
+    if (!text.limit.empty()) {
+        wanted.setLimit(std::chrono::milliseconds(toLong(text.limit, "Limit" + std::to_string(line))));
+    }
+    return wanted;
+}
+
+std::vector<std::optional<Expectation>> loadExpectations(const ProfileFile& file, std::size_t lines) {
+    std::vector<std::optional<Expectation>> wanted;
+    for (const ExpectationText& text : expectationTexts(file, lines)) {
+        wanted.push_back(readExpectation(text, wanted.size()));
     }
     return wanted;
 }

@@ -58,6 +58,22 @@ private:
     std::optional<std::chrono::milliseconds> limit_;
 };
 
+/// What a file says of a line of a scenario, as it stands there.
+struct ExpectationText {
+    std::string wanted; ///< empty where nothing is
+    std::string limit;  ///< in milliseconds
+
+    bool operator==(const ExpectationText&) const = default;
+};
+
+/// The entries that loadExpectations reads. @param lines how many the scenario has
+std::vector<ExpectationText> expectationTexts(const ProfileFile& file, std::size_t lines);
+
+/// The expectation of such an entry; nothing where nothing is wanted.
+/// @param line of the scenario, from 0, by which a report names the limit
+/// @throws RuntimeError 13 where it is not understood
+std::optional<Expectation> readExpectation(const ExpectationText& text, std::size_t line);
+
 /// Reads what is wanted of the lines of a scenario: Expect0, Expect1, .. of section "Expect", and times in
 /// milliseconds, Limit0, Limit1, .. of section "Limit". Of a line without an entry nothing is wanted.
 /// @param lines how many the scenario has

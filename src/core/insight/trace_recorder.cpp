@@ -314,7 +314,7 @@ void TraceRecorder::toldNotSent(const Exchange& exchange) {
         notSent(exchange.request, clock_.now(), "The port is closed.");
     }
     isRefusalTold_ = false;
-    onPurpose_.clear();
+    onPurpose_.clear(); // it was done to what did not go out
 }
 
 /// The answer that is taken counts, also where something else had come for the request before it.

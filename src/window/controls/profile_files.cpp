@@ -28,18 +28,24 @@ bool tellWhyUnreadable(const ProfileFile& file, const PageContext& context) {
 
 void saveOrTell(const ProfileFile& file, const std::string& path, const PageContext& context,
                 const std::function<void()>& saved) {
-    const auto kept = std::make_shared<const ProfileFile>(file);
     Form& form = context.form;
     Events& events = context.events;
-    saveOrTell(path,
-               {.replace = [kept, path] { kept->save(path); },
-                .overwrite = [kept, path] { kept->saveInPlace(path); }},
+    saveOrTell(file, path,
                {.tell = [&form](const RuntimeError& error) { tellIn(form, error); },
                 .ask =
                     [&form, &events](const std::string& question, std::function<void(bool yes)> answered) {
                         form.ask(question, "Confirm", events.guarded(std::move(answered)));
                     }},
                saved);
+}
+
+void saveOrTell(const ProfileFile& file, const std::string& path, const FileTalk& talk,
+                const std::function<void()>& saved) {
+    const auto kept = std::make_shared<const ProfileFile>(file);
+    saveOrTell(path,
+               {.replace = [kept, path] { kept->save(path); },
+                .overwrite = [kept, path] { kept->saveInPlace(path); }},
+               talk, saved);
 }
 
 } // namespace varda::window

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "window/controls/page_context.h"
+#include "window/controls/saving.h"
 
 #include <functional>
 #include <string>
@@ -21,6 +22,10 @@ bool tellWhyUnreadable(const ProfileFile& file, const PageContext& context);
 /// Saves a file and runs `saved` when it is on the disk; a failure is told in a box. Where it can only be
 /// written in place, a box asks first; No leaves everything as it was.
 void saveOrTell(const ProfileFile& file, const std::string& path, const PageContext& context,
+                const std::function<void()>& saved);
+
+/// The same on another window.
+void saveOrTell(const ProfileFile& file, const std::string& path, const FileTalk& talk,
                 const std::function<void()>& saved);
 
 } // namespace varda::window

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 class QAbstractButton;
 
@@ -49,6 +50,8 @@ public:
     MSComm::LineFactory traced(MSComm::LineFactory makeLine);
     /// Called once, before anybody else observes the link: who sends when told would come first otherwise.
     void observe(SerialLink& link);
+    /// A fault of our own doing to what is sent next.
+    void doneOnPurpose(const std::string& what) { recorder_.doneOnPurpose(what); }
     /// Called once, when all pages stand.
     void attach(const Parts& parts);
 

@@ -1,9 +1,9 @@
 #include "window/insight/insight_window.h"
 
-#include "core/base/runtime_error.h"
 #include "ui_insight_window.h"
 #include "window/controls/file_drops.h"
 #include "window/controls/make_form.h"
+#include "window/controls/message_talk.h"
 #include "window/insight/explained.h"
 #include "window/insight/statistics_panel.h"
 #include "window/insight/trace_panel.h"
@@ -14,7 +14,6 @@
 #include <QShortcut>
 
 #include <chrono>
-#include <utility>
 
 namespace varda::window {
 namespace {
@@ -25,19 +24,6 @@ using namespace std::chrono_literals;
 constexpr auto newsWait = 100ms;
 /// Of what goes on without news: ages, and the time of the plot.
 constexpr auto refreshWait = 1000ms;
-
-FileTalk talkOf(MessageBoxes& boxes, Events& events) {
-    return {.tell =
-                [&boxes](const RuntimeError& error) {
-                    boxes.showAdvised(QString::fromUtf8(error.what()), QStringLiteral("Error"),
-                                      QString::fromStdString(error.advice()));
-                },
-            .ask =
-                [&boxes, &events](const std::string& question, std::function<void(bool yes)> answered) {
-                    boxes.ask(QString::fromStdString(question), QStringLiteral("Confirm"),
-                              events.guarded(std::move(answered)));
-                }};
-}
 
 } // namespace
 

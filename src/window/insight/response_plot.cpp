@@ -1,6 +1,6 @@
 #include "window/insight/response_plot.h"
 
-#include "window/insight/counted_text.h"
+#include "window/controls/counted_text.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -6,7 +6,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
-#include "window/insight/table_lines.h"
+#include "window/controls/table_lines.h"
 #include "window/system/file_name.h"
 
 #include <QHeaderView>

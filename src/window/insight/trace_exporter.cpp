@@ -3,7 +3,7 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/saving.h"
-#include "window/insight/counted_text.h"
+#include "window/controls/counted_text.h"
 #include "window/system/file_name.h"
 
 #include <QMenu>

@@ -3,8 +3,9 @@
 #include "core/insight/trace_words.h"
 #include "core/insight/verdict_words.h"
 #include "ui_trace_panel.h"
+#include "window/controls/counted_text.h"
 #include "window/controls/make_form.h"
-#include "window/insight/counted_text.h"
+#include "window/insight/recording_exporter.h"
 #include "window/insight/trace_exporter.h"
 #include "window/insight/trace_model.h"
 
@@ -24,6 +25,7 @@ TracePanel::TracePanel(const InsightContext& context, QWidget* parent)
       ui_(makeForm<Ui::TracePanel>(this)),
       model_(new TraceModel(context.trace, context.names, this)),
       exporter_(new TraceExporter(context, this)),
+      recordings_(new RecordingExporter(context, this)),
       filling_(context.clock, [this] { showState(); }),
       searching_(context.clock, [this] { showState(); }),
       copying_(context.clock, [this] { showState(); }) {
@@ -75,10 +77,14 @@ void TracePanel::bindButtons() {
 void TracePanel::bindExport() {
     auto* const menu = new QMenu(ui_->exportTrace);
     QMenu* const selection = menu->addMenu(QString());
-    exporter_->addEntries(selection, QStringLiteral("exportSelected"),
-                          [this] { return ui_->traceTable->selectedLines(); });
     QMenu* const all = menu->addMenu(QString());
-    exporter_->addEntries(all, QStringLiteral("exportAll"), [this] { return model_->lines(); });
+    const auto add = [this](QMenu* entries, const QString& prefix, const TraceExporter::Lines& lines) {
+        exporter_->addEntries(entries, prefix, lines);
+        recordings_->addEntries(entries, prefix, lines);
+    };
+    add(selection, QStringLiteral("exportSelected"), [this] { return ui_->traceTable->selectedLines(); });
+    add(all, QStringLiteral("exportAll"), [this] { return model_->lines(); });
+    connect(recordings_, &RecordingExporter::told, this, &TracePanel::tell);
     connect(menu, &QMenu::aboutToShow, this, [this, selection, all] {
         const int selected = ui_->traceTable->selectedCount();
         selection->setTitle(tr("Selected: %1").arg(countedText(static_cast<std::size_t>(selected), "line")));

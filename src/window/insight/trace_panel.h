@@ -20,6 +20,7 @@ namespace varda::window {
 namespace Ui {
 class TracePanel;
 }
+class RecordingExporter;
 class TraceExporter;
 class TraceModel;
 
@@ -68,6 +69,7 @@ private:
     std::unique_ptr<Ui::TracePanel> ui_;
     TraceModel* model_ = nullptr;
     TraceExporter* exporter_ = nullptr;
+    RecordingExporter* recordings_ = nullptr;
     SlicedWork filling_;
     SlicedWork searching_;
     SlicedExport copying_;

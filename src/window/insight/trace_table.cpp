@@ -3,7 +3,7 @@
 #include "window/controls/frame_font.h"
 #include "window/controls/shaped_text_delegate.h"
 #include "window/controls/steady_scroll_bar.h"
-#include "window/insight/table_lines.h"
+#include "window/controls/table_lines.h"
 #include "window/insight/trace_model.h"
 
 #include <QEvent>

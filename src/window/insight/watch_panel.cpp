@@ -9,9 +9,9 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
-#include "window/insight/counted_text.h"
+#include "window/controls/counted_text.h"
 #include "window/insight/history_delegate.h"
-#include "window/insight/table_lines.h"
+#include "window/controls/table_lines.h"
 #include "window/insight/watch_model.h"
 #include "window/system/file_name.h"
 

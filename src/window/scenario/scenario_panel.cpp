@@ -4,6 +4,8 @@
 #include "core/base/scope_exit.h"
 #include "core/files/profile_file.h"
 #include "core/link/period.h"
+#include "core/protocol/hex_text.h"
+#include "core/recordings/recording.h"
 #include "core/runs/scenario_file.h"
 #include "ui_scenario_panel.h"
 #include "window/controls/events.h"
@@ -41,7 +43,8 @@ ScenarioPanel::ScenarioPanel(const PageContext& context, Surroundings surroundin
     bind();
 }
 
-ScenarioPanel::~ScenarioPanel() = default;
+/// The list changes once more while it is taken down, when nobody of those who follow it is there.
+ScenarioPanel::~ScenarioPanel() { disconnect(ui_->lstSchedule->model(), nullptr, this, nullptr); }
 
 void ScenarioPanel::bind() {
     Events& events = context_.events;
@@ -52,6 +55,7 @@ void ScenarioPanel::bind() {
     events.click(ui_->cmdRunScenario, [this] { cmdRunScenario_Click(); });
     events.click(ui_->cmdStopScenario, [this] { cmdStopScenario_Click(); });
     endNoteWithChange();
+    tellOfLines();
     new PeriodSteps(ui_->txtScnPeriod, {shortestStep, longestPeriod});
 }
 
@@ -117,6 +121,19 @@ void ScenarioPanel::endNoteWithChange() {
     connect(lines, &QAbstractItemModel::modelReset, note, end);
 }
 
+/// For who keeps something beside each line.
+void ScenarioPanel::tellOfLines() {
+    const QAbstractItemModel* const lines = ui_->lstSchedule->model();
+    const auto count = [](int first, int last) { return static_cast<std::size_t>(last - first + 1); };
+    connect(lines, &QAbstractItemModel::rowsInserted, this, [this, count](const auto&, int first, int last) {
+        emit linesInserted(static_cast<std::size_t>(first), count(first, last));
+    });
+    connect(lines, &QAbstractItemModel::rowsRemoved, this, [this, count](const auto&, int first, int last) {
+        emit linesRemoved(static_cast<std::size_t>(first), count(first, last));
+    });
+    connect(lines, &QAbstractItemModel::modelReset, this, &ScenarioPanel::linesCleared);
+}
+
 void ScenarioPanel::showNote(const QString& note, const QString& toolTip) {
     StateLabel* const label = ui_->scenarioNote;
     label->setText(label->fontMetrics().elidedText(note, Qt::ElideMiddle, label->width()));
@@ -173,6 +190,7 @@ void ScenarioPanel::loadFrom(const QString& path) {
         ui_->cmdRunScenario->setEnabled(true);
         showNumber();
     }
+    emit loaded(path);
 }
 
 void ScenarioPanel::cmdRunScenario_Click() {
@@ -199,6 +217,7 @@ void ScenarioPanel::startRun() {
         surroundings_.stopMonitor(); // closes the log
     }
     SetMasterControls(false);
+    emit runBegins();
     run_.start(periodText());
 }
 
@@ -210,10 +229,41 @@ void ScenarioPanel::stopRun() {
         ui_->cmdRunScenario->setFocus();
     }
     ui_->cmdStopScenario->setEnabled(false);
+    freeThePort();
+}
+
+void ScenarioPanel::freeThePort() {
     SetMasterControls(true);
     const bool isMasterShown = findRoute(surroundings_.shownMode()) != nullptr;
     context_.form.EnableScenarioControls(isMasterShown); // off on the simulation and monitoring pages
     run_.stop(surroundings_.shownMode());
+}
+
+bool ScenarioPanel::beginPlaying() {
+    if (isPlaying_ || run_.isRunning() || !context_.isFreeForRun()) {
+        return isPlaying_;
+    }
+    if (context_.link.state().CommMode == Mode::Monitoring) {
+        surroundings_.stopMonitor(); // closes the log
+    }
+    isPlaying_ = true;
+    ui_->cmdRunScenario->setEnabled(false);
+    SetMasterControls(false);
+    context_.link.enterMode(Mode::Scenario);
+    return true;
+}
+
+void ScenarioPanel::sendPlayed(const Bytes& frame) {
+    showText(ui_->txtScnSend, hexSpaced(frame));
+    context_.link.sendScenarioFrame(frame, answerLengthOf(frame));
+}
+
+void ScenarioPanel::endPlaying() {
+    if (isPlaying_) {
+        isPlaying_ = false;
+        freeThePort();
+        switchRunButtons();
+    }
 }
 
 void ScenarioPanel::cmdStopScenario_Click() {
@@ -223,8 +273,11 @@ void ScenarioPanel::cmdStopScenario_Click() {
 
 void ScenarioPanel::tmrScenario_Timer() {
     try {
+        const int row = current();
         if (const std::optional<std::string> line = run_.next()) {
             showText(ui_->txtScnSend, *line);
+            const ScopeExit isSent([this] { sending_.reset(); });
+            sending_ = static_cast<std::size_t>(row);
             run_.send(*line);
         }
     } catch (const RuntimeError&) {
@@ -234,7 +287,7 @@ void ScenarioPanel::tmrScenario_Timer() {
 }
 
 void ScenarioPanel::told(const Exchange& exchange) {
-    if (exchange.outcome == Outcome::Silent && exchange.mode == Mode::Scenario) {
+    if (exchange.outcome == Outcome::Silent && exchange.mode == Mode::Scenario && !isPlaying_) {
         cmdStopScenario_Click();
     }
 }

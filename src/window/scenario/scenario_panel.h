@@ -1,12 +1,15 @@
 #pragma once
 
+#include "core/base/bytes.h"
 #include "core/runs/scenario_run.h"
 #include "window/controls/page_context.h"
 
 #include <QWidget>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace varda::window {
 
@@ -46,6 +49,16 @@ public:
     /// The run button follows the list and the run, the stop button the run.
     void switchRunButtons();
 
+    // A recording is played in the place of a run: the same controls are off meanwhile.
+
+    /// @return whether it may begin; else the user has been told why not, or a run goes on
+    bool beginPlaying();
+    void sendPlayed(const Bytes& frame);
+    void endPlaying();
+
+    /// The line that a run is sending just now; nothing where something else is sent.
+    std::optional<std::size_t> lineBeingSent() const { return sending_; }
+
     /// Stops the run when a controller stays silent.
     void told(const Exchange& exchange) override;
 
@@ -57,7 +70,15 @@ public:
     /// One period of a run. @throws RuntimeError where the line is no frame; the run has stopped by then
     void tmrScenario_Timer();
 
+signals:
+    void linesInserted(std::size_t first, std::size_t count);
+    void linesRemoved(std::size_t first, std::size_t count);
+    void linesCleared();
+    void loaded(const QString& path);
+    void runBegins();
+
 private:
+    void tellOfLines();
     void bind();
     void cmdAddScenario_Click();
     void cmdDelScenario_Click();
@@ -68,6 +89,7 @@ private:
 
     void startRun();
     void stopRun();
+    void freeThePort();
     std::string periodText() const;
     void SetMasterControls(bool enabled);
     void showNumber();
@@ -80,6 +102,8 @@ private:
     PageContext context_;
     Surroundings surroundings_;
     ScenarioRun run_;
+    std::optional<std::size_t> sending_;
+    bool isPlaying_ = false;
     std::unique_ptr<Ui::ScenarioPanel> ui_;
 };
 

@@ -49,7 +49,8 @@ void FrameTips::watchFrames() {
 }
 
 void FrameTips::told(const Exchange& exchange) {
-    if (exchange.outcome == Outcome::AnsweredByPair) { // shown until the next one, unknown requests between
+    if (exchange.outcome == Outcome::AnsweredByPair || exchange.outcome == Outcome::AnsweredFromMemory) {
+        // shown until the next one, unknown requests between
         requests_.insert(QStringLiteral("txtSimSP"), exchange.request);
     }
     if (exchange.outcome != Outcome::Answered) {

@@ -3,6 +3,7 @@
 #include "core/base/runtime_error.h"
 #include "core/link/period.h"
 #include "ui_frmVarda.h"
+#include "window/bench/fault_banner.h"
 #include "window/controls/file_drops.h"
 #include "window/controls/lists.h"
 #include "window/controls/make_form.h"
@@ -44,7 +45,8 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     : QMainWindow(parent),
       ui_(makeForm<Ui::FrmVarda>(this)),
       clock_(surroundings.clock, events_),
-      commPLC_(insight_.traced(surroundings.makeLine)),
+      bench_(clock_, surroundings.controller),
+      commPLC_(bench_.faulty(insight_.traced(surroundings.makeLine))),
       commTest_(surroundings.makeLine),
       tmrComm_(surroundings.makeTimer([this] { events_.guard([this] { link_.tmrComm_Timer(); }); })),
       tmrScenario_(
@@ -60,6 +62,7 @@ FrmVarda::FrmVarda(const Surroundings& surroundings, QWidget* parent)
     form_.collectControls(*this);
     bind();
     attachInsight(surroundings.programFolder);
+    attachBench(surroundings.programFolder);
     addShortcuts();
     announcer_.listenToStatuses(this);
     new FileDrops(this, [this](const QStringList& paths) { fileLoader_->load(paths); });
@@ -116,10 +119,10 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
               {ui_->optMode_3, ui_->pageMixedWrite, ControlGroup::MixedWrite, mixedWritePage},
               {ui_->optMode_4, ui_->pageSimulation, ControlGroup::Simulation, simulationPage_},
               {ui_->optMode_5, ui_->pageMonitor, std::nullopt, monitorPage_}};
-    link_.setRoles(
-        {.repeat = [this](Mode mode) { repeatRequest(mode); },
-         .answerTo = [this](auto request) { return simulationPage_->responder().answerTo(request); }});
+    link_.setRoles({.repeat = [this](Mode mode) { repeatRequest(mode); },
+                    .answerTo = [this](auto request) { return bench_.answerTo(request); }});
     insight_.observe(link_);
+    link_.observe(bench_);
     for (LinkObserver* const observer :
          {static_cast<LinkObserver*>(&frameTips_), // knows the request before its answer is shown
           static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
@@ -150,7 +153,7 @@ void FrmVarda::addPages() {
     frameTips_.watchFrames();
     chainTabOrder(tabOrder << ui_->tabMode << ui_->scenarioHolder << ui_->txtTotalData << ui_->txtCurrentData
                            << ui_->txtWatchDog << ui_->cmdHelp << ui_->cmdAbout << ui_->cmdEnd
-                           << ui_->openTrace);
+                           << ui_->openTrace << ui_->openBench);
 }
 
 void FrmVarda::bind() {
@@ -186,6 +189,40 @@ void FrmVarda::attachInsight(const QString& programFolder) {
                      .programFolder = programFolder});
 }
 
+/// The banner stands above all that scrolls.
+void FrmVarda::attachBench(const QString& programFolder) {
+    setMenuWidget(new FaultBanner(bench_.faults(), events_, this));
+    bench_.tellFaults([this](const std::string& what) { insight_.doneOnPurpose(what); });
+    connect(simulationPage_, &SimulationPage::pairsChanged, &bench_, &Bench::followPairs);
+    ScenarioExpectations* const expectations = &bench_.expectations();
+    connect(scenarioPanel_, &ScenarioPanel::linesInserted, expectations, &ScenarioExpectations::insert);
+    connect(scenarioPanel_, &ScenarioPanel::linesRemoved, expectations, &ScenarioExpectations::remove);
+    connect(scenarioPanel_, &ScenarioPanel::linesCleared, expectations, &ScenarioExpectations::clear);
+    connect(scenarioPanel_, &ScenarioPanel::loaded, expectations, &ScenarioExpectations::loadBeside);
+    connect(scenarioPanel_, &ScenarioPanel::runBegins, expectations, &ScenarioExpectations::begin);
+    bench_.attach(
+        {.button = ui_->openBench,
+         .pairs = simulationPage_->pairs(),
+         .addPair = [this](const auto& pair) { simulationPage_->addPair(pair.request, pair.answer); },
+         .showPair = [this](std::size_t row) { showPair(row); },
+         .scenarioLine = [this](int row) { return scenarioPanel_->line(row); },
+         .lineBeingSent = [this] { return scenarioPanel_->lineBeingSent(); },
+         .portUse = {.begin = [this] { return scenarioPanel_->beginPlaying(); },
+                     .send = [this](const Bytes& frame) { scenarioPanel_->sendPlayed(frame); },
+                     .end = [this] { scenarioPanel_->endPlaying(); }},
+         .showHelp = [this] { events_.guard([this] { manual_.show(manual_page::bench); }); },
+         .programFolder = programFolder});
+}
+
+/// While the port is open the simulation would answer; while points are collected there it would ask.
+void FrmVarda::showPair(std::size_t row) {
+    if (!commPLC_.isOpen() && !simulationPage_->isVisible() && !simulationPage_->hasPoints()) {
+        ui_->optMode_4->click();
+    }
+    simulationPage_->showPair(row);
+    activateWindow();
+}
+
 void FrmVarda::commPLC_Event(CommEvent event, const std::string& reason) {
     switch (event) {
     case CommEvent::Received:
@@ -219,6 +256,7 @@ void FrmVarda::addShortcuts() {
     };
     add(Qt::Key_F1, [this] { events_.guard([this] { manual_.show(shownManualPage()); }); });
     add(Qt::Key_F9, [this] { ui_->openTrace->click(); });
+    add(Qt::Key_F10, [this] { ui_->openBench->click(); });
     add(Qt::Key_F5, [this] { shownMode().page->clickSend(); });
     int key = Qt::Key_1;
     for (const ModeRow& mode : modes_) {
@@ -306,6 +344,7 @@ const FrmVarda::ModeRow& FrmVarda::shownMode() const {
 
 void FrmVarda::stopRuns() {
     monitorPage_->stopRun();
+    bench_.stopRuns();
     scenarioPanel_->stop();
 }
 
@@ -342,6 +381,7 @@ void FrmVarda::changeEvent(QEvent* event) {
 void FrmVarda::closeEvent(QCloseEvent* event) {
     shutDown();
     insight_.close();
+    bench_.close();
     event->accept();
 }
 

@@ -3,6 +3,7 @@
 #include "core/link/mscomm.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
+#include "window/bench/bench.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/guarded_clock.h"
@@ -59,6 +60,7 @@ public:
         /// Makes a stopped period timer that runs `tick` at each of its ticks.
         std::function<std::unique_ptr<PeriodTimer>(std::function<void()> tick)> makeTimer =
             [](std::function<void()> tick) { return std::make_unique<QtPeriodTimer>(std::move(tick)); };
+        Controller* controller = nullptr; ///< the embedded one, whose memory the bench shows
     };
 
     explicit FrmVarda(const Surroundings& surroundings, QWidget* parent = nullptr);
@@ -73,6 +75,7 @@ public:
 
     const FileLoader& fileLoader() const { return *fileLoader_; }
     const Insight& insight() const { return insight_; }
+    const Bench& bench() const { return bench_; }
 
     /// Ends whatever runs, and closes the log and the port: all that the end of the program has to leave in
     /// order.
@@ -95,6 +98,8 @@ private:
     void addPages();
     void bind();
     void attachInsight(const QString& programFolder);
+    void attachBench(const QString& programFolder);
+    void showPair(std::size_t row);
     void Form_Load();
     void fillSerialLists();
     void repeatRequest(Mode mode);
@@ -116,6 +121,7 @@ private:
     GuardedClock clock_;
 
     Insight insight_{clock_};
+    Bench bench_;
     MSComm commPLC_;
     MSComm commTest_;
     std::unique_ptr<PeriodTimer> tmrComm_;

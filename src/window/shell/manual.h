@@ -37,6 +37,7 @@ inline constexpr ManualPage files = {"files.html", 9};
 inline constexpr ManualPage troubleshooting = {"troubleshooting.html", 10};
 inline constexpr ManualPage trace = {"trace.html", 11};
 inline constexpr ManualPage ports = {"ports.html", 12};
+inline constexpr ManualPage bench = {"bench.html", 13};
 
 } // namespace manual_page
 

@@ -26,11 +26,16 @@ void prepareApplication() {
     drawWholeFrames();
 }
 
-Program::Program(const ProgramParts& parts)
-    : generator_(parts.seed),
-      window_({clock_, lineFactory(clock_, controller_),
-               [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); }, parts.folder,
-               parts.now}) {}
+Program::Program(const ProgramParts& parts) : generator_(parts.seed), window_(surroundings(parts)) {}
+
+FrmVarda::Surroundings Program::surroundings(const ProgramParts& parts) {
+    FrmVarda::Surroundings made{
+        clock_, lineFactory(clock_, controller_),
+        [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); }, parts.folder,
+        parts.now};
+    made.controller = &controller_;
+    return made;
+}
 
 int runProgram(const CommandLine& wishes) {
     Program program({QApplication::applicationDirPath(), std::random_device{}()});

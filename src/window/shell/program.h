@@ -32,6 +32,8 @@ public:
     void end() { window_.close(); }
 
 private:
+    FrmVarda::Surroundings surroundings(const ProgramParts& parts);
+
     QtClock clock_;
     Controller controller_;
     std::mt19937 generator_;

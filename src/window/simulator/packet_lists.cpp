@@ -48,6 +48,7 @@ PacketLists::PacketLists(const PageContext& context, FileDialogs& files, Ui::Sim
                        [this](const PacketTableChange& change) {
                            requests_.endChange(change);
                            answers_.endChange(change);
+                           emit changed(change);
                        }});
     ui_.lstSimReceive->setModel(&requests_);
     ui_.lstSimSend->setModel(&answers_);

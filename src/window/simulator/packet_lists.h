@@ -40,6 +40,10 @@ public:
     /// The start button follows whether the table has pairs and the port is open.
     void switchStartButton();
 
+signals:
+    /// The table has changed.
+    void changed(const PacketTableChange& change);
+
 private:
     void bind(std::function<void(int row)> reload);
     void pairChosen(QListView* from, QListView* to);

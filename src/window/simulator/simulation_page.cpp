@@ -48,8 +48,7 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
                  .dot = ui_->lblSimPoint,
                  .count = ui_->cbSimLength}),
       lists_(new PacketLists(context, surroundings.files, *ui_, this,
-                             [this](int row) { lstSimReceive_DblClick(row); })),
-      responder_(lists_->table()) {
+                             [this](int row) { lstSimReceive_DblClick(row); })) {
     for (QComboBox* const list : {ui_->cbSimMode, ui_->cbSimModeS}) {
         keepFromWheel(list);
     }
@@ -60,11 +59,20 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
     // of no kind yet: all of them together would make the window wider than small screens are
     showAll({ui_->optSimOnOff_0, ui_->optSimOnOff_1, ui_->txtSimData, ui_->chkSimHexDec}, false);
     bind();
+    connect(lists_, &PacketLists::changed, this, &SimulationPage::pairsChanged);
 }
 
 SimulationPage::~SimulationPage() = default;
 
 const PacketTable& SimulationPage::pairs() const { return lists_->table(); }
+
+/// In another mode the page's buttons stay off, as they are when it is entered.
+void SimulationPage::addPair(const std::string& request, const std::string& answer) {
+    lists_->addPair(request, answer);
+    if (context_.link.state().CommMode != Mode::Simulation) {
+        lists_->enterMode();
+    }
+}
 
 void SimulationPage::bind() {
     Events& events = context_.events;
@@ -340,14 +348,17 @@ void SimulationPage::cmdSimInputOK_Click() {
 }
 
 void SimulationPage::told(const Exchange& exchange) {
-    if (!exchange.pair && exchange.outcome != Outcome::Unknown) { // no request that came in
+    const bool isFromMemory = exchange.outcome == Outcome::AnsweredFromMemory;
+    const bool isAnswered = isFromMemory || exchange.outcome == Outcome::AnsweredByPair;
+    if (!exchange.pair && !isAnswered && exchange.outcome != Outcome::Unknown) { // no request that came in
         return;
     }
     showText(ui_->txtSimRP, hexRun(exchange.request));
-    if (exchange.outcome == Outcome::AnsweredByPair) {
-        showText(ui_->txtSimSP, lists_->table().answer(*exchange.pair));
+    if (isAnswered) {
+        showText(ui_->txtSimSP,
+                 isFromMemory ? hexRun(exchange.answer) : lists_->table().answer(*exchange.pair));
     }
-    showAsOld(ui_->txtSimSP, exchange.outcome != Outcome::AnsweredByPair);
+    showAsOld(ui_->txtSimSP, !isAnswered);
     lists_->selectPair(exchange.pair ? static_cast<int>(*exchange.pair) : -1);
 }
 

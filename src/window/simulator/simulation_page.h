@@ -3,7 +3,6 @@
 #include "core/link/routes.h"
 #include "core/pairs/packet_builders.h"
 #include "core/pairs/sim_kinds.h"
-#include "core/runs/responder.h"
 #include "window/controls/mode_page.h"
 #include "window/controls/page_context.h"
 #include "window/controls/register_fields.h"
@@ -46,14 +45,21 @@ public:
 
     /// Replaces the prepared pairs by those of a file.
     void loadPackets(const QString& path) { lists_->load(path); }
+    /// Appends a prepared pair, as if it had been typed.
+    void addPair(const std::string& request, const std::string& answer);
+    /// Selects a prepared pair.
+    void showPair(std::size_t row) { lists_->selectPair(static_cast<int>(row)); }
     /// Whether points of a mixed request are collected.
     bool hasPoints() const;
 
-    const Responder& responder() const { return responder_; }
     /// The prepared pairs.
     const PacketTable& pairs() const;
     /// Shows a request that came in, and the pair that answered it.
     void told(const Exchange& exchange) override;
+
+signals:
+    /// The prepared pairs have changed.
+    void pairsChanged(const PacketTableChange& change);
 
 private:
     void bind();
@@ -93,7 +99,6 @@ private:
     std::unique_ptr<Ui::SimulationPage> ui_;
     RegisterFields register_;
     PacketLists* lists_;
-    Responder responder_;
 };
 
 } // namespace varda::window

@@ -123,6 +123,19 @@ TEST_F(FaultyLineTest, AFaultBeforeIsNotTakenForTheNextAnswersReason) {
     EXPECT_NE(words().back().find("the answer is no frame"), std::string::npos) << words().back();
 }
 
+TEST_F(FaultyLineTest, AFaultToWhatIsRefusedIsNotTakenForALaterAnswersReason) {
+    plan("check@only1");
+    link.enterMode(Mode::WordRead);
+    wire.failWrite({8020, "gone"});
+    ASSERT_TRUE(link.startRequest());
+    EXPECT_THROW(link.SendRequest(bytesOfText("FF 00 23 03 64 02 04 90 F0 "), 14), RuntimeError);
+    wire.heal();
+    link.enterMode(Mode::Simulation);
+    table.replace({"FF00230364020490F0"}, {"no frame"});
+    ask();
+    EXPECT_NE(words().back().find("the answer is no frame"), std::string::npos) << words().back();
+}
+
 TEST_F(FaultyLineTest, AHangUpClosesTheLineAndIsToldOnce) {
     plan("hangup@2nd");
     ask();

@@ -1,4 +1,4 @@
-#include "window/insight/table_lines.h"
+#include "window/controls/table_lines.h"
 
 #include <QHeaderView>
 #include <QTableView>

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "window/bench/bench_context.h"
+
+#include <QWidget>
+
+#include <memory>
+
+namespace varda::window {
+
+namespace Ui {
+class FaultsPanel;
+}
+class FaultModel;
+class FaultSwitch;
+
+/// "Faults": which faults are done on purpose, how often, by which seed.
+class FaultsPanel : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY(FaultsPanel)
+
+public:
+    FaultsPanel(FaultSwitch& faults, const BenchContext& context, QWidget* parent = nullptr);
+    ~FaultsPanel() override;
+
+    /// Shows how often each was done by now.
+    void refresh();
+
+private:
+    void bind();
+    void takeSeed();
+    void takeText();
+    void untickAll();
+    void showChosen();
+    void showProblem(const QString& problem);
+
+    BenchContext context_;
+    FaultSwitch& faults_;
+    std::unique_ptr<Ui::FaultsPanel> ui_;
+    FaultModel* model_;
+};
+
+} // namespace varda::window

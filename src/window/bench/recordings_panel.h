@@ -1,0 +1,46 @@
+#pragma once
+
+#include "core/recordings/recording.h"
+#include "window/bench/bench_context.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace varda::window {
+
+namespace Ui {
+class RecordingsPanel;
+}
+class RecordingPlayer;
+
+/// "Recordings": a capture is played once more, or compared with another one.
+class RecordingsPanel : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY(RecordingsPanel)
+
+public:
+    RecordingsPanel(RecordingPlayer& player, const BenchContext& context, QWidget* parent = nullptr);
+    ~RecordingsPanel() override;
+
+    /// Shows how things are now.
+    void refresh();
+
+private:
+    void bind();
+    void chooseCapture(void (RecordingsPanel::*take)(const QString& path));
+    void open(const QString& path);
+    void compareWith(const QString& path);
+    void rewind();
+    std::optional<Recording> read(const QString& path);
+
+    BenchContext context_;
+    RecordingPlayer& player_;
+    std::unique_ptr<Ui::RecordingsPanel> ui_;
+    Recording recording_;
+    QString name_; ///< of its file; empty where none is open
+    QString cut_;  ///< what of the file was not read
+};
+
+} // namespace varda::window
