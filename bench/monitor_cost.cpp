@@ -1,6 +1,7 @@
 #include "line_player.h"
 #include "report.h"
 #include "support/event_loop.h"
+#include "support/offscreen.h"
 #include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
@@ -129,9 +130,7 @@ int run(std::string_view only) {
 } // namespace
 
 int main(int argc, char** argv) try {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    varda::test::preferOffscreen();
     const QApplication application(argc, argv);
     varda::window::prepareApplication();
     return run(argc > 1 ? argv[1] : "");

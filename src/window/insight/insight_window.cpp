@@ -20,8 +20,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Ten times a second are enough for the eye, however much goes over the line.
-constexpr auto newsWait = 100ms;
+/// Four times a second are enough for the eye, and on a full line most of the cost is painting.
+constexpr auto newsWait = 250ms;
 /// Of what goes on without news: ages, and the time of the plot.
 constexpr auto refreshWait = 1000ms;
 

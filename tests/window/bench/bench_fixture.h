@@ -74,7 +74,7 @@ protected:
         return sent;
     }
     /// Lets the bench show what there is.
-    void settle() { window.advance(150); }
+    void settle() { window.advance(300); }
 
     void press(const char* button) { find<QAbstractButton>(button)->click(); }
     std::string label(const char* name) { return find<QLabel>(name)->text().toStdString(); }

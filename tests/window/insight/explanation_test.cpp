@@ -52,7 +52,7 @@ TEST_F(ExplanationTest, AnAnswerBehindNoiseIsDecodedAsTheTraceNamesIt) {
     window.farEnd().deliver({0xF7});
     window.advance(40);
     window.farEnd().deliver(wordOne);
-    window.advance(150);
+    window.advance(300);
     settle();
     ASSERT_EQ(cell(3, TraceColumn::Kind), "answer to word read");
     choose(3);

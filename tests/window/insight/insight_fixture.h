@@ -101,10 +101,10 @@ protected:
         send();
         window.advance(30);
         window.farEnd().deliver(answer);
-        window.advance(150);
+        window.advance(300);
     }
     /// Lets the trace show what there is.
-    void settle() { window.advance(150); }
+    void settle() { window.advance(300); }
 
     int rows() { return find<QTableView>("traceTable")->model()->rowCount(); }
     std::string cell(int row, TraceColumn column) {

@@ -143,7 +143,7 @@ TEST_F(LastAnswerTest, ThatCameBeforeTheHangUpIsShownBeforeTheBox) {
     EXPECT_EQ(text("txtReceiveRData"), "FF FF A1 01 FF 10 32 ");
 }
 
-std::string nameOf(const testing::TestParamInfo<State>& state) {
+std::string nameOfState(const testing::TestParamInfo<State>& state) {
     constexpr std::array names = {"Idle",       "Waiting",         "Sending",        "Continuous", "Scenario",
                                   "Simulation", "SettlingRequest", "MonitorWithLog", "DialogOpen"};
     return names.at(static_cast<std::size_t>(state.param));
@@ -153,7 +153,7 @@ INSTANTIATE_TEST_SUITE_P(InEveryState, HangUpTest,
                          testing::Values(State::Idle, State::Waiting, State::Sending, State::Continuous,
                                          State::Scenario, State::Simulation, State::SettlingRequest,
                                          State::MonitorWithLog, State::DialogOpen),
-                         nameOf);
+                         nameOfState);
 
 } // namespace
 } // namespace varda::test
