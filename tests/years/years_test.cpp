@@ -138,7 +138,8 @@ TEST_P(Canary, IsFound) {
 INSTANTIATE_TEST_SUITE_P(Years, Canary,
                          testing::Values(Planted{Plant::Altered, "the bytes sent are not the frame shown"},
                                          Planted{Plant::Invented, "what is shown did not come over the line"},
-                                         Planted{Plant::Withheld, "a request went out before the last one had its outcome"},
+                                         Planted{Plant::Withheld,
+                                                 "a request went out before the last one had its outcome"},
                                          Planted{Plant::LostWait, "the link is stuck in a reception"},
                                          Planted{Plant::Leak, "memory grows"}),
                          [](const auto& which) { return "Number" + std::to_string(which.index); });

@@ -2,8 +2,8 @@
 
 #include "ui_explanation_pane.h"
 #include "window/controls/make_form.h"
-#include "window/insight/hex_view.h"
 #include "window/controls/table_lines.h"
+#include "window/insight/hex_view.h"
 
 #include <array>
 

@@ -1,9 +1,9 @@
 #include "window/insight/trace_exporter.h"
 
+#include "window/controls/counted_text.h"
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/saving.h"
-#include "window/controls/counted_text.h"
 #include "window/system/file_name.h"
 
 #include <QMenu>

@@ -23,7 +23,8 @@ TEST_F(HelpPagesTest, NumbersOfThePagesAreThoseOfTheManual) {
     for (const ManualPage& page :
          {manual_page::start, manual_page::read, manual_page::write, manual_page::mixedRead,
           manual_page::mixedWrite, manual_page::simulation, manual_page::monitoring, manual_page::scenario,
-          manual_page::files, manual_page::troubleshooting, manual_page::trace, manual_page::ports, manual_page::bench}) {
+          manual_page::files, manual_page::troubleshooting, manual_page::trace, manual_page::ports,
+          manual_page::bench}) {
         const std::string number = ' ' + std::to_string(page.number) + '\n';
         const std::size_t end = text.find(number);
         ASSERT_NE(end, std::string::npos) << page.name;
