@@ -13,7 +13,6 @@
 namespace {
 
 using varda::ProfileFile;
-using varda::RuntimeError;
 using varda::fuzz::Input;
 using varda::fuzz::require;
 using Names = std::vector<std::string>;

@@ -30,7 +30,10 @@ FaultModel::FaultModel(FaultSwitch& faults, QObject* parent) : QAbstractTableMod
         rows_.push_back(presetFault(rule.kind));
     }
     isTicked_.resize(rows_.size());
-    connect(&faults, &FaultSwitch::changed, this, &FaultModel::takeChosen);
+    connect(&faults, &FaultSwitch::changed, this, [this] {
+        takeChosen();
+        emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+    });
     takeChosen();
 }
 
@@ -48,7 +51,6 @@ void FaultModel::takeChosen() {
         rows_.at(row) = fault;
         isTicked_.at(row) = true;
     }
-    emit dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
 }
 
 QString FaultModel::textOf(std::size_t row, int column) const {

@@ -14,7 +14,6 @@ namespace varda::window {
 /// The faults on purpose of the window: what is chosen, and whether it is done. Off when the program starts.
 class FaultSwitch : public QObject {
     Q_OBJECT
-    Q_DISABLE_COPY(FaultSwitch)
 
 public:
     explicit FaultSwitch(QObject* parent = nullptr);

@@ -19,7 +19,6 @@ namespace varda::window {
 /// frame on until the last one's end, or until it is stopped. Between two steps the port stays its own.
 class RecordingPlayer : public QObject {
     Q_OBJECT
-    Q_DISABLE_COPY(RecordingPlayer)
 
 public:
     /// How the port is got and given back.

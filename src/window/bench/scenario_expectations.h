@@ -17,7 +17,6 @@ namespace varda::window {
 /// What is expected of the scenario that is loaded. It follows the list of its lines.
 class ScenarioExpectations : public QObject {
     Q_OBJECT
-    Q_DISABLE_COPY(ScenarioExpectations)
 
 public:
     explicit ScenarioExpectations(QObject* parent = nullptr);

@@ -124,7 +124,9 @@ void ScenarioPanel::endNoteWithChange() {
 /// For who keeps something beside each line.
 void ScenarioPanel::tellOfLines() {
     const QAbstractItemModel* const lines = ui_->lstSchedule->model();
-    const auto count = [](int first, int last) { return static_cast<std::size_t>(last - first + 1); };
+    const auto count = [](int first, int last) {
+        return static_cast<std::size_t>(last) + 1 - static_cast<std::size_t>(first);
+    };
     connect(lines, &QAbstractItemModel::rowsInserted, this, [this, count](const auto&, int first, int last) {
         emit linesInserted(static_cast<std::size_t>(first), count(first, last));
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/link/exchange.h"
 #include "core/link/routes.h"
 #include "core/pairs/packet_builders.h"
 #include "core/pairs/sim_kinds.h"

@@ -70,7 +70,7 @@ TEST_F(ExpectedLinesTest, FurtherBurstsAndOtherRequestsJudgeNothing) {
 }
 
 TEST_F(ExpectedLinesTest, RoundsAreCountedAndARunBeginsAnew) {
-    for (const std::uint8_t first : {0xAA, 0xBB, 0xAA}) {
+    for (const std::uint8_t first : Bytes{0xAA, 0xBB, 0xAA}) {
         send(0);
         end(became(Outcome::Answered, {first, 0x01}));
     }
@@ -95,7 +95,7 @@ TEST_F(ExpectedLinesTest, WhatIsNotUnderstoodSaysSoAndWantsNothing) {
 
 TEST_F(ExpectedLinesTest, WhatCameIsTakenAndLimitsStay) {
     expected.setText(0, {"AA ..", "250"});
-    for (const std::uint8_t last : {0x01, 0x02}) {
+    for (const std::uint8_t last : Bytes{0x01, 0x02}) {
         send(0);
         end(became(Outcome::Answered, {0xBB, last}));
     }

@@ -159,7 +159,8 @@ protected:
     ShapedTableTest() {
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {
-                auto* const cell = new QStandardItem(texts.at((row + column) % texts.size()));
+                auto* const cell =
+                    new QStandardItem(texts.at(static_cast<std::size_t>(row + column) % texts.size()));
                 cell->setTextAlignment(column == 1 ? Qt::AlignRight | Qt::AlignVCenter
                                                    : Qt::AlignLeft | Qt::AlignVCenter);
                 if (column == 2) {
