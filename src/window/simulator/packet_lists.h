@@ -42,7 +42,7 @@ public:
 
 signals:
     /// The table has changed.
-    void changed(const PacketTableChange& change);
+    void changed(const varda::PacketTableChange& change);
 
 private:
     void bind(std::function<void(int row)> reload);

@@ -60,7 +60,7 @@ public:
 
 signals:
     /// The prepared pairs have changed.
-    void pairsChanged(const PacketTableChange& change);
+    void pairsChanged(const varda::PacketTableChange& change);
 
 private:
     void bind();
