@@ -35,7 +35,7 @@ public:
     const std::string& path() const { return path_; }
     /// The path of a file in it, as the system writes paths.
     std::string file(const std::string& name) const {
-        return textOf(filePath(path_ + "/" + name).make_preferred());
+        return path_ + static_cast<char>(std::filesystem::path::preferred_separator) + name;
     }
 
     std::ptrdiff_t entries() const { return static_cast<std::ptrdiff_t>(names().size()); }
