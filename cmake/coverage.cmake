@@ -11,7 +11,7 @@ endif()
 # Counts of an earlier run would be added to this one's. gcovr reads the filters from where it stands.
 add_custom_target(core-coverage
     COMMAND find . -name "*.gcda" -delete
-    COMMAND ${CMAKE_CTEST_COMMAND} --output-on-failure --no-tests=error -L "^core$" -LE "^long$" -j 2
+    COMMAND ${CMAKE_CTEST_COMMAND} --output-on-failure --no-tests=error -L "^core$" -LE "^long$"
     COMMAND ${CMAKE_COMMAND} -E chdir ${PROJECT_SOURCE_DIR}
         ${GCOVR} ${gcov} --filter src/core/ --fail-under-line ${VARDA_MINIMUM_COVERAGE} ${PROJECT_BINARY_DIR}
     WORKING_DIRECTORY ${PROJECT_BINARY_DIR}

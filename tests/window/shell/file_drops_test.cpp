@@ -1,5 +1,6 @@
 #include "support/window_test.h"
 
+#include <QDir>
 #include <QDropEvent>
 #include <QListView>
 #include <QListWidget>
@@ -97,7 +98,7 @@ TEST_F(FileDropsTest, OfSeveralOfAKindTheFirstIsTakenAndTold) {
         drop(&driver.window(), *files({example("example-reads.ini"), example("example-writes.ini")})));
     EXPECT_EQ(pairs(), 5);
     EXPECT_EQ(driver.boxText(), "One file of prepared pairs is taken at a time: \"" +
-                                    example("example-reads.ini").toStdString() +
+                                    QDir::toNativeSeparators(example("example-reads.ini")).toStdString() +
                                     "\". Load the others by themselves.");
     driver.closeBox();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
