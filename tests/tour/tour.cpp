@@ -16,6 +16,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QListView>
 #include <QMessageBox>
 #include <QTabWidget>
@@ -276,7 +277,7 @@ private:
                                      0x0005); // R 0000: bits 0 and 2 are on, as is expected of the first line
         driver_.controller().setWord(512, 1000); // W 0000, of the second one
         driver_.click("cmdLoadScenario");
-        driver_.chooseFile(VARDA_DATA_FOLDER "/example.scn");
+        driver_.chooseFile(example("example.scn"));
         driver_.paste("txtScnPeriod", "200");
         waitForTick();
         driver_.click("cmdRunScenario");
@@ -294,6 +295,14 @@ private:
         driver_.click("cmdStopScenario");
     }
 
+    /// With its drive, where the system has such: the dialogs take a name without one for one in their own
+    /// folder.
+    static std::string example(const char* name) {
+        return QFileInfo(QStringLiteral(VARDA_DATA_FOLDER "/") + QLatin1String(name))
+            .absoluteFilePath()
+            .toStdString();
+    }
+
     static varda::Bytes bytesOf(const std::string& groups) {
         return varda::HexTextToBytes(groups, varda::groupCount(groups.size()));
     }
@@ -305,7 +314,7 @@ private:
         driver_.openPort(openLine_);
         driver_.click("optMode_4");
         driver_.click("cmdLoadSimPacket");
-        driver_.chooseFile(VARDA_DATA_FOLDER "/example-reads.ini");
+        driver_.chooseFile(example("example-reads.ini"));
         picture("simulation");
         std::printf("\nWord read of W 0000, 4 words, from the far end of a line\n");
         const varda::Bytes answer = ask(bytesOf("FF FF 23 03 00 02 04 C5 20"), 14);
