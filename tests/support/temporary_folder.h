@@ -2,6 +2,7 @@
 
 #include "core/files/file_path.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
@@ -35,7 +36,9 @@ public:
     const std::string& path() const { return path_; }
     /// The path of a file in it, as the system writes paths.
     std::string file(const std::string& name) const {
-        return path_ + static_cast<char>(std::filesystem::path::preferred_separator) + name;
+        std::string path = path_ + "/" + name;
+        std::ranges::replace(path, '/', static_cast<char>(std::filesystem::path::preferred_separator));
+        return path;
     }
 
     std::ptrdiff_t entries() const { return static_cast<std::ptrdiff_t>(names().size()); }
