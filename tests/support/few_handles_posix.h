@@ -42,4 +42,23 @@ private:
     std::vector<int> taken_;
 };
 
+/// Lets nothing be opened until the end of the scope, also where another thread gives a handle back meanwhile, as the one that
+/// lists a file dialog's folder does. Not where events are waited for: the system refuses to wait for handles above the limit.
+class NoMoreHandles {
+public:
+    NoMoreHandles() {
+        ::getrlimit(RLIMIT_NOFILE, &former_);
+        const rlimit none{.rlim_cur = 0, .rlim_max = former_.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &none);
+    }
+    NoMoreHandles(const NoMoreHandles&) = delete;
+    NoMoreHandles& operator=(const NoMoreHandles&) = delete;
+    NoMoreHandles(NoMoreHandles&&) = delete;
+    NoMoreHandles& operator=(NoMoreHandles&&) = delete;
+    ~NoMoreHandles() { ::setrlimit(RLIMIT_NOFILE, &former_); }
+
+private:
+    rlimit former_{};
+};
+
 } // namespace varda::test

@@ -88,7 +88,7 @@ TEST_F(InsightSavingTest, WithoutFileHandlesAChosenFileIsToldOf) {
         auto* const asked = dialog();
         ASSERT_NE(asked, nullptr) << what;
         {
-            const FewHandles few(0);
+            const NoMoreHandles none;
             emit asked->fileSelected(QString::fromStdString(window.folder().file("names.csv")));
         }
         EXPECT_NE(boxText().find("names.csv"), std::string::npos) << what << ": " << boxText();
