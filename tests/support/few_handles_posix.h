@@ -42,8 +42,9 @@ private:
     std::vector<int> taken_;
 };
 
-/// Lets nothing be opened until the end of the scope, also where another thread gives a handle back meanwhile, as the one that
-/// lists a file dialog's folder does. Not where events are waited for: the system refuses to wait for handles above the limit.
+/// Lets nothing be opened until the end of the scope, also where another thread gives a handle back
+/// meanwhile, as the one that lists a file dialog's folder does. Not where events are waited for: the system
+/// refuses to wait for handles above the limit.
 class NoMoreHandles {
 public:
     NoMoreHandles() {
