@@ -1,5 +1,6 @@
 #include "support/driven_window.h"
 
+#include "core/virtual/virtual_line.h"
 #include "support/trace_wish.h"
 
 #include <QAbstractButton>
@@ -21,8 +22,8 @@
 
 namespace varda::test {
 DrivenWindow::DrivenWindow(Controller* controller)
-    : window_({clock_, [this](const std::string&) { return farEnd_.makeLine(); }, [] { return 0.5; },
-               QString::fromStdString(folder_.path()), [] { return QTime(9, 5, 7); },
+    : window_({clock_, [this, controller](const std::string& name) { return makeLine(name, controller); },
+               [] { return 0.5; }, QString::fromStdString(folder_.path()), [] { return QTime(9, 5, 7); },
                [this](std::function<void()> tick) -> std::unique_ptr<PeriodTimer> {
                    return std::make_unique<ManualTimer>(clock_, std::move(tick));
                },
@@ -37,6 +38,13 @@ DrivenWindow::DrivenWindow(Controller* controller)
         find<QAbstractButton>("openTrace")->click();
     }
     QApplication::setActiveWindow(&window_);
+}
+
+std::unique_ptr<Line> DrivenWindow::makeLine(const std::string& name, Controller* controller) {
+    if (controller != nullptr && name == virtualPortName) {
+        return std::make_unique<VirtualLine>(*controller, clock_);
+    }
+    return farEnd_.makeLine();
 }
 
 void DrivenWindow::advance(int milliseconds) { clock_.advance(milliseconds); }

@@ -22,7 +22,8 @@ using namespace window;
 /// that is advanced by hand, lines end in memory, and files stand in a folder of the window's own.
 class DrivenWindow {
 public:
-    /// @param controller whose memory the bench shows; the window's own where there is none
+    /// @param controller whose memory the bench shows, and that the port VIRTUAL leads to; where there is
+    /// none the window has one of its own, and every port ends in memory
     explicit DrivenWindow(Controller* controller = nullptr);
 
     FrmVarda& window() { return window_; }
@@ -78,7 +79,7 @@ public:
     int selectedLine(const std::string& name);
 
 private:
-    static constexpr unsigned randomSeed = 20261122;
+    std::unique_ptr<Line> makeLine(const std::string& name, Controller* controller);
 
     TemporaryFolder folder_;
     ManualClock clock_;

@@ -1,6 +1,6 @@
+#include "support/seed.h"
 #include "years/year.h"
 
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -14,6 +14,7 @@
 namespace {
 
 using namespace varda::years;
+namespace test = varda::test;
 
 constexpr std::string_view usage =
     "years [--seed N] [--weather sunny|stormy|radioactive] [--years N | --days N] [--DIAL N ..] [--plant "
@@ -39,19 +40,6 @@ struct Wish {
     std::vector<std::string> dials;    ///< "noise=200"
 };
 
-/// Decimal digits are a number; of others the first sixteen hexadecimal ones are.
-std::optional<std::uint64_t> seedOf(std::string_view text) {
-    for (const int base : {10, 16}) {
-        const std::string_view digits = base == 10 ? text : text.substr(0, 16);
-        std::uint64_t seed = 0;
-        const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), seed, base);
-        if (!digits.empty() && error == std::errc{} && stop == digits.data() + digits.size()) {
-            return seed;
-        }
-    }
-    return std::nullopt;
-}
-
 std::optional<Climate> climateOf(std::string_view name) {
     for (const Climate climate : {Climate::Sunny, Climate::Stormy, Climate::Radioactive}) {
         if (nameOf(climate) == name) {
@@ -62,7 +50,7 @@ std::optional<Climate> climateOf(std::string_view name) {
 }
 
 bool takeSeed(Wish& wish, std::string_view value) {
-    const auto seed = seedOf(value);
+    const auto seed = test::seedOf(value);
     wish.seed = seed.value_or(0);
     return seed.has_value();
 }
@@ -103,10 +91,11 @@ bool take(Wish& wish, std::string_view name, const std::string& value) {
 
 std::optional<Wish> wishOf(const std::vector<std::string>& words) {
     Wish wish;
-    const char* const seed = std::getenv("VARDA_SEED");
-    if (seed != nullptr && !takeSeed(wish, seed)) {
+    const auto seed = test::wantedSeed();
+    if (!seed) {
         return std::nullopt;
     }
+    wish.seed = *seed;
     for (std::size_t index = 0; index < words.size(); index += 2) {
         if (index + 1 == words.size() || !take(wish, words[index], words[index + 1])) {
             return std::nullopt;

@@ -57,6 +57,7 @@ public:
     /// @param told runs with the words of each fault, before the bytes go out
     void tellFaults(std::function<void(const std::string& what)> told);
     FaultSwitch& faults() { return faults_; }
+    const FaultSwitch& faults() const { return faults_; }
     /// It is told of every change of the list of lines.
     ScenarioExpectations& expectations() { return expectations_; }
 
