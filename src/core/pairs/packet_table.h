@@ -36,8 +36,8 @@ struct PacketTableWatcher {
 /// Nothing but the row ties an answer to its request. The lists may have different lengths: a damaged packet
 /// file leaves a request without an answer.
 ///
-/// Looking a request up takes the same time in a table of any size. Adding costs the same everywhere, removing
-/// no more than a pass over the rows; the index that finds requests is never built anew for either.
+/// Looking a request up takes the same time in a table of any size. Adding costs the same everywhere,
+/// removing no more than a pass over the rows; the index that finds requests is never built anew for either.
 class PacketTable {
 public:
     const std::vector<std::string>& requests() const { return requests_; }
