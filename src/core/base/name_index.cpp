@@ -141,6 +141,31 @@ void NameIndex::insert(std::uint32_t hash, std::uint32_t item) {
     ++count_;
 }
 
+void NameIndex::remove(std::uint32_t hash, std::uint32_t item) {
+    std::size_t hole = placeOf(hash);
+    while (slots_[hole].item != item) {
+        hole = next(hole);
+    }
+    // Whatever was pushed past the hole moves up, for a search ends at the first free place.
+    for (std::size_t place = next(hole); slots_[place].item != none; place = next(place)) {
+        const std::size_t wanted = placeOf(slots_[place].hash);
+        if (distance(wanted, place) >= distance(hole, place)) {
+            slots_[hole] = slots_[place];
+            hole = place;
+        }
+    }
+    slots_[hole] = {};
+    --count_;
+}
+
+void NameIndex::closeGap(std::uint32_t item) {
+    for (Slot& slot : slots_) {
+        if (slot.item != none && slot.item > item) {
+            --slot.item;
+        }
+    }
+}
+
 void NameIndex::put(Slot slot) {
     std::size_t place = placeOf(slot.hash);
     while (slots_[place].item != none) {

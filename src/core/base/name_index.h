@@ -43,11 +43,29 @@ public:
         return std::nullopt;
     }
 
+    /// Has the memory fetched that a search for the hash is going to touch; without room it does nothing.
+    void expect(std::uint32_t hash) const {
+        if (!slots_.empty()) {
+            __builtin_prefetch(&slots_[placeOf(hash)]);
+        }
+    }
+
     /// Makes room for a number of items in one go.
     void reserve(std::size_t count);
 
     /// Adds an item whose name is not there yet.
     void insert(std::uint32_t hash, std::uint32_t item);
+
+    /// Takes an item out that is there.
+    void remove(std::uint32_t hash, std::uint32_t item);
+
+    /// Lowers the numbers of all items behind one that went away.
+    void closeGap(std::uint32_t item);
+
+    void clear() {
+        slots_.clear();
+        count_ = 0;
+    }
 
 private:
     static constexpr std::uint32_t none = UINT32_MAX;
@@ -58,6 +76,7 @@ private:
     };
 
     std::size_t placeOf(std::uint32_t hash) const { return hash & (slots_.size() - 1); }
+    std::size_t distance(std::size_t from, std::size_t to) const { return (to - from) & (slots_.size() - 1); }
     std::size_t next(std::size_t place) const { return (place + 1) & (slots_.size() - 1); }
     void put(Slot slot);
     void resize(std::size_t slots);

@@ -3,6 +3,7 @@
 #include "core/files/atomic_file.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 namespace varda::inline core {
@@ -12,13 +13,18 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view lineBreak = "\r\n";
 
 /// Line ends count as blanks, so that what is cut from a line never carries one.
+constexpr bool isBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
 std::string_view withoutBlanks(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) {
-        return text.substr(text.size());
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
     }
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 std::string_view withoutQuotes(std::string_view value) {
@@ -64,16 +70,31 @@ std::optional<std::string_view> headerName(std::string_view content) {
     return withoutBlanks(content.substr(1, close - 1));
 }
 
-/// Whether a line holds a key; comments and damaged headers do not.
-bool isEntry(std::string_view content) {
+/// The key that a line holds; comments and damaged headers hold none.
+std::optional<std::string_view> keyIn(std::string_view content) {
     const std::size_t equals = content.find('=');
-    return equals != std::string_view::npos && equals != 0 && content.front() != ';' &&
-           content.front() != '[';
+    const bool isEntry =
+        equals != std::string_view::npos && equals != 0 && content.front() != ';' && content.front() != '[';
+    return isEntry ? std::optional(withoutBlanks(content.substr(0, equals))) : std::nullopt;
 }
 
 std::string_view keyOf(std::string_view line) { return withoutBlanks(line.substr(0, line.find('='))); }
 
-std::string_view valueOf(std::string_view line) { return withoutBlanks(line.substr(line.find('=') + 1)); }
+std::string_view valueIn(std::string_view line) { return withoutBlanks(line.substr(line.find('=') + 1)); }
+
+/// What a buffer takes beside its terminator.
+std::string_view fitting(std::string_view value, std::size_t buffer) {
+    return value.substr(0, buffer == 0 ? 0 : buffer - 1);
+}
+
+/// The number that a name spells as to_string() would.
+std::optional<std::uint32_t> numberOf(std::string_view name) {
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
+    const bool isSpelledSo = name.size() == 1 || !name.starts_with('0');
+    return error == std::errc() && end == name.data() + name.size() && isSpelledSo ? std::optional(number)
+                                                                                   : std::nullopt;
+}
 
 /// Appends whole lines, each with the line end that is written.
 void appendLines(std::string_view lines, std::string& result) {
@@ -156,20 +177,30 @@ void ProfileFile::indexLines() {
 ProfileFile::Section* ProfileFile::indexLine(Span line, Section* section) {
     const std::string_view content = withoutBlanks(view(line));
     if (const auto header = headerName(content)) {
-        return findSection(*header) ? nullptr : &addSection({spanOf(*header), line.end, false, {}, {}});
+        return findSection(*header) ? nullptr : &addSection({spanOf(*header), line.end, false, {}, 0, {}});
     }
     if (section != nullptr && !content.empty()) {
         section->end = line.end;
-        if (isEntry(content)) {
+        if (const auto key = keyIn(content)) {
+            addNumbered(*section, *key);
             section->entries.push_back({line, line});
         }
     }
     return section;
 }
 
+/// Numbered names, which lists have, need no index where they stand in their order. To be called before the
+/// entry is added.
+bool ProfileFile::addNumbered(Section& section, std::string_view name) {
+    const bool isNext = section.numbered == section.entries.size() && numberOf(name) == section.numbered;
+    section.numbered += isNext ? 1 : 0;
+    return isNext;
+}
+
 void ProfileFile::indexEntries(Section& section) const {
-    section.index.reserve(section.entries.size());
-    for (std::uint32_t entry = 0; entry < section.entries.size(); ++entry) {
+    const auto size = static_cast<std::uint32_t>(section.entries.size());
+    section.index.reserve(size - section.numbered);
+    for (std::uint32_t entry = section.numbered; entry < size; ++entry) {
         const std::string_view key = keyOf(view(section.entries[entry].line));
         if (!findEntry(section, key)) {
             section.index.insert(hashOfName(key), entry);
@@ -183,10 +214,36 @@ std::string ProfileFile::value(std::string_view section, std::string_view key, s
     if (const auto inSection = findSection(withoutBlanks(section))) {
         const Section& searched = sections_[*inSection];
         if (const auto entry = findEntry(searched, withoutBlanks(key))) {
-            found = withoutQuotes(valueOf(view(searched.entries[*entry].line)));
+            found = valueOf(searched.entries[*entry]);
         }
     }
-    return std::string(found.substr(0, size == 0 ? 0 : size - 1));
+    return std::string(fitting(found, size));
+}
+
+std::vector<std::string_view> ProfileFile::numberedValues(std::string_view section, std::size_t most,
+                                                          std::size_t size) const {
+    std::vector<std::string_view> values;
+    const auto inSection = findSection(withoutBlanks(section));
+    if (!inSection) {
+        return values;
+    }
+    const Section& searched = sections_[*inSection];
+    values.reserve(std::min<std::size_t>(most, searched.numbered));
+    while (values.size() < most) {
+        const auto entry = values.size() < searched.numbered
+                               ? static_cast<std::uint32_t>(values.size())
+                               : findEntry(searched, std::to_string(values.size()));
+        const std::string_view value = entry ? fitting(valueOf(searched.entries[*entry]), size) : "";
+        if (value.empty()) {
+            break;
+        }
+        values.push_back(value);
+    }
+    return values;
+}
+
+std::string_view ProfileFile::valueOf(const Entry& entry) const {
+    return withoutQuotes(valueIn(view(entry.line)));
 }
 
 std::optional<std::uint32_t> ProfileFile::findSection(std::string_view name) const {
@@ -196,6 +253,9 @@ std::optional<std::uint32_t> ProfileFile::findSection(std::string_view name) con
 }
 
 std::optional<std::uint32_t> ProfileFile::findEntry(const Section& section, std::string_view name) const {
+    if (const auto number = numberOf(name); number && *number < section.numbered) {
+        return number;
+    }
     return section.index.find(hashOfName(name), [&](std::uint32_t entry) {
         return equalNames(keyOf(view(section.entries[entry].line)), name);
     });
@@ -218,13 +278,15 @@ void ProfileFile::setValue(std::string_view section, std::string_view key, std::
     Section& target = findOrAddSection(sectionName);
     const auto found = findEntry(target, keyName);
     if (!found) {
-        target.index.insert(hashOfName(keyName), static_cast<std::uint32_t>(target.entries.size()));
+        if (!addNumbered(target, keyName)) {
+            target.index.insert(hashOfName(keyName), static_cast<std::uint32_t>(target.entries.size()));
+        }
         target.entries.push_back({{target.end, target.end}, storeLine(std::string(keyName), value)});
         return;
     }
     Entry& entry = target.entries[*found];
     const std::string_view old = view(entry.line);
-    if (valueOf(old) != value) {
+    if (valueIn(old) != value) {
         entry.line = storeLine(std::string(keyOf(old)), value);
     }
 }
@@ -247,7 +309,7 @@ ProfileFile::Section& ProfileFile::findOrAddSection(std::string_view name) {
     if (const auto section = findSection(name)) {
         return sections_[*section];
     }
-    return addSection({store(name), textEnd_, true, {}, {}});
+    return addSection({store(name), textEnd_, true, {}, 0, {}});
 }
 
 std::string ProfileFile::text() const {

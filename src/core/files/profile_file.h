@@ -51,6 +51,11 @@ public:
     std::string value(std::string_view section, std::string_view key, std::string_view defaultText,
                       std::size_t size) const;
 
+    /// The values of the keys 0, 1, 2 .. of a section, as value() has them, up to the first that is missing
+    /// or empty; they last until a value is set. Where the keys stand in that order none is looked up.
+    std::vector<std::string_view> numberedValues(std::string_view section, std::size_t most,
+                                                 std::size_t size) const;
+
     /// Sets a value, in memory only. Blanks around it are dropped, line breaks and zero bytes in it become
     /// blanks.
     /// @throws RuntimeError 5 where the names could not be found again: an empty key, a key that begins with
@@ -97,13 +102,15 @@ private:
         std::uint32_t end = 0; ///< where new keys go
         bool isNew = false;
         std::vector<Entry> entries; ///< in the order of their lines
-        NameIndex index;            ///< of the entries; the first of each name
+        std::uint32_t numbered = 0; ///< so many entries at the front are named 0, 1, 2 .. in their order
+        NameIndex index;            ///< of the others; the first of each name
     };
 
     static ProfileFile unreadable(const RuntimeError& problem);
 
     void indexLines();
     Section* indexLine(Span line, Section* section);
+    static bool addNumbered(Section& section, std::string_view name);
     void indexEntries(Section& section) const;
 
     std::optional<std::uint32_t> findSection(std::string_view name) const;
@@ -119,6 +126,7 @@ private:
     Span storeLine(std::string name, std::string_view value);
     bool isChanged(const Entry& entry) const { return entry.line.begin >= textEnd_; }
     std::string_view view(Span span) const;
+    std::string_view valueOf(const Entry& entry) const;
     Span spanOf(std::string_view part) const;
 
     TextForm form_ = TextForm::Plain; ///< of the file; text_ is UTF-8 where that is UTF-16

@@ -6,7 +6,9 @@
 #include "core/files/modVarda.h"
 #include "core/pairs/packet_table.h"
 
+#include <algorithm>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace varda::inline core {
@@ -18,19 +20,14 @@ constexpr std::string_view total = "Total";
 constexpr std::string_view receive = "Receive";
 constexpr std::string_view send = "Send";
 
-std::string read(const ProfileFile& file, std::string_view section, std::string_view key) {
-    return GetPrivateProfileStringA(section, key, "", valueBuffer, file);
-}
-
-/// @return false where the file has no such entry
-bool appendEntry(const ProfileFile& file, std::string_view section, std::int32_t row,
-                 std::vector<std::string>& list) {
-    const std::string value = read(file, section, std::to_string(row));
-    if (value.empty()) {
-        return false;
+std::vector<std::string> entries(const ProfileFile& file, std::string_view section, std::size_t most) {
+    const std::vector<std::string_view> values = file.numberedValues(section, most, valueBuffer);
+    std::vector<std::string> list;
+    list.reserve(values.size());
+    for (const std::string_view value : values) {
+        list.emplace_back(withoutBlanksAround(value)); // blanks survive the reading only within quotes
     }
-    list.emplace_back(withoutBlanksAround(value)); // blanks survive the reading only within quotes
-    return true;
+    return list;
 }
 
 } // namespace
@@ -51,7 +48,7 @@ bool storePackets(const PacketTable& table, ProfileFile& file) {
 }
 
 PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
-    const std::string totalText = read(file, information, total);
+    const std::string totalText = GetPrivateProfileStringA(information, total, "", valueBuffer, file);
     if (totalText.empty()) {
         return file.isText() ? PacketLoad::NoTotal : PacketLoad::NoText;
     }
@@ -64,15 +61,14 @@ PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
     if (pairs < 1) {
         return PacketLoad::Corrupted;
     }
-    std::vector<std::string> requests;
-    std::vector<std::string> answers;
-    std::int32_t row = 0;
-    while (row < pairs && appendEntry(file, receive, row, requests) &&
-           appendEntry(file, send, row, answers)) {
-        ++row;
-    }
+    // Row by row it would end at the first entry that is missing: a request has gone before its answer then.
+    std::vector<std::string> answers = entries(file, send, static_cast<std::size_t>(pairs));
+    std::vector<std::string> requests =
+        entries(file, receive, std::min(static_cast<std::size_t>(pairs), answers.size() + 1));
+    answers.resize(std::min(answers.size(), requests.size()));
+    const bool isComplete = answers.size() == static_cast<std::size_t>(pairs);
     table.replace(std::move(requests), std::move(answers));
-    return row == pairs ? PacketLoad::Complete : PacketLoad::Incomplete;
+    return isComplete ? PacketLoad::Complete : PacketLoad::Incomplete;
 }
 
 } // namespace varda::core

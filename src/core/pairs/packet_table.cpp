@@ -16,9 +16,8 @@ void eraseRow(std::vector<Value>& rows, std::size_t row) {
     rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(row));
 }
 
-template <typename Ticket>
-std::size_t rowOf(const std::vector<Ticket>& tickets, Ticket ticket) {
-    return static_cast<std::size_t>(std::ranges::lower_bound(tickets, ticket) - tickets.begin());
+std::uint32_t hashOf(std::string_view request) {
+    return static_cast<std::uint32_t>(SeededHash()(request)); // files fill the table
 }
 
 void requireRow(const std::vector<std::string>& list, std::size_t row) {
@@ -39,7 +38,11 @@ void PacketTable::change(const PacketTableChange& change, Edit&& edit) {
 }
 
 void PacketTable::addPair(const std::string& request, const std::string& answer) {
-    change({List::Requests, Kind::Added, requests_.size()}, [&] { appendRequest(request); });
+    change({List::Requests, Kind::Added, requests_.size()}, [&] {
+        requests_.push_back(request);
+        hashes_.push_back(hashOf(request));
+        indexRow(requests_.size() - 1);
+    });
     change({List::Answers, Kind::Added, answers_.size()}, [&] { answers_.push_back(answer); });
 }
 
@@ -62,38 +65,54 @@ void PacketTable::replace(std::vector<std::string> requests, std::vector<std::st
 }
 
 std::optional<std::size_t> PacketTable::find(const std::string& request) const {
-    const auto found = ticketsOf_.find(request);
-    if (found == ticketsOf_.end()) {
-        return std::nullopt;
-    }
-    return rowOf(tickets_, found->second.front());
+    return rowOf(request, hashOf(request));
 }
 
-void PacketTable::appendRequest(const std::string& request) {
-    requests_.push_back(request);
-    tickets_.push_back(nextTicket_);
-    ticketsOf_[request].push_back(nextTicket_);
-    ++nextTicket_;
+std::optional<std::uint32_t> PacketTable::rowOf(const std::string& request, std::uint32_t hash) const {
+    return rows_.find(hash, [&](std::uint32_t row) { return requests_[row] == request; });
 }
 
 void PacketTable::eraseRequest(std::size_t row) {
-    const auto found = ticketsOf_.find(requests_[row]);
-    Tickets& equalRows = found->second;
-    eraseRow(equalRows, rowOf(equalRows, tickets_[row]));
-    if (equalRows.empty()) {
-        ticketsOf_.erase(found);
+    const auto gone = static_cast<std::uint32_t>(row);
+    if (rowOf(requests_[row], hashes_[row]) == gone) {
+        rows_.remove(hashes_[row], gone);
+        if (const auto next = nextEqualRow(gone)) {
+            rows_.insert(hashes_[row], *next);
+        }
     }
-    eraseRow(tickets_, row);
+    rows_.closeGap(gone);
+    eraseRow(hashes_, row);
     eraseRow(requests_, row);
 }
 
+/// The first row behind another one that has the same request.
+std::optional<std::uint32_t> PacketTable::nextEqualRow(std::uint32_t row) const {
+    for (std::uint32_t next = row + 1; next < requests_.size(); ++next) {
+        if (hashes_[next] == hashes_[row] && requests_[next] == requests_[row]) {
+            return next;
+        }
+    }
+    return std::nullopt;
+}
+
 void PacketTable::indexAll() {
-    tickets_.clear();
-    ticketsOf_.clear();
+    rows_.clear();
+    hashes_.clear();
+    rows_.reserve(requests_.size());
+    hashes_.reserve(requests_.size());
     for (const std::string& request : requests_) {
-        tickets_.push_back(nextTicket_);
-        ticketsOf_[request].push_back(nextTicket_);
-        ++nextTicket_;
+        hashes_.push_back(hashOf(request));
+    }
+    constexpr std::size_t ahead = 16; // as many as wait for memory at a time, in a large table
+    for (std::size_t row = 0; row < requests_.size(); ++row) {
+        rows_.expect(hashes_[std::min(row + ahead, requests_.size() - 1)]);
+        indexRow(row);
+    }
+}
+
+void PacketTable::indexRow(std::size_t row) {
+    if (!rowOf(requests_[row], hashes_[row])) {
+        rows_.insert(hashes_[row], static_cast<std::uint32_t>(row));
     }
 }
 

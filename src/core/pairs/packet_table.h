@@ -7,7 +7,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace varda::inline core {
@@ -37,8 +36,8 @@ struct PacketTableWatcher {
 /// Nothing but the row ties an answer to its request. The lists may have different lengths: a damaged packet
 /// file leaves a request without an answer.
 ///
-/// Looking a request up takes the same time in a table of any size. An edit costs no more than moving the
-/// rows behind it; the index that finds requests is never built anew for one.
+/// Looking a request up takes the same time in a table of any size. Adding costs the same everywhere,
+/// removing no more than a pass over the rows; the index that finds requests is never built anew for either.
 class PacketTable {
 public:
     const std::vector<std::string>& requests() const { return requests_; }
@@ -65,23 +64,18 @@ public:
     std::optional<std::size_t> find(const std::string& request) const;
 
 private:
-    /// A request keeps its ticket while rows before it go away; tickets ascend from row to row.
-    using Ticket = std::uint64_t;
-    using Tickets = std::vector<Ticket>;
-
     template <typename Edit>
     void change(const PacketTableChange& change, Edit&& edit);
-    void appendRequest(const std::string& request);
     void eraseRequest(std::size_t row);
     void indexAll();
-
-    using TicketsOf = std::unordered_map<std::string, Tickets, SeededHash>; // files fill it
+    void indexRow(std::size_t row);
+    std::optional<std::uint32_t> rowOf(const std::string& request, std::uint32_t hash) const;
+    std::optional<std::uint32_t> nextEqualRow(std::uint32_t row) const;
 
     std::vector<std::string> requests_;
     std::vector<std::string> answers_;
-    Tickets tickets_;     ///< of the requests, row by row
-    TicketsOf ticketsOf_; ///< of the rows with that text, ascending
-    Ticket nextTicket_ = 0;
+    std::vector<std::uint32_t> hashes_; ///< of the requests, row by row
+    NameIndex rows_;                    ///< of the requests; the first row of equal ones
     PacketTableWatcher watcher_;
 };
 

@@ -30,7 +30,7 @@ std::uint8_t FrameImage::byte(std::size_t index) const {
 
 void FrameImage::set(std::size_t index, std::uint8_t value) {
     check(index);
-    texts_[index] = hex(value, 2);
+    texts_[index] = twoDigits(value);
     bytes_[index] = value;
 }
 
@@ -74,9 +74,11 @@ void FrameImage::complete(std::size_t last) {
 
 std::string FrameImage::display(std::size_t last) {
     complete(last);
+    constexpr std::size_t usualGroup = 3;
     std::string shown;
+    shown.reserve((last + 1) * usualGroup);
     for (std::size_t index = 0; index <= last; ++index) {
-        shown += texts_[index] + ' ';
+        shown.append(texts_[index]).append(1, ' ');
     }
     return shown;
 }

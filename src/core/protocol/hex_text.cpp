@@ -3,6 +3,8 @@
 #include "core/base/conversion.h"
 #include "core/base/runtime_error.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <utility>
 
@@ -11,30 +13,40 @@ namespace {
 
 constexpr std::string_view digitsOfHex = "0123456789ABCDEF";
 
+/// "000102 .. FF".
+constexpr auto pairsOfHex = [] {
+    std::array<char, 512> pairs{};
+    for (std::size_t digit = 0; digit < pairs.size(); ++digit) {
+        const std::size_t byte = digit / 2;
+        pairs.at(digit) = digitsOfHex[digit % 2 == 0 ? byte >> 4U : byte & 0xFU];
+    }
+    return pairs;
+}();
+
 std::string zeroFilled(const std::string& text, std::size_t digits) {
     return text.size() < digits ? std::string(digits - text.size(), '0') + text : text;
-}
-
-void appendByte(std::string& text, std::uint8_t byte) {
-    text += digitsOfHex[byte >> 4U];
-    text += digitsOfHex[byte & 0xFU];
 }
 
 } // namespace
 
 std::string hex(int value) {
-    auto bits = static_cast<unsigned>(value) & 0xFFFFU;
-    std::string text;
-    do {
-        text.insert(text.begin(), digitsOfHex[bits & 0xFU]);
-        bits >>= 4U;
-    } while (bits != 0);
-    return text;
+    constexpr std::size_t most = 4;
+    std::string text = hex(value, most);
+    return text.erase(0, std::min(text.find_first_not_of('0'), most - 1));
 }
 
 std::string hex(int value, std::size_t digits) {
-    const std::string text = zeroFilled(hex(value), digits);
-    return text.substr(text.size() - digits);
+    auto bits = static_cast<unsigned>(value) & 0xFFFFU;
+    std::string text(digits, '0');
+    for (auto place = text.rbegin(); place != text.rend() && bits != 0; ++place) {
+        *place = digitsOfHex[bits & 0xFU];
+        bits >>= 4U;
+    }
+    return text;
+}
+
+std::string_view twoDigits(std::uint8_t byte) {
+    return std::string_view(pairsOfHex.data(), pairsOfHex.size()).substr(2 * std::size_t{byte}, 2);
 }
 
 std::string decimal(int value, std::size_t digits) { return zeroFilled(std::to_string(value), digits); }
@@ -61,7 +73,7 @@ std::string hexRun(std::span<const std::uint8_t> bytes) {
     std::string text;
     text.reserve(bytes.size() * 2);
     for (const std::uint8_t byte : bytes) {
-        appendByte(text, byte);
+        text += twoDigits(byte);
     }
     return text;
 }

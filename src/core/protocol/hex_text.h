@@ -19,6 +19,9 @@ std::string hex(int value);
 /// The last `digits` digits of hex(value), zero-filled on the left.
 std::string hex(int value, std::size_t digits);
 
+/// A byte as two upper-case digits.
+std::string_view twoDigits(std::uint8_t byte);
+
 /// Decimal digits of a number of 0 or more, zero-filled on the left to `digits`; longer numbers stay whole.
 std::string decimal(int value, std::size_t digits);
 

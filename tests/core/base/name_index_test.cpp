@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <iostream>
+#include <optional>
 #include <random>
 #include <set>
 #include <string>
@@ -90,6 +91,68 @@ TEST(NameIndex, AFileOfCollidingKeysTakesNoMoreComparisonsThanAnother) {
         ASSERT_EQ(find(names[item]), item);
     }
     EXPECT_LT(comparisons, 2 * names.size()) << "looking up";
+}
+
+/// Names that share hashes, so that searches pass over one another's places.
+class CrowdedIndex {
+public:
+    explicit CrowdedIndex(unsigned seed) : random_(seed) {}
+
+    void addOne() {
+        names_.push_back("n" + std::to_string(++added_));
+        index_.insert(hashOf(names_.back()), static_cast<std::uint32_t>(names_.size() - 1));
+    }
+    void removeOne() {
+        const std::size_t item = random_() % names_.size();
+        index_.remove(hashOf(names_[item]), static_cast<std::uint32_t>(item));
+        index_.closeGap(static_cast<std::uint32_t>(item));
+        names_.erase(names_.begin() + static_cast<std::ptrdiff_t>(item));
+    }
+    bool isEmpty() const { return names_.empty(); }
+    bool findsAll() const {
+        for (std::uint32_t item = 0; item < names_.size(); ++item) {
+            if (find(names_[item]) != item) {
+                return false;
+            }
+        }
+        return !find("another");
+    }
+
+private:
+    static std::uint32_t hashOf(const std::string& name) { return hashOfName(name) % 7U + 250U; }
+    std::optional<std::uint32_t> find(const std::string& name) const {
+        return index_.find(hashOf(name), [&](std::uint32_t item) { return names_[item] == name; });
+    }
+
+    std::mt19937 random_;
+    NameIndex index_;
+    std::vector<std::string> names_;
+    int added_ = 0;
+};
+
+TEST(NameIndex, FindsWhatIsLeftAfterRandomRemovals) {
+    const unsigned seed = std::random_device{}();
+    std::cout << "seed " << seed << '\n';
+    std::mt19937 random(seed);
+    CrowdedIndex index(seed + 1);
+    for (int edit = 0; edit < 3000; ++edit) {
+        if (index.isEmpty() || random() % 100 < 52) {
+            index.addOne();
+        } else {
+            index.removeOne();
+        }
+        ASSERT_TRUE(index.findsAll()) << "edit " << edit;
+    }
+}
+
+TEST(NameIndex, ClearedIndexFindsNothingAndTakesItemsAgain) {
+    NameIndex index;
+    index.insert(1, 0);
+    index.clear();
+    const auto any = [](std::uint32_t /*item*/) { return true; };
+    EXPECT_EQ(index.find(1, any), std::nullopt);
+    index.insert(1, 5);
+    EXPECT_EQ(index.find(1, any), std::optional<std::uint32_t>(5));
 }
 
 TEST(NameIndex, HashOfANameIgnoresTheCaseOfAToZAlone) {

@@ -41,6 +41,17 @@ TEST(Crc16, OfARequestHeader) {
     EXPECT_EQ(crc16(std::vector<std::uint8_t>{0x01, 0x00, 0x21, 0x03, 0x23, 0x0C, 0x10}), 0x8542);
 }
 
+/// Eight bytes are taken at a time: every number of bytes up to the longest frame's.
+TEST(Crc16, OfEveryLengthIsThePolynomialDivisionByteForByte) {
+    std::vector<std::uint8_t> bytes;
+    unsigned check = 0xFFFF;
+    for (unsigned length = 0; length < 530; ++length) {
+        ASSERT_EQ(crc16(bytes), check) << length;
+        bytes.push_back(static_cast<std::uint8_t>(length * 37 + (length >> 3U)));
+        check = (check >> 8U) ^ test::shiftedOut((check ^ bytes.back()) & 0xFFU);
+    }
+}
+
 TEST(Crc16, OverAFrameWithItsOwnCheckIsZero) {
     EXPECT_EQ(crc16(std::vector<std::uint8_t>{0xFF, 0xFF, 0x25, 0x00, 0x1A, 0x90}), 0x0000);
 }

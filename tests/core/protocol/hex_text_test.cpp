@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
+#include <cstdio>
+#include <string_view>
 #include <vector>
 
 namespace varda {
@@ -62,6 +65,14 @@ TEST(HexText, DecimalIsZeroFilledAndNeverCut) {
 TEST(HexText, ShownFrameHasASpaceBehindEveryByte) {
     EXPECT_EQ(hexGroups(std::vector<std::uint8_t>{0x01, 0xAB, 0x00}), "01 AB 00 ");
     EXPECT_EQ(hexGroups({}), "");
+}
+
+TEST(HexText, EveryByteHasTwoDigits) {
+    for (int byte = 0; byte < 256; ++byte) {
+        std::array<char, 4> digits{};
+        std::snprintf(digits.data(), digits.size(), "%02X", static_cast<unsigned>(byte));
+        EXPECT_EQ(twoDigits(static_cast<std::uint8_t>(byte)), std::string_view(digits.data()));
+    }
 }
 
 TEST(HexText, PacketTableFrameRunsTogether) {

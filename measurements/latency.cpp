@@ -3,6 +3,7 @@
 #include "report.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
+#include "turns.h"
 #include "window/shell/lines.h"
 #include "window/system/timers.h"
 
@@ -37,10 +38,12 @@ struct Series {
     Times starts;
     Times ends;
 
-    /// Sorted, in microseconds.
-    std::vector<double> durations() const {
+    std::vector<double> durations() const { return durations(0, std::min(starts.size(), ends.size())); }
+
+    /// Of some rounds one behind another; sorted, in microseconds.
+    std::vector<double> durations(std::size_t first, std::size_t behind) const {
         std::vector<double> result;
-        for (std::size_t i = 0; i < std::min(starts.size(), ends.size()); ++i) {
+        for (std::size_t i = first; i < behind; ++i) {
             result.push_back(std::chrono::duration<double, std::micro>(ends[i] - starts[i]).count());
         }
         std::ranges::sort(result);
@@ -55,6 +58,26 @@ std::string row(const char* what, const Series& series) {
                   all.at(all.size() / 2), all.at(all.size() * 99 / 100), all.back());
     std::printf("%s", text.data());
     return text.data();
+}
+
+/// The one of so many parts of a run that stands at a share of its durations.
+std::vector<double> partsOf(const Series& series, double share) {
+    const std::size_t count = std::min(series.starts.size(), series.ends.size());
+    std::vector<double> parts;
+    for (std::size_t turn = 0; turn < varda::bench::turns; ++turn) {
+        const auto part =
+            series.durations(turn * count / varda::bench::turns, (turn + 1) * count / varda::bench::turns);
+        parts.push_back(part.at(static_cast<std::size_t>(static_cast<double>(part.size()) * share)));
+    }
+    return parts;
+}
+
+std::string rows(const std::string& what, const Series& bare, const Series& line) {
+    for (const auto& [words, share] : {std::pair(", median", 0.5), std::pair(", 99 %", 0.99)}) {
+        print(what + words, "bare loop", "µs",
+              varda::bench::Turns{partsOf(line, share), partsOf(bare, share)});
+    }
+    return row((what + ", bare loop").c_str(), bare) + row((what + ", serial line").c_str(), line);
 }
 
 /// The line of the program, and a pseudo-terminal that is used without it.
@@ -101,8 +124,7 @@ std::string endOfWaitToFarEnd() {
         varda::test::runFor(2 * pause);
     }
     farEnd.join();
-    return row("end of a wait to the far end, bare loop", bare) +
-           row("end of a wait to the far end, serial line", line);
+    return rows("end of a wait to the far end", bare, line);
 }
 
 /// Waits for bytes and for nothing else. @return when it had them
@@ -151,7 +173,7 @@ std::string arrivalToHandler() {
     varda::test::runUntil([&] { return line.ends.size() >= rounds; }, std::chrono::minutes(1));
     farEnd.join();
     bareLoop.join();
-    return row("arrival to the handler, bare loop", bare) + row("arrival to the handler, serial line", line);
+    return rows("arrival to the handler", bare, line);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
+#include "turns.h"
 #include "window/shell/program.h"
 
 #include "core/protocol/frame_text.h"
@@ -106,6 +107,8 @@ void measure(const char* what, const LinePlayer::Piece& piece, const varda::test
                 varda::bench::spreadInWords(monitor, " %").c_str(),
                 varda::bench::spreadInWords(cat, " %").c_str(),
                 varda::bench::spreadInWords(ratios, " times").c_str());
+    varda::bench::print(std::string("monitor with its log, ") + what, "cat into a file", "% of a core",
+                        {monitor, cat});
 }
 
 /// @param only what to measure; everything where it is empty

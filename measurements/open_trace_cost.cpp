@@ -4,6 +4,7 @@
 #include "support/offscreen.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
+#include "turns.h"
 #include "window/shell/program.h"
 
 #include "core/protocol/frame_text.h"
@@ -70,6 +71,8 @@ void report(const char* what, const Series& series) {
     print("shut", series.shut);
     print("open", series.open);
     print("open, more than the run before", more);
+    varda::bench::print(std::string("trace open, ") + what, "trace shut", "% of a core",
+                        {series.open, series.shut});
 }
 
 /// @param isShort without the line that has pauses

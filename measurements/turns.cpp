@@ -1,0 +1,47 @@
+#include "turns.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace varda::bench {
+namespace {
+
+std::string listed(const std::vector<double>& values) {
+    std::string text;
+    for (const double value : values) {
+        text.append(text.empty() ? "" : " ").append(std::to_string(value));
+    }
+    return text;
+}
+
+} // namespace
+
+double leastTime(const std::function<void()>& call, const std::function<void()>& before) {
+    constexpr int repeats = 5;
+    double least = 0;
+    for (int repeat = 0; repeat < repeats; ++repeat) {
+        before();
+        const auto start = std::chrono::steady_clock::now();
+        call();
+        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
+        least = repeat == 0 ? time.count() : std::min(least, time.count());
+    }
+    return least;
+}
+
+Turns byTurns(const std::function<double()>& ours, const std::function<double()>& theirs) {
+    Turns result;
+    for (int turn = 0; turn < turns; ++turn) {
+        result.ours.push_back(ours());
+        result.theirs.push_back(theirs());
+    }
+    return result;
+}
+
+void print(const std::string& what, const std::string& beside, const std::string& unit, const Turns& turns) {
+    std::printf("turns\t%s\t%s\t%s\t%s\t%s\n", what.c_str(), beside.c_str(), unit.c_str(),
+                listed(turns.ours).c_str(), listed(turns.theirs).c_str());
+    std::fflush(stdout);
+}
+
+} // namespace varda::bench

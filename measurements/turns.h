@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace varda::bench {
+
+/// What a measurement found in its runs, ours and the other's by turns.
+struct Turns {
+    std::vector<double> ours;
+    std::vector<double> theirs;
+};
+
+/// So many runs of each; a median of fewer says little.
+constexpr int turns = 7;
+
+/// Milliseconds that a call takes: the least of some, since a busy machine only ever adds.
+/// @param before goes before each and is not counted
+double leastTime(
+    const std::function<void()>& call, const std::function<void()>& before = [] {});
+
+/// Measures two calls by turns.
+Turns byTurns(const std::function<double()>& ours, const std::function<double()>& theirs);
+
+/// Prints the one line that ./bench reads: "turns", what is measured, beside what, the unit, and both series.
+void print(const std::string& what, const std::string& beside, const std::string& unit, const Turns& turns);
+
+} // namespace varda::bench
