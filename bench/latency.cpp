@@ -4,7 +4,7 @@
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "window/shell/lines.h"
-#include "window/system/timers.h"
+#include "window/system/qt_clock.h"
 
 #include <QCoreApplication>
 

@@ -1,48 +1,37 @@
-#include "window/system/timers.h"
-
-#include "core/base/runtime_error.h"
+#include "window/system/qt_clock.h"
 
 #include <utility>
 
 namespace varda::window {
 
+QtClock::QtClock() : alarm_(makeAlarm([this] { ring(); })) {}
+
 Clock::Time QtClock::now() const { return std::chrono::steady_clock::now(); }
 
-void QtClock::schedule(std::chrono::milliseconds wait, std::function<void()> due) {
-    QTimer::singleShot(wait, Qt::PreciseTimer, &context_, std::move(due));
-}
-
-QtPeriodTimer::QtPeriodTimer(std::function<void()> tick) {
-    timer_.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer_, &QTimer::timeout, &timer_, std::move(tick));
-}
-
-void QtPeriodTimer::setInterval(int milliseconds) {
-    if (milliseconds < 0) {
-        throw invalidPropertyValue();
-    }
-    interval_ = milliseconds;
-    if (isRunning_) {
-        start();
+void QtClock::schedule(Duration wait, std::function<void()> due) {
+    const auto place = waits_.emplace(now() + wait, std::move(due));
+    if (place == waits_.begin()) {
+        setAlarm();
     }
 }
 
-int QtPeriodTimer::interval() const { return interval_; }
+/// One wait a ring: what it runs may begin others, end the clock, or not come back for long.
+void QtClock::ring() {
+    if (waits_.empty() || waits_.begin()->first > now()) {
+        setAlarm();
+        return;
+    }
+    const auto due = waits_.extract(waits_.begin());
+    setAlarm();
+    due.mapped()();
+}
 
-void QtPeriodTimer::start() {
-    isRunning_ = true;
-    if (interval_ > 0) {
-        timer_.start(interval_);
+void QtClock::setAlarm() {
+    if (waits_.empty()) {
+        alarm_->clear();
     } else {
-        timer_.stop(); // QTimer would tick without a pause
+        alarm_->setTo(waits_.begin()->first);
     }
 }
-
-void QtPeriodTimer::stop() {
-    isRunning_ = false;
-    timer_.stop();
-}
-
-bool QtPeriodTimer::isRunning() const { return isRunning_; }
 
 } // namespace varda::window
