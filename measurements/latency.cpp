@@ -5,7 +5,7 @@
 #include "support/pseudo_terminal.h"
 #include "turns.h"
 #include "window/shell/lines.h"
-#include "window/system/timers.h"
+#include "window/system/qt_clock.h"
 
 #include <QCoreApplication>
 

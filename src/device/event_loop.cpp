@@ -43,7 +43,7 @@ EventLoop::~EventLoop() = default;
 
 EventLoop::Time EventLoop::now() const { return std::chrono::steady_clock::now(); }
 
-void EventLoop::schedule(std::chrono::milliseconds wait, std::function<void()> due) {
+void EventLoop::schedule(Duration wait, std::function<void()> due) {
     const auto timer = std::make_shared<asio::steady_timer>(context_->io, wait);
     timer->async_wait([timer, due = std::move(due)](const asio::error_code& error) {
         if (!error) {

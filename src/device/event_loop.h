@@ -19,7 +19,7 @@ public:
     ~EventLoop() override;
 
     Time now() const override;
-    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override;
+    void schedule(Duration wait, std::function<void()> due) override;
 
     /// Runs a task soon. Called from any thread; tasks run in their order.
     void post(std::function<void()> task);

@@ -78,15 +78,18 @@ TEST_F(DeviceLineFlowTest, ASlowLineIsNoDeadLine) {
     for (int more = 0; more < 1000; ++more) {
         line.write(Bytes(length, 0xEE));
     }
-    EXPECT_EQ(line.unsentWrites(), 1001U);
+    const std::size_t fitted =
+        1001 - line.unsentWrites(); // of the later ones, where the driver made room meanwhile
+    EXPECT_LT(fitted, 100U);
     loop.runFor(20ms);
     EXPECT_EQ(events, std::vector<CommEvent>{CommEvent::Unsent});
-    const Bytes far = drained(sent * length);
+    const Bytes far = drained((sent + fitted) * length);
     loop.runFor(20ms);
     EXPECT_TRUE(terminal.readAvailable().empty());
-    ASSERT_EQ(far.size(), sent * length) << "whole frames, and none that was counted as unsent";
+    ASSERT_EQ(far.size(), (sent + fitted) * length) << "whole frames, and none that was counted as unsent";
     for (std::size_t i = 0; i < far.size(); ++i) {
-        ASSERT_EQ(far[i], static_cast<std::uint8_t>(i / length)) << "byte " << i;
+        const std::size_t frame = i / length;
+        ASSERT_EQ(far[i], frame < sent ? static_cast<std::uint8_t>(frame) : 0xEE) << "byte " << i;
     }
 }
 

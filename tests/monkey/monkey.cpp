@@ -1,5 +1,7 @@
 #include "monkey/monkey.h"
 
+#include "support/event_loop.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractScrollArea>
@@ -19,7 +21,9 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <numeric>
+#include <tuple>
 
 namespace varda::monkey {
 namespace {
@@ -68,8 +72,23 @@ const std::vector<Qt::Key>& keys() {
 
 bool isAtHand(const QWidget* widget) { return widget->isVisible() && widget->isEnabled(); }
 
-/// The one that a file dialog or another window of its own would have to be asked for.
-bool isOf(const QWidget* window, const QWidget* widget) { return widget->window() == window; }
+/// Qt names them in the order of their addresses.
+std::vector<QWidget*> shownWindows() {
+    std::vector<QWidget*> shown;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible()) {
+            shown.push_back(window);
+        }
+    }
+    std::sort(shown.begin(), shown.end(), [](const QWidget* one, const QWidget* other) {
+        const auto place = [](const QWidget* window) {
+            return std::make_tuple(std::string(window->metaObject()->className()), window->objectName(),
+                                   window->windowTitle());
+        };
+        return place(one) < place(other);
+    });
+    return shown;
+}
 
 } // namespace
 
@@ -150,7 +169,17 @@ std::string Monkey::act() {
     rescue_.stop();
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    awaitDoctor();
     return witness_->finding();
+}
+
+/// The port doctor looks around in a thread of its own: what follows must not depend on when it is done.
+void Monkey::awaitDoctor() {
+    const auto isLooking = [this] {
+        const auto* const again = window_->window().findChild<QAbstractButton*>(QStringLiteral("lookAgain"));
+        return again != nullptr && again->isVisible() && !again->isEnabled();
+    };
+    test::runUntil([&isLooking] { return !isLooking(); });
 }
 
 std::string Monkey::story() const {
@@ -179,26 +208,21 @@ QWidget* Monkey::front() const {
     return nullptr;
 }
 
-/// Something of that kind that is to be seen, anywhere.
+/// Something of that kind that is to be seen, anywhere. In an order that is the same whenever the same things
+/// stand there.
 template <typename Widget>
 Widget* Monkey::draw() {
-    const QWidget* const only = front();
+    QWidget* const only = front();
     std::vector<Widget*> found;
-    for (QWidget* const widget : QApplication::allWidgets()) {
-        auto* const wanted = qobject_cast<Widget*>(widget);
-        if (wanted != nullptr && isAtHand(wanted) && (only == nullptr || isOf(only, wanted))) {
-            found.push_back(wanted);
+    for (QWidget* const window : only != nullptr ? std::vector<QWidget*>{only} : shownWindows()) {
+        QList<Widget*> all = window->findChildren<Widget*>();
+        if (auto* const itself = qobject_cast<Widget*>(window)) {
+            all.prepend(itself);
         }
+        std::copy_if(all.begin(), all.end(), std::back_inserter(found), [window](const Widget* widget) {
+            return isAtHand(widget) && widget->window() == window;
+        });
     }
-    // The order of all widgets is that of their addresses.
-    std::sort(found.begin(), found.end(), [](const Widget* one, const Widget* other) {
-        const auto place = [](const Widget* widget) {
-            return std::make_tuple(widget->objectName(), widget->mapTo(widget->window(), QPoint()).y(),
-                                   widget->mapTo(widget->window(), QPoint()).x(),
-                                   widget->window()->objectName());
-        };
-        return place(one) < place(other);
-    });
     return found.empty() ? nullptr : oneOf(found);
 }
 

@@ -46,6 +46,7 @@ private:
     static const std::vector<Action>& actions();
     void live();
     void leaveLoop();
+    void awaitDoctor();
     const Action& drawAction();
     template <typename Widget>
     Widget* draw();

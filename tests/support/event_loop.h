@@ -16,9 +16,10 @@ inline void runFor(std::chrono::milliseconds time) {
     loop.exec();
 }
 
-/// Runs the event loop until `condition` holds, at most for `limit`; returns whether it holds.
+/// Runs the event loop until `condition` holds, at most for `limit`, which only a failure, or a machine that
+/// has no time, takes; returns whether it holds.
 inline bool runUntil(const std::function<bool()>& condition,
-                     std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+                     std::chrono::milliseconds limit = std::chrono::seconds(30)) {
     const QDeadlineTimer deadline(limit);
     while (!condition() && !deadline.hasExpired()) {
         runFor(std::chrono::milliseconds(2));

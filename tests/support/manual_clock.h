@@ -12,7 +12,7 @@ class ManualClock : public Clock {
 public:
     Time now() const override { return now_; }
 
-    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
+    void schedule(Duration wait, std::function<void()> due) override {
         waits_.emplace(now_ + wait, std::move(due));
     }
 

@@ -31,9 +31,10 @@ public:
         }
     }
 
-    /// Runs tasks until `condition` holds, at most for `limit`; returns whether it holds.
+    /// Runs tasks until `condition` holds, at most for `limit`, which only a failure, or a machine that has
+    /// no time, takes; returns whether it holds.
     bool runUntil(const std::function<bool()>& condition,
-                  std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+                  std::chrono::milliseconds limit = std::chrono::seconds(30)) {
         const auto end = Clock::now() + limit;
         while (!condition() && Clock::now() < end) {
             runNext(Clock::now() + std::chrono::milliseconds(2));

@@ -17,7 +17,7 @@ class HandClock : public Clock {
 public:
     Time now() const override { return now_; }
 
-    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
+    void schedule(Duration wait, std::function<void()> due) override {
         if (wait != receptionWait || lost_ == 0 || --lost_ > 0) {
             at(now_ + wait, std::move(due));
         }

@@ -36,6 +36,7 @@ class Clock {
 public:
     /// A point on a scale that only goes forward; setting the computer's clock does not move it.
     using Time = std::chrono::steady_clock::time_point;
+    using Duration = Time::duration;
 
     Clock() = default;
     Clock(const Clock&) = delete;
@@ -45,7 +46,7 @@ public:
     virtual Time now() const = 0;
 
     /// Runs `continuation` once, `wait` from now, on the interface thread and never inside this call.
-    Wait after(std::chrono::milliseconds wait, Wait::Continuation continuation) {
+    Wait after(Duration wait, Wait::Continuation continuation) {
         const auto held = std::make_shared<Wait::Continuation>(std::move(continuation));
         schedule(wait, [waiting = std::weak_ptr(held)] {
             if (const auto due = waiting.lock()) {
@@ -57,7 +58,7 @@ public:
     }
 
     /// Runs `due` once, `wait` from now; after() hands it what looks whether somebody still waits.
-    virtual void schedule(std::chrono::milliseconds wait, std::function<void()> due) = 0;
+    virtual void schedule(Duration wait, std::function<void()> due) = 0;
 };
 
 } // namespace varda::core

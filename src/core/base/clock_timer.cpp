@@ -34,7 +34,7 @@ void ClockTimer::waitForTick() {
         return;
     }
     next_ = std::max(next_ + std::chrono::milliseconds(interval_), clock_.now());
-    wait_ = clock_.after(std::chrono::ceil<std::chrono::milliseconds>(next_ - clock_.now()), [this] {
+    wait_ = clock_.after(next_ - clock_.now(), [this] {
         waitForTick();
         tick_();
     });

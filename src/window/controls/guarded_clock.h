@@ -18,7 +18,7 @@ public:
 
     Time now() const override { return clock_.now(); }
 
-    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
+    void schedule(Duration wait, std::function<void()> due) override {
         clock_.schedule(wait, [events = QPointer(&events_), due = std::move(due)] {
             if (events) { // else the window is gone, and whoever waited with it
                 events->guard(due);

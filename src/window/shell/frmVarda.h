@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/period_timer.h"
 #include "core/link/mscomm.h"
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
@@ -18,7 +19,6 @@
 #include "window/shell/link_presenter.h"
 #include "window/shell/manual.h"
 #include "window/shell/window_form.h"
-#include "window/system/timers.h"
 
 #include <QMainWindow>
 #include <QTime>
@@ -52,14 +52,13 @@ class FrmVarda : public QMainWindow {
 public:
     /// What the window takes from outside, so that tests can put their own in its place.
     struct Surroundings {
-        Clock& clock;                                    ///< where waits come from
-        MSComm::LineFactory makeLine;                    ///< turns a port's name into a closed line
-        std::function<double()> random;                  ///< draws a number of at least 0 and below 1
-        QString programFolder;                           ///< the program's own folder, where dialogs start
-        std::function<QTime()> now = QTime::currentTime; ///< time of day for the monitor's stamps
+        Clock& clock;                   ///< where waits come from
+        MSComm::LineFactory makeLine;   ///< turns a port's name into a closed line
+        std::function<double()> random; ///< draws a number of at least 0 and below 1
+        QString programFolder;          ///< the program's own folder, where dialogs start
+        std::function<QTime()> now;     ///< time of day for the monitor's stamps
         /// Makes a stopped period timer that runs `tick` at each of its ticks.
-        std::function<std::unique_ptr<PeriodTimer>(std::function<void()> tick)> makeTimer =
-            [](std::function<void()> tick) { return std::make_unique<QtPeriodTimer>(std::move(tick)); };
+        std::function<std::unique_ptr<PeriodTimer>(std::function<void()> tick)> makeTimer;
         Controller* controller = nullptr; ///< the embedded one, whose memory the bench shows
     };
 

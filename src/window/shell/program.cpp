@@ -1,5 +1,6 @@
 #include "window/shell/program.h"
 
+#include "core/base/clock_timer.h"
 #include "window/shell/lines.h"
 #include "window/shell/look.h"
 #include "window/shell/program_icon.h"
@@ -30,9 +31,12 @@ Program::Program(const ProgramParts& parts) : generator_(parts.seed), window_(su
 
 FrmVarda::Surroundings Program::surroundings(const ProgramParts& parts) {
     FrmVarda::Surroundings made{
-        clock_, lineFactory(clock_, controller_),
-        [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); }, parts.folder,
-        parts.now};
+        clock_,
+        lineFactory(clock_, controller_),
+        [this] { return std::uniform_real_distribution<double>(0.0, 1.0)(generator_); },
+        parts.folder,
+        parts.now,
+        [this](std::function<void()> tick) { return std::make_unique<ClockTimer>(clock_, std::move(tick)); }};
     made.controller = &controller_;
     return made;
 }

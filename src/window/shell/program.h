@@ -2,7 +2,7 @@
 
 #include "core/virtual/controller.h"
 #include "window/shell/frmVarda.h"
-#include "window/system/timers.h"
+#include "window/system/qt_clock.h"
 
 #include <random>
 

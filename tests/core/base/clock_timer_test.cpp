@@ -16,8 +16,8 @@ using namespace std::chrono_literals;
 class LateClock : public Clock {
 public:
     Time now() const override { return now_; }
-    void schedule(std::chrono::milliseconds wait, std::function<void()> due) override {
-        waits.push_back(wait);
+    void schedule(Duration wait, std::function<void()> due) override {
+        waits.push_back(std::chrono::duration_cast<std::chrono::milliseconds>(wait));
         due_ = std::move(due);
     }
     void endWaitAfter(std::chrono::milliseconds time) {

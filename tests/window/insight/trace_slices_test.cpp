@@ -39,7 +39,7 @@ using namespace window;
 class SteppedClock : public Clock {
 public:
     Time now() const override { return {}; }
-    void schedule(std::chrono::milliseconds /*wait*/, std::function<void()> due) override {
+    void schedule(Duration /*wait*/, std::function<void()> due) override {
         waits_.push_back(std::move(due));
     }
     /// Ends the wait that began first. @return false where nothing waits
