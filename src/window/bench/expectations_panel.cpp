@@ -79,9 +79,19 @@ void ExpectationsPanel::refresh() {
         }
     }
     ui_->expectationsState->setText(words.join(QStringLiteral(" \u2013 ")));
+    showProblem();
     for (QPushButton* const button : {ui_->takeFromRun, ui_->loadExpectations, ui_->saveExpectations}) {
         button->setEnabled(hasLines);
     }
+}
+
+void ExpectationsPanel::showProblem() {
+    const auto& problem = expectations_.problem();
+    ui_->expectationsProblem->setVisible(problem.has_value());
+    ui_->expectationsProblem->setText(
+        problem ? tr("What is expected was not taken along. %1 %2")
+                      .arg(QString::fromUtf8(problem->what()), QString::fromStdString(problem->advice()))
+                : QString());
 }
 
 /// Other texts stand in the cells.

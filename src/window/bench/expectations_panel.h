@@ -36,6 +36,7 @@ private:
     void load(const QString& path);
     void save(const QString& path);
     void showAll();
+    void showProblem();
 
     BenchContext context_;
     ScenarioExpectations& expectations_;
