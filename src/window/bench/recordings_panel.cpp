@@ -1,7 +1,7 @@
 #include "window/bench/recordings_panel.h"
 
 #include "core/base/runtime_error.h"
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/capture_loading.h"
 #include "core/recordings/recording_words.h"
 #include "ui_recordings_panel.h"
 #include "window/bench/recording_player.h"
