@@ -41,7 +41,7 @@ FileDialogs::Kind memoryFiles() { return {QStringLiteral(".csv"), QStringLiteral
 } // namespace
 
 ControllerPanel::ControllerPanel(SimulatedController simulated, const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       simulated_(std::move(simulated)),
       context_(context),
       ui_(makeForm<Ui::ControllerPanel>(this)),

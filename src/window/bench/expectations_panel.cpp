@@ -39,7 +39,7 @@ FileDialogs::Kind expectationFiles() { return {QStringLiteral(".expect"), QStrin
 ExpectationsPanel::ExpectationsPanel(ScenarioExpectations& expectations,
                                      std::function<std::string(int row)> lineText,
                                      const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       context_(context),
       expectations_(expectations),
       ui_(makeForm<Ui::ExpectationsPanel>(this)),

@@ -23,7 +23,7 @@ constexpr std::array usualTexts = {"[x] noise-before", "600000..600000 ms", "eac
 } // namespace
 
 FaultsPanel::FaultsPanel(FaultSwitch& faults, const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       context_(context),
       faults_(faults),
       ui_(makeForm<Ui::FaultsPanel>(this)),

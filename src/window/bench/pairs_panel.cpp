@@ -37,7 +37,7 @@ FileDialogs::Kind pairFiles() { return {QStringLiteral(".ini"), QStringLiteral("
 } // namespace
 
 PairsPanel::PairsPanel(PreparedPairs pairs, const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       pairs_(std::move(pairs)),
       context_(context),
       ui_(makeForm<Ui::PairsPanel>(this)),

@@ -24,7 +24,7 @@ FileDialogs::Kind captureFiles() { return {QStringLiteral(".pcapng"), QStringLit
 } // namespace
 
 RecordingsPanel::RecordingsPanel(RecordingPlayer& player, const BenchContext& context, QWidget* parent)
-    : QWidget(parent), context_(context), player_(player), ui_(makeForm<Ui::RecordingsPanel>(this)) {
+    : CompanionPart(parent), context_(context), player_(player), ui_(makeForm<Ui::RecordingsPanel>(this)) {
     bind();
     refresh();
 }

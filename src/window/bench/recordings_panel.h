@@ -2,8 +2,7 @@
 
 #include "core/recordings/recording.h"
 #include "window/bench/bench_context.h"
-
-#include <QWidget>
+#include "window/controls/companion_window.h"
 
 #include <memory>
 #include <optional>
@@ -16,7 +15,7 @@ class RecordingsPanel;
 class RecordingPlayer;
 
 /// "Recordings": a capture is played once more, or compared with another one.
-class RecordingsPanel : public QWidget {
+class RecordingsPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(RecordingsPanel)
 
@@ -25,7 +24,7 @@ public:
     ~RecordingsPanel() override;
 
     /// Shows how things are now.
-    void refresh();
+    void refresh() final;
 
 private:
     void bind();
