@@ -11,6 +11,7 @@
 #include "window/controls/make_form.h"
 #include "window/controls/profile_files.h"
 #include "window/controls/table_lines.h"
+#include "window/controls/wrapping_row.h"
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
@@ -44,6 +45,7 @@ ExpectationsPanel::ExpectationsPanel(ScenarioExpectations& expectations,
       expectations_(expectations),
       ui_(makeForm<Ui::ExpectationsPanel>(this)),
       model_(new ExpectationModel(expectations, std::move(lineText), this)) {
+    WrappingRow::replace(ui_->expectationsPanelLayout, ui_->expectationsRow);
     ui_->expectationTable->setModel(model_);
     showLines(ui_->expectationTable, fontMetrics().height());
     fitColumns(ui_->expectationTable, usualExpected);

@@ -10,6 +10,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
+#include "window/controls/wrapping_row.h"
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
@@ -25,6 +26,7 @@ FileDialogs::Kind captureFiles() { return {QStringLiteral(".pcapng"), QStringLit
 
 RecordingsPanel::RecordingsPanel(RecordingPlayer& player, const BenchContext& context, QWidget* parent)
     : CompanionPart(parent), context_(context), player_(player), ui_(makeForm<Ui::RecordingsPanel>(this)) {
+    WrappingRow::replace(ui_->recordingsPanelLayout, ui_->playRow);
     bind();
     refresh();
 }
