@@ -41,6 +41,8 @@ DrivenWindow::DrivenWindow(Controller* controller)
 
 void DrivenWindow::advance(int milliseconds) { clock_.advance(milliseconds); }
 
+void DrivenWindow::step() { clock_.step(); }
+
 void DrivenWindow::click(const std::string& button) {
     auto* const control = find<QAbstractButton>(button);
     if (!control->isVisible()) {
