@@ -5,7 +5,7 @@
 #include "core/files/profile_file.h"
 #include "core/insight/taken_expectations.h"
 #include "core/pairs/packet_file.h"
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/capture_loading.h"
 #include "core/runs/scenario_file.h"
 #include "core/runs/scenario_frame.h"
 

@@ -94,6 +94,11 @@ Json jsonOf(const Exchange& exchange) {
     return object;
 }
 
+/// What was to be sent and what went out are two things: the port may refuse an answer.
+std::string unlessSent(const Exchange& exchange) {
+    return exchange.answer.empty() ? ", but nothing was sent" : "";
+}
+
 std::string headingOf(const Exchange& exchange) {
     std::string text = kindInWords(kindOf(exchange.request)) + ' ' + hexGroups(exchange.request) + "- " +
                        std::string(inWords(exchange.outcome));
@@ -104,7 +109,9 @@ std::string headingOf(const Exchange& exchange) {
         return text + ": " + counted(exchange.answer.size(), "byte") + " of " +
                std::to_string(exchange.expected) + " came";
     case Outcome::AnsweredByPair:
-        return text + ": pair " + std::to_string(exchange.pair.value_or(0) + 1);
+        return text + ": pair " + std::to_string(exchange.pair.value_or(0) + 1) + unlessSent(exchange);
+    case Outcome::AnsweredFromMemory:
+        return text + unlessSent(exchange);
     default:
         return text;
     }
@@ -226,14 +233,17 @@ void Report::pairHits(std::size_t row, std::uint64_t answers) {
 }
 
 void Report::unmatched(const UnknownRequest& request) {
-    write(asJson_ ? asLine({{"type", "unmatched"},
-                            {"request", hexRun(request.bytes)},
-                            {"kind", kindInWords(kindOf(request.bytes))},
-                            {"count", request.count},
-                            {"isAnswered", request.isAnswered}})
-                  : "no prepared pair: " + kindInWords(kindOf(request.bytes)) + ' ' +
-                        hexGroups(request.bytes) + "came " + timesInWords(request.count) +
-                        (request.isAnswered ? ", answered from memory" : ", not answered"));
+    write(asJson_
+              ? asLine({{"type", "unmatched"},
+                        {"request", hexRun(request.bytes)},
+                        {"kind", kindInWords(kindOf(request.bytes))},
+                        {"count", request.count},
+                        {"isAnswered", request.isAnswered},
+                        {"notSent", request.notSent}})
+              : "no prepared pair: " + kindInWords(kindOf(request.bytes)) + ' ' + hexGroups(request.bytes) +
+                    "came " + timesInWords(request.count) +
+                    (request.isAnswered ? ", answered from memory" : ", not answered") +
+                    (request.notSent > 0 ? "; the port refused " + counted(request.notSent, "answer") : ""));
 }
 
 void Report::played(const PlayerProgress& progress) {

@@ -35,6 +35,7 @@ public:
           timer_(session.loop().makeTimer([this] { sendNext(); })),
           run_(session.link(), *timer_, lines_) {
         session.whenTold([this](const Exchange& exchange) { take(exchange); });
+        run_.expectSilence([this](int line) { return isSilenceRight(line); });
     }
 
     void start(int period) { run_.start(std::to_string(period)); }
@@ -74,7 +75,15 @@ private:
         if (!wanted_.empty()) {
             report_.expectation(round, line + 1, why);
         }
-        endWhere(exchange.outcome == Outcome::Silent && !why.empty());
+        endWhere(exchange.outcome == Outcome::Silent && !run_.isSilenceExpected());
+    }
+
+    bool isSilenceRight(int line) const {
+        if (wanted_.empty()) {
+            return isTaking_;
+        }
+        const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
+        return !wanted || wanted->isSilence();
     }
 
     std::string judge(const Exchange& exchange, int line) const {

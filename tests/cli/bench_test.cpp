@@ -5,7 +5,7 @@
 #include "core/insight/expectation.h"
 #include "core/protocol/frame_text.h"
 #include "core/recordings/capture_file.h"
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/capture_loading.h"
 #include "core/runs/scenario_file.h"
 #include "core/virtual/controller.h"
 #include "core/virtual/controller_memory.h"

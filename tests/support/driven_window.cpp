@@ -49,6 +49,8 @@ std::unique_ptr<Line> DrivenWindow::makeLine(const std::string& name, Controller
 
 void DrivenWindow::advance(int milliseconds) { clock_.advance(milliseconds); }
 
+void DrivenWindow::step() { clock_.step(); }
+
 void DrivenWindow::click(const std::string& button) {
     auto* const control = find<QAbstractButton>(button);
     if (!control->isVisible()) {

@@ -32,6 +32,8 @@ public:
 
     /// Lets time pass.
     void advance(int milliseconds);
+    /// Goes to what is due next, and runs that alone, as one event of the window.
+    void step();
 
     /// The control of that name. @throws std::runtime_error where there is none of that class
     template <typename Control = QWidget>

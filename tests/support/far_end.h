@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/base/runtime_error.h"
 #include "core/link/line.h"
 #include "support/manual_clock.h"
 
@@ -34,6 +35,8 @@ public:
     void deliver(const Bytes& bytes);
     /// The line goes away: closed first, told afterwards.
     void hangUp(const std::string& reason);
+    /// Whether the line takes what is written.
+    void refuseWrites(bool isRefusing) { isRefusing_ = isRefusing; }
     /// What was written since the last call.
     std::vector<Write> takeWritten() { return std::exchange(written_, {}); }
 
@@ -45,6 +48,7 @@ private:
     FarEndLine* open_ = nullptr;
     std::string settings_;
     std::vector<Write> written_;
+    bool isRefusing_ = false;
 };
 
 /// A line without a device, made by the far end.
@@ -72,6 +76,9 @@ public:
     Burst read() override { return {.bytes = std::exchange(input_, {})}; }
     void discard() noexcept override { input_.clear(); }
     void write(const Bytes& bytes) override {
+        if (farEnd_.isRefusing_) {
+            throw RuntimeError(run_time_error::deviceError, "The line takes nothing.");
+        }
         farEnd_.written_.push_back(
             {std::chrono::duration_cast<std::chrono::milliseconds>(farEnd_.clock_.now() - farEnd_.start_),
              bytes});

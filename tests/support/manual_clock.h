@@ -28,6 +28,15 @@ public:
         now_ = end;
     }
 
+    /// Goes to what falls due next, and runs that alone.
+    void step() {
+        if (!waits_.empty()) {
+            auto due = waits_.extract(waits_.begin());
+            now_ = due.key();
+            due.mapped()();
+        }
+    }
+
     /// What is scheduled, cancelled waits included.
     std::size_t pending() const { return waits_.size(); }
 

@@ -185,32 +185,52 @@ void replaceTarget(const std::string& path, std::string_view content) {
     syncFolder(folder);
 }
 
-std::string readTarget(const std::string& path, std::size_t limit) {
-    const fs::path file = checkedPath(path);
+/// @return nothing where no file is there
+std::optional<fs::path> regularFile(const std::string& path) {
+    fs::path file = checkedPath(path);
     const fs::file_status status = statusOf(file);
     if (!fs::exists(status)) {
-        return {};
+        return std::nullopt;
     }
     if (!fs::is_regular_file(status)) {
         throw noRegularFile(path);
     }
-    std::string text = readFile(file, limit + 1);
+    return file;
+}
+
+std::string readTarget(const std::string& path, std::size_t limit) {
+    const std::optional<fs::path> file = regularFile(path);
+    std::string text = file ? readFile(*file, limit + 1) : std::string();
     if (text.size() > limit) {
-        throw withAdvice(fileError(path, "is too large"), "Choose a smaller file.");
+        throw fileTooLarge(path);
     }
     return text;
 }
 
-} // namespace
+std::string readPartOfTarget(const std::string& path, std::size_t from, std::size_t limit) {
+    const std::optional<fs::path> file = regularFile(path);
+    return file ? readFile(*file, limit, from) : std::string();
+}
 
-FileText readRegularFile(const std::string& path, std::size_t limit) {
+template <typename Read>
+FileText fileText(const std::string& path, Read&& read) {
     try {
-        return {readTarget(path, limit), std::nullopt};
+        return {read(), std::nullopt};
     } catch (const RuntimeError& problem) {
         return {{}, problem};
     } catch (const std::system_error& problem) {
         return {{}, loadError(path, problem.code())};
     }
+}
+
+} // namespace
+
+FileText readRegularFile(const std::string& path, std::size_t limit) {
+    return fileText(path, [&] { return readTarget(path, limit); });
+}
+
+FileText readPartOfFile(const std::string& path, std::size_t from, std::size_t limit) {
+    return fileText(path, [&] { return readPartOfTarget(path, from, limit); });
 }
 
 void replaceFile(const std::string& path, std::string_view content) {
@@ -230,6 +250,10 @@ void overwriteFile(const std::string& path, std::string_view content) {
     } catch (const std::system_error& problem) {
         throw isTouched ? damageError(path, problem.code()) : saveError(path, problem.code());
     }
+}
+
+RuntimeError fileTooLarge(const std::string& path) {
+    return withAdvice(fileError(path, "is too large"), "Choose a smaller file.");
 }
 
 RuntimeError fileError(const std::string& path, const std::string& reason) {

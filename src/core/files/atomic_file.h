@@ -28,6 +28,9 @@ struct FileText {
 /// @param limit bytes; a larger file is a problem
 FileText readRegularFile(const std::string& path, std::size_t limit);
 
+/// The same of a part of the file. @param from bytes in front of it @param limit bytes of it at most
+FileText readPartOfFile(const std::string& path, std::size_t from, std::size_t limit);
+
 /// Replaces a file in one step: the content is written to a file beside it, brought to the disk, and given
 /// the name. Until then, and after every failure, the old file is there untouched and the file beside it is
 /// gone.
@@ -46,6 +49,8 @@ void replaceFile(const std::string& path, std::string_view content);
 /// @throws RuntimeError as replaceFile does
 void overwriteFile(const std::string& path, std::string_view content);
 
+/// 75: a file beyond what is read.
+RuntimeError fileTooLarge(const std::string& path);
 /// 75: `"path" reason`.
 RuntimeError fileError(const std::string& path, const std::string& reason);
 

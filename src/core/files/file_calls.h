@@ -13,8 +13,9 @@ namespace varda::inline core {
 /// What stands under a name, a device that has no file of its own (NUL on Windows) included.
 std::filesystem::file_status statusOf(const std::filesystem::path& file);
 
-/// The first `limit` bytes of a regular file.
-std::string readFile(const std::filesystem::path& file, std::size_t limit);
+/// At most `limit` bytes of a regular file.
+/// @param from so many bytes behind its beginning
+std::string readFile(const std::filesystem::path& file, std::size_t limit, std::size_t from = 0);
 
 /// Throws permission_denied where the user may not write to an existing file.
 void requireWritable(const std::filesystem::path& file);

@@ -138,14 +138,16 @@ std::filesystem::file_status statusOf(const std::filesystem::path& file) {
     return std::filesystem::status(file);
 }
 
-std::string readFile(const std::filesystem::path& file, std::size_t limit) {
+std::string readFile(const std::filesystem::path& file, std::size_t limit, std::size_t from) {
     const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
     checked(::fstat(descriptor.get(), &status));
+    checked(::lseek(descriptor.get(), static_cast<off_t>(from), SEEK_SET));
     std::string text;
     std::size_t length = 0;
     // One byte more than the file should have: the read that fills no byte of it tells the end.
-    std::size_t room = static_cast<std::size_t>(status.st_size) + 1;
+    const auto size = static_cast<std::size_t>(status.st_size);
+    std::size_t room = size - std::min(from, size) + 1;
     for (;;) {
         text.resize(std::min(limit, room));
         const ssize_t count =

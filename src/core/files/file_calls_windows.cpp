@@ -127,12 +127,15 @@ fs::file_status statusOf(const fs::path& file) {
     return isDevice(file) ? fs::file_status(fs::file_type::character) : fs::status(file);
 }
 
-std::string readFile(const fs::path& file, std::size_t limit) {
+std::string readFile(const fs::path& file, std::size_t limit, std::size_t from) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream) {
         throw std::system_error(std::make_error_code(std::errc::permission_denied));
     }
-    std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(fs::file_size(file), limit)), '\0');
+    const std::uintmax_t size = fs::file_size(file);
+    const std::uintmax_t rest = size - std::min<std::uintmax_t>(from, size);
+    std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(rest, limit)), '\0');
+    stream.seekg(static_cast<std::streamoff>(from));
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));
     return text;

@@ -34,6 +34,9 @@ public:
     /// The answer must be there so soon after the request was sent.
     void setLimit(std::chrono::milliseconds limit) { limit_ = limit; }
 
+    /// Whether no answer is wanted.
+    bool isSilence() const { return isSilence_; }
+
     /// @param exchange that has ended @return why it is not what was wanted; empty where it is
     std::string judge(const Exchange& exchange) const;
 

@@ -34,6 +34,10 @@ void ExpectedLines::clear() {
     begin();
 }
 
+bool ExpectedLines::isSilenceExpected(std::size_t line) const {
+    return line < lines_.size() && lines_[line].wanted && lines_[line].wanted->isSilence();
+}
+
 void ExpectedLines::setText(std::size_t line, ExpectationText text) {
     Line made;
     try {

@@ -36,6 +36,9 @@ public:
     void remove(std::size_t first, std::size_t count);
     void clear();
 
+    /// Whether that line is to be answered with silence.
+    bool isSilenceExpected(std::size_t line) const;
+
     void setText(std::size_t line, ExpectationText text);
     void load(const ProfileFile& file);
     void store(ProfileFile& file) const;

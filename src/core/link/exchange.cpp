@@ -18,6 +18,10 @@ bool isEnd(Outcome outcome) {
     }
 }
 
+bool isRefusedFromMemory(const Exchange& exchange) {
+    return exchange.outcome == Outcome::AnsweredFromMemory && exchange.answer.empty();
+}
+
 std::string_view inWords(Outcome outcome) {
     /// In the order of Outcome.
     constexpr std::array<std::string_view, outcomeCount> words = {"sent",

@@ -75,6 +75,9 @@ struct Exchange {
     std::optional<std::size_t> pair;                ///< row of the prepared pair that answered
 };
 
+/// Whether a memory had the answer to a request that came in, and the port did not take it.
+bool isRefusedFromMemory(const Exchange& exchange);
+
 /// The numbers that the link counts for its user.
 enum class Counter {
     Expected, ///< bytes of the awaited answer

@@ -86,6 +86,11 @@ void SerialLink::sendUnawaited(const Bytes& bytes) {
     exchange_.tell(Outcome::Sent);
 }
 
+void SerialLink::restartSilence() {
+    state_.WaitTicks = 0;
+    tellSilence();
+}
+
 void SerialLink::sendScenarioFrame(const Bytes& frame, std::optional<int> expected) {
     if (expected) {
         state_.RxExpected = static_cast<std::int16_t>(*expected);

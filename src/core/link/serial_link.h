@@ -85,6 +85,8 @@ public:
     /// @throws RuntimeError of the port
     void sendUnawaited(const Bytes& bytes);
 
+    /// The ticks without an answer are counted anew: those until now are no fault.
+    void restartSilence();
     /// Sends one frame of a scenario; closed, the port gets nothing.
     /// @param expected length of its answer; nothing leaves what was expected before
     /// @throws RuntimeError of the port

@@ -1,7 +1,6 @@
 #include "core/recordings/capture_reader.h"
 
 #include "core/base/runtime_error.h"
-#include "core/files/atomic_file.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,7 +17,6 @@ constexpr std::uint32_t sectionBlock = 0x0A0D0D0A;
 constexpr std::uint32_t interfaceBlock = 1;
 constexpr std::uint32_t packetBlock = 6;
 constexpr std::uint32_t byteOrderMark = 0x1A2B3C4D;
-constexpr std::size_t largestFile = std::size_t{256} << 20U;
 
 RuntimeError noCapture(const std::string& why) {
     return {run_time_error::typeMismatch, "This is no capture that can be read: " + why};
@@ -70,61 +68,89 @@ std::optional<View> findOption(View options, std::uint64_t wanted) {
     return std::nullopt;
 }
 
-/// The unit of an interface's times.
-class TimeUnit {
+} // namespace
+
+class CaptureReader::Blocks {
 public:
-    /// @param resolution of the option if_tsresol
-    explicit TimeUnit(std::uint64_t resolution) {
-        constexpr std::uint64_t binary = 0x80;
-        const std::uint64_t exponent = resolution % binary;
-        const bool isBinary = resolution >= binary;
-        const std::uint64_t most = isBinary ? 63 : 18; // powers of 2 and of 10 that still fit
-        for (std::uint64_t step = 0; step < std::min(exponent, most); ++step) {
-            perSecond_ *= isBinary ? 2 : 10;
+    /// Takes every block that is whole. @return bytes of them
+    std::size_t takeAll(std::string_view file) {
+        std::size_t taken = 0;
+        while (const std::size_t length = wholeBlock(file.substr(taken))) {
+            const View block(file.substr(taken, length));
+            takeBlock(block.number32(0), View(block.part(8, length - around)));
+            taken += length;
+            place_ += length;
         }
-    }
-    chrono::system_clock::time_point time(std::uint64_t stamp) const {
-        constexpr std::uint64_t latest = 9'000'000'000; // seconds, as far as a clock of nanoseconds goes
-        constexpr std::uint64_t microseconds = 1'000'000;
-        const std::uint64_t seconds = std::min(stamp / perSecond_, latest);
-        const double rest = static_cast<double>(stamp % perSecond_) / static_cast<double>(perSecond_);
-        const auto micro =
-            static_cast<std::int64_t>(rest * microseconds + 0.5); // NOLINT: rounded, not below 0
-        return chrono::system_clock::time_point(chrono::duration_cast<chrono::system_clock::duration>(
-            chrono::seconds(seconds) + chrono::microseconds(micro)));
+        return taken;
     }
 
-private:
-    std::uint64_t perSecond_ = 1;
-};
-
-class Reader {
-public:
-    explicit Reader(std::string_view file) : file_(file) {}
-
-    ReadCapture read() {
-        constexpr std::size_t around = 12;
-        if (View(file_).number32(0) != sectionBlock) {
-            throw noCapture("it does not begin as a pcapng file does.");
+    ReadCapture finish(std::string_view rest) {
+        if (place_ == 0) { // nothing of it was whole
+            requireBeginning(View(rest));
         }
-        for (std::size_t place = 0; place < file_.size();) {
-            const View rest(std::string_view(file_).substr(place));
-            const std::size_t length = rest.number32(4);
-            if (rest.size() < around || length > rest.size()) {
-                read_.isCut = true;
-                break;
-            }
-            if (length < around || length % 4 != 0 || rest.number32(length - 4) != length) {
-                throw damaged(place);
-            }
-            takeBlock(rest.number32(0), View(rest.part(8, length - around)), place);
-            place += length;
-        }
+        read_.isCut = !rest.empty();
         return std::move(read_);
     }
 
+    std::size_t packets() const { return read_.recording.size(); }
+
 private:
-    void takeBlock(std::uint32_t type, View body, std::size_t place) {
+    static constexpr std::size_t around = 12; ///< bytes of a block beside its body
+
+    /// The unit of an interface's times.
+    class TimeUnit {
+    public:
+        /// @param resolution of the option if_tsresol
+        explicit TimeUnit(std::uint64_t resolution) {
+            constexpr std::uint64_t binary = 0x80;
+            const std::uint64_t exponent = resolution % binary;
+            const bool isBinary = resolution >= binary;
+            const std::uint64_t most = isBinary ? 63 : 18; // powers of 2 and of 10 that still fit
+            for (std::uint64_t step = 0; step < std::min(exponent, most); ++step) {
+                perSecond_ *= isBinary ? 2 : 10;
+            }
+        }
+        chrono::system_clock::time_point time(std::uint64_t stamp) const {
+            constexpr std::uint64_t latest = 9'000'000'000; // seconds, as far as a clock of nanoseconds goes
+            constexpr std::uint64_t microseconds = 1'000'000;
+            const std::uint64_t seconds = std::min(stamp / perSecond_, latest);
+            const double rest = static_cast<double>(stamp % perSecond_) / static_cast<double>(perSecond_);
+            const auto micro =
+                static_cast<std::int64_t>(rest * microseconds + 0.5); // NOLINT: rounded, not below 0
+            return chrono::system_clock::time_point(chrono::duration_cast<chrono::system_clock::duration>(
+                chrono::seconds(seconds) + chrono::microseconds(micro)));
+        }
+
+    private:
+        std::uint64_t perSecond_ = 1;
+    };
+
+    static void requireBeginning(View file) {
+        if (file.number32(0) != sectionBlock) {
+            throw noCapture("it does not begin as a pcapng file does.");
+        }
+    }
+
+    /// @return its length; 0 where it is not whole yet
+    std::size_t wholeBlock(std::string_view bytes) const {
+        const View rest(bytes);
+        if (rest.size() < around) {
+            return 0;
+        }
+        if (place_ == 0) {
+            requireBeginning(rest);
+        }
+        const std::size_t length = rest.number32(4);
+        if (length > rest.size()) {
+            return 0;
+        }
+        if (length < around || length % 4 != 0 || rest.number32(length - 4) != length) {
+            throw damaged(place_);
+        }
+        return length;
+    }
+
+    void takeBlock(std::uint32_t type, View body) {
         if (type == sectionBlock) {
             if (body.number32(0) != byteOrderMark) {
                 throw noCapture("it was written by a computer of another byte order.");
@@ -133,7 +159,7 @@ private:
         } else if (type == interfaceBlock) {
             takeInterface(body);
         } else if (type == packetBlock) {
-            takePacket(body, place);
+            takePacket(body);
         } // any other may be passed over
     }
 
@@ -145,14 +171,14 @@ private:
         units_.emplace_back(option ? option->number(0, 1) : preset);
     }
 
-    void takePacket(View body, std::size_t place) {
+    void takePacket(View body) {
         constexpr std::size_t fixed = 20;
         constexpr std::uint64_t flags = 2;
         constexpr std::uint64_t outbound = 2;
         const std::size_t interface = body.number32(0);
         const std::size_t kept = body.number32(12);
         if (body.size() < fixed || kept > body.size() - fixed || interface >= units_.size()) {
-            throw damaged(place);
+            throw damaged(place_);
         }
         if (kept != body.number32(16)) {
             ++read_.incomplete;
@@ -166,33 +192,38 @@ private:
                                    Bytes(bytes.begin(), bytes.end())});
     }
 
-    std::string_view file_;
+    std::size_t place_ = 0;       ///< of the next block
     std::vector<TimeUnit> units_; ///< of the interfaces of this section
     ReadCapture read_;
 };
 
-} // namespace
+CaptureReader::CaptureReader() : blocks_(std::make_unique<Blocks>()) {}
 
-ReadCapture readCapture(std::string_view file) {
-    ReadCapture read = Reader(file).read();
-    std::ranges::stable_sort(read.recording, {}, &RecordedBurst::time);
+CaptureReader::~CaptureReader() = default;
+
+void CaptureReader::take(std::string_view piece) {
+    if (rest_.empty()) {
+        rest_ = piece.substr(blocks_->takeAll(piece));
+    } else {
+        rest_ += piece;
+        rest_.erase(0, blocks_->takeAll(rest_));
+    }
+}
+
+std::size_t CaptureReader::packets() const { return blocks_->packets(); }
+
+ReadCapture CaptureReader::finish() {
+    ReadCapture read = blocks_->finish(rest_);
+    if (!std::ranges::is_sorted(read.recording, {}, &RecordedBurst::time)) {
+        std::ranges::stable_sort(read.recording, {}, &RecordedBurst::time);
+    }
     return read;
 }
 
-ReadCapture loadCapture(const std::string& path) {
-    const FileText file = readRegularFile(path, largestFile);
-    if (file.problem) {
-        throw RuntimeError(*file.problem);
-    }
-    if (file.text.empty()) {
-        throw fileError(path, "is empty, or not there");
-    }
-    try {
-        return readCapture(file.text);
-    } catch (const RuntimeError& error) {
-        throw RuntimeError(run_time_error::fileAccessError,
-                           '"' + path + "\" cannot be used. " + error.what());
-    }
+ReadCapture readCapture(std::string_view file) {
+    CaptureReader reader;
+    reader.take(file);
+    return reader.finish();
 }
 
 } // namespace varda::core

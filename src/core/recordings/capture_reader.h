@@ -3,6 +3,7 @@
 #include "core/recordings/recording.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -16,13 +17,31 @@ struct ReadCapture {
 };
 
 /// Reads a capture in the form pcapng, as the monitor and the trace write it, or as it was saved from
-/// Wireshark on a computer of the same byte order. Packets that say nothing of their direction count as
-/// received.
-/// @throws RuntimeError 13 whose description says what is wrong with it
-ReadCapture readCapture(std::string_view file);
+/// Wireshark on a computer of the same byte order; piece by piece, wherever one ends. Packets that say
+/// nothing of their direction count as received.
+class CaptureReader {
+public:
+    CaptureReader();
+    CaptureReader(const CaptureReader&) = delete;
+    CaptureReader& operator=(const CaptureReader&) = delete;
+    ~CaptureReader();
 
-/// The same of a file. @throws RuntimeError that names the file; also where it is not there, or cannot be
-/// read
-ReadCapture loadCapture(const std::string& path);
+    /// What follows what was taken before. @throws RuntimeError 13 whose description says what is wrong with
+    /// it; nothing is taken from then on
+    void take(std::string_view piece);
+    /// Packets so far.
+    std::size_t packets() const;
+    /// There is no more. Called once. @throws RuntimeError as take() does
+    ReadCapture finish();
+
+private:
+    class Blocks;
+
+    std::unique_ptr<Blocks> blocks_;
+    std::string rest_; ///< the beginning of a block that is not whole yet
+};
+
+/// Reads one that is whole. @throws RuntimeError as CaptureReader::take does
+ReadCapture readCapture(std::string_view file);
 
 } // namespace varda::core

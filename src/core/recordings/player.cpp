@@ -11,32 +11,50 @@ using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
-std::vector<PlayedFrame> playedFrames(const Recording& recording) {
-    std::vector<PlayedFrame> frames;
-    std::optional<std::chrono::system_clock::time_point> first;
-    const auto add = [&](std::chrono::system_clock::time_point time, const Bytes& bytes) {
-        first = first.value_or(time);
-        frames.push_back({duration_cast<microseconds>(time - *first), bytes});
-    };
-    for (const RecordedBurst& burst : recording) {
-        if (burst.isSent) {
+FrameCollector::FrameCollector(const Recording& recording)
+    : recording_(recording), isAsking_(std::ranges::any_of(recording, &RecordedBurst::isSent)) {}
+
+bool FrameCollector::goOn(std::size_t bursts) {
+    const std::size_t end = next_ + std::min(bursts, recording_.size() - next_);
+    for (; next_ < end; ++next_) {
+        const RecordedBurst& burst = recording_[next_];
+        if (!isAsking_) {
+            requests_.take(burst);
+        } else if (burst.isSent) {
             add(burst.time, burst.bytes);
         }
     }
-    if (frames.empty()) {
-        for (const RecordedExchange& exchange : exchangesOf(recording)) {
-            add(exchange.time, exchange.request);
-        }
+    return next_ < recording_.size();
+}
+
+void FrameCollector::add(std::chrono::system_clock::time_point time, Bytes bytes) {
+    first_ = first_.value_or(time);
+    frames_.push_back({duration_cast<microseconds>(time - *first_), std::move(bytes)});
+}
+
+std::vector<PlayedFrame> FrameCollector::takeFrames() {
+    for (RecordedExchange& exchange : requests_.takeExchanges()) {
+        add(exchange.time, std::move(exchange.request));
     }
-    return frames;
+    return std::move(frames_);
+}
+
+std::vector<PlayedFrame> playedFrames(const Recording& recording) {
+    FrameCollector collector(recording);
+    collector.goOn(recording.size());
+    return collector.takeFrames();
 }
 
 Player::Player(Clock& clock, std::function<void(const Bytes& frame)> send)
     : clock_(clock), send_(std::move(send)) {}
 
 void Player::load(std::vector<PlayedFrame> frames) {
-    stop();
     frames_ = std::move(frames);
+    rewind();
+}
+
+void Player::rewind() {
+    stop();
     next_ = 0;
     from_ = 0;
     latest_ = {};

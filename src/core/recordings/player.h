@@ -22,6 +22,28 @@ struct PlayedFrame {
 /// What a recording has to be played: what was sent; of one in which nothing was, the requests.
 std::vector<PlayedFrame> playedFrames(const Recording& recording);
 
+/// The same, some bursts at a time.
+class FrameCollector {
+public:
+    /// @param recording outlives this, and stays as it is
+    explicit FrameCollector(const Recording& recording);
+
+    /// @return whether there are more bursts than these
+    bool goOn(std::size_t bursts);
+    /// When there are no more. Called once.
+    std::vector<PlayedFrame> takeFrames();
+
+private:
+    void add(std::chrono::system_clock::time_point time, Bytes bytes);
+
+    const Recording& recording_;
+    bool isAsking_; ///< it was recorded by who sent something
+    std::size_t next_ = 0;
+    ExchangeFinder requests_{false};
+    std::optional<std::chrono::system_clock::time_point> first_;
+    std::vector<PlayedFrame> frames_;
+};
+
 /// How far a player is.
 struct PlayerProgress {
     std::size_t played = 0;
@@ -42,8 +64,10 @@ public:
     /// step the player, but not destroy it
     Player(Clock& clock, std::function<void(const Bytes& frame)> send);
 
-    /// Begins anew, before the first frame.
+    /// Other frames, before the first of them.
     void load(std::vector<PlayedFrame> frames);
+    /// Begins anew, before the first frame.
+    void rewind();
     /// Plays from where it stands; the next frame goes out at once. @param speed 2 is twice as fast
     /// @throws RuntimeError 5 outside slowest .. fastest
     void start(double speed = 1);

@@ -44,22 +44,25 @@ Recording recordingOf(const Trace& trace, std::span<const Trace::Number> lines) 
     return recording;
 }
 
-std::vector<RecordedExchange> exchangesOf(const Recording& recording) {
-    std::vector<RecordedExchange> exchanges;
-    const bool isAsking = asks(recording);
-    for (const RecordedBurst& burst : recording) {
-        const Bytes before = exchanges.empty() ? Bytes() : exchanges.back().request;
-        for (Bytes& frame : framesIn(burst.bytes, before)) {
-            const FrameKind kind = kindOf(frame);
-            const bool isOdd = kind.command == nullptr && isAsking && burst.isSent;
-            if (kind.isRequest() || isOdd) {
-                exchanges.push_back({burst.time, std::move(frame), std::nullopt});
-            } else if (!exchanges.empty() && !exchanges.back().answer) {
-                exchanges.back().answer = std::move(frame);
-            }
+void ExchangeFinder::take(const RecordedBurst& burst) {
+    const Bytes before = exchanges_.empty() ? Bytes() : exchanges_.back().request;
+    for (Bytes& frame : framesIn(burst.bytes, before)) {
+        const FrameKind kind = kindOf(frame);
+        const bool isOdd = kind.command == nullptr && isAsking_ && burst.isSent;
+        if (kind.isRequest() || isOdd) {
+            exchanges_.push_back({burst.time, std::move(frame), std::nullopt});
+        } else if (!exchanges_.empty() && !exchanges_.back().answer) {
+            exchanges_.back().answer = std::move(frame);
         }
     }
-    return exchanges;
+}
+
+std::vector<RecordedExchange> exchangesOf(const Recording& recording) {
+    ExchangeFinder finder(asks(recording));
+    for (const RecordedBurst& burst : recording) {
+        finder.take(burst);
+    }
+    return finder.takeExchanges();
 }
 
 int answerLengthOf(std::span<const std::uint8_t> request) {

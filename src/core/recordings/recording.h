@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace varda::inline core {
@@ -35,6 +36,20 @@ struct RecordedExchange {
     std::optional<Bytes> answer;
 
     bool operator==(const RecordedExchange&) const = default;
+};
+
+/// Finds the requests and their answers, burst by burst.
+class ExchangeFinder {
+public:
+    /// @param isAsking who recorded the bursts sent the requests
+    explicit ExchangeFinder(bool isAsking) : isAsking_(isAsking) {}
+
+    void take(const RecordedBurst& burst);
+    std::vector<RecordedExchange> takeExchanges() { return std::exchange(exchanges_, {}); }
+
+private:
+    bool isAsking_;
+    std::vector<RecordedExchange> exchanges_;
 };
 
 /// The requests of a recording with their answers: by their codes, whoever recorded them. A frame of no

@@ -27,6 +27,7 @@ int scenarioPeriod(std::string_view text) {
 }
 
 void ScenarioRun::start(std::string_view period) {
+    sent_.reset();
     lines_.choose(0);
     link_.enterMode(Mode::Scenario);
     setPeriod(period);
@@ -47,7 +48,8 @@ bool ScenarioRun::isTicking() const { return tmrScenario_.isRunning(); }
 std::optional<std::string> ScenarioRun::next() {
     const int row = lines_.current();
     lines_.choose(row + 1 < lines_.count() ? row + 1 : 0);
-    return row < 0 ? std::nullopt : std::optional(lines_.line(row));
+    due_ = row < 0 ? std::nullopt : std::optional(row);
+    return due_ ? std::optional(lines_.line(*due_)) : std::nullopt;
 }
 
 void ScenarioRun::send(const std::string& line) {
@@ -61,6 +63,10 @@ void ScenarioRun::send(const std::string& line) {
             return '"' + line.substr(0, shownOfLine) +
                    "\" is no frame: groups of two hexadecimal digits. Remove this line of the scenario.";
         });
+    if (isSilenceExpected()) { // the next line has its ticks for itself
+        link_.restartSilence();
+    }
+    sent_ = due_;
     link_.sendScenarioFrame(frame, answerLength);
 }
 

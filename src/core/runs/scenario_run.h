@@ -2,6 +2,7 @@
 
 #include "core/link/serial_link.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -65,6 +66,14 @@ public:
     /// The timer keeps the period beyond the run. @throws RuntimeError of scenarioPeriod
     void setPeriod(std::string_view period);
 
+    /// What is known of the answers to the lines.
+    /// @param isExpected whether none is expected to the line of that row
+    void expectSilence(std::function<bool(int row)> isExpected) {
+        isSilenceExpected_ = std::move(isExpected);
+    }
+    /// Whether the line that was sent last is one of those: that no answer comes is no reason to stop then.
+    bool isSilenceExpected() const { return sent_ && isSilenceExpected_(*sent_); }
+
     bool isRunning() const { return link_.state().CommMode == Mode::Scenario; }
     /// Whether lines are due; a run may have been left without being stopped.
     bool isTicking() const;
@@ -78,6 +87,9 @@ private:
     SerialLink& link_;
     PeriodTimer& tmrScenario_;
     ScenarioLines& lines_;
+    std::function<bool(int row)> isSilenceExpected_ = [](int /*row*/) { return false; };
+    std::optional<int> due_;
+    std::optional<int> sent_; ///< last in this run
 };
 
 } // namespace varda::core

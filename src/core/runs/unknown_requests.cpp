@@ -5,8 +5,8 @@
 namespace varda::inline core {
 
 bool UnknownRequests::note(const Exchange& exchange) {
-    const bool isAnswered = exchange.outcome == Outcome::AnsweredFromMemory;
-    if (!isAnswered && exchange.outcome != Outcome::Unknown) {
+    const bool isKnown = exchange.outcome == Outcome::AnsweredFromMemory;
+    if (!isKnown && exchange.outcome != Outcome::Unknown) {
         return false;
     }
     const std::string text = hexRun(exchange.request);
@@ -20,8 +20,10 @@ bool UnknownRequests::note(const Exchange& exchange) {
         requests_.push_back({exchange.request, 0, false});
         rows_.emplace(text, row);
     }
-    ++requests_[row].count;
-    requests_[row].isAnswered = isAnswered;
+    UnknownRequest& request = requests_[row];
+    ++request.count;
+    request.isAnswered = isKnown && !isRefusedFromMemory(exchange);
+    request.notSent += isRefusedFromMemory(exchange) ? 1 : 0;
     return true;
 }
 

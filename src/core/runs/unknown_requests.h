@@ -16,7 +16,8 @@ namespace varda::inline core {
 struct UnknownRequest {
     Bytes bytes;
     std::uint64_t count = 0;
-    bool isAnswered = false; ///< by a memory, the last time
+    bool isAnswered = false;   ///< by a memory, the last time
+    std::uint64_t notSent = 0; ///< answers of a memory that the port did not take
 
     bool operator==(const UnknownRequest&) const = default;
 };

@@ -1,14 +1,8 @@
 #pragma once
 
-#include "core/base/clock.h"
 #include "window/bench/bench_context.h"
 #include "window/bench/bench_sources.h"
-#include "window/controls/events.h"
-#include "window/controls/file_dialogs.h"
-#include "window/controls/message_boxes.h"
-#include "window/controls/saving.h"
-
-#include <QWidget>
+#include "window/controls/companion_window.h"
 
 #include <functional>
 #include <memory>
@@ -18,13 +12,9 @@ namespace varda::window {
 namespace Ui {
 class BenchWindow;
 }
-class ExpectationsPanel;
-class FaultsPanel;
-class RecordingsPanel;
 
-/// The window of the bench, a tab for each of its tools. It stands beside the main window, which goes on as
-/// it would without it.
-class BenchWindow : public QWidget {
+/// The window of the bench, a tab for each of its tools.
+class BenchWindow : public CompanionWindow {
     Q_OBJECT
     Q_DISABLE_COPY(BenchWindow)
 
@@ -33,33 +23,10 @@ public:
                 const QString& programFolder);
     ~BenchWindow() override;
 
-    /// Comes to the front.
-    void open();
-    /// There is something new to show: it is shown soon, much at once.
-    void takeNewsSoon();
-
-signals:
-    void closed();
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
-    void addShortcuts(const std::function<void()>& showHelp);
-    void refresh();
+    void add(CompanionPart* part, const QString& title);
 
-    MessageBoxes boxes_{this};
-    Events events_{boxes_};
-    FileDialogs files_;
-    FileTalk talk_;
-    BenchContext context_;
     std::unique_ptr<Ui::BenchWindow> ui_;
-    FaultsPanel* faults_;
-    ControllerPanel* controller_;
-    ExpectationsPanel* expectations_;
-    RecordingsPanel* recordings_;
-    PairsPanel* pairs_;
-    Wait news_;
 };
 
 } // namespace varda::window

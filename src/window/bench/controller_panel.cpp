@@ -15,6 +15,7 @@
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
 #include "window/controls/table_lines.h"
+#include "window/controls/wrapping_row.h"
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
@@ -41,7 +42,7 @@ FileDialogs::Kind memoryFiles() { return {QStringLiteral(".csv"), QStringLiteral
 } // namespace
 
 ControllerPanel::ControllerPanel(SimulatedController simulated, const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       simulated_(std::move(simulated)),
       context_(context),
       ui_(makeForm<Ui::ControllerPanel>(this)),
@@ -56,6 +57,8 @@ ControllerPanel::ControllerPanel(SimulatedController simulated, const BenchConte
 ControllerPanel::~ControllerPanel() = default;
 
 void ControllerPanel::makeTables() {
+    WrappingRow::replace(ui_->controllerPanelLayout, ui_->memoryRow);
+    WrappingRow::replace(ui_->unknownLayout, ui_->unknownRow);
     kinds_->setObjectName(QStringLiteral("memoryKinds"));
     kinds_->setAccessibleName(tr("Kind of register"));
     kinds_->setExpanding(false);

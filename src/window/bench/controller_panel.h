@@ -2,8 +2,7 @@
 
 #include "core/runs/living_controller.h"
 #include "window/bench/bench_context.h"
-
-#include <QWidget>
+#include "window/controls/companion_window.h"
 
 #include <functional>
 #include <memory>
@@ -34,7 +33,7 @@ struct SimulatedController {
 };
 
 /// "Controller": answers from memory, the memory, and the requests that no prepared pair answers.
-class ControllerPanel : public QWidget {
+class ControllerPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(ControllerPanel)
 
@@ -43,7 +42,7 @@ public:
     ~ControllerPanel() override;
 
     /// Shows how things are now.
-    void refresh();
+    void refresh() final;
 
 private:
     void makeTables();

@@ -11,6 +11,7 @@
 #include "window/controls/make_form.h"
 #include "window/controls/profile_files.h"
 #include "window/controls/table_lines.h"
+#include "window/controls/wrapping_row.h"
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
@@ -39,11 +40,12 @@ FileDialogs::Kind expectationFiles() { return {QStringLiteral(".expect"), QStrin
 ExpectationsPanel::ExpectationsPanel(ScenarioExpectations& expectations,
                                      std::function<std::string(int row)> lineText,
                                      const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       context_(context),
       expectations_(expectations),
       ui_(makeForm<Ui::ExpectationsPanel>(this)),
       model_(new ExpectationModel(expectations, std::move(lineText), this)) {
+    WrappingRow::replace(ui_->expectationsPanelLayout, ui_->expectationsRow);
     ui_->expectationTable->setModel(model_);
     showLines(ui_->expectationTable, fontMetrics().height());
     fitColumns(ui_->expectationTable, usualExpected);
@@ -79,9 +81,19 @@ void ExpectationsPanel::refresh() {
         }
     }
     ui_->expectationsState->setText(words.join(QStringLiteral(" \u2013 ")));
+    showProblem();
     for (QPushButton* const button : {ui_->takeFromRun, ui_->loadExpectations, ui_->saveExpectations}) {
         button->setEnabled(hasLines);
     }
+}
+
+void ExpectationsPanel::showProblem() {
+    const auto& problem = expectations_.problem();
+    ui_->expectationsProblem->setVisible(problem.has_value());
+    ui_->expectationsProblem->setText(
+        problem ? tr("What is expected was not taken along. %1 %2")
+                      .arg(QString::fromUtf8(problem->what()), QString::fromStdString(problem->advice()))
+                : QString());
 }
 
 /// Other texts stand in the cells.

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "window/bench/bench_context.h"
-
-#include <QWidget>
+#include "window/controls/companion_window.h"
 
 #include <functional>
 #include <memory>
@@ -17,7 +16,7 @@ class ExpectationModel;
 class ScenarioExpectations;
 
 /// "Expectations": what is wanted of the answers to a scenario, and what became of that while it runs.
-class ExpectationsPanel : public QWidget {
+class ExpectationsPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(ExpectationsPanel)
 
@@ -27,7 +26,7 @@ public:
     ~ExpectationsPanel() override;
 
     /// Shows how things are now.
-    void refresh();
+    void refresh() final;
 
 private:
     void takeFromRun();
@@ -36,6 +35,7 @@ private:
     void load(const QString& path);
     void save(const QString& path);
     void showAll();
+    void showProblem();
 
     BenchContext context_;
     ScenarioExpectations& expectations_;

@@ -8,6 +8,7 @@
 #include "window/controls/events.h"
 #include "window/controls/make_form.h"
 #include "window/controls/table_lines.h"
+#include "window/controls/wrapping_row.h"
 
 #include <QRandomGenerator>
 
@@ -23,11 +24,12 @@ constexpr std::array usualTexts = {"[x] noise-before", "600000..600000 ms", "eac
 } // namespace
 
 FaultsPanel::FaultsPanel(FaultSwitch& faults, const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       context_(context),
       faults_(faults),
       ui_(makeForm<Ui::FaultsPanel>(this)),
       model_(new FaultModel(faults, this)) {
+    WrappingRow::replace(ui_->faultsPanelLayout, ui_->faultSwitchRow);
     ui_->faultTable->setModel(model_);
     showLines(ui_->faultTable, ui_->faultTable->fontMetrics().height());
     fitColumns(ui_->faultTable, usualTexts);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "window/bench/bench_context.h"
-
-#include <QWidget>
+#include "window/controls/companion_window.h"
 
 #include <memory>
 
@@ -15,7 +14,7 @@ class FaultModel;
 class FaultSwitch;
 
 /// "Faults": which faults are done on purpose, how often, by which seed.
-class FaultsPanel : public QWidget {
+class FaultsPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(FaultsPanel)
 
@@ -24,7 +23,7 @@ public:
     ~FaultsPanel() override;
 
     /// Shows how often each was done by now.
-    void refresh();
+    void refresh() final;
 
 private:
     void bind();

@@ -16,6 +16,7 @@
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
 #include "window/controls/table_lines.h"
+#include "window/controls/wrapping_row.h"
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
@@ -37,12 +38,13 @@ FileDialogs::Kind pairFiles() { return {QStringLiteral(".ini"), QStringLiteral("
 } // namespace
 
 PairsPanel::PairsPanel(PreparedPairs pairs, const BenchContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       pairs_(std::move(pairs)),
       context_(context),
       ui_(makeForm<Ui::PairsPanel>(this)),
       hits_(new HitModel(pairs_.table, pairs_.hits, this)),
       findings_(new FindingModel(this)) {
+    WrappingRow::replace(ui_->pairsPanelLayout, ui_->pairsRow);
     ui_->hitTable->setModel(hits_);
     ui_->findingTable->setModel(findings_);
     for (QTableView* const table : {ui_->hitTable, ui_->findingTable}) {

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "window/bench/bench_context.h"
-
-#include <QWidget>
+#include "window/controls/companion_window.h"
 
 #include <cstddef>
 #include <functional>
@@ -29,7 +28,7 @@ struct PreparedPairs {
 };
 
 /// "Pairs": how often each prepared pair has answered, and what is wrong with them.
-class PairsPanel : public QWidget {
+class PairsPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(PairsPanel)
 
@@ -38,7 +37,7 @@ public:
     ~PairsPanel() override;
 
     /// Shows how things are now.
-    void refresh();
+    void refresh() final;
 
 private:
     void bind();

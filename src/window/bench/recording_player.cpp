@@ -16,6 +16,12 @@ void RecordingPlayer::load(std::vector<PlayedFrame> frames) {
     emit wentOn();
 }
 
+void RecordingPlayer::rewind() {
+    stop();
+    player_.rewind();
+    emit wentOn();
+}
+
 bool RecordingPlayer::takePort() {
     end_.cancel();
     hasPort_ = hasPort_ || use_.begin();

@@ -35,6 +35,8 @@ public:
 
     /// Another recording; stops what is played.
     void load(std::vector<PlayedFrame> frames);
+    /// Begins anew, before the first frame; stops what is played.
+    void rewind();
     void play(double speed);
     /// Sends the next frame alone.
     void step();

@@ -1,7 +1,7 @@
 #include "window/bench/recordings_panel.h"
 
 #include "core/base/runtime_error.h"
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/recording_difference.h"
 #include "core/recordings/recording_words.h"
 #include "ui_recordings_panel.h"
 #include "window/bench/recording_player.h"
@@ -10,7 +10,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/make_form.h"
 #include "window/controls/saving.h"
-#include "window/system/file_name.h"
+#include "window/controls/wrapping_row.h"
 
 #include <QFileInfo>
 
@@ -21,10 +21,25 @@ namespace {
 
 FileDialogs::Kind captureFiles() { return {QStringLiteral(".pcapng"), QStringLiteral("Log")}; }
 
+/// What of the file was not read.
+QString missingInWords(const ReadCapture& read) {
+    if (read.incomplete > 0) {
+        return RecordingsPanel::tr("%1 left out, of which not all bytes were kept.")
+            .arg(countedText(read.incomplete, "packet"));
+    }
+    return read.isCut ? RecordingsPanel::tr("The file ends within a packet; those before it were read.")
+                      : QString();
+}
+
 } // namespace
 
 RecordingsPanel::RecordingsPanel(RecordingPlayer& player, const BenchContext& context, QWidget* parent)
-    : QWidget(parent), context_(context), player_(player), ui_(makeForm<Ui::RecordingsPanel>(this)) {
+    : CompanionPart(parent),
+      context_(context),
+      player_(player),
+      ui_(makeForm<Ui::RecordingsPanel>(this)),
+      loader_(context.clock, [this] { showLoading(); }) {
+    WrappingRow::replace(ui_->recordingsPanelLayout, ui_->playRow);
     bind();
     refresh();
 }
@@ -35,72 +50,86 @@ void RecordingsPanel::bind() {
     Events& events = context_.events;
     events.click(ui_->openRecording, [this] { chooseCapture(&RecordingsPanel::open); });
     events.click(ui_->compareRecording, [this] { chooseCapture(&RecordingsPanel::compareWith); });
+    events.click(ui_->cancelLoading, [this] { cancelLoading(); });
     events.click(ui_->playRecording, [this] { player_.play(ui_->playSpeed->value()); });
     events.click(ui_->stepRecording, [this] { player_.step(); });
     events.click(ui_->stopRecording, [this] { player_.stop(); });
-    events.click(ui_->rewindRecording, [this] { rewind(); });
+    events.click(ui_->rewindRecording, [this] { player_.rewind(); });
     connect(&player_, &RecordingPlayer::wentOn, this, &RecordingsPanel::refresh);
 }
 
-void RecordingsPanel::chooseCapture(void (RecordingsPanel::*take)(const QString& path)) {
-    const FileDialogs::Chosen chosen = [this, take](const QString& path) { (this->*take)(path); };
+void RecordingsPanel::chooseCapture(void (RecordingsPanel::*use)(const QString& name,
+                                                                 LoadedRecording loaded)) {
+    const FileDialogs::Chosen chosen = [this, use](const QString& path) { load(path, use); };
     context_.files.chooseToOpen(captureFiles(), context_.events.guarded(chosen));
 }
 
-/// Nothing where it is no capture, which has been told.
-std::optional<Recording> RecordingsPanel::read(const QString& path) {
-    try {
-        ReadCapture read = loadCapture(fileName(path));
-        cut_ = read.isCut ? tr("The file ends within a packet; those before it were read.") : QString();
-        if (read.incomplete > 0) {
-            cut_ = tr("%1 left out, of which not all bytes were kept.")
-                       .arg(countedText(read.incomplete, "packet"));
-        }
-        return std::move(read.recording);
-    } catch (const RuntimeError& error) {
-        context_.talk.tell(error);
-        return std::nullopt;
-    }
+/// What is no capture is told, and changes nothing.
+void RecordingsPanel::load(const QString& path,
+                           void (RecordingsPanel::*use)(const QString& name, LoadedRecording loaded)) {
+    const QString name = QFileInfo(path).fileName();
+    ui_->loadProgress->setFormat(
+        tr("Reading %1: %p%").arg(QString(name).replace(QLatin1Char('%'), QString())));
+    loader_.start(
+        path,
+        [this, name, use](LoadedRecording loaded) {
+            (this->*use)(name, std::move(loaded));
+            refresh();
+        },
+        [this](const RuntimeError& error) {
+            context_.talk.tell(error);
+            refresh();
+        });
+    refresh();
 }
 
-void RecordingsPanel::open(const QString& path) {
-    if (std::optional<Recording> opened = read(path)) {
-        recording_ = std::move(*opened);
-        name_ = QFileInfo(path).fileName();
-        ui_->comparison->clear();
-        const QString held = tr("%1: %2. %3 to play.")
-                                 .arg(name_, QString::fromStdString(inWords(sizeOf(recording_))),
-                                      countedText(playedFrames(recording_).size(), "frame"));
-        ui_->recordingState->setText(cut_.isEmpty() ? held : held + QLatin1Char(' ') + cut_);
-        rewind();
-    }
+void RecordingsPanel::cancelLoading() {
+    loader_.cancel();
+    refresh();
+    ui_->openRecording->setFocus(); // the button that was pressed is gone
 }
 
-void RecordingsPanel::rewind() { player_.load(playedFrames(recording_)); }
+void RecordingsPanel::open(const QString& name, LoadedRecording loaded) {
+    const QString held = tr("%1: %2. %3 to play.")
+                             .arg(name, QString::fromStdString(inWords(sizeOf(loaded.read.recording))),
+                                  countedText(loaded.frames.size(), "frame"));
+    const QString missing = missingInWords(loaded.read);
+    recording_ = std::move(loaded.read.recording);
+    name_ = name;
+    ui_->comparison->clear();
+    ui_->recordingState->setText(missing.isEmpty() ? held : held + QLatin1Char(' ') + missing);
+    player_.load(std::move(loaded.frames));
+}
 
-void RecordingsPanel::compareWith(const QString& path) {
-    if (const std::optional<Recording> other = read(path)) {
-        const QString words = QString::fromStdString(inWords(compare(recording_, *other)));
-        ui_->comparison->setPlainText(tr("%1 and %2").arg(name_, QFileInfo(path).fileName()) +
-                                      QLatin1Char('\n') + words +
-                                      (cut_.isEmpty() ? QString() : QLatin1Char('\n') + cut_));
-    }
+void RecordingsPanel::compareWith(const QString& name, LoadedRecording loaded) {
+    const QString words = QString::fromStdString(inWords(compare(recording_, loaded.read.recording)));
+    const QString missing = missingInWords(loaded.read);
+    ui_->comparison->setPlainText(tr("%1 and %2").arg(name_, name) + QLatin1Char('\n') + words +
+                                  (missing.isEmpty() ? QString() : QLatin1Char('\n') + missing));
 }
 
 void RecordingsPanel::refresh() {
     const PlayerProgress progress = player_.progress();
     const bool hasFrames = progress.frames > 0;
     const bool mayGoOn = hasFrames && !player_.isAtEnd() && !player_.isPlaying();
+    const bool isLoading = loader_.isRunning();
+    ui_->loadingPart->setVisible(isLoading);
+    ui_->openRecording->setEnabled(!isLoading);
     ui_->playRecording->setEnabled(mayGoOn);
     ui_->stepRecording->setEnabled(mayGoOn);
     ui_->stopRecording->setEnabled(player_.hasPort());
     ui_->rewindRecording->setEnabled(progress.played > 0);
-    ui_->compareRecording->setEnabled(!name_.isEmpty());
+    ui_->compareRecording->setEnabled(!name_.isEmpty() && !isLoading);
     ui_->playSpeed->setEnabled(!player_.isPlaying());
     ui_->playProgress->setMaximum(hasFrames ? static_cast<int>(progress.frames) : 1);
     ui_->playProgress->setValue(static_cast<int>(progress.played));
     ui_->playState->setText(hasFrames ? QString::fromStdString(inWords(progress)) + QLatin1Char('.')
                                       : QString());
+    showLoading();
+}
+
+void RecordingsPanel::showLoading() {
+    ui_->loadProgress->setValue(static_cast<int>(loader_.progress() * ui_->loadProgress->maximum()));
 }
 
 } // namespace varda::window

@@ -23,6 +23,7 @@ void ScenarioExpectations::remove(std::size_t first, std::size_t count) {
 void ScenarioExpectations::clear() {
     expected_.clear();
     name_.clear();
+    problem_.reset();
     emit linesChanged();
 }
 
@@ -31,7 +32,8 @@ void ScenarioExpectations::begin() {
     emit newsCame();
 }
 
-/// One that cannot be read is no matter of who loads the scenario: nothing is expected then.
+/// One that cannot be read is no matter of who loads the scenario: nothing is expected then, and whoever
+/// looks at what is expected is told why.
 void ScenarioExpectations::loadBeside(const QString& scenario) {
     const QFileInfo file(scenario);
     const QString beside = file.dir().filePath(file.completeBaseName() + QStringLiteral(".expect"));
@@ -39,7 +41,10 @@ void ScenarioExpectations::loadBeside(const QString& scenario) {
         return;
     }
     const ProfileFile read = ProfileFile::load(fileName(beside));
-    if (!read.problem()) {
+    if (read.problem()) {
+        problem_ = *read.problem();
+        emit newsCame();
+    } else {
         take(read, QFileInfo(beside).fileName());
     }
 }
@@ -52,6 +57,7 @@ void ScenarioExpectations::take(const ProfileFile& file, const QString& name) {
 
 void ScenarioExpectations::setName(const QString& name) {
     name_ = name;
+    problem_.reset();
     emit newsCame();
 }
 

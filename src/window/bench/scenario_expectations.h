@@ -1,11 +1,13 @@
 #pragma once
 
+#include "core/base/runtime_error.h"
 #include "core/insight/expected_lines.h"
 
 #include <QObject>
 #include <QString>
 
 #include <cstddef>
+#include <optional>
 
 namespace varda::inline core {
 class ProfileFile;
@@ -35,6 +37,8 @@ public:
     /// The file that they are from, or were saved to; empty where they are from none.
     const QString& name() const { return name_; }
     void setName(const QString& name);
+    /// Why the file beside the scenario was not taken along, where one is there.
+    const std::optional<RuntimeError>& problem() const { return problem_; }
 
 signals:
     /// Other lines than before.
@@ -45,6 +49,7 @@ signals:
 private:
     ExpectedLines expected_;
     QString name_;
+    std::optional<RuntimeError> problem_;
 };
 
 } // namespace varda::window

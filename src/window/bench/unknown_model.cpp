@@ -21,8 +21,14 @@ QString UnknownModel::textOf(const UnknownRequest& request, int column) {
     case Words:
         return frameInWords(request.bytes);
     default:
-        return request.isAnswered ? tr("from memory") : tr("no");
+        return answeredInWords(request);
     }
+}
+
+/// The answers that the port did not take are told however the last one went.
+QString UnknownModel::answeredInWords(const UnknownRequest& request) {
+    const QString last = request.isAnswered ? tr("from memory") : tr("no");
+    return request.notSent == 0 ? last : tr("%1; the port refused %2").arg(last).arg(request.notSent);
 }
 
 QVariant UnknownModel::data(const QModelIndex& index, int role) const {

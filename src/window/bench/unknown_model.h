@@ -35,6 +35,7 @@ public:
 
 private:
     static QString textOf(const UnknownRequest& request, int column);
+    static QString answeredInWords(const UnknownRequest& request);
 
     const UnknownRequests& unknown_;
     int rows_ = 0;

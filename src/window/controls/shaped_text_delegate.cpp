@@ -66,6 +66,8 @@ bool ShapedTextDelegate::paintPlain(QPainter* painter, const QStyleOptionViewIte
     TextPictures::Look look = {.text = isCut ? item.text.mid(hidden.characters) : item.text,
                                .font = item.font,
                                .fitting = fitting,
+                               .place = {},
+                               .size = {},
                                .pen = textColor(item).rgba()};
     const ShapedText& text = texts_.find(look.text, look.font, look.fitting);
     if (room.width() <= 0 || text.size.height() > room.height()) {

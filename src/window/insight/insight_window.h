@@ -1,13 +1,8 @@
 #pragma once
 
 #include "core/base/clock.h"
-#include "window/controls/events.h"
-#include "window/controls/file_dialogs.h"
-#include "window/controls/message_boxes.h"
-#include "window/controls/saving.h"
+#include "window/controls/companion_window.h"
 #include "window/insight/insight_context.h"
-
-#include <QWidget>
 
 #include <functional>
 #include <memory>
@@ -18,13 +13,10 @@ namespace Ui {
 class InsightWindow;
 }
 struct Explained;
-class StatisticsPanel;
 class TracePanel;
-class WatchPanel;
 
-/// The window of the trace: what went over the line, what it says and what became of it. It stands beside the
-/// main window, which goes on as it would without it.
-class InsightWindow : public QWidget {
+/// The window of the trace: what went over the line, what it says and what became of it.
+class InsightWindow : public CompanionWindow {
     Q_OBJECT
     Q_DISABLE_COPY(InsightWindow)
 
@@ -33,33 +25,18 @@ public:
                   const QString& programFolder);
     ~InsightWindow() override;
 
-    /// Comes to the front, and shows what there is from now on.
-    void open();
-    /// The trace has news: they are shown soon, many at once.
-    void takeNewsSoon();
     void explain(const Explained& explained, std::size_t byte);
 
-signals:
-    void closed();
-
 protected:
+    void opened() override;
+    void takeNews() override;
+    void refresh() override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void addShortcuts(const std::function<void()>& showHelp);
-    void refreshSoon();
-    void refresh();
-
-    MessageBoxes boxes_{this};
-    Events events_{boxes_};
-    FileDialogs files_;
-    FileTalk talk_;
     InsightContext context_;
     std::unique_ptr<Ui::InsightWindow> ui_;
     TracePanel* trace_;
-    StatisticsPanel* statistics_;
-    WatchPanel* watch_;
-    Wait news_;
     Wait refresh_;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/insight/trace_export.h"
-#include "window/insight/sliced_work.h"
+#include "window/controls/sliced_work.h"
 
 #include <functional>
 #include <optional>

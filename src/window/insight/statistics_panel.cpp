@@ -68,7 +68,7 @@ QStringList cellsOf(const LinkStatistics::Row& row) {
 } // namespace
 
 StatisticsPanel::StatisticsPanel(const InsightContext& context, QWidget* parent)
-    : QWidget(parent), context_(context), ui_(makeForm<Ui::StatisticsPanel>(this)) {
+    : CompanionPart(parent), context_(context), ui_(makeForm<Ui::StatisticsPanel>(this)) {
     const std::vector<Column> shown = columns();
     ui_->statisticsTable->setColumnCount(static_cast<int>(shown.size()));
     for (int column = 0; column < ui_->statisticsTable->columnCount(); ++column) {

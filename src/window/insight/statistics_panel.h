@@ -1,8 +1,7 @@
 #pragma once
 
+#include "window/controls/companion_window.h"
 #include "window/insight/insight_context.h"
-
-#include <QWidget>
 
 #include <cstdint>
 #include <memory>
@@ -15,7 +14,7 @@ class StatisticsPanel;
 }
 
 /// "Statistics": a row for each kind of request, and what the last ten minutes looked like.
-class StatisticsPanel : public QWidget {
+class StatisticsPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(StatisticsPanel)
 
@@ -24,7 +23,7 @@ public:
     ~StatisticsPanel() override;
 
     /// Shows how things are now.
-    void refresh();
+    void refresh() final;
 
 private:
     void showRows();

@@ -3,7 +3,7 @@
 #include "core/insight/verdict_words.h"
 #include "core/protocol/hex_text.h"
 #include "window/controls/frame_font.h"
-#include "window/insight/sliced_work.h"
+#include "window/controls/sliced_work.h"
 
 #include <algorithm>
 

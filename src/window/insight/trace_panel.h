@@ -1,10 +1,10 @@
 #pragma once
 
 #include "core/insight/trace.h"
+#include "window/controls/sliced_work.h"
 #include "window/insight/explained.h"
 #include "window/insight/insight_context.h"
 #include "window/insight/sliced_export.h"
-#include "window/insight/sliced_work.h"
 
 #include <QWidget>
 

@@ -46,7 +46,7 @@ RuntimeError badLines(const std::string& path, const std::vector<std::size_t>& l
 } // namespace
 
 WatchPanel::WatchPanel(const InsightContext& context, QWidget* parent)
-    : QWidget(parent),
+    : CompanionPart(parent),
       context_(context),
       ui_(makeForm<Ui::WatchPanel>(this)),
       model_(new WatchModel(context.watch, context.names, context.clock, this)) {

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "window/controls/companion_window.h"
 #include "window/insight/insight_context.h"
-
-#include <QWidget>
 
 #include <memory>
 
@@ -14,7 +13,7 @@ class WatchPanel;
 class WatchModel;
 
 /// "Watch": every register that was seen, with its latest value.
-class WatchPanel : public QWidget {
+class WatchPanel : public CompanionPart {
     Q_OBJECT
     Q_DISABLE_COPY(WatchPanel)
 
@@ -23,7 +22,7 @@ public:
     ~WatchPanel() override;
 
     /// Shows how things are now.
-    void refresh();
+    void refresh() final;
     /// Takes the names of registers from a file; what is wrong with it is told.
     void loadNames(const QString& path);
 

@@ -289,7 +289,8 @@ void ScenarioPanel::tmrScenario_Timer() {
 }
 
 void ScenarioPanel::told(const Exchange& exchange) {
-    if (exchange.outcome == Outcome::Silent && exchange.mode == Mode::Scenario && !isPlaying_) {
+    const bool endsARun = exchange.mode == Mode::Scenario && !isPlaying_ && !run_.isSilenceExpected();
+    if (exchange.outcome == Outcome::Silent && endsARun) {
         cmdStopScenario_Click();
     }
 }

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace varda::window {
 
@@ -58,6 +59,9 @@ public:
 
     /// The line that a run is sending just now; nothing where something else is sent.
     std::optional<std::size_t> lineBeingSent() const { return sending_; }
+
+    /// @param isExpected whether no answer is expected to the line of that row: such a silence ends no run
+    void expectSilence(std::function<bool(int row)> isExpected) { run_.expectSilence(std::move(isExpected)); }
 
     /// Stops the run when a controller stays silent.
     void told(const Exchange& exchange) override;

@@ -49,7 +49,9 @@ void FrameTips::watchFrames() {
 }
 
 void FrameTips::told(const Exchange& exchange) {
-    if (exchange.outcome == Outcome::AnsweredByPair || exchange.outcome == Outcome::AnsweredFromMemory) {
+    const bool isFromMemory =
+        exchange.outcome == Outcome::AnsweredFromMemory && !isRefusedFromMemory(exchange);
+    if (exchange.outcome == Outcome::AnsweredByPair || isFromMemory) {
         // shown until the next one, unknown requests between
         requests_.insert(QStringLiteral("txtSimSP"), exchange.request);
     }

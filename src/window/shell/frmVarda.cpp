@@ -200,6 +200,9 @@ void FrmVarda::attachBench(const QString& programFolder) {
     connect(scenarioPanel_, &ScenarioPanel::linesCleared, expectations, &ScenarioExpectations::clear);
     connect(scenarioPanel_, &ScenarioPanel::loaded, expectations, &ScenarioExpectations::loadBeside);
     connect(scenarioPanel_, &ScenarioPanel::runBegins, expectations, &ScenarioExpectations::begin);
+    scenarioPanel_->expectSilence([expectations](int row) {
+        return expectations->expected().isSilenceExpected(static_cast<std::size_t>(row));
+    });
     bench_.attach(
         {.button = ui_->openBench,
          .pairs = simulationPage_->pairs(),

@@ -349,8 +349,9 @@ void SimulationPage::cmdSimInputOK_Click() {
 
 void SimulationPage::told(const Exchange& exchange) {
     const bool isFromMemory = exchange.outcome == Outcome::AnsweredFromMemory;
-    const bool isAnswered = isFromMemory || exchange.outcome == Outcome::AnsweredByPair;
-    if (!exchange.pair && !isAnswered && exchange.outcome != Outcome::Unknown) { // no request that came in
+    const bool isAnswered =
+        isFromMemory ? !isRefusedFromMemory(exchange) : exchange.outcome == Outcome::AnsweredByPair;
+    if (!exchange.pair && !isFromMemory && exchange.outcome != Outcome::Unknown) { // no request that came in
         return;
     }
     showText(ui_->txtSimRP, hexRun(exchange.request));

@@ -46,6 +46,15 @@ TEST_F(ExpectedLinesTest, EachLineIsJudgedByWhatBecomesOfIt) {
     EXPECT_EQ(expected.wrong(), 1U);
 }
 
+TEST_F(ExpectedLinesTest, KnowsWhichLineIsToStaySilent) {
+    EXPECT_FALSE(expected.isSilenceExpected(0));
+    EXPECT_TRUE(expected.isSilenceExpected(1));
+    EXPECT_FALSE(expected.isSilenceExpected(2));
+    EXPECT_FALSE(expected.isSilenceExpected(3)) << "there is none";
+    expected.setText(1, {"silence", "soon"});
+    EXPECT_FALSE(expected.isSilenceExpected(1)) << "not understood";
+}
+
 TEST_F(ExpectedLinesTest, ALineIsOvertakenBeforeTheNextIsSent) {
     send(0);
     expected.told(became(Outcome::Overtaken), 1);

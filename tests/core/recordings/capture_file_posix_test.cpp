@@ -1,6 +1,6 @@
 #include "core/recordings/capture_file.h"
 
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/capture_loading.h"
 #include "core/recordings/recordings.h"
 #include "support/manual_clock.h"
 #include "support/temporary_folder.h"

@@ -2,6 +2,7 @@
 
 #include "core/base/runtime_error.h"
 #include "core/recordings/capture_file.h"
+#include "core/recordings/capture_loading.h"
 #include "core/recordings/recordings.h"
 #include "support/manual_clock.h"
 #include "support/raises.h"
@@ -120,6 +121,39 @@ TEST(CaptureReader, ReadsAFileThatEndsInAPacketUpToThere) {
     }
 }
 
+TEST(CaptureReader, ReadsTheSameWhereverItsPiecesEnd) {
+    constexpr unsigned seed = 16'033;
+    std::cout << "seed " << seed << '\n';
+    std::mt19937 random(seed);
+    for (int round = 0; round < 500; ++round) {
+        const std::string whole = captureOf(drawnRecording(random));
+        const std::string file = whole.substr(0, whole.size() - random() % 20);
+        CaptureReader reader;
+        for (std::size_t place = 0; place < file.size();) {
+            const std::string piece = file.substr(place, 1 + random() % 100);
+            reader.take(piece);
+            place += piece.size();
+        }
+        const ReadCapture expected = readCapture(file);
+        EXPECT_EQ(reader.packets(), expected.recording.size()) << "in round " << round;
+        const ReadCapture read = reader.finish();
+        ASSERT_EQ(read.recording, expected.recording) << "in round " << round;
+        ASSERT_EQ(read.isCut, expected.isCut) << "in round " << round;
+    }
+}
+
+TEST(CaptureReader, NamesThePlaceOfDamageInALaterPiece) {
+    std::string torn = captureOf({sentAt(1ms, wordRequest), sentAt(2ms, wordRequest)});
+    const std::size_t second = captureOf({sentAt(1ms, wordRequest)}).size();
+    torn[second + 4] = 13;
+    CaptureReader reader;
+    reader.take(torn.substr(0, second - 3));
+    const auto error = raisedBy([&] { reader.take(torn.substr(second - 3)); });
+    ASSERT_TRUE(error);
+    EXPECT_NE(std::string(error->what()).find("damaged at byte " + std::to_string(second)), std::string::npos)
+        << error->what();
+}
+
 TEST(CaptureReader, SaysWhatIsWrong) {
     EXPECT_EQ(refusal("hello"),
               "This is no capture that can be read: it does not begin as a pcapng file does.");
@@ -159,6 +193,28 @@ TEST(CaptureReader, NamesTheFile) {
     EXPECT_TRUE(raisedBy([&] { loadCapture(folder.path()); }));
     std::ofstream(path) << "hello";
     EXPECT_NE(std::string(raisedBy([&] { loadCapture(path); })->what()).find(path), std::string::npos);
+}
+
+/// Some 800 kB: more than one piece, whose ends fall into blocks.
+TEST(CaptureLoading, ReadsALargeFilePieceByPiece) {
+    const TemporaryFolder folder;
+    const std::string path = folder.file("large.pcapng");
+    Recording recording;
+    for (int count = 0; count < 10'000; ++count) {
+        recording.push_back(sentAt(std::chrono::milliseconds(count), wordRequest));
+    }
+    const std::string file = captureOf(recording);
+    std::ofstream(path, std::ios::binary) << file;
+    CaptureLoading loading(path);
+    std::size_t pieces = 1;
+    while (loading.goOn()) {
+        EXPECT_EQ(loading.bytesRead(), pieces * CaptureLoading::piece);
+        ++pieces;
+    }
+    EXPECT_EQ(pieces, file.size() / CaptureLoading::piece + 1);
+    EXPECT_GT(pieces, 2U);
+    EXPECT_EQ(loading.bytesRead(), file.size());
+    EXPECT_EQ(loading.finish().recording, recording);
 }
 
 class CaptureFileTest : public testing::Test {

@@ -78,6 +78,56 @@ TEST_F(ScenarioRunTest, StopLeavesWhatTheLinkHasGoneOnTo) {
     EXPECT_FALSE(run.isTicking());
 }
 
+/// What the link makes of a run whose lines nobody answers.
+class SilentScenarioTest : public ScenarioRunTest, public LinkObserver {
+protected:
+    SilentScenarioTest() {
+        link.observe(*this);
+        run.start("100");
+    }
+    void told(const Exchange& exchange) override { silences += exchange.outcome == Outcome::Silent ? 1 : 0; }
+
+    void sendNext() { run.send(run.next().value()); }
+    void tick(int times) {
+        for (int time = 0; time < times; ++time) {
+            link.tmrComm_Timer();
+        }
+    }
+
+    int silences = 0;
+};
+
+TEST_F(SilentScenarioTest, LinesShareTheirTicksWhereNothingIsKnownOfTheirAnswers) {
+    sendNext();
+    tick(8);
+    sendNext();
+    tick(4);
+    EXPECT_EQ(silences, 0);
+    tick(1);
+    EXPECT_EQ(silences, 1);
+    EXPECT_FALSE(run.isSilenceExpected());
+}
+
+TEST_F(SilentScenarioTest, AfterAnExpectedSilenceTheNextLineHasItsTicksForItself) {
+    run.expectSilence([](int row) { return row == 0; });
+    EXPECT_FALSE(run.isSilenceExpected()) << "nothing was sent";
+    sendNext();
+    EXPECT_TRUE(run.isSilenceExpected());
+    tick(8);
+    sendNext();
+    EXPECT_FALSE(run.isSilenceExpected());
+    tick(12);
+    EXPECT_EQ(silences, 0);
+    tick(1);
+    EXPECT_EQ(silences, 1);
+    sendNext();
+    EXPECT_TRUE(run.isSilenceExpected());
+    tick(13);
+    EXPECT_EQ(silences, 2) << "told all the same";
+    run.start("100");
+    EXPECT_FALSE(run.isSilenceExpected());
+}
+
 TEST(ScenarioPeriodTest, IsANumberOf0To65535) {
     EXPECT_EQ(scenarioPeriod("0"), 0);
     EXPECT_EQ(scenarioPeriod("65535"), 65535);

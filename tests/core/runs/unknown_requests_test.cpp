@@ -12,10 +12,16 @@ Exchange unknown(const Bytes& request, Outcome outcome = Outcome::Unknown) {
     return exchange;
 }
 
+Exchange answered(const Bytes& request) {
+    Exchange exchange = unknown(request, Outcome::AnsweredFromMemory);
+    exchange.answer = {0xAA};
+    return exchange;
+}
+
 TEST(UnknownRequests, CountsThoseThatNoPairAnswers) {
     UnknownRequests requests;
     EXPECT_TRUE(requests.note(unknown({1})));
-    EXPECT_TRUE(requests.note(unknown({2}, Outcome::AnsweredFromMemory)));
+    EXPECT_TRUE(requests.note(answered({2})));
     EXPECT_TRUE(requests.note(unknown({1})));
     EXPECT_FALSE(requests.note(unknown({3}, Outcome::AnsweredByPair)));
     EXPECT_FALSE(requests.note(unknown({3}, Outcome::Answered)));
@@ -25,10 +31,20 @@ TEST(UnknownRequests, CountsThoseThatNoPairAnswers) {
 TEST(UnknownRequests, TellsWhetherTheLastOneWasAnswered) {
     UnknownRequests requests;
     requests.note(unknown({1}));
-    requests.note(unknown({1}, Outcome::AnsweredFromMemory));
+    requests.note(answered({1}));
     EXPECT_TRUE(requests.requests().front().isAnswered);
     requests.note(unknown({1}));
     EXPECT_FALSE(requests.requests().front().isAnswered);
+}
+
+TEST(UnknownRequests, CountsTheAnswersThatThePortDidNotTake) {
+    UnknownRequests requests;
+    requests.note(unknown({1}, Outcome::AnsweredFromMemory));
+    requests.note(unknown({1}, Outcome::AnsweredFromMemory));
+    EXPECT_EQ(requests.requests(), (std::vector<UnknownRequest>{{{1}, 2, false, 2}}));
+    requests.note(answered({1}));
+    requests.note(unknown({1}));
+    EXPECT_EQ(requests.requests(), (std::vector<UnknownRequest>{{{1}, 4, false, 2}}));
 }
 
 TEST(UnknownRequests, ForgetsOne) {

@@ -1,6 +1,7 @@
 #include "window/bench/bench_fixture.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace varda::test {
 namespace {
@@ -64,7 +65,51 @@ TEST_F(BenchWindowTest, EveryTableAndFieldHasANameForScreenReaders) {
     }
 }
 
-TEST_F(BenchWindowTest, FitsASmallScreenWithNothingCutOff) {
+/// The application has a larger font, as other desktops have.
+class LargerFont {
+public:
+    explicit LargerFont(double times) {
+        QFont font = before_;
+        font.setPointSizeF(font.pointSizeF() * times);
+        QApplication::setFont(font);
+    }
+    LargerFont(const LargerFont&) = delete;
+    LargerFont& operator=(const LargerFont&) = delete;
+    ~LargerFont() { QApplication::setFont(before_); }
+
+private:
+    QFont before_ = QApplication::font();
+};
+
+class BenchScreenTest : public testing::WithParamInterface<double>,
+                        private LargerFont,
+                        public BenchWindowTest {
+protected:
+    BenchScreenTest() : LargerFont(GetParam()) {}
+
+    /// Every button of the shown tab is where it can be pressed, with its whole caption, and upon no other.
+    void expectButtonsWhole() {
+        std::vector<QRect> places;
+        for (const QAbstractButton* const button : bench()->findChildren<QAbstractButton*>()) {
+            if (!button->isVisible() || button->text().isEmpty()) {
+                continue;
+            }
+            const QRect place(button->mapTo(bench(), QPoint(0, 0)), button->size());
+            const std::string name = button->objectName().toStdString();
+            EXPECT_TRUE(bench()->rect().contains(place)) << name;
+            EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text())) << name;
+            for (const QRect& other : places) {
+                EXPECT_FALSE(place.intersects(other)) << name;
+            }
+            places.push_back(place);
+        }
+    }
+};
+
+/// 1024 x 768, and that with all drawn larger by half.
+TEST_P(BenchScreenTest, FitsASmallScreenWithNothingCutOff) {
+    enter("faultText", "late=50..200,drop@3rd");
+    press("faultsOn");
     auto* const tabs = find<QTabWidget>("benchTabs");
     for (const QSize size : {QSize(1016, 704), QSize(674, 448)}) {
         for (int tab = 0; tab < tabs->count(); ++tab) {
@@ -72,17 +117,11 @@ TEST_F(BenchWindowTest, FitsASmallScreenWithNothingCutOff) {
             bench()->resize(size);
             QCoreApplication::processEvents();
             EXPECT_EQ(bench()->size(), size) << tab;
-            for (const QAbstractButton* const button : bench()->findChildren<QAbstractButton*>()) {
-                if (button->isVisible() && !button->text().isEmpty()) {
-                    const QRect place(button->mapTo(bench(), QPoint(0, 0)), button->size());
-                    EXPECT_TRUE(bench()->rect().contains(place)) << button->objectName().toStdString();
-                    EXPECT_GE(button->width(), button->fontMetrics().horizontalAdvance(button->text()))
-                        << button->objectName().toStdString();
-                }
-            }
+            expectButtonsWhole();
         }
     }
 }
+INSTANTIATE_TEST_SUITE_P(Fonts, BenchScreenTest, testing::Values(1.0, 1.5, 1.75));
 
 /// The main window is as large as without it, and takes no focus from the prescribed controls.
 TEST(BenchButton, ChangesNothingOfTheMainWindow) {

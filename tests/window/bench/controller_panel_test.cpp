@@ -63,6 +63,24 @@ TEST_F(ControllerPanelTest, RequestsThatNoPairAnswersAreAnsweredFromMemory) {
     EXPECT_TRUE(ask(readTwo).empty());
 }
 
+TEST_F(ControllerPanelTest, AnAnswerThatThePortRefusesIsNoAnswer) {
+    simulate();
+    answerFromMemory();
+    ask(readTwo);
+    const std::string answered = window.text("txtSimSP");
+    window.farEnd().refuseWrites(true);
+    EXPECT_TRUE(ask(readTwo).empty());
+    settle();
+    EXPECT_EQ(cell(unknown, 0, UnknownModel::Count), "2");
+    EXPECT_EQ(cell(unknown, 0, UnknownModel::Answered), "no; the port refused 1");
+    EXPECT_EQ(window.text("txtSimSP"), answered) << "what was sent last";
+    EXPECT_FALSE(window.find<QPlainTextEdit>("txtSimSP")->extraSelections().isEmpty()) << "in grey";
+    window.farEnd().refuseWrites(false);
+    EXPECT_EQ(ask(readTwo).size(), 1U);
+    settle();
+    EXPECT_EQ(cell(unknown, 0, UnknownModel::Answered), "from memory; the port refused 1");
+}
+
 TEST_F(ControllerPanelTest, APreparedPairComesFirst) {
     writeFile("pairs.ini",
               "[Information]\nTotal=1\n[Receive]\n0=" + hexRun(readTwo) + "\n[Send]\n0=FFFFA3\n");

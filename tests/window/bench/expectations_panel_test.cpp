@@ -1,6 +1,8 @@
 #include "window/bench/bench_fixture.h"
 #include "window/bench/expectation_model.h"
 
+#include <filesystem>
+
 namespace varda::test {
 namespace {
 
@@ -22,6 +24,14 @@ protected:
         window.paste("txtScnPeriod", "1000");
         window.click("cmdRunScenario");
         window.advance(900);
+    }
+    /// The first line goes out, and nothing comes until the wait for its answer has ended.
+    void runSlowly() {
+        openPort();
+        window.paste("txtScnPeriod", "65535");
+        window.click("cmdRunScenario");
+        window.advance(65535);
+        window.advance(20000);
     }
     /// One period: the line that is due goes out, and is answered with a word, below 0 with none.
     void round(int word, int after = 100) {
@@ -140,16 +150,45 @@ TEST_F(ExpectationsPanelTest, WhatIsExpectedGoesWithItsLine) {
     EXPECT_EQ(cell(table, 0, ExpectationModel::Wanted), "silence");
 }
 
-TEST_F(ExpectationsPanelTest, ASilenceEndsTheRunAsEverAndIsJudged) {
+TEST_F(ExpectationsPanelTest, ASilenceEndsTheRunAsEver) {
+    load();
+    edit(table, 0, ExpectationModel::Wanted, "W 0000 = 5");
+    runSlowly();
+    EXPECT_FALSE(window.find("cmdStopScenario")->isEnabled());
+    EXPECT_EQ(result(0), "\u2717 wrong");
+    edit(table, 0, ExpectationModel::Wanted, "");
+    window.click("cmdRunScenario");
+    window.advance(65535 + 20000);
+    EXPECT_FALSE(window.find("cmdStopScenario")->isEnabled()) << "nothing is expected";
+}
+
+TEST_F(ExpectationsPanelTest, AfterAnExpectedSilenceTheRunGoesOn) {
     load();
     edit(table, 0, ExpectationModel::Wanted, "silence");
-    openPort();
-    window.paste("txtScnPeriod", "65535");
-    window.click("cmdRunScenario");
-    window.advance(65535);
-    window.advance(20000);
-    EXPECT_FALSE(window.find("cmdStopScenario")->isEnabled());
+    runSlowly();
+    EXPECT_TRUE(window.find("cmdStopScenario")->isEnabled());
     EXPECT_EQ(result(0), "\u2713 right");
+    EXPECT_EQ(written().size(), 1U);
+    window.advance(50'000);
+    EXPECT_EQ(written().size(), 1U) << "the line behind it";
+    window.advance(20'000);
+    EXPECT_FALSE(window.find("cmdStopScenario")->isEnabled()) << "of which no silence is expected";
+    EXPECT_TRUE(window.find("tabMode")->isEnabled());
+}
+
+TEST_F(ExpectationsPanelTest, TellsOfAFileBesideThatCannotBeRead) {
+    std::filesystem::create_directory(window.folder().file("two.expect"));
+    EXPECT_FALSE(find("expectationsProblem")->isVisible());
+    load();
+    EXPECT_TRUE(find("expectationsProblem")->isVisible());
+    const std::string told = label("expectationsProblem");
+    EXPECT_NE(told.find("What is expected was not taken along."), std::string::npos);
+    EXPECT_NE(told.find("two.expect\" is no regular file. A folder, a device or a pipe"), std::string::npos)
+        << told;
+    EXPECT_EQ(window.box(), nullptr) << "the scenario itself is whole";
+    std::filesystem::remove(window.folder().file("two.expect"));
+    load();
+    EXPECT_FALSE(find("expectationsProblem")->isVisible());
 }
 
 } // namespace

@@ -63,6 +63,86 @@ TEST_F(RecordingsPanelTest, WhatIsNoCaptureIsToldAndChangesNothing) {
     EXPECT_TRUE(isEnabled("playRecording"));
 }
 
+/// Some megabytes, which are read in more than one piece.
+class LargeRecordingTest : public RecordingsPanelTest {
+protected:
+    LargeRecordingTest() {
+        Recording large;
+        for (int burst = 0; burst < 20'000; ++burst) {
+            large.push_back(sentAt(std::chrono::milliseconds(burst), wordRequest));
+        }
+        writeFile("large.pcapng", captureOf(large));
+    }
+    bool isLoading() { return find("loadingPart")->isVisible(); }
+    int progress() { return find<QProgressBar>("loadProgress")->value(); }
+};
+
+TEST_F(LargeRecordingTest, IsReadWhileTheWindowGoesOn) {
+    open();
+    openPort();
+    press("playRecording");
+    open("large.pcapng");
+    EXPECT_TRUE(isLoading());
+    EXPECT_FALSE(isEnabled("openRecording"));
+    EXPECT_FALSE(isEnabled("compareRecording"));
+    EXPECT_EQ(label("recordingState").find("line.pcapng"), 0U) << "until it is read";
+    EXPECT_GT(progress(), 0);
+    EXPECT_LT(progress(), 500);
+    int steps = 0;
+    for (int before = progress(); isLoading() && steps < 1000; ++steps) {
+        EXPECT_GE(progress(), before);
+        before = progress();
+        window.step();
+    }
+    EXPECT_GT(steps, 20) << "pieces of the file, and of its bursts";
+    EXPECT_EQ(label("recordingState").find("large.pcapng: 20000 sent, 0 received"), 0U);
+    EXPECT_TRUE(isEnabled("openRecording"));
+    EXPECT_FALSE(isEnabled("stopRecording")) << "what was played is not there any more";
+    EXPECT_EQ(written().size(), 1U);
+}
+
+TEST_F(LargeRecordingTest, CancelledItLeavesWhatWasThereBefore) {
+    open();
+    const std::string before = label("recordingState");
+    open("large.pcapng");
+    window.step();
+    ASSERT_TRUE(isLoading());
+    press("cancelLoading");
+    EXPECT_FALSE(isLoading());
+    window.advance(1000);
+    EXPECT_EQ(label("recordingState"), before);
+    EXPECT_EQ(label("playState").find("0 of 3 frames played"), 0U);
+    EXPECT_TRUE(isEnabled("playRecording"));
+    EXPECT_TRUE(isEnabled("openRecording"));
+    EXPECT_EQ(box(), nullptr);
+}
+
+TEST_F(LargeRecordingTest, DamagedInALaterPieceItIsToldAndChangesNothing) {
+    open();
+    const std::string before = label("recordingState");
+    std::string damaged = readFile("large.pcapng");
+    damaged[damaged.size() - 1] ^= 1;
+    writeFile("damaged.pcapng", damaged);
+    open("damaged.pcapng");
+    EXPECT_EQ(box(), nullptr);
+    window.advance(1000);
+    ASSERT_NE(box(), nullptr);
+    EXPECT_NE(box()->text().toStdString().find("damaged.pcapng"), std::string::npos);
+    EXPECT_EQ(label("recordingState"), before);
+    EXPECT_FALSE(isLoading());
+}
+
+TEST_F(LargeRecordingTest, IsComparedLikewise) {
+    open();
+    press("compareRecording");
+    chooseFile("large.pcapng");
+    EXPECT_TRUE(isLoading());
+    EXPECT_EQ(comparison(), "");
+    window.advance(1000);
+    EXPECT_EQ(comparison().find("line.pcapng and large.pcapng"), 0U);
+    EXPECT_EQ(label("recordingState").find("line.pcapng"), 0U) << "stays open";
+}
+
 TEST_F(RecordingsPanelTest, IsPlayedWithItsOwnTimingAndThePagesAreOffMeanwhile) {
     open();
     openPort();

@@ -9,7 +9,7 @@
 #include "window/controls/file_dialogs.h"
 #include "window/controls/message_boxes.h"
 #include "window/controls/saving.h"
-#include "window/insight/sliced_work.h"
+#include "window/controls/sliced_work.h"
 
 #include <QAbstractButton>
 #include <QAction>

@@ -1,4 +1,4 @@
-#include "window/insight/sliced_work.h"
+#include "window/controls/sliced_work.h"
 
 #include <chrono>
 #include <utility>
