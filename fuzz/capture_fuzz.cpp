@@ -3,6 +3,7 @@
 #include "core/recordings/recording.h"
 #include "input.h"
 
+#include <algorithm>
 #include <chrono>
 
 /// Any bytes as a capture: it is read, or refused with what is wrong. What is written as one reads back.
@@ -35,6 +36,11 @@ void readBack(fuzz::Input& input) {
         const RecordedBurst& burst = written.back();
         file += captured({burst.time, burst.isSent, burst.bytes, burst.bytes.size(), input.text(40)});
     }
+    std::stable_sort(
+        written.begin(), written.end(), [](const RecordedBurst& one, const RecordedBurst& other) {
+            return one.time <
+                   other.time; // as the packets of a capture are read, whatever their order in the file
+        });
     const ReadCapture read = readCapture(file);
     require(read.recording == written && !read.isCut && read.incomplete == 0, "what was written is read");
 }
