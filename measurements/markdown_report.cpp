@@ -47,8 +47,9 @@ public:
     std::string document() const {
         return "# Benchmarks\n\n"
                "Target `benchmark-report` measures and writes this file. Measured " +
-               today() + " with " + std::to_string(benchmark::CPUInfo::Get().num_cpus) +
-               " cores, compiler " VARDA_COMPILER ".\n"
+               today() + " with " + std::to_string(benchmark::CPUInfo::Get().num_cpus) + " cores, load " +
+               machineLoad() +
+               ", compiler " VARDA_COMPILER ".\n"
                "Look-ups ask for one request again and again, and the answer is the table's and the link's "
                "on a "
                "line in memory, without what a\n"

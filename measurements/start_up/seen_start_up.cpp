@@ -35,26 +35,23 @@ constexpr auto patience = 20s;
 
 /// What is seen of one start.
 struct Start {
-    double first = 0;    ///< milliseconds
-    double last = 0;     ///< milliseconds
-    double own = 0;      ///< MiB that no other process has
+    double first = 0; ///< milliseconds
+    double last = 0;  ///< milliseconds
+    double own = 0;   ///< MiB that it wrote itself; whether it shares what it read depends on who else runs
     double resident = 0; ///< MiB
 };
 
-/// MiB of the lines of a kind.
-double memoryOf(pid_t process, const std::vector<std::string>& kinds) {
+/// MiB of one kind.
+double memoryOf(pid_t process, const std::string& kind) {
     constexpr double kibibytes = 1024;
     std::ifstream file("/proc/" + std::to_string(process) + "/smaps_rollup");
-    double sum = 0;
     for (std::string word; file >> word;) {
-        for (const std::string& kind : kinds) {
-            double value = 0;
-            if (word == kind && file >> value) {
-                sum += value / kibibytes;
-            }
+        double value = 0;
+        if (word == kind && file >> value) {
+            return value / kibibytes;
         }
     }
-    return sum;
+    return 0;
 }
 
 void awaitEmpty(const HiddenScreen& screen, const Picture& empty) {
@@ -91,8 +88,8 @@ Start startOf(const std::string& program, const HiddenScreen& screen, const Pict
     const auto start = Clock::now();
     const pid_t process = varda::bench::started({program});
     Start seen = watched(screen, empty, start);
-    seen.own = memoryOf(process, {"Private_Clean:", "Private_Dirty:"});
-    seen.resident = memoryOf(process, {"Rss:"});
+    seen.own = memoryOf(process, "Private_Dirty:");
+    seen.resident = memoryOf(process, "Rss:");
     ::kill(process, SIGKILL);
     ::waitpid(process, nullptr, 0);
     awaitEmpty(screen, empty);
@@ -113,8 +110,7 @@ constexpr auto figures = std::to_array<Figure>({
     {"resident memory behind the start", "MiB", &Start::resident, false},
 });
 
-/// Of some starts the least times, since a busy machine only ever adds, and the most memory: what another
-/// process happens to have of the same files counts as shared.
+/// Of some starts the least times, since a busy machine only ever adds, and the most memory.
 Start calmOf(const std::string& program, const HiddenScreen& screen, const Picture& empty) {
     constexpr int starts = 3;
     Start calmest = startOf(program, screen, empty);
