@@ -12,6 +12,7 @@
 #include "support/prepared_reads.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -172,7 +173,7 @@ struct NamedPath {
     Path (*prepared)();
 };
 
-constexpr NamedPath paths[] = {
+constexpr auto paths = std::to_array<NamedPath>({
     {"frame-of-a-read", readFrame},
     {"longest-frame", longestFrame},
     {"frame-check", check},
@@ -183,7 +184,7 @@ constexpr NamedPath paths[] = {
     {"loading-2000-pairs", loading},
     {"saving-2000-pairs", saving},
     {"transaction-over-VIRTUAL", transaction},
-};
+});
 
 std::size_t result = 0;
 

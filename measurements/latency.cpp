@@ -64,9 +64,9 @@ std::string row(const char* what, const Series& series) {
 std::vector<double> partsOf(const Series& series, double share) {
     const std::size_t count = std::min(series.starts.size(), series.ends.size());
     std::vector<double> parts;
-    for (std::size_t turn = 0; turn < varda::bench::turns; ++turn) {
-        const auto part =
-            series.durations(turn * count / varda::bench::turns, (turn + 1) * count / varda::bench::turns);
+    for (std::size_t turn = 0; turn < varda::bench::turnCount; ++turn) {
+        const auto part = series.durations(turn * count / varda::bench::turnCount,
+                                           (turn + 1) * count / varda::bench::turnCount);
         parts.push_back(part.at(static_cast<std::size_t>(static_cast<double>(part.size()) * share)));
     }
     return parts;
@@ -186,7 +186,8 @@ int main(int argc, char** argv) try {
         varda::bench::today() + ", " + std::to_string(std::thread::hardware_concurrency()) + " cores, load " +
         varda::bench::machineLoad() +
         " with the measurement's own,\nover pseudo-terminals, by turns with a bare loop: a thread that does "
-        "nothing but wait for the bytes, a write to the device itself.\n\n"
+        "nothing but wait for the bytes, a write to the device itself.\n"
+        "The same in seven parts, with their spread: [performance.md](performance.md).\n\n"
         "| what | frames | median | 99 % | most |\n|---|--:|--:|--:|--:|\n" +
         rows;
     return argc < 2 || varda::bench::writeDocument(argv[1], text) ? 0 : 1;

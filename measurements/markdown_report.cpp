@@ -47,8 +47,14 @@ public:
     std::string document() const {
         return "# Benchmarks\n\n"
                "Target `benchmark-report` measures and writes this file. Measured " +
-               today() + " with " + std::to_string(benchmark::CPUInfo::Get().num_cpus) +
-               " cores, compiler " VARDA_COMPILER ".\n\n"
+               today() + " with " + std::to_string(benchmark::CPUInfo::Get().num_cpus) + " cores, load " +
+               machineLoad() +
+               ", compiler " VARDA_COMPILER ".\n"
+               "Look-ups ask for one request again and again, and the answer is the table's and the link's "
+               "on a "
+               "line in memory, without what a\n"
+               "line takes; drawn requests, other libraries and real lines, with their spread: "
+               "[performance.md](performance.md).\n\n"
                "Times are means of one call; median and 99 % are of single answers, from the end of the "
                "last\n"
                "settle step to the bytes' leaving, without a window. Saving brings the file to the disk.\n"

@@ -9,7 +9,7 @@
 
 #include <SimpleIni.h>
 
-#include <cmath>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <malloc.h>
@@ -24,7 +24,6 @@ using varda::PacketTable;
 using varda::ProfileFile;
 using varda::bench::byTurns;
 using varda::bench::leastTime;
-using varda::bench::Turns;
 
 /// What a program would make of a file: both lists.
 struct Lists {
@@ -111,8 +110,8 @@ struct Library {
     void (*load)(const std::string& path, std::size_t pairs);
 };
 
-constexpr Library libraries[] = {{"QSettings", saveWithQt, loadWithQt},
-                                 {"SimpleIni", saveWithSimpleIni, loadWithSimpleIni}};
+constexpr auto libraries = std::to_array<Library>(
+    {{"QSettings", saveWithQt, loadWithQt}, {"SimpleIni", saveWithSimpleIni, loadWithSimpleIni}});
 
 void measureFiles(const varda::test::TemporaryFolder& folder) {
     constexpr std::size_t pairs = 20'000;

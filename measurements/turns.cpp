@@ -31,7 +31,7 @@ double leastTime(const std::function<void()>& call, const std::function<void()>&
 
 Turns byTurns(const std::function<double()>& ours, const std::function<double()>& theirs) {
     Turns result;
-    for (int turn = 0; turn < turns; ++turn) {
+    for (int turn = 0; turn < turnCount; ++turn) {
         result.ours.push_back(ours());
         result.theirs.push_back(theirs());
     }

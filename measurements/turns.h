@@ -14,7 +14,7 @@ struct Turns {
 };
 
 /// So many runs of each; a median of fewer says little.
-constexpr int turns = 7;
+constexpr int turnCount = 7;
 
 /// Milliseconds that a call takes: the least of some, since a busy machine only ever adds.
 /// @param before goes before each and is not counted

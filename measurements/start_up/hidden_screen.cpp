@@ -63,6 +63,7 @@ HiddenScreen::HiddenScreen(const std::string& folder) {
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, told[1], STDOUT_FILENO);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     server_ = spawned(
         {"Xvfb", "-displayfd", "1", "-nocursor", "-screen", "0", "1280x1024x24", "-fbdir", folder}, actions);
     ::posix_spawn_file_actions_destroy(&actions);

@@ -3,6 +3,7 @@
 #include "turns.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -34,26 +35,23 @@ constexpr auto patience = 20s;
 
 /// What is seen of one start.
 struct Start {
-    double first = 0;    ///< milliseconds
-    double last = 0;     ///< milliseconds
-    double own = 0;      ///< MiB that no other process has
+    double first = 0; ///< milliseconds
+    double last = 0;  ///< milliseconds
+    double own = 0;   ///< MiB that it wrote itself; whether it shares what it read depends on who else runs
     double resident = 0; ///< MiB
 };
 
-/// MiB of the lines of a kind.
-double memoryOf(pid_t process, const std::vector<std::string>& kinds) {
+/// MiB of one kind.
+double memoryOf(pid_t process, const std::string& kind) {
     constexpr double kibibytes = 1024;
     std::ifstream file("/proc/" + std::to_string(process) + "/smaps_rollup");
-    double sum = 0;
     for (std::string word; file >> word;) {
-        for (const std::string& kind : kinds) {
-            double value = 0;
-            if (word == kind && file >> value) {
-                sum += value / kibibytes;
-            }
+        double value = 0;
+        if (word == kind && file >> value) {
+            return value / kibibytes;
         }
     }
-    return sum;
+    return 0;
 }
 
 void awaitEmpty(const HiddenScreen& screen, const Picture& empty) {
@@ -90,8 +88,8 @@ Start startOf(const std::string& program, const HiddenScreen& screen, const Pict
     const auto start = Clock::now();
     const pid_t process = varda::bench::started({program});
     Start seen = watched(screen, empty, start);
-    seen.own = memoryOf(process, {"Private_Clean:", "Private_Dirty:"});
-    seen.resident = memoryOf(process, {"Rss:"});
+    seen.own = memoryOf(process, "Private_Dirty:");
+    seen.resident = memoryOf(process, "Rss:");
     ::kill(process, SIGKILL);
     ::waitpid(process, nullptr, 0);
     awaitEmpty(screen, empty);
@@ -102,26 +100,29 @@ struct Figure {
     const char* what;
     const char* unit;
     double Start::*value;
+    bool isTime;
 };
 
-constexpr Figure figures[] = {
-    {"start to the first change of the screen", "ms", &Start::first},
-    {"start to the last change of the screen", "ms", &Start::last},
-    {"private memory behind the start", "MiB", &Start::own},
-    {"resident memory behind the start", "MiB", &Start::resident},
-};
+constexpr auto figures = std::to_array<Figure>({
+    {"start to the first change of the screen", "ms", &Start::first, true},
+    {"start to the last change of the screen", "ms", &Start::last, true},
+    {"private memory behind the start", "MiB", &Start::own, false},
+    {"resident memory behind the start", "MiB", &Start::resident, false},
+});
 
-/// The least of some starts, since a busy machine only ever adds.
-Start leastOf(const std::string& program, const HiddenScreen& screen, const Picture& empty) {
+/// Of some starts the least times, since a busy machine only ever adds, and the most memory.
+Start calmOf(const std::string& program, const HiddenScreen& screen, const Picture& empty) {
     constexpr int starts = 3;
-    Start least = startOf(program, screen, empty);
+    Start calmest = startOf(program, screen, empty);
     for (int count = 1; count < starts; ++count) {
         const Start another = startOf(program, screen, empty);
         for (const Figure& figure : figures) {
-            least.*figure.value = std::min(least.*figure.value, another.*figure.value);
+            double& value = calmest.*figure.value;
+            value = figure.isTime ? std::min(value, another.*figure.value)
+                                  : std::max(value, another.*figure.value);
         }
     }
-    return least;
+    return calmest;
 }
 
 void print(const std::vector<Start>& ours, const char* name, const std::vector<Start>& theirs) {
@@ -150,9 +151,9 @@ int run(int argc, char** argv) {
         startOf(program, screen, empty); // brings its files into the memory
     }
     std::vector<std::vector<Start>> starts(programs.size());
-    for (int turn = 0; turn < varda::bench::turns; ++turn) {
+    for (int turn = 0; turn < varda::bench::turnCount; ++turn) {
         for (std::size_t program = 0; program < programs.size(); ++program) {
-            starts[program].push_back(leastOf(programs[program], screen, empty));
+            starts[program].push_back(calmOf(programs[program], screen, empty));
         }
     }
     for (std::size_t other = 1; other < programs.size(); ++other) {

@@ -99,7 +99,9 @@ QString row(const char* what, const char* unit, double ours, double empty, const
 QString document(const Figures& ours, const Figures& empty) {
     return QStringLiteral(
                "# Start-up\n\nTarget `start-up-report` measures and writes this file. Measured %1, "
-               "medians of %2 starts by turns, on an X11 display.\n\n"
+               "medians of %2 starts by turns, on an X11 display,\n"
+               "as the process itself sees it. Seen from outside, with the spread and private memory: "
+               "[performance.md](performance.md).\n\n"
                "| what | program | empty Qt window | ratio | at most |\n|---|---|---|---|---|\n")
                .arg(QString::fromStdString(varda::bench::today()))
                .arg(rounds) +
