@@ -25,4 +25,16 @@ private:
     ExitCode code_;
 };
 
+/// Does the second thing however the first one ends; what the first one throws comes behind it.
+template <typename First, typename Second>
+void doBoth(First&& first, Second&& second) {
+    try {
+        first();
+    } catch (...) {
+        second();
+        throw;
+    }
+    second();
+}
+
 } // namespace varda::cli

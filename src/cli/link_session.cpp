@@ -66,6 +66,12 @@ bool LinkSession::run() {
     return !isSignalled_;
 }
 
+bool LinkSession::run(const std::function<void()>& finish) {
+    bool isWhole = false;
+    doBoth([&] { isWhole = run(); }, finish);
+    return isWhole;
+}
+
 void LinkSession::told(const Exchange& exchange) { told_(exchange); }
 
 void LinkSession::hangUp(const std::string& reason) {

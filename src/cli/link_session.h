@@ -32,6 +32,8 @@ public:
     /// Serves until stop() is called, or a signal ends the tool. @return false where it was a signal
     /// @throws Failure Port where the line goes away, and what a task throws
     bool run();
+    /// The same. @param finish runs however it ends, before anything is thrown
+    bool run(const std::function<void()>& finish);
     void stop() { loop_.stop(); }
 
     device::EventLoop& loop() { return loop_; }

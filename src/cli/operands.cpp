@@ -70,6 +70,9 @@ std::vector<int> valuesOf(const std::string& text, Access access) {
     if (values.empty()) {
         throw notUnderstood("A value is missing behind the \"=\".");
     }
+    if (text.ends_with(',')) {
+        throw notUnderstood("A value is missing behind the \",\" at the end of \"" + text + "\".");
+    }
     return values;
 }
 

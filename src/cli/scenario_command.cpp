@@ -1,8 +1,8 @@
 #include "cli/scenario_command.h"
 
+#include "cli/failure.h"
 #include "cli/files.h"
 #include "cli/html_report.h"
-#include "cli/junit.h"
 #include "cli/link_session.h"
 #include "core/files/atomic_file.h"
 #include "core/insight/field_words.h"
@@ -83,13 +83,14 @@ private:
             return isTaking_;
         }
         const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
-        return !wanted || wanted->isSilence();
+        return wanted && wanted->isSilence();
     }
 
     std::string judge(const Exchange& exchange, int line) const {
         if (!wanted_.empty()) {
             const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
-            return wanted ? wanted->judge(exchange) : std::string();
+            const bool endsTheRun = exchange.outcome == Outcome::Silent; // nobody said that it may
+            return wanted ? wanted->judge(exchange) : endsTheRun ? whyNoAnswer(exchange) : std::string();
         }
         return exchange.outcome == Outcome::Answered || isTaking_ ? std::string()
                                                                   : std::string(inWords(exchange.outcome));
@@ -139,20 +140,27 @@ ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
     Rounds rounds(session, report, std::move(lines), std::move(wanted), rounds_, !take_.empty());
     line_.open(session, streams, report);
     rounds.start(period_);
-    const bool isWhole = session.run();
-    rounds.stop();
-    const std::size_t wrong = failures(rounds.results());
-    report.scenario(rounds_, static_cast<int>(rounds.results().size() - wrong), static_cast<int>(wrong));
+    const bool isWhole = session.run([&] {
+        rounds.stop();
+        const std::size_t wrong = failures(rounds.results());
+        const std::size_t right = rounds.results().size() - wrong;
+        doBoth([&] { report.scenario(rounds_, static_cast<int>(right), static_cast<int>(wrong)); },
+               [&] { writeFiles(rounds.results(), rounds.taken().texts()); });
+    });
+    return isWhole && rounds.isComplete() ? ExitCode::Right : ExitCode::Failed;
+}
+
+void ScenarioCommand::writeFiles(const std::vector<LineResult>& results,
+                                 const std::vector<std::string>& taken) const {
     if (!junit_.empty()) {
-        replaceFile(junit_, junit(file_, rounds.results()));
+        replaceFile(junit_, junit(file_, results));
     }
     if (!html_.empty()) {
-        replaceFile(html_, htmlReport(file_, rounds.results()));
+        replaceFile(html_, htmlReport(file_, results));
     }
     if (!take_.empty()) {
-        saveExpectations(take_, rounds.taken().texts());
+        saveExpectations(take_, taken);
     }
-    return isWhole && rounds.isComplete() ? ExitCode::Right : ExitCode::Failed;
 }
 
 } // namespace varda::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/junit.h"
 #include "cli/line_choice.h"
 #include "cli/subcommand.h"
 #include "core/link/period.h"
@@ -15,6 +16,8 @@ public:
     ExitCode run(const Streams& streams, Report& report) override;
 
 private:
+    void writeFiles(const std::vector<LineResult>& results, const std::vector<std::string>& taken) const;
+
     LineChoice line_;
     std::string file_;
     std::string expectations_;

@@ -77,17 +77,10 @@ ExitCode SimulateCommand::run(const Streams& streams, Report& report) {
                   << " prepared pairs" << (living.isOn() ? " and from memory" : "") << ". End with Ctrl+C.\n"
                   << std::flush;
     // however it ends: the memory first, for the output may be what ends it
-    const auto finish = [&] {
+    session.run([&] {
         memory_.save(controller);
         tally.tell(report, streams.error, table.requests().size());
-    };
-    try {
-        session.run();
-    } catch (...) {
-        finish();
-        throw;
-    }
-    finish();
+    });
     return ExitCode::Right;
 }
 

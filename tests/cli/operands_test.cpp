@@ -58,6 +58,7 @@ TEST(Operands, AreRefusedByNameAndRemedy) {
     EXPECT_NE(refusalOf({"W 0=65536"}).find("\"65536\" is no word."), std::string::npos);
     EXPECT_EQ(refusalOf({"R 0.1=2"}), "\"2\" is no bit's value. Write ON or OFF.");
     EXPECT_EQ(refusalOf({"W 0="}), "A value is missing behind the \"=\".");
+    EXPECT_EQ(refusalOf({"W 0=7,"}), "A value is missing behind the \",\" at the end of \"7,\".");
     EXPECT_EQ(refusalOf({"W 0 0"}), "\"0\" is no count: one or more.");
     EXPECT_EQ(refusalOf({"W 0 99999999999"}), "\"99999999999\" is no count: one or more.");
 }

@@ -145,6 +145,31 @@ TEST_F(ProgramTest, JudgesAScenarioByWhatIsExpected) {
     EXPECT_NE(error.text().find("odd.expect: \"maybe\" is no expectation"), std::string::npos);
 }
 
+/// As in the window; the lines until then are overtaken, which nobody has called wrong.
+TEST_F(ProgramTest, ASilenceThatNobodyExpectsEndsTheRun) {
+    std::string lines = "[Information]\r\nTotal=60\r\n[Scenario]\r\n";
+    for (int count = 0; count < 60; ++count) {
+        lines += "Scenario" + std::to_string(count) + "=FF FF 21 03 00 00 08 BD 85 \r\n";
+    }
+    const std::string scenario = file("sixty.scn", lines);
+    const std::string last = file("last.expect", "[Expect]\r\nExpect59=silence\r\n");
+    EXPECT_EQ(run({"--json", "run", "-p", line.path(), "--period", "300", "--expect", last, scenario}), 1);
+    EXPECT_EQ(objects().back()["wrong"], 1);
+    EXPECT_LT(objects().back()["right"], 58);
+    EXPECT_EQ(objects().at(objects().size() - 2)["why"], "No answer came.");
+}
+
+TEST_F(ProgramTest, APortThatGoesAwayLeavesWhatIsKnownOfTheRun) {
+    const std::string scenario = scenarioFile();
+    const std::string results = folder.file("results.xml");
+    const std::string page = folder.file("results.html");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--fault", "hangup@only2", "--junit", results,
+                   "--html", page, scenario}),
+              3);
+    EXPECT_NE(bytesOf(results).find("testcase"), std::string::npos);
+    EXPECT_NE(bytesOf(page).find("</html>"), std::string::npos);
+}
+
 TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {
     const std::string path = file("nothing.txt", "nothing\n");
     EXPECT_EQ(run({"run", "-p", "VIRTUAL", path}), 4);

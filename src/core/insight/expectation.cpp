@@ -207,6 +207,11 @@ std::vector<ExpectationText> expectationTexts(const ProfileFile& file, std::size
     return texts;
 }
 
+bool holdsExpectations(const ProfileFile& file, std::size_t lines) {
+    return std::ranges::any_of(expectationTexts(file, lines),
+                               [](const ExpectationText& text) { return !text.wanted.empty(); });
+}
+
 std::optional<Expectation> readExpectation(const ExpectationText& text, std::size_t line) {
     if (text.wanted.empty()) {
         return std::nullopt;

@@ -69,6 +69,9 @@ struct ExpectationText {
     bool operator==(const ExpectationText&) const = default;
 };
 
+/// Whether a file says anything of the answers to so many lines.
+bool holdsExpectations(const ProfileFile& file, std::size_t lines);
+
 /// The entries that loadExpectations reads. @param lines how many the scenario has
 std::vector<ExpectationText> expectationTexts(const ProfileFile& file, std::size_t lines);
 

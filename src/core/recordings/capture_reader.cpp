@@ -140,6 +140,9 @@ private:
         if (place_ == 0) {
             requireBeginning(rest);
         }
+        if (rest.number32(0) == sectionBlock && rest.number32(8) != byteOrderMark) {
+            throw noCapture("it was written by a computer of another byte order."); // its lengths, too
+        }
         const std::size_t length = rest.number32(4);
         if (length > rest.size()) {
             return 0;
@@ -152,9 +155,6 @@ private:
 
     void takeBlock(std::uint32_t type, View body) {
         if (type == sectionBlock) {
-            if (body.number32(0) != byteOrderMark) {
-                throw noCapture("it was written by a computer of another byte order.");
-            }
             units_.clear();
         } else if (type == interfaceBlock) {
             takeInterface(body);

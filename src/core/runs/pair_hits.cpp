@@ -5,7 +5,8 @@
 namespace varda::inline core {
 
 bool PairHits::note(const Exchange& exchange) {
-    if (exchange.outcome != Outcome::AnsweredByPair || !exchange.pair) {
+    const bool isSent = exchange.outcome == Outcome::AnsweredByPair && !exchange.answer.empty();
+    if (!isSent || !exchange.pair) {
         return false;
     }
     counts_.resize(std::max(counts_.size(), *exchange.pair + 1));

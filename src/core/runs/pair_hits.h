@@ -12,7 +12,8 @@ namespace varda::inline core {
 /// How often each prepared pair has answered, row by row.
 class PairHits {
 public:
-    /// @param exchange any; those that a pair answered are counted @return whether it was one
+    /// @param exchange any; those that a pair answered are counted, where its answer went out @return whether
+    /// it was one
     bool note(const Exchange& exchange);
     /// The table has changed: the counts go along with their rows. A table that is loaded anew begins at 0.
     void follow(const PacketTableChange& change);

@@ -63,10 +63,11 @@ void ScenarioRun::send(const std::string& line) {
             return '"' + line.substr(0, shownOfLine) +
                    "\" is no frame: groups of two hexadecimal digits. Remove this line of the scenario.";
         });
-    if (isSilenceExpected()) { // the next line has its ticks for itself
+    const bool wasSilenceExpected = isSilenceExpected();
+    sent_ = due_;
+    if (wasSilenceExpected || isSilenceExpected()) { // each has its ticks for itself
         link_.restartSilence();
     }
-    sent_ = due_;
     link_.sendScenarioFrame(frame, answerLength);
 }
 

@@ -1,7 +1,9 @@
 #include "window/bench/expectations_panel.h"
 
 #include "core/base/runtime_error.h"
+#include "core/files/atomic_file.h"
 #include "core/files/profile_file.h"
+#include "core/insight/expectation.h"
 #include "ui_expectations_panel.h"
 #include "window/bench/expectation_model.h"
 #include "window/bench/scenario_expectations.h"
@@ -118,6 +120,12 @@ void ExpectationsPanel::load(const QString& path) {
     const ProfileFile file = ProfileFile::load(fileName(path));
     if (file.problem()) {
         context_.talk.tell(*file.problem());
+        return;
+    }
+    if (!holdsExpectations(file, expectations_.expected().lines().size())) {
+        RuntimeError error = fileError(fileName(path), "holds no expectation of these lines");
+        error.advise("Choose a file with entries Expect0, Expect1 and so on of a section [Expect].");
+        context_.talk.tell(error);
         return;
     }
     news_.clear();

@@ -76,10 +76,23 @@ void PairsPanel::bind() {
 void PairsPanel::refresh() {
     hits_->refresh();
     ui_->checkPairs->setEnabled(hits_->rowCount() > 0);
+    dropStaleFindings();
 }
 
+/// What was found has the number of its pair, which may be another one's by now.
+void PairsPanel::dropStaleFindings() {
+    const bool areStale = checked_ && *checked_ != pairTexts();
+    if (areStale) {
+        checked_.reset();
+        findings_->show({});
+        ui_->pairsState->setText(tr("The pairs have changed: check them again."));
+    }
+}
+
+PairsPanel::Texts PairsPanel::pairTexts() const { return {pairs_.table.requests(), pairs_.table.answers()}; }
+
 void PairsPanel::check() {
-    areOfFile_ = false;
+    checked_ = pairTexts();
     showFindings(pairs_.table, tr("the pairs that are loaded"));
 }
 
@@ -108,13 +121,14 @@ void PairsPanel::checkFile(const QString& path) {
         context_.talk.tell(fileError(fileName(path), "holds no prepared pairs."));
         return;
     }
-    areOfFile_ = true;
+    checked_.reset();
     showFindings(table, QFileInfo(path).fileName());
 }
 
 void PairsPanel::goToPair() {
+    dropStaleFindings();
     const auto row = static_cast<std::size_t>(ui_->findingTable->currentIndex().row());
-    if (areOfFile_ || !ui_->findingTable->currentIndex().isValid() || row >= findings_->findings().size()) {
+    if (!checked_ || !ui_->findingTable->currentIndex().isValid() || row >= findings_->findings().size()) {
         return;
     }
     const std::size_t pair = findings_->findings()[row].pair;

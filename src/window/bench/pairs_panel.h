@@ -6,6 +6,10 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace varda::inline core {
 class PacketTable;
@@ -40,19 +44,23 @@ public:
     void refresh() final;
 
 private:
+    using Texts = std::pair<std::vector<std::string>, std::vector<std::string>>; ///< requests and answers
+
     void bind();
     void check();
     void chooseFile();
     void checkFile(const QString& path);
     void showFindings(const PacketTable& table, const QString& name);
     void goToPair();
+    void dropStaleFindings();
+    Texts pairTexts() const;
 
     PreparedPairs pairs_;
     BenchContext context_;
     std::unique_ptr<Ui::PairsPanel> ui_;
     HitModel* hits_;
     FindingModel* findings_;
-    bool areOfFile_ = false; ///< the findings, which belong to no pair that is loaded
+    std::optional<Texts> checked_; ///< whose findings are shown; nothing where they are of a file
 };
 
 } // namespace varda::window

@@ -23,12 +23,15 @@ FileDialogs::Kind captureFiles() { return {QStringLiteral(".pcapng"), QStringLit
 
 /// What of the file was not read.
 QString missingInWords(const ReadCapture& read) {
+    QStringList words;
     if (read.incomplete > 0) {
-        return RecordingsPanel::tr("%1 left out, of which not all bytes were kept.")
-            .arg(countedText(read.incomplete, "packet"));
+        words.append(RecordingsPanel::tr("%1 left out, of which not all bytes were kept.")
+                         .arg(countedText(read.incomplete, "packet")));
     }
-    return read.isCut ? RecordingsPanel::tr("The file ends within a packet; those before it were read.")
-                      : QString();
+    if (read.isCut) {
+        words.append(RecordingsPanel::tr("The file ends within a packet; those before it were read."));
+    }
+    return words.join(QLatin1Char(' '));
 }
 
 } // namespace
@@ -93,19 +96,24 @@ void RecordingsPanel::open(const QString& name, LoadedRecording loaded) {
     const QString held = tr("%1: %2. %3 to play.")
                              .arg(name, QString::fromStdString(inWords(sizeOf(loaded.read.recording))),
                                   countedText(loaded.frames.size(), "frame"));
-    const QString missing = missingInWords(loaded.read);
+    missing_ = missingInWords(loaded.read);
     recording_ = std::move(loaded.read.recording);
     name_ = name;
     ui_->comparison->clear();
-    ui_->recordingState->setText(missing.isEmpty() ? held : held + QLatin1Char(' ') + missing);
+    ui_->recordingState->setText(missing_.isEmpty() ? held : held + QLatin1Char(' ') + missing_);
     player_.load(std::move(loaded.frames));
 }
 
 void RecordingsPanel::compareWith(const QString& name, LoadedRecording loaded) {
-    const QString words = QString::fromStdString(inWords(compare(recording_, loaded.read.recording)));
-    const QString missing = missingInWords(loaded.read);
-    ui_->comparison->setPlainText(tr("%1 and %2").arg(name_, name) + QLatin1Char('\n') + words +
-                                  (missing.isEmpty() ? QString() : QLatin1Char('\n') + missing));
+    QStringList lines = {tr("%1 and %2").arg(name_, name),
+                         QString::fromStdString(inWords(compare(recording_, loaded.read.recording)))};
+    for (const auto& [file, missing] :
+         {std::pair(name_, missing_), std::pair(name, missingInWords(loaded.read))}) {
+        if (!missing.isEmpty()) {
+            lines.append(file + QLatin1String(": ") + missing);
+        }
+    }
+    ui_->comparison->setPlainText(lines.join(QLatin1Char('\n')));
 }
 
 void RecordingsPanel::refresh() {

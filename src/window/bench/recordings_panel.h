@@ -39,7 +39,8 @@ private:
     RecordingPlayer& player_;
     std::unique_ptr<Ui::RecordingsPanel> ui_;
     Recording recording_;
-    QString name_; ///< of its file; empty where none is open
+    QString name_;    ///< of its file; empty where none is open
+    QString missing_; ///< what of the file was not read
     RecordingLoader loader_;
 };
 

@@ -159,6 +159,7 @@ TEST(CaptureReader, SaysWhatIsWrong) {
               "This is no capture that can be read: it does not begin as a pcapng file does.");
     EXPECT_NE(refusal(""), "");
     std::string other = captureHeading();
+    std::reverse(other.begin() + 4, other.begin() + 8);
     std::reverse(other.begin() + 8, other.begin() + 12);
     EXPECT_NE(refusal(other).find("another byte order"), std::string::npos);
     std::string torn = captureOf({sentAt(1ms, wordRequest)});

@@ -17,6 +17,7 @@ protected:
         Exchange exchange;
         exchange.outcome = outcome;
         exchange.pair = row;
+        exchange.answer = {0xAA};
         return hits.note(exchange);
     }
 
@@ -30,6 +31,10 @@ TEST_F(PairHitsTest, CountsWhatAPairAnswered) {
     EXPECT_TRUE(answer(0));
     EXPECT_FALSE(answer(1, Outcome::NotSent));
     EXPECT_FALSE(hits.note({}));
+    Exchange refused;
+    refused.outcome = Outcome::AnsweredByPair;
+    refused.pair = 1;
+    EXPECT_FALSE(hits.note(refused)) << "the port did not take the answer";
     EXPECT_EQ(hits.of(0), 1U);
     EXPECT_EQ(hits.of(1), 0U);
     EXPECT_EQ(hits.of(2), 2U);

@@ -124,6 +124,14 @@ TEST_F(SilentScenarioTest, AfterAnExpectedSilenceTheNextLineHasItsTicksForItself
     EXPECT_TRUE(run.isSilenceExpected());
     tick(13);
     EXPECT_EQ(silences, 2) << "told all the same";
+    sendNext();
+    tick(8);
+    sendNext();
+    EXPECT_TRUE(run.isSilenceExpected());
+    tick(12);
+    EXPECT_EQ(silences, 2) << "it has its ticks for itself, too";
+    tick(1);
+    EXPECT_EQ(silences, 3);
     run.start("100");
     EXPECT_FALSE(run.isSilenceExpected());
 }

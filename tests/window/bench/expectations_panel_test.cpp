@@ -176,6 +176,17 @@ TEST_F(ExpectationsPanelTest, AfterAnExpectedSilenceTheRunGoesOn) {
     EXPECT_TRUE(window.find("tabMode")->isEnabled());
 }
 
+TEST_F(ExpectationsPanelTest, AFileWithoutExpectationsIsToldAndChangesNothing) {
+    load();
+    edit(table, 0, ExpectationModel::Wanted, "silence");
+    press("loadExpectations");
+    chooseFile("two.scn");
+    ASSERT_NE(box(), nullptr);
+    EXPECT_NE(box()->text().toStdString().find("two.scn\" holds no expectation of these lines."),
+              std::string::npos);
+    EXPECT_EQ(cell(table, 0, ExpectationModel::Wanted), "silence");
+}
+
 TEST_F(ExpectationsPanelTest, TellsOfAFileBesideThatCannotBeRead) {
     std::filesystem::create_directory(window.folder().file("two.expect"));
     EXPECT_FALSE(find("expectationsProblem")->isVisible());

@@ -95,6 +95,24 @@ TEST_F(PairsPanelTest, ADoubleClickGoesToThePair) {
     EXPECT_EQ(window.selectedLine("lstSimReceive"), 2);
 }
 
+TEST_F(PairsPanelTest, FindingsOfPairsThatHaveChangedAreGone) {
+    load("bad.ini");
+    press("checkPairs");
+    ASSERT_GE(rows(found), 2);
+    window.clickLine("lstSimReceive", 0);
+    window.click("cmdSimDelete");
+    chooseRow(found, 0);
+    emit find<QTableView>(found)->doubleClicked(model(found)->index(0, 0)); // before anything is shown anew
+    EXPECT_NE(window.selectedLine("lstSimReceive"), 1) << "another pair's place by now";
+    EXPECT_EQ(rows(found), 0);
+    EXPECT_EQ(label("pairsState"), "The pairs have changed: check them again.");
+    press("checkPairs");
+    const int again = rows(found);
+    EXPECT_GE(again, 1);
+    settle();
+    EXPECT_EQ(rows(found), again);
+}
+
 TEST_F(PairsPanelTest, AFileIsCheckedWithoutBeingLoaded) {
     press("checkPairFile");
     chooseFile("bad.ini");

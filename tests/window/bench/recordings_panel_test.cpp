@@ -257,5 +257,21 @@ TEST_F(RecordingsPanelTest, TwoAreCompared) {
     EXPECT_NE(comparison().find("Before that, times are at most"), std::string::npos) << comparison();
 }
 
+TEST_F(RecordingsPanelTest, WhatOfEitherFileIsMissingIsTold) {
+    const std::string partly = captured({recordingBegin + 900ms, true, wordRequest, 1000, ""});
+    const std::string whole = captureOf(recording);
+    writeFile("partly.pcapng", whole + partly + partly.substr(0, 20));
+    open("partly.pcapng");
+    const std::string told =
+        "1 packet left out, of which not all bytes were kept. The file ends within a packet; "
+        "those before it were read.";
+    EXPECT_NE(label("recordingState").find(told), std::string::npos) << label("recordingState");
+    writeFile("cut.pcapng", whole + partly.substr(0, 20));
+    press("compareRecording");
+    chooseFile("cut.pcapng");
+    EXPECT_NE(comparison().find("partly.pcapng: " + told), std::string::npos) << comparison();
+    EXPECT_NE(comparison().find("cut.pcapng: The file ends within"), std::string::npos) << comparison();
+}
+
 } // namespace
 } // namespace varda::test
