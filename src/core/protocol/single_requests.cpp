@@ -1,6 +1,5 @@
 #include "core/protocol/single_requests.h"
 
-
 namespace varda::inline core {
 namespace {
 
@@ -93,7 +92,8 @@ void setWriteBit(FrameImages& images, std::size_t index, bool on) {
 
 void setWriteWord(FrameImages& images, std::size_t index, int value) {
     const std::size_t low = offset::data + 2 * index;
-    images.write.set(low + 1, static_cast<std::uint8_t>((value >> 8) & 0xFF)); // the end of the row is met first
+    images.write.set(low + 1,
+                     static_cast<std::uint8_t>((value >> 8) & 0xFF)); // the end of the row is met first
     images.write.set(low, static_cast<std::uint8_t>(value & 0xFF));
 }
 

@@ -39,9 +39,7 @@ using namespace window;
 class SteppedClock : public Clock {
 public:
     Time now() const override { return {}; }
-    void schedule(Duration /*wait*/, std::function<void()> due) override {
-        waits_.push_back(std::move(due));
-    }
+    void schedule(Duration /*wait*/, std::function<void()> due) override { waits_.push_back(std::move(due)); }
     /// Ends the wait that began first. @return false where nothing waits
     bool step() {
         if (waits_.empty()) {
