@@ -71,7 +71,7 @@ std::vector<int> valuesOf(const std::string& text, Access access) {
         throw notUnderstood("A value is missing behind the \"=\".");
     }
     if (text.ends_with(',')) {
-        throw notUnderstood("A value is missing behind the \",\" at the end of \"" + text + "\".");
+        throw notUnderstood(R"(A value is missing behind the "," at the end of ")" + text + "\".");
     }
     return values;
 }

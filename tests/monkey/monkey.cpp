@@ -232,7 +232,7 @@ void Monkey::answerFileDialog(QFileDialog& dialog) {
         dialog.reject();
         return;
     }
-    const std::string name = oneOf<std::string>(
+    const auto name = oneOf<std::string>(
         {"one.ini", "two.scn", "three.csv", "four.pcapng", "Data", "no/such.txt", "log.txt"});
     note("chooses the file " + name);
     emit dialog.fileSelected(QString::fromStdString(window_->folder().file(name)));
@@ -376,7 +376,7 @@ void Monkey::workTheLine() {
         window_->click("cmdPortOpen");
         return;
     }
-    const std::string button = oneOf<std::string>(
+    const auto button = oneOf<std::string>(
         {"cmdRDSend", "cmdWDSend", "cmdMRAdd", "cmdMRDSend", "cmdMWAdd", "cmdMWDSend", "cmdAddScenario",
          "cmdRunScenario", "cmdSimAddListBox", "cmdSimInputOK", "cmdSimSendDataInputOK", "cmdSimStart"});
     note("presses " + button);

@@ -32,6 +32,10 @@ public:
     /// @param clock its continuations pass a guard
     /// @param wentOn runs behind each slice that is not the last one
     RecordingLoader(Clock& clock, std::function<void()> wentOn);
+    RecordingLoader(const RecordingLoader&) = delete;
+    RecordingLoader& operator=(const RecordingLoader&) = delete;
+    RecordingLoader(RecordingLoader&&) = delete;
+    RecordingLoader& operator=(RecordingLoader&&) = delete;
     ~RecordingLoader();
 
     /// Begins, in the place of what is under way. @param refused runs where it is no capture

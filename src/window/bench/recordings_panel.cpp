@@ -62,21 +62,21 @@ void RecordingsPanel::bind() {
 }
 
 void RecordingsPanel::chooseCapture(void (RecordingsPanel::*use)(const QString& name,
-                                                                 LoadedRecording loaded)) {
+                                                                 LoadedRecording& loaded)) {
     const FileDialogs::Chosen chosen = [this, use](const QString& path) { load(path, use); };
     context_.files.chooseToOpen(captureFiles(), context_.events.guarded(chosen));
 }
 
 /// What is no capture is told, and changes nothing.
 void RecordingsPanel::load(const QString& path,
-                           void (RecordingsPanel::*use)(const QString& name, LoadedRecording loaded)) {
+                           void (RecordingsPanel::*use)(const QString& name, LoadedRecording& loaded)) {
     const QString name = QFileInfo(path).fileName();
     ui_->loadProgress->setFormat(
         tr("Reading %1: %p%").arg(QString(name).replace(QLatin1Char('%'), QString())));
     loader_.start(
         path,
         [this, name, use](LoadedRecording loaded) {
-            (this->*use)(name, std::move(loaded));
+            (this->*use)(name, loaded);
             refresh();
         },
         [this](const RuntimeError& error) {
@@ -92,7 +92,7 @@ void RecordingsPanel::cancelLoading() {
     ui_->openRecording->setFocus(); // the button that was pressed is gone
 }
 
-void RecordingsPanel::open(const QString& name, LoadedRecording loaded) {
+void RecordingsPanel::open(const QString& name, LoadedRecording& loaded) {
     const QString held = tr("%1: %2. %3 to play.")
                              .arg(name, QString::fromStdString(inWords(sizeOf(loaded.read.recording))),
                                   countedText(loaded.frames.size(), "frame"));
@@ -104,7 +104,7 @@ void RecordingsPanel::open(const QString& name, LoadedRecording loaded) {
     player_.load(std::move(loaded.frames));
 }
 
-void RecordingsPanel::compareWith(const QString& name, LoadedRecording loaded) {
+void RecordingsPanel::compareWith(const QString& name, LoadedRecording& loaded) {
     QStringList lines = {tr("%1 and %2").arg(name_, name),
                          QString::fromStdString(inWords(compare(recording_, loaded.read.recording)))};
     for (const auto& [file, missing] :

@@ -28,10 +28,11 @@ public:
 
 private:
     void bind();
-    void chooseCapture(void (RecordingsPanel::*use)(const QString& name, LoadedRecording loaded));
-    void load(const QString& path, void (RecordingsPanel::*use)(const QString& name, LoadedRecording loaded));
-    void open(const QString& name, LoadedRecording loaded);
-    void compareWith(const QString& name, LoadedRecording loaded);
+    void chooseCapture(void (RecordingsPanel::*use)(const QString& name, LoadedRecording& loaded));
+    void load(const QString& path,
+              void (RecordingsPanel::*use)(const QString& name, LoadedRecording& loaded));
+    void open(const QString& name, LoadedRecording& loaded);
+    void compareWith(const QString& name, LoadedRecording& loaded);
     void cancelLoading();
     void showLoading();
 

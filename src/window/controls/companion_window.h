@@ -30,6 +30,8 @@ class CompanionWindow : public QWidget {
     Q_DISABLE_COPY(CompanionWindow)
 
 public:
+    ~CompanionWindow() override = default;
+
     /// Comes to the front, and shows what there is from now on.
     void open();
     /// There is something new to show: it is shown soon, much at once.

@@ -25,7 +25,7 @@ protected:
         tool.setProcessChannelMode(QProcess::SeparateChannels);
         openLine();
     }
-    ~ToolBesideWindowTest() override {
+    void TearDown() override {
         tool.kill();
         tool.waitForFinished();
     }

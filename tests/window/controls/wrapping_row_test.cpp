@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace varda::test {
 namespace {
 
@@ -40,7 +42,7 @@ protected:
     QWidget rest{&widget};
     QVBoxLayout* column;
     QHBoxLayout* row = new QHBoxLayout;
-    QPushButton* buttons[3];
+    std::array<QPushButton*, 3> buttons{};
 };
 
 TEST_F(WrappingRowTest, GoesOnInAFurtherLineWhereItIsTooNarrow) {
