@@ -1,4 +1,5 @@
 #include "line_player.h"
+#include "monitoring.h"
 #include "report.h"
 #include "support/event_loop.h"
 #include "support/offscreen.h"
@@ -11,7 +12,6 @@
 #include "core/protocol/frame_text.h"
 
 #include <QApplication>
-#include <QCheckBox>
 
 #include <chrono>
 #include <cstdio>
@@ -116,11 +116,7 @@ int run(std::string_view only) {
     const varda::test::TemporaryFolder folder;
     const PseudoTerminal line;
     WindowDriver driver;
-    driver.openPort(line.path());
-    driver.click("optMode_5");
-    driver.find<QCheckBox>("chkMonLog")->setChecked(true);
-    driver.paste("txtMonLogFile", folder.file("monitor.log"));
-    driver.click("cmdMonStart");
+    varda::bench::startMonitoring(driver, line, folder.file("monitor.log"));
     if (only.empty() || only == "line") {
         measure("a full line of 38400 baud", varda::bench::fullLine, folder, line);
     }

@@ -1,3 +1,4 @@
+#include "monitoring.h"
 #include "report.h"
 #include "support/event_loop.h"
 #include "support/offscreen.h"
@@ -5,7 +6,6 @@
 #include "support/window_driver.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QListWidget>
@@ -26,6 +26,7 @@ namespace {
 
 using varda::Bytes;
 using varda::bench::residentMemory;
+using varda::bench::startMonitoring;
 using varda::test::runFor;
 using varda::test::runUntil;
 using varda::test::WindowDriver;
@@ -70,14 +71,6 @@ public:
 private:
     QString rows_;
 };
-
-void startMonitoring(WindowDriver& driver, const varda::test::PseudoTerminal& line, const std::string& log) {
-    driver.openPort(line.path());
-    driver.click("optMode_5");
-    driver.find<QCheckBox>("chkMonLog")->setChecked(true);
-    driver.paste("txtMonLogFile", log);
-    driver.click("cmdMonStart");
-}
 
 /// Eight hours at 38400 baud without the waits: as many bursts as the line can bring, each of one wait's
 /// length.

@@ -35,7 +35,7 @@ protected:
     ThousandRequestsTest() {
         driver.click("optMode_4");
         openLine();
-        writeBytes(folder.file("pairs.ini"), packetFile());
+        writeBytes(folder.file("pairs.ini"), packetFile(reads));
         driver.click("cmdLoadSimPacket");
         auto* const dialog = driver.window().findChild<QFileDialog*>();
         dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
@@ -44,16 +44,6 @@ protected:
         // An answer is shown as soon as the port has taken it.
         auto* const answer = driver.find<QPlainTextEdit>("txtSimSP");
         QObject::connect(answer, &QPlainTextEdit::textChanged, answer, [this] { ++handedOver; });
-    }
-
-    std::string packetFile() const {
-        std::string requests = "[Information]\r\nTotal=" + std::to_string(reads.size()) + "\r\n[Receive]\r\n";
-        std::string answers = "[Send]\r\n";
-        for (std::size_t row = 0; row < reads.size(); ++row) {
-            requests += std::to_string(row) + "=" + frameText(reads[row].request) + "\r\n";
-            answers += std::to_string(row) + "=" + frameText(reads[row].answer) + "\r\n";
-        }
-        return requests + answers;
     }
 
     /// Rows to ask for, spread over the whole table in drawn order, the first and the last among them.

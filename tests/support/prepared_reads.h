@@ -51,4 +51,15 @@ inline std::vector<PreparedRead> preparedReads(std::size_t count, unsigned seed)
     return reads;
 }
 
+/// The file from which a simulated controller loads them.
+inline std::string packetFile(const std::vector<PreparedRead>& reads) {
+    std::string requests = "[Information]\r\nTotal=" + std::to_string(reads.size()) + "\r\n[Receive]\r\n";
+    std::string answers = "[Send]\r\n";
+    for (std::size_t row = 0; row < reads.size(); ++row) {
+        requests += std::to_string(row) + "=" + frameText(reads[row].request) + "\r\n";
+        answers += std::to_string(row) + "=" + frameText(reads[row].answer) + "\r\n";
+    }
+    return requests + answers;
+}
+
 } // namespace varda::test
