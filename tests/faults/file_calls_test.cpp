@@ -1,0 +1,251 @@
+#include "core/files/atomic_file.h"
+#include "core/files/profile_file.h"
+#include "core/pairs/packet_file.h"
+#include "core/pairs/packet_table.h"
+#include "core/runs/monitor_log.h"
+#include "core/runs/scenario_file.h"
+#include "faults/file_faults.h"
+#include "support/child_process_posix.h"
+#include "support/manual_clock.h"
+#include "support/profile_file_checks.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace varda::faults {
+namespace {
+
+using test::bytesOf;
+using test::oldContent;
+using test::writeBytes;
+
+namespace fs = std::filesystem;
+
+/// What is saved, and where the file stood before.
+struct Saving {
+    std::string name;
+    std::function<ProfileFile()> content;
+    std::function<void(const std::string& path)> prepare = [](const std::string& path) {
+        writeBytes(path, oldContent);
+    };
+    bool isInPlace = false;
+};
+
+std::ostream& operator<<(std::ostream& out, const Saving& saving) { return out << saving.name; }
+
+ProfileFile scenario() {
+    ProfileFile file;
+    storeScenario(std::vector<std::string>(200, "FF FF 21 03 00 00 08 BD 85"), file);
+    return file;
+}
+
+ProfileFile pairs() {
+    PacketTable table;
+    const std::vector<std::string> rows(300, "FFFF210300000AB8D5");
+    table.replace(rows, rows);
+    ProfileFile file;
+    storePackets(table, file);
+    return file;
+}
+
+void prepareLink(const std::string& path) {
+    writeBytes(path + ".target", oldContent);
+    fs::create_symlink(path + ".target", path);
+}
+
+const std::array savings = {Saving{"Over", test::newFile},
+                            Saving{"New", test::newFile, [](const std::string&) {}},
+                            Saving{"ThroughALink", test::newFile, prepareLink},
+                            Saving{"Scenario", scenario},
+                            Saving{"Pairs", pairs},
+                            Saving{.name = "InPlace", .content = pairs, .isInPlace = true}};
+
+void save(const Saving& saving, const ProfileFile& file, const std::string& path) {
+    saving.isInPlace ? file.saveInPlace(path) : file.save(path);
+}
+
+std::string nameOfError(int error) {
+    return error == EIO ? "Eio" : error == ENOSPC ? "Enospc" : error == EROFS ? "Erofs" : "Emfile";
+}
+
+/// The n-th call to the system of a save fails, for n = 1, 2, 3 .. until a save meets no fault.
+class SavingCalls : public testing::TestWithParam<std::tuple<Saving, int, bool>> {
+protected:
+    static constexpr int mostCalls = 200;
+
+    /// @return whether the fault was met
+    bool saveWith(FilePlan plan) {
+        const Saving& saving = std::get<0>(GetParam());
+        const ProfileFile file = saving.content();
+        const test::TemporaryFolder folder;
+        const std::string path = folder.file("table.ini");
+        saving.prepare(path);
+        const std::string before = bytesOf(path);
+        std::optional<RuntimeError> error;
+        const bool isMet = met(saving, file, path, plan, error);
+        const bool isDamaged = error && std::string(error->what()).find("damaged") != std::string::npos;
+        EXPECT_TRUE(saving.isInPlace || !isDamaged) << "call " << plan.call;
+        if (!isDamaged) {
+            EXPECT_TRUE(bytesOf(path) == (error ? before : file.text())) << "call " << plan.call;
+        }
+        EXPECT_TRUE(!error || std::string(error->what()).find(path) != std::string::npos);
+        save(saving, file, path); // no more faults: for a damaged one, too
+        EXPECT_TRUE(bytesOf(path) == file.text()) << "after call " << plan.call;
+        return isMet;
+    }
+
+private:
+    static bool met(const Saving& saving, const ProfileFile& file, const std::string& path, FilePlan plan,
+                    std::optional<RuntimeError>& error) {
+        const FileFault fault(plan);
+        try {
+            save(saving, file, path);
+        } catch (const RuntimeError& problem) {
+            error = problem;
+        }
+        return fault.hasStruck();
+    }
+};
+
+std::string nameOfSaving(const testing::TestParamInfo<SavingCalls::ParamType>& set) {
+    const auto& [saving, error, isLasting] = set.param;
+    return saving.name + nameOfError(error) + (isLasting ? "ForGood" : "Once");
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, SavingCalls,
+                         testing::Combine(testing::ValuesIn(savings),
+                                          testing::Values(EIO, ENOSPC, EROFS, EMFILE), testing::Bool()),
+                         nameOfSaving);
+
+TEST_P(SavingCalls, EachMayFail) {
+    constexpr int fewestCalls = 8;
+    int call = 1;
+    while (call < mostCalls &&
+           saveWith({.call = call, .error = std::get<1>(GetParam()), .isLasting = std::get<2>(GetParam())})) {
+        ++call;
+    }
+    EXPECT_GT(call, fewestCalls) << "the faults were not met";
+    EXPECT_LT(call, mostCalls) << "the faults did not end";
+}
+
+/// Saves in a process of its own. @return whether that was killed at the call
+bool isKilledAt(int call, const Saving& saving, const std::string& path) {
+    const ProfileFile file = saving.content();
+    const pid_t child = test::divideProcess();
+    if (child == 0) {
+        const FileFault fault({.call = call});
+        save(saving, file, path);
+        ::_exit(0);
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    return WIFSIGNALED(status);
+}
+
+class KilledSaves : public testing::TestWithParam<Saving> {};
+
+INSTANTIATE_TEST_SUITE_P(Files, KilledSaves, testing::ValuesIn(savings.begin(), savings.end() - 1),
+                         [](const auto& set) { return set.param.name; });
+
+TEST_P(KilledSaves, LeaveTheOldFileOrTheNewOne) {
+    const std::string wanted = GetParam().content().text();
+    int kills = 0;
+    for (bool isKilled = true; isKilled;) {
+        const test::TemporaryFolder folder;
+        const std::string path = folder.file("table.ini");
+        GetParam().prepare(path);
+        const std::string before = bytesOf(path);
+        isKilled = isKilledAt(kills + 1, GetParam(), path);
+        kills += isKilled ? 1 : 0;
+        const std::string found = bytesOf(path);
+        EXPECT_TRUE(found == wanted || (isKilled && found == before)) << "killed at call " << kills;
+        const auto entries = folder.entries();
+        GetParam().content().save(path); // which clears away what was left
+        EXPECT_EQ(bytesOf(path), wanted);
+        EXPECT_LE(folder.entries(), std::max<std::ptrdiff_t>(entries, 1));
+    }
+    EXPECT_GT(kills, 8);
+}
+
+/// A log to which a line is written every second.
+class LogCalls : public testing::TestWithParam<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Files, LogCalls, testing::Values(EIO, ENOSPC, EROFS, EMFILE),
+                         [](const auto& set) { return nameOfError(set.param); });
+
+/// @return the lines of which it was told that they were written
+std::vector<std::string> writeLog(const std::string& path, FilePlan plan, bool& isMet) {
+    test::ManualClock clock;
+    MonitorLog log(clock);
+    std::vector<std::string> written;
+    const FileFault fault(plan);
+    for (int number = 0; number < 5; ++number) {
+        const std::string line = "line " + std::to_string(number);
+        try {
+            if (!log.isOpen()) {
+                log.open(path);
+            }
+        } catch (const RuntimeError&) {
+            continue;
+        }
+        if (log.write(line)) {
+            written.push_back(line);
+        }
+    }
+    isMet = fault.hasStruck();
+    return written;
+}
+
+TEST_P(LogCalls, WhatIsToldToBeWrittenIsThere) {
+    int call = 1;
+    for (bool isMet = true; isMet; ++call) {
+        for (const bool isLasting : {false, true}) {
+            const test::TemporaryFolder folder;
+            const std::string path = folder.file("monitor.log");
+            const auto written =
+                writeLog(path, {.call = call, .error = GetParam(), .isLasting = isLasting}, isMet);
+            std::string expected;
+            for (const std::string& line : written) {
+                expected += line + '\n';
+            }
+            std::string found = bytesOf(path);
+            std::erase_if(found, [last = '\n'](char letter) mutable { // of a line that was cut
+                return std::exchange(last, letter) == '\n' && letter == '\n';
+            });
+            EXPECT_EQ(found, expected) << "call " << call;
+            EXPECT_GE(written.size(), isLasting ? 0U : 4U) << "call " << call;
+        }
+    }
+    EXPECT_GT(call, 7); // an opening, a look at what was opened, five lines
+}
+
+/// A save as it must not be: into the file itself.
+TEST(SavingCallsCanary, AFileThatIsNeitherOldNorNewIsFound) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.file("table.ini");
+    writeBytes(path, oldContent);
+    const FileFault fault({.call = 2, .error = ENOSPC});
+    const int file = ::open(path.c_str(), O_WRONLY | O_TRUNC);
+    EXPECT_LT(::write(file, "new", 3), 0);
+    ::close(file);
+    EXPECT_TRUE(fault.hasStruck());
+    EXPECT_EQ(fault.calls(), 3);
+    EXPECT_EQ(bytesOf(path), "");
+}
+
+} // namespace
+} // namespace varda::faults
