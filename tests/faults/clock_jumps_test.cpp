@@ -1,5 +1,5 @@
 #include "core/recordings/capture_file.h"
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/capture_loading.h"
 #include "core/runs/monitor_line.h"
 #include "core/runs/monitor_log.h"
 #include "support/manual_clock.h"
