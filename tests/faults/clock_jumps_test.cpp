@@ -1,3 +1,4 @@
+#include "core/files/append_file.h"
 #include "core/recordings/capture_file.h"
 #include "core/recordings/capture_loading.h"
 #include "core/runs/monitor_line.h"

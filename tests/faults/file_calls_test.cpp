@@ -2,6 +2,8 @@
 #include "core/files/profile_file.h"
 #include "core/pairs/packet_file.h"
 #include "core/pairs/packet_table.h"
+#include "core/recordings/capture_file.h"
+#include "core/recordings/capture_reader.h"
 #include "core/runs/monitor_log.h"
 #include "core/runs/scenario_file.h"
 #include "faults/file_faults.h"
@@ -231,6 +233,43 @@ TEST_P(LogCalls, WhatIsToldToBeWrittenIsThere) {
         }
     }
     EXPECT_GT(call, 7); // an opening, a look at what was opened, five lines
+}
+
+/// A capture of five packets. @return how many of them it was told that they were written
+std::size_t writeCapture(const std::string& path, FilePlan plan, bool& isMet) {
+    test::ManualClock clock;
+    CaptureFile capture(clock);
+    const Bytes bytes = {0xFF, 0xFF, 0x23};
+    std::size_t written = 0;
+    const FileFault fault(plan);
+    try {
+        capture.open(path);
+        for (int left = 5; left > 0; --left) {
+            written +=
+                capture.write({.time = {}, .bytes = bytes, .size = bytes.size(), .comment = {}}) ? 1 : 0;
+        }
+    } catch (const RuntimeError& error) {
+        EXPECT_NE(std::string(error.what()), "");
+    }
+    isMet = fault.hasStruck();
+    return written;
+}
+
+TEST_P(LogCalls, WhatIsToldToBeCapturedCanBeRead) {
+    int call = 1;
+    for (bool isMet = true; isMet; ++call) {
+        for (const bool isLasting : {false, true}) {
+            const test::TemporaryFolder folder;
+            const std::string path = folder.file("line.pcapng");
+            const std::size_t written =
+                writeCapture(path, {.call = call, .error = GetParam(), .isLasting = isLasting}, isMet);
+            if (written > 0) {
+                EXPECT_EQ(loadCapture(path).recording.size(), written) << "call " << call;
+            }
+            EXPECT_TRUE(isMet || written == 5) << "call " << call;
+        }
+    }
+    EXPECT_GT(call, 10);
 }
 
 /// A save as it must not be: into the file itself.
