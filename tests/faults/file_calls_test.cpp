@@ -3,7 +3,7 @@
 #include "core/pairs/packet_file.h"
 #include "core/pairs/packet_table.h"
 #include "core/recordings/capture_file.h"
-#include "core/recordings/capture_reader.h"
+#include "core/recordings/capture_loading.h"
 #include "core/runs/monitor_log.h"
 #include "core/runs/scenario_file.h"
 #include "faults/file_faults.h"
