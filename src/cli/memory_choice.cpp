@@ -7,11 +7,6 @@
 #include <filesystem>
 
 namespace varda::cli {
-namespace {
-
-constexpr std::size_t largestFile = std::size_t{16} << 20U; // every bit by itself takes a tenth of it
-
-} // namespace
 
 void MemoryChoice::declare(CLI::App& app) {
     app.add_flag("--memory", isOn, "Answer what no prepared pair does like a controller with a memory");
@@ -29,7 +24,7 @@ void MemoryChoice::load(Controller& controller) const {
         throw Failure(ExitCode::File,
                       file + " is not there. Check its name, or let it be made: --save-memory.");
     }
-    const FileText read = readRegularFile(file, largestFile);
+    const FileText read = readRegularFile(file, largestMemoryFile);
     if (read.problem) {
         throw RuntimeError(*read.problem);
     }

@@ -36,6 +36,9 @@ private:
     std::array<std::uint16_t, wordCount> words_{};
 };
 
+/// No file of a memory is larger, in bytes: every bit by itself takes a tenth of it.
+constexpr std::size_t largestMemoryFile = std::size_t{16} << 20U;
+
 /// Reads a memory as CSV: a register and its value a line, "W 0100,4660", "W 0100,1A2Bh", "R 0012.3,ON"; a
 /// semicolon or a tab may stand for the comma, as spreadsheets write. Lines that begin with "#" are comments;
 /// a later line counts where two name the same. What is not named is 0.

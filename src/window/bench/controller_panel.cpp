@@ -20,7 +20,6 @@
 
 #include <QFileInfo>
 #include <QHeaderView>
-#include <QShortcut>
 #include <QTabBar>
 
 #include <algorithm>
@@ -29,8 +28,6 @@
 
 namespace varda::window {
 namespace {
-
-constexpr std::size_t longestMemoryFile = std::size_t{4} * 1024 * 1024;
 
 /// What usually stands in the columns.
 constexpr std::array usualMemory = {"Register 0000", "Decimal ", "00000h "};
@@ -94,11 +91,7 @@ void ControllerPanel::bind() {
     events.click(ui_->makePair, [this] { makePair(); });
     events.click(ui_->clearUnknown, [this] { clearUnknown(); });
     const auto make = [this] { context_.events.guard([this] { makePair(); }); };
-    connect(ui_->unknownTable, &QTableView::doubleClicked, this, make);
-    auto* const enter =
-        new QShortcut(Qt::Key_Return, ui_->unknownTable, nullptr, nullptr, Qt::WidgetShortcut);
-    enter->setAutoRepeat(false);
-    connect(enter, &QShortcut::activated, this, make);
+    onChosenLine(ui_->unknownTable, make);
     connect(kinds_, &QTabBar::currentChanged, this,
             [this](int kind) { memory_->showKind(static_cast<std::size_t>(std::max(kind, 0))); });
     connect(memory_, &MemoryModel::refused, this, &ControllerPanel::showMemoryState);
@@ -127,7 +120,7 @@ void ControllerPanel::chooseMemory() {
 /// A file that is not understood leaves the memory as it is.
 void ControllerPanel::load(const QString& path) {
     const std::string name = fileName(path);
-    const FileText file = readRegularFile(name, longestMemoryFile);
+    const FileText file = readRegularFile(name, largestMemoryFile);
     if (file.problem) {
         context_.talk.tell(*file.problem);
         return;

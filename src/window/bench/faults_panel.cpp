@@ -34,7 +34,7 @@ FaultsPanel::FaultsPanel(FaultSwitch& faults, const BenchContext& context, QWidg
     showLines(ui_->faultTable, ui_->faultTable->fontMetrics().height());
     fitColumns(ui_->faultTable, usualTexts);
     bind();
-    showProblem({});
+    showProblems();
     showChosen();
 }
 
@@ -49,18 +49,19 @@ void FaultsPanel::bind() {
             [this] { context_.events.guard([this] { takeSeed(); }); });
     connect(ui_->faultText, &QLineEdit::editingFinished, this,
             [this] { context_.events.guard([this] { takeText(); }); });
-    connect(model_, &FaultModel::refused, this, &FaultsPanel::showProblem);
+    connect(model_, &FaultModel::refused, this, &FaultsPanel::showProblems);
     connect(&faults_, &FaultSwitch::changed, this, &FaultsPanel::showChosen);
 }
 
 void FaultsPanel::takeSeed() {
     bool isNumber = false;
     const qulonglong seed = ui_->faultSeed->text().trimmed().toULongLong(&isNumber);
+    seedProblem_ = isNumber
+                       ? QString()
+                       : tr("The seed is a whole number from 0 on. %1 is still in use.").arg(faults_.seed());
+    showProblems();
     if (isNumber) {
-        showProblem({});
         faults_.setSeed(seed);
-    } else {
-        showProblem(tr("The seed is a whole number from 0 on. %1 is still in use.").arg(faults_.seed()));
     }
 }
 
@@ -68,22 +69,29 @@ void FaultsPanel::takeSeed() {
 void FaultsPanel::takeText() {
     try {
         const FaultPlan plan = parseFaults(ui_->faultText->text().toStdString());
-        showProblem({});
+        textProblem_.clear();
+        showProblems();
         faults_.choose(plan);
     } catch (const RuntimeError& error) {
-        showProblem(QString::fromUtf8(error.what()));
+        textProblem_ = QString::fromUtf8(error.what());
+        showProblems();
     }
 }
 
 void FaultsPanel::untickAll() {
-    showProblem({});
+    textProblem_.clear();
+    showProblems();
     faults_.switchOn(false);
     faults_.choose({});
 }
 
-void FaultsPanel::showProblem(const QString& problem) {
-    ui_->faultProblem->setText(problem);
-    ui_->faultProblem->setVisible(!problem.isEmpty());
+/// What is wrong with one field stays while another one is put right; what was wrong with a cell does not
+/// stand there any more.
+void FaultsPanel::showProblems(const QString& ofCell) {
+    QStringList problems = {ofCell, textProblem_, seedProblem_};
+    problems.removeAll(QString());
+    ui_->faultProblem->setText(problems.join(QLatin1Char(' ')));
+    ui_->faultProblem->setVisible(!problems.isEmpty());
 }
 
 void FaultsPanel::showChosen() {

@@ -31,12 +31,14 @@ private:
     void takeText();
     void untickAll();
     void showChosen();
-    void showProblem(const QString& problem);
+    void showProblems(const QString& ofCell = {});
 
     BenchContext context_;
     FaultSwitch& faults_;
     std::unique_ptr<Ui::FaultsPanel> ui_;
     FaultModel* model_;
+    QString textProblem_;
+    QString seedProblem_;
 };
 
 } // namespace varda::window

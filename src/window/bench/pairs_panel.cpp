@@ -20,7 +20,6 @@
 #include "window/system/file_name.h"
 
 #include <QFileInfo>
-#include <QShortcut>
 
 #include <array>
 #include <utility>
@@ -67,10 +66,7 @@ void PairsPanel::bind() {
         refresh();
     });
     const auto go = [this] { context_.events.guard([this] { goToPair(); }); };
-    connect(ui_->findingTable, &QTableView::doubleClicked, this, go);
-    auto* const enter =
-        new QShortcut(Qt::Key_Return, ui_->findingTable, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(enter, &QShortcut::activated, this, go);
+    onChosenLine(ui_->findingTable, go);
 }
 
 void PairsPanel::refresh() {

@@ -1,6 +1,7 @@
 #include "window/controls/table_lines.h"
 
 #include <QHeaderView>
+#include <QShortcut>
 #include <QTableView>
 
 namespace varda::window {
@@ -23,6 +24,13 @@ void fitColumns(QTableView* table, std::span<const char* const> usual) {
         columns->resizeSection(column++, table->fontMetrics().horizontalAdvance(QLatin1String(text)) + edges);
     }
     columns->setStretchLastSection(true);
+}
+
+void onChosenLine(QTableView* table, const std::function<void()>& act) {
+    QObject::connect(table, &QTableView::doubleClicked, table, act);
+    auto* const enter = new QShortcut(Qt::Key_Return, table, nullptr, nullptr, Qt::WidgetShortcut);
+    enter->setAutoRepeat(false);
+    QObject::connect(enter, &QShortcut::activated, table, act);
 }
 
 } // namespace varda::window

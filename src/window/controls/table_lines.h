@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <span>
 
 class QTableView;
@@ -12,5 +13,8 @@ void showLines(QTableView* table, int height);
 
 /// The first columns as wide as what usually stands there; the last one takes what is left.
 void fitColumns(QTableView* table, std::span<const char* const> usual);
+
+/// Runs at a double click on a line, and at Return, once a key press.
+void onChosenLine(QTableView* table, const std::function<void()>& act);
 
 } // namespace varda::window

@@ -36,6 +36,16 @@ protected:
     const Bytes request = checked({0xFF, 0xFF, 0x23, 0x03, 0x00, 0x02, 0x01});
 };
 
+TEST_F(FaultsPanelTest, WhatIsWrongWithOneFieldStaysWhileAnotherIsLeft) {
+    enter("faultText", "nonsense");
+    const std::string problem = label("faultProblem");
+    EXPECT_NE(problem, "");
+    enter("faultSeed", "1");
+    EXPECT_EQ(label("faultProblem"), problem);
+    enter("faultText", "drop@3rd");
+    EXPECT_EQ(label("faultProblem"), "");
+}
+
 TEST_F(FaultsPanelTest, EverythingIsOffWhenTheProgramStarts) {
     EXPECT_FALSE(find<QAbstractButton>("faultsOn")->isChecked());
     EXPECT_EQ(rows(table), static_cast<int>(faultRules().size()));
