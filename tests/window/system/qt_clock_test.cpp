@@ -105,7 +105,7 @@ TEST(QtClock, MayEndInsideItsOwnContinuation) {
 
 #ifdef __linux__
 TEST(QtClock, GoesOnWithoutFileHandles) {
-    if (test::isSanitized) {
+    if (isSanitized) {
         GTEST_SKIP() << "the sanitizer needs a file handle itself";
     }
     std::optional<QtClock> clock;
