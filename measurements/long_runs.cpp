@@ -17,6 +17,7 @@
 #include <QListView>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -267,7 +268,7 @@ struct Run {
     const char* name;
     bool (*run)(std::chrono::seconds);
 };
-constexpr Run runs[] = {{"read", readOnAndOn}, {"simulate", simulate}, {"monitor", monitor}};
+constexpr std::array runs = {Run{"read", readOnAndOn}, Run{"simulate", simulate}, Run{"monitor", monitor}};
 
 /// @return how many of them lost something
 int runAll(std::chrono::seconds duration, const std::string& only) {

@@ -130,8 +130,8 @@ TEST_F(FullDisk, TellsOfEachLineOfALogThatItDoesNotTake) {
         const bool isToldAgain = !log.write(line);
         const std::string found = bytesOf(folder_.file("monitor.log"));
         return isToldAgain && written > 60 && written < 66 &&
-               found.size() >= 1000U * static_cast<unsigned>(written) &&
-               found.size() < 1000U * static_cast<unsigned>(written + 1);
+               found.size() >= std::size_t{1000} * static_cast<std::size_t>(written) &&
+               found.size() < std::size_t{1000} * static_cast<std::size_t>(written + 1);
     });
 }
 

@@ -20,7 +20,7 @@ struct Run {
 
 std::ostream& operator<<(std::ostream& out, const Run& run) { return out << run.name; }
 
-const auto askOn(Mode page) {
+auto askOn(Mode page) {
     return [page](FaultyWorld& world) { world.ask(page); };
 }
 

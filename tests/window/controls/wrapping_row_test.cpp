@@ -36,7 +36,7 @@ protected:
         widget.show();
     }
     void resize(int width) { widget.resize(width, 400); }
-    QRect place(int button) const { return buttons[button]->geometry(); }
+    QRect place(int button) const { return buttons.at(static_cast<std::size_t>(button))->geometry(); }
 
     QWidget widget;
     QWidget rest{&widget};
