@@ -1,5 +1,6 @@
 #include "window/controls/wrapping_row.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
