@@ -2,7 +2,7 @@
 add_library(varda_options INTERFACE)
 target_compile_options(varda_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wold-style-cast -Woverloaded-virtual
-    $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow> # a name of a source hides none of another's
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow> # a name of a source hides none of another's
     $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>
     # Of GCC 12 these three speak of the library's own comparison, copying and insertion, with bounds that cannot be.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread -Wno-stringop-overflow -Wno-array-bounds>
