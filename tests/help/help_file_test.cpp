@@ -30,7 +30,7 @@ protected:
         ASSERT_TRUE(QFile::copy(helpFile(), ownFile));
     }
 
-    /// Runs chmls on the help file, or rather on a copy: it locks what it reads, also against the test beside this one.
+    /// Runs chmls on a copy of the help file: it locks what it reads, also against the test beside this one.
     bool run(const QString& command, const QString& target) {
         QProcess process;
         process.start(lister(), {command, ownFile, target});
