@@ -3,7 +3,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include <sys/types.h>
 
 namespace varda::device {
 
@@ -25,7 +28,8 @@ public:
     LockFile& operator=(const LockFile&) = delete;
     ~LockFile();
 
-    /// Whether another lock file names a process that lives. Then none of our own has been made.
+    /// Whether another lock file names a process that lives; of those that name this one, whether another
+    /// object made it. Then none of our own has been made.
     bool isTakenByAnother() const { return isTaken_; }
 
     /// Tells of lock files that had been left behind, each with the process that made it: they were taken
@@ -39,6 +43,7 @@ private:
 
     bool isTaken_ = false;
     std::string own_; ///< path; empty where there is none
+    std::pair<dev_t, ino_t> ownIdentity_;
     std::string takeOver_;
 };
 

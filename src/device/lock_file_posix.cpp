@@ -16,6 +16,8 @@
 #include <cstring>
 #include <ctime>
 #include <iterator>
+#include <mutex>
+#include <set>
 
 namespace varda::device {
 namespace {
@@ -45,6 +47,41 @@ std::optional<int> ownerOfNumber(std::string_view content) {
     return owner > 0 ? std::optional(owner) : std::nullopt;
 }
 
+/// A file whatever it is called.
+using FileIdentity = std::pair<dev_t, ino_t>;
+
+FileIdentity identityOf(const FileHandle& file) {
+    struct stat found {};
+    return ::fstat(file.get(), &found) == 0 ? FileIdentity(found.st_dev, found.st_ino) : FileIdentity();
+}
+
+/// The lock files that this process has, which its own id alone does not tell: a process that has ended may
+/// have had the same one, and what could not be removed names it, too.
+class OwnLockFiles {
+public:
+    void add(const FileIdentity& file) {
+        const std::lock_guard lock(mutex_);
+        files_.insert(file);
+    }
+    void remove(const FileIdentity& file) {
+        const std::lock_guard lock(mutex_);
+        files_.erase(file);
+    }
+    bool contains(const FileIdentity& file) const {
+        const std::lock_guard lock(mutex_);
+        return files_.contains(file);
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::set<FileIdentity> files_;
+};
+
+OwnLockFiles& ownLockFiles() {
+    static OwnLockFiles files;
+    return files;
+}
+
 /// A process of another user may not be signalled, but lives.
 bool isAlive(int process) { return ::kill(process, 0) == 0 || errno == EPERM; }
 
@@ -72,6 +109,9 @@ bool isHeld(const std::string& path) {
         return errno == EACCES && ::access(path.c_str(), F_OK) == 0;
     }
     const auto owner = ownerIn(file);
+    if (owner == ::getpid()) {
+        return ownLockFiles().contains(identityOf(file));
+    }
     return owner ? isAlive(*owner) : isBeingWritten(file);
 }
 
@@ -90,7 +130,7 @@ std::string leftBehind(const std::string& path) {
 
 /// A file of its own name first, so that nobody ever sees a lock file that is not written yet.
 /// @return 0, or the system's error
-int makeNew(const std::string& path) {
+int makeNew(const std::string& path, FileIdentity& identity) {
     const std::string made = path + '.' + std::to_string(::getpid());
     ::unlink(made.c_str());
     const FileHandle file(::open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
@@ -100,6 +140,7 @@ int makeNew(const std::string& path) {
     const ScopeExit gone([&made] { ::unlink(made.c_str()); });
     std::array<char, 16> text{};
     const auto length = std::snprintf(text.data(), text.size(), "%10d\n", static_cast<int>(::getpid()));
+    identity = identityOf(file);
     errno = 0; // a write that stops short sets none
     const bool isMade = ::write(file.get(), text.data(), static_cast<std::size_t>(length)) == length &&
                         ::fchmod(file.get(), 0644) == 0 && ::link(made.c_str(), path.c_str()) == 0;
@@ -168,6 +209,7 @@ LockFile::LockFile(const std::string& node, const std::string& name,
 LockFile::~LockFile() {
     if (!own_.empty()) {
         ::unlink(own_.c_str());
+        ownLockFiles().remove(ownIdentity_);
     }
 }
 
@@ -195,11 +237,12 @@ void LockFile::tell(const std::string& news) {
 }
 
 void LockFile::make(const std::string& path) {
-    const int error = makeNew(path);
+    const int error = makeNew(path, ownIdentity_);
     if (error == EEXIST) {
         isTaken_ = isHeld(path); // somebody was quicker, or it is not ours to remove
     } else if (error == 0) {
         own_ = path;
+        ownLockFiles().add(ownIdentity_);
     }
 }
 

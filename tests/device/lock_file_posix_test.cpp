@@ -121,6 +121,25 @@ TEST_F(LockFileTest, OfADeadProcessIsTakenOver) {
     }
 }
 
+/// In a container the next program mostly has the number of the one before.
+TEST_F(LockFileTest, OfADeadProcessThatHadTheNumberOfThisOneIsTakenOver) {
+    writeOld("LCK..ttyUSB0", standard(::getpid()));
+    const auto held = lock();
+    EXPECT_FALSE(held->isTakenByAnother());
+    EXPECT_EQ(held->takeOver(), told(::getpid()));
+}
+
+TEST_F(LockFileTest, OfThisProcessIsRespectedWhileItStandsUnderWhateverName) {
+    const std::string link = folder.file("link");
+    auto held = lock();
+    std::filesystem::create_directory_symlink(folder.path(), link);
+    EXPECT_TRUE(isTaken());
+    EXPECT_TRUE(LockFile("/dev/ttyUSB0", "/dev/ttyUSB0", {link}).isTakenByAnother());
+    EXPECT_EQ(bytesOf(folder.file("LCK..ttyUSB0")), standard(::getpid()));
+    held.reset();
+    EXPECT_FALSE(isTaken());
+}
+
 TEST_F(LockFileTest, OfADeadProcessIsTakenOverUnderEveryName) {
     const int dead = deadProcess();
     for (const char* const name : {"LCK..pts_5", "LCK..pts:5", "LCK..5", "LCK..modem"}) {
