@@ -1,5 +1,3 @@
-#include "start_up/first_frame.h"
-
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>
@@ -10,5 +8,6 @@ int main(int argc, char** argv) {
     QMainWindow window;
     window.setCentralWidget(new QLabel(QStringLiteral("An empty window")));
     window.resize(1000, 700);
-    return varda::bench::showAndMeasure(window);
+    window.show();
+    return QApplication::exec();
 }
