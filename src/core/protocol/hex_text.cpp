@@ -52,15 +52,21 @@ std::string_view twoDigits(std::uint8_t byte) {
 std::string decimal(int value, std::size_t digits) { return zeroFilled(std::to_string(value), digits); }
 
 std::string hexGroups(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    appendHexGroups(text, bytes);
+    return text;
+}
+
+void appendHexGroups(std::string& text, std::span<const std::uint8_t> bytes) {
     constexpr std::size_t group = 3;
-    std::string text(bytes.size() * group, ' ');
-    char* place = text.data(); // without a look at the text's end for every digit: a flood takes its time
+    const std::size_t begin = text.size();
+    text.resize(begin + bytes.size() * group, ' ');
+    char* place = &text[begin]; // without a look at the text's end for every digit: a flood takes its time
     for (const std::uint8_t byte : bytes) {
         place[0] = digitsOfHex[byte >> 4U];
         place[1] = digitsOfHex[byte & 0xFU];
         place += group;
     }
-    return text;
 }
 
 std::string hexSpaced(std::span<const std::uint8_t> bytes) {

@@ -28,6 +28,8 @@ std::string decimal(int value, std::size_t digits);
 /// A frame as the master pages show it: two upper-case digits and one space for every byte, the last one
 /// included.
 std::string hexGroups(std::span<const std::uint8_t> bytes);
+/// The same behind a text, in the room that it has.
+void appendHexGroups(std::string& text, std::span<const std::uint8_t> bytes);
 /// "01 0A FF": a space between two bytes, and none behind the last one.
 std::string hexSpaced(std::span<const std::uint8_t> bytes);
 

@@ -9,11 +9,13 @@ namespace varda::inline core {
 
 std::string MonitorLine::text(std::size_t most) const {
     const auto shown = std::span(burst).first(std::min(most, burst.size()));
-    if (!asCharacters) {
-        return stamp + hexGroups(shown);
-    }
+    constexpr std::size_t lineEnd = 2; // the log puts one behind it, which needs no copy of a flood then
     std::string line = stamp;
-    line.reserve(line.size() + 2 * shown.size());
+    line.reserve(textLength(most) + lineEnd);
+    if (!asCharacters) {
+        appendHexGroups(line, shown);
+        return line;
+    }
     for (const std::uint8_t byte : shown) {
         line += static_cast<char>(byte);
         line += ' ';
