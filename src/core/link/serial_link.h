@@ -60,6 +60,8 @@ public:
     /// Tells an observer everything from now on; it outlives the link's last word. Not to be called by an
     /// observer that is being told.
     void observe(LinkObserver& observer) { exchange_.observe(observer); }
+    /// The same for the numbers that the link counts.
+    void observeCounters(CounterObserver& observer) { exchange_.observeCounters(observer); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
     /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence

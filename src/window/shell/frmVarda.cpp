@@ -130,6 +130,7 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
           static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
+    link_.observeCounters(presenter_);
     linkPort_.setPages({.stopRuns = [this] { stopRuns(); },
                         .takeReadStations = [readPage] { readPage->takeStations(); },
                         .showPort = [this] { portCorner_->showPort(); },

@@ -20,6 +20,7 @@ protected:
     SerialLinkTest() {
         port.setEventHandler([this](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
         link.observe(presenter);
+        link.observeCounters(presenter);
         port.open();
         port.forgetCalls();
     }

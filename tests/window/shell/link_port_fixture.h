@@ -34,6 +34,7 @@ protected:
         }
         tmrComm.setInterval(500);
         link.observe(presenter);
+        link.observeCounters(presenter);
         linkPort.setPages({.stopRuns = [] {}, .takeReadStations = [this] { ++stationsTaken; }});
         commPLC.setEventHandler([this](CommEvent event, const std::string& reason) {
             if (event == CommEvent::HungUp) {
