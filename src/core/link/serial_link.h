@@ -72,7 +72,7 @@ public:
     void connectionOpened();
 
     /// The port was closed by its user: the answer to the last request will not come.
-    void connectionClosed();
+    void connectionClosed() { exchange_.giveUp(); }
 
     /// The first half of a send: empties the input buffer and the counters.
     /// @return false where the port is closed; nothing has changed then
