@@ -103,9 +103,11 @@ public:
     /// Tells the expected and the received length.
     void tellCounters();
 
-private:
-    friend class LinkStateOfATest; ///< puts the link into a state that takes long to reach
+protected:
+    /// For a link that is put into a state which takes long to reach.
+    LinkState& ownState() { return state_; }
 
+private:
     void wait(std::chrono::milliseconds time, std::function<void()> rest);
     void receiveLater();
     void tellNothingToRead();

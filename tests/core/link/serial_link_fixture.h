@@ -62,9 +62,9 @@ protected:
     ManualClock clock;
     FakePort port;
     FakeForm form;
-    SerialLink link{port, clock};
+    SettableLink link{port, clock};
     window::LinkPresenter presenter{form};
-    LinkState& state = LinkStateOfATest::of(link);
+    LinkState& state = link.ownState();
 };
 
 /// A link whose monitor and simulator write down what they are handed.

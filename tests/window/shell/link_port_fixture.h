@@ -5,7 +5,6 @@
 
 #include "support/fake_form.h"
 #include "support/fake_port.h"
-#include "support/link_state.h"
 #include "support/manual_clock.h"
 #include "support/master_pages.h"
 
