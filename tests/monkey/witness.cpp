@@ -47,7 +47,10 @@ bool goesOut(Outcome outcome) {
 
 } // namespace
 
-Witness::Witness(test::DrivenWindow& window) : window_(window) { window.window().link().observe(*this); }
+Witness::Witness(test::DrivenWindow& window) : window_(window) {
+    window.window().link().observe(*this);
+    window.window().link().observeCounters(*this);
+}
 
 void Witness::find(const std::string& what) {
     if (finding_.empty()) {

@@ -10,7 +10,7 @@ namespace varda::monkey {
 using namespace window;
 
 /// Hears what the link of a window tells, sees what the window shows, and says what does not fit together.
-class Witness : public LinkObserver {
+class Witness : public LinkObserver, public CounterObserver {
 public:
     explicit Witness(test::DrivenWindow& window);
 

@@ -2,12 +2,13 @@
 
 #include "core/link/serial_link.h"
 
-namespace varda::inline core {
+namespace varda::test {
 
-/// Puts a link into a state that takes long to reach.
-class LinkStateOfATest {
+/// A link that is put into states that take long to reach.
+class SettableLink : public SerialLink {
 public:
-    static LinkState& of(SerialLink& link) { return link.state_; }
+    using SerialLink::ownState;
+    using SerialLink::SerialLink;
 };
 
-} // namespace varda::core
+} // namespace varda::test

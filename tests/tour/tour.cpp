@@ -1,10 +1,11 @@
 #include "core/protocol/crc16.h"
+#include "core/protocol/frame_text.h"
 #include "core/protocol/hex_text.h"
-#include "core/runs/scenario_frame.h"
 #include "support/event_loop.h"
-#include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 #include "tour/bench_pictures.h"
+#include "tour/examples.h"
+#include "tour/far_end_pictures.h"
 #include "tour/fault_pictures.h"
 #include "tour/pictures.h"
 #include "window/insight/insight_window.h"
@@ -16,8 +17,6 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QListView>
 #include <QMessageBox>
 #include <QTabWidget>
 #include <QTableView>
@@ -50,18 +49,6 @@ constexpr Page writePage = {"cmdWDSend", "txtSendWData", "txtReceiveWData", "txt
 constexpr Page mixedReadPage = {"cmdMRDSend", "txtSendMRData", "txtReceiveMRData", "txtWStatus"};
 constexpr Page mixedWritePage = {"cmdMWDSend", "txtSendMWData", "txtReceiveMWData", "txtWStatus"};
 
-/// Below a name of its own the line is the same in every picture, where a link to a port is a port.
-std::string nameInPictures(const std::string& path) {
-#ifdef Q_OS_WIN
-    return path;
-#else
-    const QString name = QStringLiteral("./line");
-    QFile::remove(name);
-    QFile::link(QString::fromStdString(path), name);
-    return name.toStdString();
-#endif
-}
-
 class Tour {
 public:
     explicit Tour(const QDir& pictures) : pictures_(pictures) { driver_.window().resize(1000, 700); }
@@ -79,9 +66,9 @@ public:
         trace();
         judge(bench_.faults());
         playScenario();
-        simulate();
-        monitor();
-        unplug();
+        judge(farEnd_.simulate(bench_));
+        judge(farEnd_.monitor());
+        judge(farEnd_.unplug());
         failures_ += takeFaults(pictures_);
         std::printf("%s\n", failures_ == 0 ? "Every answer was right." : "The tour has found wrong answers.");
         return failures_ == 0;
@@ -285,7 +272,7 @@ private:
         for (int frame = 0; frame < 6; ++frame) {
             driver_.paste("txtScnReceive", "");
             runUntil([&] { return !driver_.text("txtScnReceive").empty(); });
-            const varda::Bytes answer = bytesOf(driver_.text("txtScnReceive"));
+            const varda::Bytes answer = varda::bytesOfText(driver_.text("txtScnReceive"));
             judge(varda::crc16(answer) == 0 && answer.size() > 6); // the check over a whole frame is 0
             std::printf("  send     %s\n  answer   %s\n", driver_.text("txtScnSend").c_str(),
                         driver_.text("txtScnReceive").c_str());
@@ -293,101 +280,6 @@ private:
         picture("scenario");
         judge(bench_.expectations());
         driver_.click("cmdStopScenario");
-    }
-
-    /// With its drive, where the system has such: the dialogs take a name without one for one in their own
-    /// folder.
-    static std::string example(const char* name) {
-        return QFileInfo(QStringLiteral(VARDA_DATA_FOLDER "/") + QLatin1String(name))
-            .absoluteFilePath()
-            .toStdString();
-    }
-
-    static varda::Bytes bytesOf(const std::string& groups) {
-        return varda::HexTextToBytes(groups, varda::groupCount(groups.size()));
-    }
-
-    /// Stands in for a controller: the tour itself is the master at the far end of a line.
-    void simulate() {
-        driver_.click("cmdPortOpen");
-        openLine_ = nameInPictures(line_.path());
-        driver_.openPort(openLine_);
-        driver_.click("optMode_4");
-        driver_.click("cmdLoadSimPacket");
-        driver_.chooseFile(example("example-reads.ini"));
-        picture("simulation");
-        std::printf("\nWord read of W 0000, 4 words, from the far end of a line\n");
-        const varda::Bytes answer = ask(bytesOf("FF FF 23 03 00 02 04 C5 20"), 14);
-        const bool right = judge(varda::hexGroups(answer) == "FF FF A3 04 12 34 56 78 9A BC DE F0 FF 1F ");
-        std::printf("  request  %s\n  answer   %s\n  %s\n", driver_.text("txtSimRP").c_str(),
-                    varda::hexGroups(answer).c_str(), right ? "right" : "WRONG");
-        picture("simulation-answered");
-        judge(bench_.controller([this](const varda::Bytes& request) { return ask(request, 10); }));
-        judge(bench_.pairs());
-    }
-
-    /// Asks from the far end of the line. @return so many bytes of the answer
-    varda::Bytes ask(const varda::Bytes& request, std::size_t size) {
-        line_.write(request);
-        varda::Bytes answer;
-        runUntil([&] {
-            const varda::Bytes more = line_.readAvailable();
-            answer.insert(answer.end(), more.begin(), more.end());
-            return answer.size() >= size;
-        });
-        return answer;
-    }
-
-    /// Listens to two bursts and keeps a log of them.
-    void monitor() {
-        driver_.click("optMode_5");
-        QFile file(QStringLiteral("tour.log"));
-        file.remove();
-        driver_.click("chkMonLog");
-        driver_.paste("txtMonLogFile", file.fileName().toStdString());
-        driver_.click("chkTimeStamp");
-        driver_.click("cmdMonStart");
-        const QString first = hear("01 00 A1 01 FF");
-        const QString second = hear("FF FF A3 04 34 12 CD AB 52 49");
-        picture("monitoring");
-        showWhole(1);
-        driver_.click("cmdMonStop");
-        const bool opened = file.open(QIODevice::ReadOnly);
-        const bool right =
-            judge(opened && first == QLatin1String("9:5:7 - 01 00 A1 01 FF ") &&
-                  file.readAll().replace("\r\n", "\n") == first.toLatin1() + '\n' + second.toLatin1() + '\n');
-        std::printf("\nBursts heard while monitoring, and their log\n  line     %s\n  line     %s\n  %s\n",
-                    qPrintable(first), qPrintable(second), right ? "right" : "WRONG");
-    }
-
-    /// The line goes away while it is open.
-    void unplug() {
-        QFile::remove(QString::fromStdString(openLine_));
-        line_.closeFarEnd();
-        const bool told = runUntil([&] { return driver_.box() != nullptr; });
-        if (judge(told)) {
-            std::printf("\nThe line is unplugged\n  box      %s\n", driver_.boxText().c_str());
-            save(*driver_.box(), "unplugged");
-            driver_.closeBox();
-        }
-    }
-
-    /// Sends a burst from the far end. @return its line in the monitor
-    QString hear(const char* burst) {
-        const auto* const lines = driver_.find<QListView>("lstMonitor")->model();
-        const int before = lines->rowCount();
-        line_.write(bytesOf(burst));
-        runUntil([&] { return lines->rowCount() > before; });
-        return lines->index(before, 0).data().toString();
-    }
-
-    /// Holds the mouse on a line of the monitor.
-    void showWhole(int row) {
-        auto* const list = driver_.find<QListView>("lstMonitor");
-        const QPoint place = list->visualRect(list->model()->index(row, 0)).center();
-        QTest::mousePress(list->viewport(), Qt::LeftButton, {}, place);
-        save(*driver_.find("frmMonitoringData"), "monitoring-line");
-        QTest::mouseRelease(list->viewport(), Qt::LeftButton, {}, place);
     }
 
     /// Sends the page's request and compares the answer with `expected`, which lacks the frame check.
@@ -421,10 +313,9 @@ private:
     void save(QWidget& window, const char* name) { judge(pictures_.save(window, name)); }
 
     Pictures pictures_;
-    std::string openLine_;
-    varda::test::PseudoTerminal line_;
     WindowDriver driver_;
     BenchPictures bench_{driver_, pictures_};
+    FarEndPictures farEnd_{driver_, pictures_};
     int failures_ = 0;
 };
 

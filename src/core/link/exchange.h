@@ -100,8 +100,18 @@ public:
     virtual void told(const Exchange& exchange) = 0;
     /// The port was opened: what comes in from now on answers nothing from before.
     virtual void connected() {}
+};
+
+/// Who shows what the link counts.
+class CounterObserver {
+public:
+    CounterObserver() = default;
+    CounterObserver(const CounterObserver&) = delete;
+    CounterObserver& operator=(const CounterObserver&) = delete;
+    virtual ~CounterObserver() = default;
+
     /// A number is to be shown, changed or not.
-    virtual void counted(Counter /*counter*/, int /*value*/) {}
+    virtual void counted(Counter counter, int value) = 0;
 };
 
 } // namespace varda::core

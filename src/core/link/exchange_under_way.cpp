@@ -18,7 +18,7 @@ void ExchangeUnderWay::tellConnected() const {
 }
 
 void ExchangeUnderWay::count(Counter counter, int value) const {
-    for (LinkObserver* const observer : observers_) {
+    for (CounterObserver* const observer : counterObservers_) {
         observer->counted(counter, value);
     }
 }

@@ -14,6 +14,7 @@ public:
     explicit ExchangeUnderWay(const Mode& mode) : mode_(mode) {}
 
     void observe(LinkObserver& observer) { observers_.push_back(&observer); }
+    void observeCounters(CounterObserver& observer) { counterObservers_.push_back(&observer); }
 
     /// What is known of it: of the last one that was begun.
     Exchange& known() { return known_; }
@@ -37,6 +38,7 @@ public:
 private:
     const Mode& mode_;
     std::vector<LinkObserver*> observers_;
+    std::vector<CounterObserver*> counterObservers_;
     Exchange known_;
     bool isPending_ = false; ///< nothing has become of it yet
 };

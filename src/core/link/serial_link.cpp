@@ -139,8 +139,7 @@ void SerialLink::enterMode(Mode mode) {
     }
     if (mode == Mode::Scenario) { // a silence from before the run would end it
         exchange_.giveUp();
-        state_.WaitTicks = 0;
-        tellSilence();
+        restartSilence();
         state_.WaitingAnswer = false;
     }
     state_.CommMode = mode;
@@ -151,8 +150,6 @@ void SerialLink::connectionOpened() {
     exchange_.giveUp();
     exchange_.tellConnected();
 }
-
-void SerialLink::connectionClosed() { exchange_.giveUp(); }
 
 // Receiving
 
@@ -171,9 +168,8 @@ void SerialLink::commPLC_OnComm(CommEvent event) {
         return;
     }
     isStuck_ = std::exchange(state_.InReceive, true);
-    state_.WaitTicks = 0;
     noticed_ = clock_.now();
-    tellSilence();
+    restartSilence();
     receiveLater();
 }
 
@@ -183,8 +179,8 @@ void SerialLink::receiveLater() {
         wait(burstWait, [this] { receiveBurst(); });
         break;
     case Mode::Simulation:
-        if (commPLC_.inBufferCount() > 0) {
-            settleRequest(commPLC_.inBufferCount());
+        if (const std::size_t waiting = commPLC_.inBufferCount(); waiting > 0) {
+            settleRequest(waiting);
         } else {
             tellNothingToRead();
         }
@@ -247,8 +243,9 @@ void SerialLink::receiveAnswer() {
     }
     skippingFailure([this] { readIntoRxBuffer(); });
     exchange_.settle();
-    exchange_.known().answer.assign(received().begin(), received().end());
-    exchange_.known().expected = state_.RxExpected;
+    Exchange& exchange = exchange_.known();
+    exchange.answer.assign(received().begin(), received().end());
+    exchange.expected = state_.RxExpected;
     if (!answerMode) {
         exchange_.tell(Outcome::Ignored);
         return;
@@ -300,8 +297,9 @@ bool SerialLink::answerRequest() {
         state_.RxCount = 0;
     }
     exchange_.begin(std::move(request), 0);
-    exchange_.known().received = cameIn.received;
-    exchange_.known().whileStuck = cameIn.whileStuck;
+    Exchange& exchange = exchange_.known();
+    exchange.received = cameIn.received;
+    exchange.whileStuck = cameIn.whileStuck;
     if (!isKnown) {
         exchange_.tell(Outcome::Unknown);
         return false;
@@ -309,7 +307,7 @@ bool SerialLink::answerRequest() {
     if (isOpen) {
         sendAnswer(std::move(answer->bytes));
     }
-    exchange_.known().pair = answer->pair;
+    exchange.pair = answer->pair;
     const Outcome answered = answer->pair ? Outcome::AnsweredByPair : Outcome::AnsweredFromMemory;
     exchange_.tell(isOpen ? answered : Outcome::NotSent);
     return true;
@@ -374,8 +372,7 @@ void SerialLink::forgetAnswer(Discarding why) {
 }
 
 void SerialLink::giveUpWaiting() {
-    state_.WaitTicks = 0;
-    tellSilence();
+    restartSilence();
     state_.WaitingAnswer = false;
     forgetAnswer(Discarding::WithTheWait);
     // Where that was overtaken, by a closed port for example, it has its outcome.

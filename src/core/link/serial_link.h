@@ -60,6 +60,8 @@ public:
     /// Tells an observer everything from now on; it outlives the link's last word. Not to be called by an
     /// observer that is being told.
     void observe(LinkObserver& observer) { exchange_.observe(observer); }
+    /// The same for the numbers that the link counts.
+    void observeCounters(CounterObserver& observer) { exchange_.observeCounters(observer); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
     /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence
@@ -70,7 +72,7 @@ public:
     void connectionOpened();
 
     /// The port was closed by its user: the answer to the last request will not come.
-    void connectionClosed();
+    void connectionClosed() { exchange_.giveUp(); }
 
     /// The first half of a send: empties the input buffer and the counters.
     /// @return false where the port is closed; nothing has changed then
@@ -101,9 +103,11 @@ public:
     /// Tells the expected and the received length.
     void tellCounters();
 
-private:
-    friend class LinkStateOfATest; ///< puts the link into a state that takes long to reach
+protected:
+    /// For a link that is put into a state which takes long to reach.
+    LinkState& ownState() { return state_; }
 
+private:
     void wait(std::chrono::milliseconds time, std::function<void()> rest);
     void receiveLater();
     void tellNothingToRead();

@@ -30,6 +30,15 @@ std::vector<std::string> entries(const ProfileFile& file, std::string_view secti
     return list;
 }
 
+/// @throws RuntimeError 13 where it is no number, 6 where it is too large
+std::int32_t pairsOf(const std::string& totalText) {
+    return advised([&] { return toLong(totalText); },
+                   [&](const RuntimeError& /*error*/) {
+                       return "Total of the file is \"" + totalText +
+                              "\", no number of pairs. Mend the file, or choose another.";
+                   });
+}
+
 } // namespace
 
 bool storePackets(const PacketTable& table, ProfileFile& file) {
@@ -52,13 +61,15 @@ PacketLoad loadPackets(PacketTable& table, const ProfileFile& file) {
     if (totalText.empty()) {
         return file.isText() ? PacketLoad::NoTotal : PacketLoad::NoText;
     }
-    table.clear();
-    const std::int32_t pairs = advised([&] { return toLong(totalText); },
-                                       [&](const RuntimeError& /*error*/) {
-                                           return "Total of the file is \"" + totalText +
-                                                  "\", no number of pairs. Mend the file, or choose another.";
-                                       });
+    std::int32_t pairs = 0;
+    try {
+        pairs = pairsOf(totalText);
+    } catch (const RuntimeError&) {
+        table.clear();
+        throw;
+    }
     if (pairs < 1) {
+        table.clear();
         return PacketLoad::Corrupted;
     }
     // Row by row it would end at the first entry that is missing: a request has gone before its answer then.

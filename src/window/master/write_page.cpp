@@ -232,7 +232,7 @@ void WritePage::openWordDialog(int position) {
     const QString present = grid_->text(position);
     const bool startsHexadecimal = present.isEmpty() ? usesHexadecimal_ : grid_->isHexadecimal(position);
     auto* const dialog =
-        new FrmWriteWord(context().events, registerName(position), present, startsHexadecimal, this);
+        new FrmWriteWord(context().events, registerName(position), present, startsHexadecimal, window());
     connect(dialog, &FrmWriteWord::outOfRange, this, [this, position] {
         DisplayWMessage("Rage Over (0 to 65535)");
         grid_->setText(position, QString());

@@ -126,10 +126,11 @@ void FrmVarda::makePages(const Surroundings& surroundings) {
     for (LinkObserver* const observer :
          {static_cast<LinkObserver*>(&frameTips_), // knows the request before its answer is shown
           static_cast<LinkObserver*>(&presenter_), static_cast<LinkObserver*>(&lastAnswers_),
-          static_cast<LinkObserver*>(simulationPage_), static_cast<LinkObserver*>(monitorPage_),
+          &simulationPage_->requestView(), static_cast<LinkObserver*>(monitorPage_),
           static_cast<LinkObserver*>(scenarioPanel_)}) {
         link_.observe(*observer);
     }
+    link_.observeCounters(presenter_);
     linkPort_.setPages({.stopRuns = [this] { stopRuns(); },
                         .takeReadStations = [readPage] { readPage->takeStations(); },
                         .showPort = [this] { portCorner_->showPort(); },

@@ -10,7 +10,7 @@ class Form;
 
 /// Tells the user what becomes of requests, and the counters: alone in knowing which field of which page is
 /// told what.
-class LinkPresenter : public LinkObserver {
+class LinkPresenter : public LinkObserver, public CounterObserver {
 public:
     explicit LinkPresenter(Form& form) : form_(form) {}
 

@@ -4,7 +4,7 @@
 #include "window/controls/events.h"
 #include "window/system/external_program.h"
 
-#include <QApplication>
+#include <QChildEvent>
 #include <QDialog>
 #include <QDir>
 #include <QFileDialog>
@@ -48,8 +48,8 @@ const ManualPage& manualPageOf(const QDialog& dialog) {
 }
 
 Manual::Manual(QWidget& window, Events& events, QString programFolder)
-    : window_(window), events_(events), programFolder_(std::move(programFolder)) {
-    qApp->installEventFilter(this); // dialogs come and go
+    : events_(events), programFolder_(std::move(programFolder)) {
+    window.installEventFilter(this);
 }
 
 QString Manual::file() const {
@@ -73,28 +73,22 @@ void Manual::show(const ManualPage& page) {
     startFirstOf(calls, own, this, [this](const RuntimeError& error) { events_.report(error); });
 }
 
-const QDialog* Manual::dialogOf(const QObject* watched) const {
-    const auto* const widget = qobject_cast<const QWidget*>(watched);
-    const auto* const dialog = widget != nullptr ? qobject_cast<const QDialog*>(widget->window()) : nullptr;
-    const QWidget* owner = dialog;
-    while (owner != nullptr && owner != &window_) {
-        owner = owner->parentWidget();
-    }
-    return owner != nullptr ? dialog : nullptr;
-}
-
 bool Manual::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::KeyPress) {
+    if (event->type() == QEvent::ChildPolished) { // a dialog comes up, perhaps from another one
+        if (auto* const dialog = qobject_cast<QDialog*>(static_cast<QChildEvent*>(event)->child())) {
+            dialog->installEventFilter(this);
+        }
+    }
+    const auto* const dialog = qobject_cast<const QDialog*>(watched);
+    if (event->type() != QEvent::KeyPress || dialog == nullptr) {
         return false;
     }
     const auto& key = *static_cast<const QKeyEvent*>(event);
     const bool asks = key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier && !key.isAutoRepeat();
-    const QDialog* const dialog = asks ? dialogOf(watched) : nullptr;
-    if (dialog == nullptr) {
-        return false;
+    if (asks) {
+        events_.guard([this, dialog] { show(manualPageOf(*dialog)); });
     }
-    events_.guard([this, dialog] { show(manualPageOf(*dialog)); });
-    return true;
+    return asks;
 }
 
 } // namespace varda::window

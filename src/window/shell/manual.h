@@ -53,7 +53,7 @@ class Manual : public QObject {
     Q_OBJECT
 
 public:
-    /// @param programFolder where the help file is
+    /// @param window whose children its dialogs are @param programFolder where the help file is
     Manual(QWidget& window, Events& events, QString programFolder);
 
     /// The help button: starts the viewer with the help file. @throws RuntimeError 53 where nothing can be
@@ -66,9 +66,7 @@ public:
 
 private:
     QString file() const;
-    const QDialog* dialogOf(const QObject* watched) const;
 
-    QWidget& window_;
     Events& events_;
     QString programFolder_;
 };

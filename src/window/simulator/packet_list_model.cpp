@@ -16,12 +16,8 @@ QString inRows(const QString& packet) {
 
 } // namespace
 
-const std::vector<std::string>& PacketListModel::entries() const {
-    return list_ == PacketTableChange::List::Requests ? table_.requests() : table_.answers();
-}
-
 int PacketListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(entries().size());
+    return parent.isValid() ? 0 : static_cast<int>(entries_.size());
 }
 
 QVariant PacketListModel::data(const QModelIndex& index, int role) const {
@@ -29,7 +25,7 @@ QVariant PacketListModel::data(const QModelIndex& index, int role) const {
     if (!isShown || !index.isValid() || index.row() >= rowCount()) {
         return {};
     }
-    const QString packet = QString::fromStdString(entries()[static_cast<std::size_t>(index.row())]);
+    const QString packet = QString::fromStdString(entries_[static_cast<std::size_t>(index.row())]);
     return role == Qt::DisplayRole ? packet : inRows(packet);
 }
 

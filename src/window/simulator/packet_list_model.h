@@ -12,7 +12,9 @@ class PacketListModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    PacketListModel(const PacketTable& table, PacketTableChange::List list) : table_(table), list_(list) {}
+    PacketListModel(const PacketTable& table, PacketTableChange::List list)
+        : list_(list),
+          entries_(list == PacketTableChange::List::Requests ? table.requests() : table.answers()) {}
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -22,10 +24,8 @@ public:
     void endChange(const PacketTableChange& change);
 
 private:
-    const std::vector<std::string>& entries() const;
-
-    const PacketTable& table_;
     PacketTableChange::List list_;
+    const std::vector<std::string>& entries_;
 };
 
 } // namespace varda::window

@@ -2,7 +2,6 @@
 
 #include "core/link/serial_link.h"
 #include "core/pairs/send_data_check.h"
-#include "core/protocol/hex_text.h"
 #include "core/protocol/mixed_requests.h"
 #include "core/protocol/registers.h"
 #include "ui_simulation_page.h"
@@ -11,7 +10,6 @@
 #include "window/controls/key_filter.h"
 #include "window/controls/lists.h"
 #include "window/controls/make_form.h"
-#include "window/controls/show_text.h"
 #include "window/controls/texts.h"
 
 #include <optional>
@@ -48,7 +46,8 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
                  .dot = ui_->lblSimPoint,
                  .count = ui_->cbSimLength}),
       lists_(new PacketLists(context, surroundings.files, *ui_, this,
-                             [this](int row) { lstSimReceive_DblClick(row); })) {
+                             [this](int row) { lstSimReceive_DblClick(row); })),
+      requestView_(*ui_, *lists_) {
     for (QComboBox* const list : {ui_->cbSimMode, ui_->cbSimModeS}) {
         keepFromWheel(list);
     }
@@ -345,22 +344,6 @@ void SimulationPage::cmdSimInputOK_Click() {
     if (!chosen->isWrite || valueIsGiven) {
         registerPair();
     }
-}
-
-void SimulationPage::told(const Exchange& exchange) {
-    const bool isFromMemory = exchange.outcome == Outcome::AnsweredFromMemory;
-    const bool isAnswered =
-        isFromMemory ? !isRefusedFromMemory(exchange) : exchange.outcome == Outcome::AnsweredByPair;
-    if (!exchange.pair && !isFromMemory && exchange.outcome != Outcome::Unknown) { // no request that came in
-        return;
-    }
-    showText(ui_->txtSimRP, hexRun(exchange.request));
-    if (isAnswered) {
-        showText(ui_->txtSimSP,
-                 isFromMemory ? hexRun(exchange.answer) : lists_->table().answer(*exchange.pair));
-    }
-    showAsOld(ui_->txtSimSP, !isAnswered);
-    lists_->selectPair(exchange.pair ? static_cast<int>(*exchange.pair) : -1);
 }
 
 void SimulationPage::ShowSimReceive(const std::string& text) {

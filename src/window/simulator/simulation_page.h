@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/link/exchange.h"
 #include "core/link/routes.h"
 #include "core/pairs/packet_builders.h"
 #include "core/pairs/sim_kinds.h"
@@ -8,6 +7,7 @@
 #include "window/controls/page_context.h"
 #include "window/controls/register_fields.h"
 #include "window/simulator/packet_lists.h"
+#include "window/simulator/request_view.h"
 
 #include <functional>
 #include <memory>
@@ -21,7 +21,7 @@ class SimulationPage;
 class FileDialogs;
 
 /// "Simulation": prepares pairs of request and answer, keeps them in the packet table, and answers from it.
-class SimulationPage : public ModePage, public LinkObserver {
+class SimulationPage : public ModePage {
     Q_OBJECT
     Q_DISABLE_COPY(SimulationPage)
 
@@ -55,8 +55,8 @@ public:
 
     /// The prepared pairs.
     const PacketTable& pairs() const;
-    /// Shows a request that came in, and the pair that answered it.
-    void told(const Exchange& exchange) override;
+    /// To be told of the requests that come in.
+    LinkObserver& requestView() { return requestView_; }
 
 signals:
     /// The prepared pairs have changed.
@@ -100,6 +100,7 @@ private:
     std::unique_ptr<Ui::SimulationPage> ui_;
     RegisterFields register_;
     PacketLists* lists_;
+    RequestView requestView_;
 };
 
 } // namespace varda::window

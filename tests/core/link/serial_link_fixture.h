@@ -20,6 +20,7 @@ protected:
     SerialLinkTest() {
         port.setEventHandler([this](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
         link.observe(presenter);
+        link.observeCounters(presenter);
         port.open();
         port.forgetCalls();
     }
@@ -61,9 +62,9 @@ protected:
     ManualClock clock;
     FakePort port;
     FakeForm form;
-    SerialLink link{port, clock};
+    SettableLink link{port, clock};
     window::LinkPresenter presenter{form};
-    LinkState& state = LinkStateOfATest::of(link);
+    LinkState& state = link.ownState();
 };
 
 /// A link whose monitor and simulator write down what they are handed.

@@ -14,11 +14,12 @@ using Texts = std::vector<std::string>;
 using namespace std::chrono_literals;
 
 /// A link that answers from a table; every request that came in is noted.
-class ResponderTest : public testing::Test, public LinkObserver {
+class ResponderTest : public testing::Test, public LinkObserver, public CounterObserver {
 protected:
     ResponderTest() {
         link.setRoles({.answerTo = [this](auto request) { return responder.answerTo(request); }});
         link.observe(*this);
+        link.observeCounters(*this);
         link.enterMode(Mode::Simulation);
         port.setEventHandler([this](CommEvent event, const std::string&) { link.commPLC_OnComm(event); });
         port.open();

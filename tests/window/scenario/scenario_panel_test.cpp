@@ -1,4 +1,3 @@
-#include "support/link_state.h"
 #include "window/scenario/scenario_panel_fixture.h"
 
 #include <QCheckBox>
@@ -134,10 +133,15 @@ TEST_F(ScenarioPanelTest, SilenceStopsTheRunAndIsToldOnTheWritePage) {
 TEST_F(ScenarioPanelTest, RunStartsFromNoSilenceAndNothingAwaited) {
     addLines({bitRead});
     paste("txtScnPeriod", "0"); // sends nothing
+    paste("txtReadTimerValue", "50");
     openLine();
-    LinkState& state = LinkStateOfATest::of(driver.window().link());
-    state.WaitTicks = 13; // of a request that nobody answered
-    state.WaitingAnswer = true;
+    driver.choose("cbRegister", "M");
+    driver.choose("cbRegAddress", "0002");
+    driver.choose("cbRegBit", "3");
+    driver.choose("cbRLength", "16");
+    driver.click("cmdRDSend"); // which nobody answers
+    ASSERT_TRUE(runUntil([this] { return driver.link().WaitTicks > 2; }));
+    ASSERT_TRUE(driver.link().WaitingAnswer);
     driver.click("cmdRunScenario");
     EXPECT_EQ(driver.link().WaitTicks, 0);
     EXPECT_FALSE(driver.link().WaitingAnswer);

@@ -1,5 +1,4 @@
 #include "core/link/routes.h"
-#include "support/link_state.h"
 #include "support/window_test.h"
 #include "window/shell/control_groups.h"
 #include "window/shell/page_names.h"
@@ -189,8 +188,12 @@ TEST_F(MainWindowTest, PortListOffersTheEmbeddedControllerWhileTyping) {
 TEST_F(MainWindowTest, ModeChangeLeavesTheRunningTimersInterval) {
     paste("txtReadTimerValue", "100");
     openLine();
+    driver.choose("cbRegister", "M");
+    driver.choose("cbRegAddress", "0002");
+    driver.choose("cbRegBit", "3");
+    driver.choose("cbRLength", "16");
+    driver.click("cmdRDSend");
     driver.click("optMode_1");
-    LinkStateOfATest::of(driver.window().link()).WaitingAnswer = true;
     EXPECT_TRUE(runUntil([this] { return text("txtWatchDog") == "3"; }, std::chrono::milliseconds(1200)));
 }
 

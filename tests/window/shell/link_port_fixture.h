@@ -5,7 +5,6 @@
 
 #include "support/fake_form.h"
 #include "support/fake_port.h"
-#include "support/link_state.h"
 #include "support/manual_clock.h"
 #include "support/master_pages.h"
 
@@ -34,6 +33,7 @@ protected:
         }
         tmrComm.setInterval(500);
         link.observe(presenter);
+        link.observeCounters(presenter);
         linkPort.setPages({.stopRuns = [] {}, .takeReadStations = [this] { ++stationsTaken; }});
         commPLC.setEventHandler([this](CommEvent event, const std::string& reason) {
             if (event == CommEvent::HungUp) {

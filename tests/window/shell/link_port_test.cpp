@@ -196,8 +196,7 @@ TEST_F(LinkPortTest, HangUpDuringAWaitLetsTheTimerWorkAfterTheNextOpening) {
     clock.advance(1000);
     linkPort.cmdPortOpen_Click();
     EXPECT_FALSE(link.state().InReceive);
-    LinkStateOfATest::of(link).WaitingAnswer = true;
-    LinkStateOfATest::of(link).WaitTicks = 0;
+    link.SendRequest({0x01}, 9);
     link.tmrComm_Timer();
     EXPECT_EQ(form.text("txtWatchDog"), "1");
 }
