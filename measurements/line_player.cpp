@@ -4,13 +4,8 @@
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 #include <cstdio>
-#include <exception>
 #include <thread>
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace varda::bench {
 namespace {
@@ -42,27 +37,14 @@ Bytes nextPiece(const Bytes& traffic, std::size_t& next, double& owed, bool isPa
         owed += piece.bytesPerSecond * std::chrono::duration<double>(piece.every).count();
         const Bytes bytes = nextPiece(traffic, next, owed, piece.pause.count() > 0);
         due += next == 0 && !bytes.empty() ? piece.pause : std::chrono::milliseconds(0);
-        try {
-            line.write(bytes, std::chrono::seconds(10));
-        } catch (const std::exception&) {
-            ::_exit(1);
-        }
+        line.write(bytes, std::chrono::seconds(10));
     }
 }
 
 } // namespace
 
 LinePlayer::LinePlayer(const test::PseudoTerminal& line, const Bytes& traffic, const Piece& piece)
-    : process_(::fork()) {
-    if (process_ == 0) {
-        play(line, traffic, piece);
-    }
-}
-
-LinePlayer::~LinePlayer() {
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-}
+    : process_([&] { play(line, traffic, piece); }) {}
 
 double percentOfCore(std::chrono::milliseconds time) {
     const auto before = test::processorTime();

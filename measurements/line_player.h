@@ -1,5 +1,6 @@
 #pragma once
 
+#include "side_process.h"
 #include "support/processor_time.h"
 #include "support/pseudo_terminal.h"
 
@@ -8,8 +9,6 @@
 #include <chrono>
 #include <string>
 #include <vector>
-
-#include <sys/types.h>
 
 namespace varda::bench {
 
@@ -23,12 +22,9 @@ public:
     };
 
     LinePlayer(const test::PseudoTerminal& line, const Bytes& traffic, const Piece& piece);
-    LinePlayer(const LinePlayer&) = delete;
-    LinePlayer& operator=(const LinePlayer&) = delete;
-    ~LinePlayer();
 
 private:
-    pid_t process_;
+    SideProcess process_;
 };
 
 /// A line of 38400 baud that is never idle, in pieces of 4 ms.

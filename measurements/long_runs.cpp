@@ -1,4 +1,5 @@
 #include "monitoring.h"
+#include "reading.h"
 #include "report.h"
 #include "support/event_loop.h"
 #include "support/link_ear.h"
@@ -9,7 +10,6 @@
 #include "support/window_driver.h"
 
 #include "core/base/scope_exit.h"
-#include "core/virtual/controller.h"
 
 #include <QAbstractItemModel>
 #include <QApplication>
@@ -112,32 +112,6 @@ bool end(std::chrono::seconds duration, const Counts& counts) {
     return counts.lost == 0 && counts.answered > 0 && counts.sent == counts.answered;
 }
 
-/// Answers single reads as a controller does, until the run is over.
-void answerReads(const PseudoTerminal& line, const Counts& counts) {
-    constexpr std::size_t requestBytes = 9;
-    varda::Controller controller;
-    Bytes request;
-    while (!counts.isOver) {
-        const Bytes more = line.read(requestBytes - request.size(), 100ms);
-        request.insert(request.end(), more.begin(), more.end());
-        if (request.size() == requestBytes) {
-            line.write(controller.answer(request).value_or(Bytes()));
-            request.clear();
-        }
-    }
-}
-
-void startReading(WindowDriver& driver, const PseudoTerminal& line, int period) {
-    driver.click("optMode_0");
-    driver.click("optRead_1");
-    driver.choose("cbRegister", "W");
-    driver.choose("cbRegAddress", "0000");
-    driver.choose("cbRLength", "8");
-    driver.paste("txtReadTimerValue", std::to_string(period));
-    driver.openPort(line.path());
-    driver.click("chkRTimer");
-}
-
 bool readOnAndOn(std::chrono::seconds duration) {
     constexpr int period = 500;
     Counts counts;
@@ -157,12 +131,12 @@ bool readOnAndOn(std::chrono::seconds duration) {
     for (LinkEar* const ear : {&sent, &answered, &silent, &overtaken, &wrong, &refused}) {
         driver.window().link().observe(*ear);
     }
-    std::thread farEnd([&] { answerReads(line, counts); });
+    std::thread farEnd([&] { varda::bench::answerReads(line, [&] { return counts.isOver.load(); }); });
     const varda::ScopeExit join([&] {
         counts.isOver = true;
         farEnd.join();
     });
-    startReading(driver, line, period);
+    varda::bench::startReading(driver, line, period);
     watch("Continuous reading", duration, counts);
     driver.find<QCheckBox>("chkRTimer")->setChecked(false);
     varda::test::runUntil([&] { return counts.sent == counts.answered + counts.lost; }, 5s);

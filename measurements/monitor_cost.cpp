@@ -1,6 +1,7 @@
 #include "line_player.h"
 #include "monitoring.h"
 #include "report.h"
+#include "side_process.h"
 #include "support/event_loop.h"
 #include "support/offscreen.h"
 #include "support/pseudo_terminal.h"
@@ -15,16 +16,13 @@
 
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <exception>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
-#include <csignal>
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 /// What listening costs: the processor time of the monitoring window with its log, by turns with that of
@@ -44,44 +42,21 @@ constexpr auto settleTime = 500ms;
 const Bytes traffic = varda::bytesOfText("05 00 23 03 00 02 02 0B 22 00 05 A3 04 34 12 CD AB 47 42 ");
 constexpr LinePlayer::Piece flood = {.bytesPerSecond = 1e6, .every = 4ms};
 
-/// `cat` from a line into a file, in a process of its own.
-class Cat {
-public:
-    Cat(const PseudoTerminal& line, const std::string& file) : process_(::fork()) {
-        if (process_ == 0) {
-            const int copy = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-            ::dup2(copy, STDOUT_FILENO);
-            ::execlp("cat", "cat", line.path().c_str(), nullptr);
-            ::_exit(1);
-        }
-        ::clock_getcpuclockid(process_, &clock_);
-    }
-    Cat(const Cat&) = delete;
-    Cat& operator=(const Cat&) = delete;
-    ~Cat() {
-        ::kill(process_, SIGKILL);
-        ::waitpid(process_, nullptr, 0);
-    }
-
-    std::chrono::duration<double> processorTime() const {
-        timespec time{};
-        ::clock_gettime(clock_, &time);
-        return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-    }
-
-private:
-    pid_t process_;
-    clockid_t clock_ = {};
-};
+/// `cat` from a line into a file.
+void cat(const PseudoTerminal& line, const std::string& file) {
+    const int copy = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ::dup2(copy, STDOUT_FILENO);
+    ::execlp("cat", "cat", line.path().c_str(), nullptr);
+}
 
 double percentOfCat(const LinePlayer::Piece& piece, const std::string& file) {
     const PseudoTerminal line;
-    const Cat cat(line, file);
+    const varda::bench::SideProcess process([&] { cat(line, file); });
     const LinePlayer player(line, traffic, piece);
     std::this_thread::sleep_for(settleTime);
-    const auto before = cat.processorTime();
+    const auto before = process.processorTime();
     std::this_thread::sleep_for(runTime);
-    return (cat.processorTime() - before) / runTime * 100;
+    return (process.processorTime() - before) / runTime * 100;
 }
 
 double percentOfMonitor(const LinePlayer::Piece& piece, const PseudoTerminal& line) {
@@ -93,22 +68,22 @@ double percentOfMonitor(const LinePlayer::Piece& piece, const PseudoTerminal& li
 void measure(const char* what, const LinePlayer::Piece& piece, const varda::test::TemporaryFolder& folder,
              const PseudoTerminal& line) {
     std::vector<double> monitor;
-    std::vector<double> cat;
+    std::vector<double> copying;
     std::vector<double> ratios;
     for (int run = 0; run < runs; ++run) {
         monitor.push_back(percentOfMonitor(piece, line));
-        cat.push_back(percentOfCat(piece, folder.file("cat")));
-        ratios.push_back(monitor.back() / cat.back());
+        copying.push_back(percentOfCat(piece, folder.file("cat")));
+        ratios.push_back(monitor.back() / copying.back());
         std::printf("run %d: monitor %.2f %%, cat %.2f %% of a core, load %s\n", run + 1, monitor.back(),
-                    cat.back(), varda::bench::machineLoad().c_str());
+                    copying.back(), varda::bench::machineLoad().c_str());
         std::fflush(stdout);
     }
     std::printf("\n%s\n| monitor with log | %s |\n| cat | %s |\n| monitor beside cat | %s |\n\n", what,
                 varda::bench::spreadInWords(monitor, " %").c_str(),
-                varda::bench::spreadInWords(cat, " %").c_str(),
+                varda::bench::spreadInWords(copying, " %").c_str(),
                 varda::bench::spreadInWords(ratios, " times").c_str());
     varda::bench::print(std::string("monitor with its log, ") + what, "cat into a file", "% of a core",
-                        {monitor, cat});
+                        {monitor, copying});
 }
 
 /// @param only what to measure; everything where it is empty
