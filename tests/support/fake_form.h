@@ -30,7 +30,7 @@ public:
     using Answered = std::function<void(bool yes)>;
 
     std::string text(std::string_view control) const override { return valueOr(texts_, control, {}); }
-    void setText(std::string_view control, const std::string& text) override {
+    void setText(std::string_view control, std::string_view text) override {
         const bool changed = this->text(control) != text;
         texts_[std::string(control)] = text;
         told_.emplace_back(control, text);
@@ -38,7 +38,7 @@ public:
             run(textChanges_, control);
         }
     }
-    void setPlaceholder(std::string_view /*control*/, const std::string& /*text*/) override {}
+    void setPlaceholder(std::string_view /*control*/, std::string_view /*text*/) override {}
     bool isTicked(std::string_view control) const override { return valueOr(ticks_, control, false); }
     void setTicked(std::string_view control, bool ticked) { ticks_[std::string(control)] = ticked; }
     bool isEnabled(std::string_view control) const { return valueOr(enabled_, control, true); }

@@ -22,9 +22,9 @@ public:
     virtual ~Form() = default;
 
     virtual std::string text(std::string_view control) const = 0;
-    virtual void setText(std::string_view control, const std::string& text) = 0;
+    virtual void setText(std::string_view control, std::string_view text) = 0;
     /// Stands in grey in a field or a frame while its text is empty.
-    virtual void setPlaceholder(std::string_view control, const std::string& text) = 0;
+    virtual void setPlaceholder(std::string_view control, std::string_view text) = 0;
     virtual bool isTicked(std::string_view control) const = 0;
     virtual void setEnabled(std::string_view control, bool enabled) = 0;
 

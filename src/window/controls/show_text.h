@@ -1,34 +1,29 @@
 #pragma once
 
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QTextCursor>
+#include <QString>
 
-#include <string>
+#include <string_view>
+
+class QLineEdit;
+class QPlainTextEdit;
 
 namespace varda::window {
 
-// A text that stands there already is left alone, and with it caret and selection.
+/// A text of ours. @param text in UTF-8
+QString inQt(std::string_view text);
 
-inline void showText(QLineEdit* field, const std::string& text) {
-    if (const QString shown = QString::fromStdString(text); field->text() != shown) {
-        field->setText(shown);
-    }
-}
+// A text that stands there already is left alone, and with it caret and selection. Texts are in UTF-8.
 
-inline void showText(QPlainTextEdit* field, const std::string& text) {
-    if (const QString shown = QString::fromStdString(text); field->toPlainText() != shown) {
-        field->setPlainText(shown);
-    }
-}
+void showText(QLineEdit* field, std::string_view text);
+/// Any other text is shown from its start, where the caret is then. That cannot be undone: the program writes
+/// here, and all that it ever wrote would be kept for it.
+void showText(QPlainTextEdit* field, std::string_view text);
+
+/// What stands in grey in a field while its text is empty.
+void showPlaceholder(QLineEdit* field, std::string_view text);
+void showPlaceholder(QPlainTextEdit* field, std::string_view text);
 
 /// Greys a text that is no longer of now; it stays as it is, and can be selected.
-inline void showAsOld(QPlainTextEdit* field, bool old) {
-    QTextEdit::ExtraSelection whole;
-    whole.cursor = field->textCursor();
-    whole.cursor.select(QTextCursor::Document);
-    whole.format.setForeground(field->palette().placeholderText());
-    field->setExtraSelections(old ? QList{whole} : QList<QTextEdit::ExtraSelection>());
-}
+void showAsOld(QPlainTextEdit* field, bool old);
 
 } // namespace varda::window

@@ -87,11 +87,11 @@ void MasterPage::stopRepeating() { controls_.continuous->setChecked(false); }
 
 void MasterPage::chooseBitOption() { context_.events.choose(controls_.bitOption); }
 
-void MasterPage::clearRequest() { controls_.request->clear(); }
+void MasterPage::clearRequest() { showText(controls_.request, {}); }
 
-void MasterPage::clearAnswer() { controls_.answer->clear(); }
+void MasterPage::clearAnswer() { showText(controls_.answer, {}); }
 
-void MasterPage::showRequest() { controls_.request->setPlainText(QString::fromStdString(displayString())); }
+void MasterPage::showRequest() { showText(controls_.request, displayString()); }
 
 void MasterPage::makeRequest() {
     makeFormat();

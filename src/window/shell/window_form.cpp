@@ -3,6 +3,7 @@
 #include "window/controls/events.h"
 #include "window/controls/lists.h"
 #include "window/controls/message_boxes.h"
+#include "window/controls/show_text.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -32,15 +33,9 @@ QString shownText(const QWidget* control) {
     return control != nullptr ? control->property("text").toString() : QString();
 }
 
-void showText(QWidget* control, const QString& text) {
-    if (auto* const line = qobject_cast<QLineEdit*>(control)) {
-        line->setText(text);
-    } else if (auto* const list = qobject_cast<QComboBox*>(control)) {
-        list->setEditText(text);
-    } else if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
-        button->setText(text);
-    } else if (auto* const frame = qobject_cast<QPlainTextEdit*>(control)) {
-        frame->setPlainText(text);
+void showText(QComboBox* list, std::string_view text) {
+    if (const QString shown = inQt(text); list->currentText() != shown) {
+        list->setEditText(shown);
     }
 }
 
@@ -49,38 +44,48 @@ void showText(QWidget* control, const QString& text) {
 void WindowForm::collectControls(QWidget& window) {
     for (QWidget* const control : window.findChildren<QWidget*>()) {
         if (!control->objectName().isEmpty()) {
-            controls_.insert(control->objectName(), control);
+            controls_.insert_or_assign(control->objectName().toStdString(), control);
         }
     }
     for (const ControlGroup group : controlGroups) {
-        for (auto control = controls_.cbegin(); control != controls_.cend(); ++control) {
-            if (isInGroup(group, control.key().toStdString())) {
-                groupOf(group).push_back(control.value());
+        for (const auto& [name, control] : controls_) {
+            if (isInGroup(group, name)) {
+                groupOf(group).push_back(control);
             }
         }
     }
 }
 
 QWidget* WindowForm::find(std::string_view control) const {
-    QWidget* const found = controls_.value(QString::fromUtf8(control));
-    Q_ASSERT_X(found != nullptr, "WindowForm", qPrintable(QString::fromUtf8(control)));
-    return found;
+    const auto found = controls_.find(control);
+    Q_ASSERT_X(found != controls_.end(), "WindowForm", std::string(control).c_str());
+    return found != controls_.end() ? found->second : nullptr;
 }
 
 std::string WindowForm::text(std::string_view control) const {
     return shownText(find(control)).toStdString();
 }
 
-void WindowForm::setText(std::string_view control, const std::string& text) {
+void WindowForm::setText(std::string_view control, std::string_view text) {
     QWidget* const found = find(control);
-    const QString shown = QString::fromStdString(text);
-    if (shownText(found) != shown) { // leaves caret and selection of an unchanged text alone
-        showText(found, shown);
+    if (auto* const line = qobject_cast<QLineEdit*>(found)) {
+        showText(line, text);
+    } else if (auto* const frame = qobject_cast<QPlainTextEdit*>(found)) {
+        showText(frame, text);
+    } else if (auto* const list = qobject_cast<QComboBox*>(found)) {
+        showText(list, text);
+    } else if (auto* const button = qobject_cast<QAbstractButton*>(found)) {
+        button->setText(inQt(text)); // leaves an unchanged one alone by itself
     }
 }
 
-void WindowForm::setPlaceholder(std::string_view control, const std::string& text) {
-    find(control)->setProperty("placeholderText", QString::fromStdString(text));
+void WindowForm::setPlaceholder(std::string_view control, std::string_view text) {
+    QWidget* const found = find(control);
+    if (auto* const line = qobject_cast<QLineEdit*>(found)) {
+        showPlaceholder(line, text);
+    } else if (auto* const frame = qobject_cast<QPlainTextEdit*>(found)) {
+        showPlaceholder(frame, text);
+    }
 }
 
 bool WindowForm::isTicked(std::string_view control) const {

@@ -3,10 +3,11 @@
 #include "window/controls/form.h"
 #include "window/shell/control_groups.h"
 
-#include <QHash>
-#include <QString>
-
 #include <array>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
 #include <vector>
 
 class QWidget;
@@ -25,8 +26,8 @@ public:
     void collectControls(QWidget& window);
 
     std::string text(std::string_view control) const override;
-    void setText(std::string_view control, const std::string& text) override;
-    void setPlaceholder(std::string_view control, const std::string& text) override;
+    void setText(std::string_view control, std::string_view text) override;
+    void setPlaceholder(std::string_view control, std::string_view text) override;
     bool isTicked(std::string_view control) const override;
     void setEnabled(std::string_view control, bool enabled) override;
     void enableGroup(ControlGroup group, bool enabled) override;
@@ -44,7 +45,7 @@ private:
 
     Events& events_;
     MessageBoxes& boxes_;
-    QHash<QString, QWidget*> controls_;
+    std::map<std::string, QWidget*, std::less<>> controls_;          ///< by name
     std::array<std::vector<QWidget*>, controlGroups.size()> groups_; ///< of each ControlGroup
 };
 
