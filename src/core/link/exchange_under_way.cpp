@@ -5,10 +5,12 @@ namespace varda::inline core {
 void ExchangeUnderWay::tell(Outcome outcome) {
     known_.mode = mode_;
     known_.outcome = outcome;
-    const Exchange told = known_; // what an observer begins meanwhile is not told in its place
+    Exchange told = std::exchange(spare_, {}); // whose memory is used again; not by what is told inside
+    told = known_;                             // what an observer begins meanwhile is not told in its place
     for (LinkObserver* const observer : observers_) {
         observer->told(told);
     }
+    spare_ = std::move(told);
 }
 
 void ExchangeUnderWay::tellConnected() const {

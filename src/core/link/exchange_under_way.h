@@ -40,6 +40,7 @@ private:
     std::vector<LinkObserver*> observers_;
     std::vector<CounterObserver*> counterObservers_;
     Exchange known_;
+    Exchange spare_;         ///< of the last telling
     bool isPending_ = false; ///< nothing has become of it yet
 };
 

@@ -53,14 +53,18 @@ void FrameTips::told(const Exchange& exchange) {
         exchange.outcome == Outcome::AnsweredFromMemory && !isRefusedFromMemory(exchange);
     if (exchange.outcome == Outcome::AnsweredByPair || isFromMemory) {
         // shown until the next one, unknown requests between
-        requests_.insert(QStringLiteral("txtSimSP"), exchange.request);
+        keepRequest("txtSimSP", exchange.request);
     }
     if (exchange.outcome != Outcome::Answered) {
         return;
     }
     const PageNames* const page = findPageNames(exchange.mode);
-    const std::string_view field = page != nullptr ? page->answer : scenarioAnswer;
-    requests_.insert(QString::fromUtf8(field.data(), static_cast<qsizetype>(field.size())), exchange.request);
+    keepRequest(page != nullptr ? page->answer : scenarioAnswer, exchange.request);
+}
+
+void FrameTips::keepRequest(std::string_view field, const Bytes& request) {
+    const auto known = requests_.find(field);
+    (known != requests_.end() ? known->second : requests_[std::string(field)]) = request;
 }
 
 Bytes FrameTips::requestOf(const QPlainTextEdit* answer) const {
@@ -68,7 +72,8 @@ Bytes FrameTips::requestOf(const QPlainTextEdit* answer) const {
         const auto* const request = window_.findChild<QPlainTextEdit*>(beside);
         return request != nullptr ? bytesOfText(request->toPlainText().toStdString()) : Bytes();
     }
-    return requests_.value(answer->objectName());
+    const auto known = requests_.find(answer->objectName().toStdString());
+    return known != requests_.end() ? known->second : Bytes();
 }
 
 bool FrameTips::showTip(QPlainTextEdit* frame, const QHelpEvent& where) const {

@@ -3,9 +3,12 @@
 #include "core/base/bytes.h"
 #include "core/link/exchange.h"
 
-#include <QHash>
 #include <QObject>
-#include <QString>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
 
 class QHelpEvent;
 class QPlainTextEdit;
@@ -33,10 +36,11 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void keepRequest(std::string_view field, const Bytes& request);
     bool showTip(QPlainTextEdit* frame, const QHelpEvent& where) const;
 
     QWidget& window_;
-    QHash<QString, Bytes> requests_; ///< by the name of the field that shows the answer
+    std::map<std::string, Bytes, std::less<>> requests_; ///< by the name of the field that shows the answer
 };
 
 } // namespace varda::window

@@ -8,17 +8,19 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 
 namespace varda::window {
 namespace {
 
 /// What a request asks for. A single write is answered alike whatever it writes, and may draw other words at
 /// each send: its data are left out.
-Bytes asked(Mode mode, const Bytes& request) {
+std::span<const std::uint8_t> asked(Mode mode, const Bytes& request) {
     const bool isSingleWrite = mode == Mode::BitWrite || mode == Mode::WordWrite;
     const std::size_t length =
         isSingleWrite ? std::min(request.size(), std::size_t{offset::data}) : request.size();
-    return {request.begin(), request.begin() + static_cast<std::ptrdiff_t>(length)};
+    return std::span(request).first(length);
 }
 
 } // namespace
@@ -58,7 +60,7 @@ void LastAnswers::keep(const Exchange& exchange) {
 void LastAnswers::forgetUnless(const Exchange& exchange) {
     const auto kept = requests_.find(findPageNames(exchange.mode));
     if (kept != requests_.end() &&
-        asked(exchange.mode, kept->second) != asked(exchange.mode, exchange.request)) {
+        !std::ranges::equal(asked(exchange.mode, kept->second), asked(exchange.mode, exchange.request))) {
         forget(exchange.mode);
     }
 }
