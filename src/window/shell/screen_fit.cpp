@@ -66,8 +66,7 @@ QWidget* lettingScroll(QWidget* part) { return new UpAndDown(part); }
 void fitScreen(QMainWindow* window) {
     auto* const area = new QScrollArea;
     makePlain(area);
-    area->setWidget(window->takeCentralWidget());
-    area->widget()->setAutoFillBackground(false);
+    area->setWidget(window->takeCentralWidget()); // on a ground of its own: none below is painted for a field
     window->setCentralWidget(area);
     window->resize(window->size().boundedTo(roomFor(window)));
 }
