@@ -1,5 +1,8 @@
 #include "window/master/read_page_fixture.h"
 
+#include <QPlainTextEdit>
+#include <QTextCursor>
+
 namespace varda::test {
 namespace {
 
@@ -10,6 +13,25 @@ TEST_F(ReadPageTest, EverySendShowsTheRequestAlsoAfterAnEmptiedCount) {
     EXPECT_EQ(text("txtSendRData"), "");
     driver.click("cmdRDSend");
     EXPECT_EQ(text("txtSendRData"), "FF FF 21 03 AB 00 78 CD 81 ");
+}
+
+TEST_F(ReadPageTest, TheSameRequestIsNotShownAnewWhenItIsSentAgain) {
+    openLine();
+    chooseWords("W", "0000", "8");
+    auto* const request = driver.find<QPlainTextEdit>("txtSendRData");
+    const std::string shown = text("txtSendRData");
+    int changes = 0;
+    QObject::connect(request, &QPlainTextEdit::textChanged, request, [&changes] { ++changes; });
+    QTextCursor cursor = request->textCursor();
+    cursor.setPosition(6);
+    cursor.setPosition(8, QTextCursor::KeepAnchor);
+    request->setTextCursor(cursor);
+    driver.click("cmdRDSend");
+    driver.click("cmdRDSend");
+    EXPECT_EQ(sent(18).size(), 18U);
+    EXPECT_EQ(text("txtSendRData"), shown);
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(request->textCursor().selectedText().toStdString(), "23");
 }
 
 TEST_F(ReadPageTest, BitReadGoesOutAsItsFrameAndItsAnswerIsShown) {
