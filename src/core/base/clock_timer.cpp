@@ -2,7 +2,6 @@
 
 #include "core/base/runtime_error.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace varda::inline core {
@@ -33,7 +32,11 @@ void ClockTimer::waitForTick() {
     if (interval_ == 0) {
         return;
     }
-    next_ = std::max(next_ + std::chrono::milliseconds(interval_), clock_.now());
+    const std::chrono::milliseconds interval(interval_);
+    next_ += interval;
+    if (const auto late = clock_.now() - next_; late > late.zero()) {
+        next_ += (late / interval + 1) * interval; // of two requests at once the second would overtake the first
+    }
     wait_ = clock_.after(next_ - clock_.now(), [this] {
         waitForTick();
         tick_();
