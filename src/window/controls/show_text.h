@@ -15,8 +15,6 @@ QString inQt(std::string_view text);
 // A text that stands there already is left alone, and with it caret and selection. Texts are in UTF-8.
 
 void showText(QLineEdit* field, std::string_view text);
-/// Any other text is shown from its start, where the caret is then. That cannot be undone: the program writes
-/// here, and all that it ever wrote would be kept for it.
 void showText(QPlainTextEdit* field, std::string_view text);
 
 /// What stands in grey in a field while its text is empty.
