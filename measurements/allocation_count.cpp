@@ -25,6 +25,7 @@ void add(std::size_t size) {
 
 } // namespace
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): as the system's library has them
 extern "C" {
 
 void* malloc(std::size_t size) {
@@ -55,6 +56,7 @@ int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
 }
 
 } // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 namespace varda::bench {
 

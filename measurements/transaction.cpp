@@ -117,7 +117,7 @@ public:
         : driver_(driver), answered_(Outcome::Answered, [this](const Exchange&) { transactionEnded(); }) {
         driver.window().link().observe(answered_);
         varda::bench::startReading(driver, line, static_cast<int>(period.count()));
-        stop();
+        ContinuousReader::stop();
     }
 
     void start() override { box().setChecked(true); }
@@ -157,7 +157,7 @@ private:
 /// What Qt takes for it: fields as the page has them, emptied and filled again.
 class FieldsOfQt : public Reader {
 public:
-    explicit FieldsOfQt(std::string answer) : answer_(QString::fromStdString(answer)) {
+    explicit FieldsOfQt(const std::string& answer) : answer_(QString::fromStdString(answer)) {
         auto* const layout = new QVBoxLayout(&window_);
         layout->addWidget(&shown_);
         layout->addWidget(&status_);

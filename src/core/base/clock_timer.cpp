@@ -34,8 +34,8 @@ void ClockTimer::waitForTick() {
     }
     const std::chrono::milliseconds interval(interval_);
     next_ += interval;
-    if (const auto late = clock_.now() - next_; late > late.zero()) {
-        next_ += (late / interval + 1) * interval; // of two requests at once the second would overtake the first
+    if (const auto now = clock_.now(); next_ < now) { // of two requests at once one would overtake the other
+        next_ += ((now - next_) / interval + 1) * interval;
     }
     wait_ = clock_.after(next_ - clock_.now(), [this] {
         waitForTick();

@@ -1,6 +1,7 @@
 #include "window/master/read_page_fixture.h"
 
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QTextCursor>
 
 namespace varda::test {
@@ -20,8 +21,7 @@ TEST_F(ReadPageTest, TheSameRequestIsNotShownAnewWhenItIsSentAgain) {
     chooseWords("W", "0000", "8");
     auto* const request = driver.find<QPlainTextEdit>("txtSendRData");
     const std::string shown = text("txtSendRData");
-    int changes = 0;
-    QObject::connect(request, &QPlainTextEdit::textChanged, request, [&changes] { ++changes; });
+    const QSignalSpy changes(request, &QPlainTextEdit::textChanged);
     QTextCursor cursor = request->textCursor();
     cursor.setPosition(6);
     cursor.setPosition(8, QTextCursor::KeepAnchor);
@@ -30,7 +30,7 @@ TEST_F(ReadPageTest, TheSameRequestIsNotShownAnewWhenItIsSentAgain) {
     driver.click("cmdRDSend");
     EXPECT_EQ(sent(18).size(), 18U);
     EXPECT_EQ(text("txtSendRData"), shown);
-    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(changes.count(), 0);
     EXPECT_EQ(request->textCursor().selectedText().toStdString(), "23");
 }
 
