@@ -74,8 +74,7 @@ void Manual::show(const ManualPage& page) {
 }
 
 bool Manual::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() ==
-        QEvent::ChildPolished) { // a dialog, whole by then, comes up, perhaps from another one
+    if (event->type() == QEvent::ChildPolished) { // a dialog comes up, whole by then
         QObject* const child = static_cast<QChildEvent*>(event)->child();
         if (auto* const dialog = qobject_cast<QDialog*>(child)) { // clazy:exclude=child-event-qobject-cast
             dialog->installEventFilter(this);
