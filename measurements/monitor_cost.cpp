@@ -3,20 +3,16 @@
 #include "report.h"
 #include "side_process.h"
 #include "support/event_loop.h"
-#include "support/offscreen.h"
 #include "support/pseudo_terminal.h"
 #include "support/temporary_folder.h"
 #include "support/window_driver.h"
 #include "turns.h"
-#include "window/shell/program.h"
+#include "window_measurement.h"
 
 #include "core/protocol/frame_text.h"
 
-#include <QApplication>
-
 #include <chrono>
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -103,12 +99,6 @@ int run(std::string_view only) {
 
 } // namespace
 
-int main(int argc, char** argv) try {
-    varda::test::preferOffscreen();
-    const QApplication application(argc, argv);
-    varda::window::prepareApplication();
-    return run(argc > 1 ? argv[1] : "");
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
+int main(int argc, char** argv) {
+    return varda::bench::measureWindow(argc, argv, [&] { return run(argc > 1 ? argv[1] : ""); });
 }

@@ -1,21 +1,18 @@
 #include "line_player.h"
 #include "report.h"
 #include "support/event_loop.h"
-#include "support/offscreen.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 #include "turns.h"
-#include "window/shell/program.h"
+#include "window_measurement.h"
 
 #include "core/protocol/frame_text.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <string>
 #include <vector>
 
@@ -92,12 +89,6 @@ int run(bool isShort) {
 
 } // namespace
 
-int main(int argc, char** argv) try {
-    varda::test::preferOffscreen();
-    const QApplication application(argc, argv);
-    varda::window::prepareApplication();
-    return run(argc > 1);
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
+int main(int argc, char** argv) {
+    return varda::bench::measureWindow(argc, argv, [&] { return run(argc > 1); });
 }

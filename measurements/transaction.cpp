@@ -4,20 +4,18 @@
 #include "side_process.h"
 #include "support/event_loop.h"
 #include "support/link_ear.h"
-#include "support/offscreen.h"
 #include "support/processor_time.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 #include "system_calls.h"
 #include "turns.h"
+#include "window_measurement.h"
 
 #include "core/protocol/frame_text.h"
 #include "core/protocol/hex_text.h"
 #include "window/controls/frame_font.h"
 #include "window/shell/page_names.h"
-#include "window/shell/program.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QEventLoop>
 #include <QLineEdit>
@@ -30,7 +28,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -342,13 +339,9 @@ int run(std::string_view only) {
 
 } // namespace
 
-int main(int argc, char** argv) try {
-    varda::test::preferOffscreen();
-    const QApplication application(argc, argv);
-    varda::window::prepareApplication();
-    transactions = argc > 2 ? std::atoi(argv[2]) : usualCount;
-    return run(argc > 1 ? argv[1] : "");
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
+int main(int argc, char** argv) {
+    return varda::bench::measureWindow(argc, argv, [&] {
+        transactions = argc > 2 ? std::atoi(argv[2]) : usualCount;
+        return run(argc > 1 ? argv[1] : "");
+    });
 }
