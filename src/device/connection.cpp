@@ -155,8 +155,9 @@ void Connection::received(Reading& reading, const std::error_code& error, std::s
         fail();
         return;
     }
+    const bool isFirst = input_.count() == 0;
     input_.append(std::span(reading.piece).first(count), arrival);
-    tellOf(&News::received, input); // before all else: somebody waits for it
+    tellOfPiece(isFirst, input); // before all else: somebody waits for it
     const Lock port(portMutex_);
     if (reading.isDropped) {
         return; // another read has begun
@@ -166,6 +167,27 @@ void Connection::received(Reading& reading, const std::error_code& error, std::s
     } else {
         reading_.reset();
     }
+}
+
+/// Of the first one at once. Unlocks before it tells.
+void Connection::tellOfPiece(bool isFirst, Lock& input) {
+    if (isFirst) {
+        tellOf(&News::received, input);
+        return;
+    }
+    news_.received = true; // for whoever takes them sooner
+    input.unlock();
+    if (std::exchange(isGathering_, true)) {
+        return;
+    }
+    endOfGathering_.expires_after(gatheringTime);
+    endOfGathering_.async_wait([this](const std::error_code&) {
+        isGathering_ = false;
+        Lock later(inputMutex_);
+        if (input_.count() > 0) {
+            tellOf(&News::received, later);
+        }
+    });
 }
 
 void Connection::readOnWhereThereIsRoom() {

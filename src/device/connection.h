@@ -30,6 +30,10 @@ public:
     /// How long what came in last can still be read when the line has gone away. A reader waits for the end
     /// of a frame before it reads, twice where more bytes have come meanwhile.
     static constexpr auto timeToRead = std::chrono::milliseconds(400);
+    /// How long pieces are gathered that come to unread ones before it is told of them: a frame of the
+    /// screen. Whoever leaves bytes unread waits for more, and need not wake up for each piece of a line that
+    /// is busy.
+    static constexpr auto gatheringTime = std::chrono::milliseconds(16);
 
     /// What has happened since it was asked for last.
     struct News {
@@ -72,6 +76,7 @@ private:
     void run() noexcept;
     void startReading();
     void received(Reading& reading, const std::error_code& error, std::size_t count);
+    void tellOfPiece(bool isFirst, std::unique_lock<std::mutex>& input);
     void send(std::span<const std::uint8_t> bytes);
     void sendWaiting();
     void sent(const std::error_code& error, std::size_t count);
@@ -103,7 +108,11 @@ private:
     bool isEndTold_ = false;
     std::size_t unsentWrites_ = 0;
 
-    asio::steady_timer endOfReading_{context_}; ///< the thread's
+    // The thread's.
+    asio::steady_timer endOfReading_{context_};
+    asio::steady_timer endOfGathering_{context_};
+    bool isGathering_ = false;
+
     std::thread thread_;
 };
 

@@ -201,6 +201,28 @@ TEST_F(DeviceLineFlowTest, TellsOfEveryPieceThatComesToUnreadOnes) {
     EXPECT_EQ(line.inBufferCount(), 20U);
 }
 
+TEST_F(DeviceLineFlowTest, TellsOfUnreadBytesNoMoreThanOnceAFrameOfTheScreen) {
+    const auto start = std::chrono::steady_clock::now();
+    for (int piece = 0; piece < 100; ++piece) {
+        terminal.write({1});
+        loop.runFor(2ms);
+    }
+    const auto frames = (std::chrono::steady_clock::now() - start) / Connection::gatheringTime;
+    EXPECT_LE(told(CommEvent::Received), frames + 2); // the first at once, and one that was under way
+    EXPECT_GE(told(CommEvent::Received), 2);
+    ASSERT_TRUE(loop.runUntil([this] { return sizesAtEvents.back() == 100; }))
+        << "the last piece is told of too";
+}
+
+TEST_F(DeviceLineFlowTest, TellsOfThePieceBehindARead) {
+    terminal.write({1});
+    ASSERT_TRUE(loop.runUntil([this] { return told(CommEvent::Received) == 1; }));
+    line.read();
+    terminal.write({2});
+    ASSERT_TRUE(loop.runUntil([this] { return told(CommEvent::Received) == 2; }));
+    EXPECT_EQ(line.read().bytes, Bytes{2});
+}
+
 TEST_F(DeviceLineFlowTest, KeepsNoMoreThanOneTaskOnTheWay) {
     for (int piece = 0; piece < 100; ++piece) {
         terminal.write({1});
