@@ -3,9 +3,17 @@
 #include <QStyle>
 #include <QStyleOptionSlider>
 
+#include <chrono>
 #include <utility>
 
 namespace varda::window {
+
+SteadyScrollBar::SteadyScrollBar(Qt::Orientation orientation, QWidget* parent)
+    : QScrollBar(orientation, parent) {
+    following_.setSingleShot(true);
+    following_.setInterval(std::chrono::milliseconds(250));
+    connect(&following_, &QTimer::timeout, this, [this] { update(); });
+}
 
 /// A range that grows and a value that follows it are two changes, between which the slider is not at its
 /// end. What else can change, as size, style and colours, has the bar painted without asking here.
@@ -19,13 +27,21 @@ void SteadyScrollBar::sliderChange(SliderChange change) {
 
 void SteadyScrollBar::paintIfOther() {
     isAsked_ = false;
-    if (look() != painted_) {
+    const Look now = look();
+    if (now == painted_) {
+        return;
+    }
+    const bool follows = now.isAtEnd && painted_.isAtEnd && now.isAtBegin == painted_.isAtBegin;
+    if (!follows || isSliderDown()) {
         update();
+    } else if (!following_.isActive()) {
+        following_.start();
     }
 }
 
 void SteadyScrollBar::paintEvent(QPaintEvent* event) {
     painted_ = look();
+    following_.stop();
     QScrollBar::paintEvent(event);
 }
 

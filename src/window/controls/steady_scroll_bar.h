@@ -2,16 +2,18 @@
 
 #include <QRect>
 #include <QScrollBar>
+#include <QTimer>
 
 namespace varda::window {
 
 /// A scroll bar that is painted again only where it looks other than before. A list that grows by a line
 /// moves its slider by a fraction of a pixel, and painting a scroll bar costs more than painting the line.
+/// Where it only stays at the end of such a list it is painted four times a second.
 class SteadyScrollBar : public QScrollBar {
     Q_OBJECT
 
 public:
-    using QScrollBar::QScrollBar;
+    explicit SteadyScrollBar(Qt::Orientation orientation, QWidget* parent = nullptr);
 
 protected:
     void sliderChange(SliderChange change) override;
@@ -32,6 +34,7 @@ private:
 
     Look painted_;
     bool isAsked_ = false; ///< whether it looks other, once the changes under way are done
+    QTimer following_;     ///< until it is painted at the end that has moved
 };
 
 } // namespace varda::window

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace varda::test {
 namespace {
 
@@ -25,6 +27,8 @@ public:
         runUntil([this] { return painted_ > 0; }, std::chrono::milliseconds(60));
         return painted_ > 0;
     }
+    int painted() const { return painted_; }
+    QRect paintedSlider() const { return paintedSlider_; }
     QRect slider() const {
         QStyleOptionSlider option;
         initStyleOption(&option);
@@ -34,41 +38,77 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override {
         ++painted_;
+        paintedSlider_ = slider();
         SteadyScrollBar::paintEvent(event);
     }
 
 private:
     int painted_ = 0;
+    QRect paintedSlider_;
 };
 
-TEST(SteadyScrollBar, IsPaintedWhereItLooksOtherThanBeforeAndNowhereElse) {
-    PaintedScrollBar bar(Qt::Vertical);
-    bar.resize(16, 300);
-    bar.setPageStep(20);
-    bar.setRange(0, 1500);
-    bar.setValue(1500);
-    bar.show();
-    const auto line = [&bar] { // one more, with the end in sight
+/// Of a list with its end in sight.
+class SteadyScrollBarTest : public testing::Test {
+protected:
+    void showWith(int lines) {
+        bar.resize(16, 300);
+        bar.setPageStep(20);
+        bar.setRange(0, lines);
+        bar.setValue(lines);
+        bar.show();
+    }
+    void addLine() {
         bar.setRange(0, bar.maximum() + 1);
         bar.setValue(bar.maximum());
-    };
-    int painted = 0;
-    int moved = 0;
-    for (int count = 0; count < 12; ++count) {
-        const QRect before = bar.slider();
-        const bool isPainted = bar.isPaintedAfter(line);
-        painted += isPainted ? 1 : 0;
-        moved += bar.slider() != before ? 1 : 0;
-        EXPECT_TRUE(isPainted || bar.slider() == before) << count;
     }
-    EXPECT_LT(painted, 12) << moved << " times the slider moved";
-    EXPECT_TRUE(bar.isPaintedAfter([&bar] { bar.setValue(0); }));
-    EXPECT_TRUE(bar.isPaintedAfter([&bar] { bar.setValue(1); })) << "no longer at its begin";
-    EXPECT_TRUE(bar.isPaintedAfter([&bar] { bar.setValue(750); }));
-    EXPECT_TRUE(bar.isPaintedAfter([&bar] { bar.setRange(0, 100); }));
-    EXPECT_TRUE(bar.isPaintedAfter([&bar] { bar.resize(16, 200); }));
-    EXPECT_TRUE(bar.isPaintedAfter([&bar] { bar.setEnabled(false); }));
+
+    PaintedScrollBar bar{Qt::Vertical};
+};
+
+TEST_F(SteadyScrollBarTest, IsPaintedWhereItLooksOtherThanBeforeAndNowhereElse) {
+    showWith(1500);
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setValue(0); }));
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setValue(1); })) << "no longer at its begin";
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setValue(750); }));
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setRange(0, 100); }));
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.resize(16, 200); }));
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setEnabled(false); }));
     EXPECT_FALSE(bar.isPaintedAfter([] {}));
+}
+
+TEST_F(SteadyScrollBarTest, IsNotPaintedForALineThatDoesNotMoveIt) {
+    showWith(20'000);
+    EXPECT_FALSE(bar.isPaintedAfter([this] {
+        const QRect before = bar.slider();
+        addLine();
+        ASSERT_EQ(bar.slider(), before);
+    }));
+    runFor(std::chrono::milliseconds(300));
+    EXPECT_EQ(bar.painted(), 0);
+}
+
+TEST_F(SteadyScrollBarTest, FollowsAListThatGrowsFourTimesASecond) {
+    showWith(5);
+    ASSERT_TRUE(runUntil([this] { return bar.painted() > 0; }));
+    const QRect before = bar.slider();
+    const auto start = std::chrono::steady_clock::now();
+    const int painted = bar.painted();
+    for (int line = 0; line < 60; ++line) {
+        addLine();
+        runFor(std::chrono::milliseconds(5));
+    }
+    const auto quarters = (std::chrono::steady_clock::now() - start) / std::chrono::milliseconds(250);
+    ASSERT_NE(bar.slider(), before);
+    EXPECT_LE(bar.painted() - painted, quarters + 1);
+    EXPECT_TRUE(runUntil([this] { return bar.paintedSlider() == bar.slider(); }));
+}
+
+TEST_F(SteadyScrollBarTest, FollowsTheUserAtOnce) {
+    showWith(100);
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setValue(50); }));
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setValue(100); })) << "back at the end";
+    bar.setSliderDown(true);
+    EXPECT_TRUE(bar.isPaintedAfter([this] { bar.setRange(0, 60); }));
 }
 
 } // namespace
