@@ -175,7 +175,6 @@ void Connection::tellOfPiece(bool isFirst, Lock& input) {
         tellOf(&News::received, input);
         return;
     }
-    news_.received = true; // for whoever takes them sooner
     input.unlock();
     if (std::exchange(isGathering_, true)) {
         return;

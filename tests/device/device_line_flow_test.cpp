@@ -209,8 +209,7 @@ TEST_F(DeviceLineFlowTest, TellsOfUnreadBytesNoMoreThanOnceAFrameOfTheScreen) {
     }
     const auto frames = (std::chrono::steady_clock::now() - start) / Connection::gatheringTime;
     EXPECT_LE(told(CommEvent::Received), frames + 2); // the first at once, and one that was under way
-    EXPECT_GE(told(CommEvent::Received), 2);
-    ASSERT_TRUE(loop.runUntil([this] { return sizesAtEvents.back() == 100; }))
+    EXPECT_TRUE(loop.runUntil([this] { return !sizesAtEvents.empty() && sizesAtEvents.back() == 100; }))
         << "the last piece is told of too";
 }
 
