@@ -1,4 +1,5 @@
 #include "support/window_test.h"
+#include "window/controls/elided_label.h"
 
 #include <QDir>
 #include <QDropEvent>
@@ -75,6 +76,15 @@ TEST_F(FileDropsTest, LeaveTheModeAloneWhileThePortIsOpen) {
     EXPECT_EQ(pairs(), 5);
     EXPECT_EQ(shownMode(), 0);
     EXPECT_EQ(text("slowLine"), "Prepared pairs were loaded. Simulation shows them, and answers.");
+}
+
+TEST_F(FileDropsTest, NoticeIsCutWithAnEllipsisWhereItDoesNotFit) {
+    driver.openPort("VIRTUAL");
+    drop(&driver.window(), *files({example("example-reads.ini")}));
+    auto* const label = driver.find<window::ElidedLabel>("slowLine");
+    label->resize(80, label->height());
+    EXPECT_TRUE(label->paintedText().contains(QChar(0x2026))) << label->paintedText().toStdString();
+    EXPECT_EQ(label->toolTip(), label->text());
 }
 
 TEST_F(FileDropsTest, NoticeOfPairsGoesWhenTheyAreSeen) {

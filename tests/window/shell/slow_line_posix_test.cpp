@@ -41,7 +41,7 @@ protected:
 };
 
 TEST_F(SlowLineTest, FramesThatDoNotFitAreCountedAndThePortStaysOpen) {
-    EXPECT_EQ(notice(), "");
+    EXPECT_EQ(unsent(), 0); // a killed program may have left a lock, which is told here as well
     runScenario("5");
     ASSERT_TRUE(runUntil([this] { return unsent() >= 20; })) << notice();
     EXPECT_EQ(driver.box(), nullptr);
