@@ -27,7 +27,7 @@ std::uint16_t checkOfLibrary(const Bytes& bytes) {
 template <typename Check>
 double timeOf(Check check, Bytes bytes) {
     constexpr int checks = 20'000;
-    const double time = varda::bench::leastTime([&] {
+    const double time = varda::bench::leastProcessorTime([&] {
         for (int count = 0; count < checks; ++count) {
             bytes.front() = static_cast<std::uint8_t>(check(bytes));
         }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <ctime>
+
 namespace varda::bench {
 namespace {
 
@@ -14,19 +16,38 @@ std::string listed(const std::vector<double>& values) {
     return text;
 }
 
-} // namespace
+using Milliseconds = std::chrono::duration<double, std::milli>;
 
-double leastTime(const std::function<void()>& call, const std::function<void()>& before) {
+Milliseconds timeOfDay() { return std::chrono::steady_clock::now().time_since_epoch(); }
+
+Milliseconds processorTime() {
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+double leastBy(Milliseconds (*now)(), const std::function<void()>& call,
+               const std::function<void()>& before) {
     constexpr int repeats = 5;
     double least = 0;
     for (int repeat = 0; repeat < repeats; ++repeat) {
         before();
-        const auto start = std::chrono::steady_clock::now();
+        const Milliseconds start = now();
         call();
-        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - start;
-        least = repeat == 0 ? time.count() : std::min(least, time.count());
+        const double time = (now() - start).count();
+        least = repeat == 0 ? time : std::min(least, time);
     }
     return least;
+}
+
+} // namespace
+
+double leastTime(const std::function<void()>& call) {
+    return leastBy(timeOfDay, call, [] {});
+}
+
+double leastProcessorTime(const std::function<void()>& call, const std::function<void()>& before) {
+    return leastBy(processorTime, call, before);
 }
 
 Turns byTurns(const std::function<double()>& ours, const std::function<double()>& theirs) {

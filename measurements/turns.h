@@ -16,9 +16,14 @@ struct Turns {
 /// So many runs of each; a median of fewer says little.
 constexpr int turnCount = 7;
 
-/// Milliseconds that a call takes: the least of some, since a busy machine only ever adds.
+/// Milliseconds that a call takes, with all that it waits for: the least of some, since a busy machine only
+/// ever adds.
+double leastTime(const std::function<void()>& call);
+
+/// Milliseconds of processor time that a call takes in the thread it is made in; the least of some. Of one
+/// that waits for nothing it is what the user waits for, and it does not count who else had the processor.
 /// @param before goes before each and is not counted
-double leastTime(
+double leastProcessorTime(
     const std::function<void()>& call, const std::function<void()>& before = [] {});
 
 /// Measures two calls by turns.
