@@ -1,12 +1,9 @@
 #include "window/controls/lists.h"
 
-#include <QAbstractItemView>
-#include <QApplication>
 #include <QComboBox>
 #include <QCompleter>
 #include <QEvent>
 #include <QLineEdit>
-#include <QListView>
 #include <QListWidget>
 #include <QSignalBlocker>
 #include <QStringList>
@@ -16,55 +13,18 @@
 namespace varda::window {
 namespace {
 
-/// Leaves the wheel to the window: on a list while it has no focus, on anything else always.
+/// Leaves the wheel to the window.
 class WheelGuard : public QObject {
 public:
     using QObject::QObject;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        const auto* const list = qobject_cast<QComboBox*>(watched);
-        if (event->type() == QEvent::Wheel && (list == nullptr || !list->hasFocus())) {
+        if (event->type() == QEvent::Wheel) {
             event->ignore();
             return true;
         }
         return QObject::eventFilter(watched, event);
     }
-};
-
-/// Marks, in a list that opens, the entry that stands in the field: a text that was typed chooses none by
-/// itself, and the list would mark the one that was chosen before.
-class EntryMarker : public QObject {
-public:
-    explicit EntryMarker(QComboBox* list) : QObject(list), list_(list) {
-        list->view()->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Show) {
-            keepOutOfTheYellow();
-            markShownEntry();
-        }
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    /// The field has a colour while it has the focus, which its list would take over.
-    void keepOutOfTheYellow() {
-        const QPalette usual = QApplication::palette(list_->view());
-        QPalette palette;
-        for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Text}) {
-            palette.setColor(role, usual.color(QPalette::Active, role));
-        }
-        list_->view()->setPalette(palette);
-    }
-
-    void markShownEntry() {
-        const int row = list_->findText(list_->currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
-        const QModelIndex entry = list_->model()->index(row, list_->modelColumn());
-        list_->view()->selectionModel()->setCurrentIndex(entry, QItemSelectionModel::ClearAndSelect);
-    }
-
-    QComboBox* list_;
 };
 
 } // namespace
@@ -103,14 +63,6 @@ std::vector<std::string> linesOf(const QListWidget* list) {
     return lines;
 }
 
-void keepFromWheel(QComboBox* list) {
-    list->setFocusPolicy(Qt::StrongFocus);
-    list->installEventFilter(new WheelGuard(list));
-    if (auto* const view = qobject_cast<QListView*>(list->view())) {
-        view->setUniformItemSizes(true); // lists of 2048 numbers open at once
-    }
-}
-
 void keepTabsFromWheel(QTabWidget* tabs) { tabs->tabBar()->installEventFilter(new WheelGuard(tabs)); }
 
 void letTypeInto(QComboBox* list) {
@@ -120,13 +72,9 @@ void letTypeInto(QComboBox* list) {
     list->setLineEdit(text);
     text->setCompleter(nullptr);
     list->setInsertPolicy(QComboBox::NoInsert);
-    // Not before: it makes the drop-down, which is a menu without a scroll bar while nobody can type.
-    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    new EntryMarker(list);
     // Enter and leaving would look the text up in the list, and take an entry that differs in case only.
     QObject::disconnect(text, &QLineEdit::returnPressed, list, nullptr);
     QObject::disconnect(text, &QLineEdit::editingFinished, list, nullptr);
-    keepFromWheel(list);
 }
 
 void keepPlaceWhenHidden(QWidget* field) {

@@ -23,16 +23,12 @@ void chooseNone(QComboBox* list);
 /// The lines of a list, in order.
 std::vector<std::string> linesOf(const QListWidget* list);
 
-/// A list is not changed by an accidental wheel turn, and opens at once however long it is.
-void keepFromWheel(QComboBox* list);
-
 /// A tab changes by a click or by the keyboard only.
 void keepTabsFromWheel(QTabWidget* tabs);
 
 /// Lets a text be typed into a list, and does the same: what is typed stays as it is typed, with no
 /// completion and no new entries. The form leaves such a list closed, for an open one would come with a
-/// completer of its own, which is a tenth of the window's building time; nor does it say how the list's width
-/// follows its entries. Opened, the list shows a scroll bar and marks the entry that stands in the field.
+/// completer of its own, which is a tenth of the window's building time.
 void letTypeInto(QComboBox* list);
 
 /// Leaves the place of a hidden field empty; else the fields beside it would jump.

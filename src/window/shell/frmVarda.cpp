@@ -298,8 +298,8 @@ void FrmVarda::Form_Load() {
 }
 
 void FrmVarda::fillSerialLists() {
-    for (QComboBox* const list : {static_cast<QComboBox*>(ui_->cbPort), ui_->cbBaudRate, ui_->cbDataBit,
-                                  ui_->cbStopBit, ui_->cbParityBit}) {
+    for (DropDownList* const list : {static_cast<DropDownList*>(ui_->cbPort), ui_->cbBaudRate, ui_->cbDataBit,
+                                     ui_->cbStopBit, ui_->cbParityBit}) {
         letTypeInto(list);
     }
     fillList(ui_->cbPort, portListTexts(), "COM1");

@@ -112,7 +112,7 @@ private:
 
 } // namespace
 
-PortList::PortList(QWidget* parent) : QComboBox(parent) {
+PortList::PortList(QWidget* parent) : DropDownList(parent) {
     looking_.setInterval(std::chrono::seconds(1));
     connect(&looking_, &QTimer::timeout, this, [this] { offerPorts(); });
 }
@@ -142,7 +142,7 @@ bool PortList::eventFilter(QObject* watched, QEvent* event) {
         QMetaObject::invokeMethod(
             this, [this] { takeOffersAway(); }, Qt::QueuedConnection);
     }
-    return QComboBox::eventFilter(watched, event);
+    return DropDownList::eventFilter(watched, event);
 }
 
 void PortList::showPopup() {
@@ -153,7 +153,7 @@ void PortList::showPopup() {
         setMaxVisibleItems(count()); // where they fit on the screen; the offers come last
     }
     fitWidth();
-    QComboBox::showPopup();
+    DropDownList::showPopup();
     view()->parentWidget()->installEventFilter(this);
     looking_.start();
 }

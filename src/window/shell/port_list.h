@@ -1,8 +1,8 @@
 #pragma once
 
 #include "device/port_names.h"
+#include "window/controls/drop_down_list.h"
 
-#include <QComboBox>
 #include <QTimer>
 
 #include <functional>
@@ -15,7 +15,7 @@ namespace varda::window {
 
 /// The list of ports: its own entries and, while it is open, behind them the ports that are really there,
 /// each with what its device tells of itself. Closed it has its own entries alone.
-class PortList : public QComboBox {
+class PortList : public DropDownList {
     Q_OBJECT
 
 public:

@@ -48,9 +48,6 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
       lists_(new PacketLists(context, surroundings.files, *ui_, this,
                              [this](int row) { lstSimReceive_DblClick(row); })),
       requestView_(*ui_, *lists_) {
-    for (QComboBox* const list : {ui_->cbSimMode, ui_->cbSimModeS}) {
-        keepFromWheel(list);
-    }
     for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
         letTypeInto(list);
     }

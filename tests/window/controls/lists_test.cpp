@@ -1,4 +1,5 @@
 #include "support/window_test.h"
+#include "window/controls/drop_down_list.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -45,6 +46,30 @@ TEST_F(ListsTest, EveryTypedInListHasAScrollBarWhereItIsLong) {
         if (list->isEditable()) {
             EXPECT_EQ(list->view()->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded)
                 << list->objectName().toStdString();
+        }
+    }
+}
+
+TEST_F(ListsTest, OpensWhatIsNotMadeBefore) {
+    for (const auto* const list : driver.window().findChildren<QComboBox*>()) {
+        EXPECT_EQ(list->findChild<QAbstractItemView*>(), nullptr) << list->objectName().toStdString();
+    }
+}
+
+TEST_F(ListsTest, IsAsLargeAsQtsPolicyForAWidthInCharactersMakesIt) {
+    for (const bool isTypedInto : {false, true}) {
+        for (int characters = 1; characters <= 20; ++characters) {
+            window::DropDownList list;
+            QComboBox ofQt;
+            ofQt.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            for (QComboBox* const each : {static_cast<QComboBox*>(&list), &ofQt}) {
+                each->setMinimumContentsLength(characters);
+                each->addItem(QStringLiteral("an entry that is longer than its list"));
+                each->setEditable(isTypedInto);
+                each->setFont(driver.window().font());
+            }
+            EXPECT_EQ(list.sizeHint(), ofQt.sizeHint()) << characters;
+            EXPECT_EQ(list.minimumSizeHint(), ofQt.minimumSizeHint()) << characters;
         }
     }
 }
