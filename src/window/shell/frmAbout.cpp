@@ -2,9 +2,9 @@
 
 #include "ui_frmAbout.h"
 #include "window/shell/frmWebBrowser.h"
+#include "window/shell/program_icon.h"
 
 #include <QCoreApplication>
-#include <QIcon>
 #include <QKeyEvent>
 
 namespace varda::window {
@@ -15,7 +15,7 @@ FrmAbout::FrmAbout(const QString& title, QWidget* parent)
     ui_->setupUi(this);
     setAttribute(Qt::WA_DeleteOnClose);
     ui_->programTitle->setText(title);
-    ui_->programPicture->setPixmap(windowIcon().pixmap(pictureSize));
+    ui_->programPicture->setPixmap(programIcon().pixmap(pictureSize));
     ui_->programVersion->setText(tr("Version %1").arg(QCoreApplication::applicationVersion()));
     ui_->qtVersion->setText(tr("Qt %1").arg(QString::fromLatin1(qVersion())));
     connect(ui_->homePageLink, &QLabel::linkActivated, this, [this] { showHomePage(); });

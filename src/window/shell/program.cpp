@@ -8,11 +8,16 @@
 #include "window/system/end_signals.h"
 
 #include <QApplication>
+#include <QTimer>
 
+#include <chrono>
 #include <cstdlib>
 
 namespace varda::window {
 namespace {
+
+/// Of the icon that the window comes with: what title bars and lists of windows show.
+constexpr int smallIcon = 64;
 
 /// The program while it runs; the desktop may end it by exit(), which takes nothing down.
 Program* running = nullptr;
@@ -23,7 +28,7 @@ void prepareApplication() {
     QApplication::setApplicationName(QStringLiteral("varda"));
     QApplication::setApplicationVersion(QStringLiteral(VARDA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral(VARDA_APPLICATION_ID));
-    QApplication::setWindowIcon(programIcon());
+    QApplication::setWindowIcon(programIcon(smallIcon));
     drawWholeFrames();
 }
 
@@ -55,6 +60,8 @@ int runProgram(const CommandLine& wishes) {
         }
     });
     program.window().show();
+    constexpr auto untilItStands = std::chrono::milliseconds(100);
+    QTimer::singleShot(untilItStands, qApp, [] { QApplication::setWindowIcon(programIcon()); });
     carryOut(wishes, program.window());
     const int result = QApplication::exec();
     running = nullptr;

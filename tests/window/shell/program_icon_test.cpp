@@ -22,6 +22,12 @@ TEST(ProgramIcon, HasItsOwnPictureForEverySize) {
     EXPECT_EQ(widths, (std::vector<int>{16, 24, 32, 48, 64, 128, 256}));
 }
 
+TEST(ProgramIcon, LeavesOutWhatIsTooLarge) {
+    const QList<QSize> sizes = programIcon(64).availableSizes();
+    EXPECT_EQ(std::ranges::max(sizes, {}, &QSize::width), QSize(64, 64));
+    EXPECT_EQ(sizes.size(), 5);
+}
+
 TEST(ProgramIcon, IsOpaqueInTheMiddleAndClearInTheCorners) {
     const QIcon icon = programIcon();
     for (const QSize& size : icon.availableSizes()) {
