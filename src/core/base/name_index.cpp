@@ -1,7 +1,6 @@
 #include "core/base/name_index.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <chrono>
 #include <cstring>
@@ -45,9 +44,7 @@ std::uint64_t lowerCase(std::uint64_t word) {
     return word | (isUpper >> 2U);
 }
 
-using Key = std::array<std::uint64_t, 2>;
-
-Key drawKey() {
+HashKey drawKey() {
     try {
         std::random_device random;
         const auto draw = [&random] { return (std::uint64_t{random()} << 32U) | random(); };
@@ -62,28 +59,25 @@ Key drawKey() {
 
 __extension__ using Product = unsigned __int128;
 
-/// Multiplies what there is by one key that was drawn, beginning with the other one, and folds the halves of
-/// each product: whoever writes a file does not know the keys, and cannot give its names one hash. With
-/// SipHash, which promises more than that, a look-up took twice as long.
+/// Multiplies what there is by one half of a key, beginning with the other one, and folds the halves of each
+/// product. With SipHash, of which more is known, a look-up took twice as long.
 class KeyedHash {
 public:
+    explicit KeyedHash(const HashKey& key) : factor_(key[1] | 1U), hash_(key[0]) {}
+
     void take(std::uint64_t word) { hash_ = folded(hash_ ^ word); }
 
     /// Folded once more, for the last word alone would leave its mark on few bits.
     std::uint64_t result() const { return folded(hash_); }
 
 private:
-    static const Key& key() {
-        static const Key drawn = drawKey();
-        return drawn;
-    }
-
-    static std::uint64_t folded(std::uint64_t word) {
-        const Product product = Product{word} * (key()[1] | 1U);
+    std::uint64_t folded(std::uint64_t word) const {
+        const Product product = Product{word} * factor_;
         return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
     }
 
-    std::uint64_t hash_ = key()[0];
+    std::uint64_t factor_;
+    std::uint64_t hash_;
 };
 
 /// @return what follows the last whole word
@@ -102,7 +96,12 @@ bool equalNames(std::string_view left, std::string_view right) {
                       [](char one, char other) { return lowerCase(one) == lowerCase(other); });
 }
 
-std::uint32_t hashOfName(std::string_view name) {
+const HashKey& drawnKey() {
+    static const HashKey drawn = drawKey();
+    return drawn;
+}
+
+std::uint32_t hashOfName(std::string_view name, const HashKey& key) {
     if (name.empty()) {
         return 0;
     }
@@ -110,7 +109,7 @@ std::uint32_t hashOfName(std::string_view name) {
     // groups of ten beside one another, and a list that is looked up in its order finds nine of them in the
     // cache.
     const auto last = static_cast<std::uint8_t>(lowerCase(name.back()));
-    KeyedHash hash;
+    KeyedHash hash(key);
     const std::uint64_t rest =
         takeWords(name.substr(0, name.size() - 1), hash, [](std::uint64_t word) { return lowerCase(word); });
     const std::uint64_t ending = (name.size() << halfByte) | (last >> halfByte);
@@ -118,11 +117,11 @@ std::uint32_t hashOfName(std::string_view name) {
     return static_cast<std::uint32_t>(hash.result()) ^ (last & 0x0FU);
 }
 
-std::size_t SeededHash::operator()(std::string_view text) const {
-    KeyedHash hash;
+std::uint32_t hashOfText(std::string_view text, const HashKey& key) {
+    KeyedHash hash(key);
     const std::uint64_t rest = takeWords(text, hash, [](std::uint64_t word) { return word; });
     hash.take(rest | (std::uint64_t{text.size()} << lastByte));
-    return static_cast<std::size_t>(hash.result());
+    return static_cast<std::uint32_t>(hash.result());
 }
 
 void NameIndex::reserve(std::size_t count) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -12,14 +13,18 @@ namespace varda::inline core {
 /// letter they are depends on a code page that no file tells.
 bool equalNames(std::string_view left, std::string_view right);
 
-/// The same for names that equalNames holds for; another one in each process, so that no file can be written
-/// whose names collide.
-std::uint32_t hashOfName(std::string_view name);
+/// What a hash begins with, and what it multiplies by.
+using HashKey = std::array<std::uint64_t, 2>;
 
-/// The same for texts whose case counts, for maps of the standard library.
-struct SeededHash {
-    std::size_t operator()(std::string_view text) const;
-};
+/// Drawn once for this process: there is no way known to write a file whose names collide for a key that
+/// nobody has seen.
+const HashKey& drawnKey();
+
+/// The same for names that equalNames holds for.
+std::uint32_t hashOfName(std::string_view name, const HashKey& key = drawnKey());
+
+/// The same for texts whose case counts.
+std::uint32_t hashOfText(std::string_view text, const HashKey& key = drawnKey());
 
 /// Finds the number of an item by the item's name. The items themselves, and with them their names, belong to
 /// the caller.

@@ -16,10 +16,6 @@ void eraseRow(std::vector<Value>& rows, std::size_t row) {
     rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(row));
 }
 
-std::uint32_t hashOf(std::string_view request) {
-    return static_cast<std::uint32_t>(SeededHash()(request)); // files fill the table
-}
-
 void requireRow(const std::vector<std::string>& list, std::size_t row) {
     if (row >= list.size()) {
         RuntimeError error = subscriptOutOfRange();
@@ -40,7 +36,7 @@ void PacketTable::change(const PacketTableChange& change, Edit&& edit) {
 void PacketTable::addPair(const std::string& request, const std::string& answer) {
     change({List::Requests, Kind::Added, requests_.size()}, [&] {
         requests_.push_back(request);
-        hashes_.push_back(hashOf(request));
+        hashes_.push_back(hashOfText(request));
         indexRow(requests_.size() - 1);
     });
     change({List::Answers, Kind::Added, answers_.size()}, [&] { answers_.push_back(answer); });
@@ -65,7 +61,7 @@ void PacketTable::replace(std::vector<std::string> requests, std::vector<std::st
 }
 
 std::optional<std::size_t> PacketTable::find(const std::string& request) const {
-    return rowOf(request, hashOf(request));
+    return rowOf(request, hashOfText(request));
 }
 
 std::optional<std::uint32_t> PacketTable::rowOf(const std::string& request, std::uint32_t hash) const {
@@ -101,7 +97,7 @@ void PacketTable::indexAll() {
     rows_.reserve(requests_.size());
     hashes_.reserve(requests_.size());
     for (const std::string& request : requests_) {
-        hashes_.push_back(hashOf(request));
+        hashes_.push_back(hashOfText(request));
     }
     constexpr std::size_t ahead = 16; // as many as wait for memory at a time, in a large table
     for (std::size_t row = 0; row < requests_.size(); ++row) {
