@@ -4,12 +4,13 @@
 
 namespace varda::window {
 
-/// A list that opens below its field. The field is as wide as the form says in characters, whatever its
-/// entries are, and an accidental turn of the wheel does not change it. Opened, it marks the entry that
-/// stands in the field, and is there at once however long it is.
+/// A list that opens below its field. The field is as wide as its minimumContentsLength says in characters,
+/// whatever its entries are, and an accidental turn of the wheel does not change it. Opened, it marks the
+/// entry that stands in the field, none for a text that is none of them, and is there at once however long
+/// it is.
 ///
-/// What opens is not made before it is shown: with that of every list of the window a twentieth of the time
-/// to its first painting went by.
+/// Nothing here makes what opens before it is shown: with that of every list of the window a twentieth of the
+/// time to its first painting went by.
 class DropDownList : public QComboBox {
     Q_OBJECT
 
@@ -24,7 +25,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
-    bool isMade_ = false; ///< what opens
+    int shownRow() const;
 };
 
 } // namespace varda::window

@@ -1,5 +1,7 @@
 #include "window/controls/lists.h"
 
+#include "window/controls/drop_down_list.h"
+
 #include <QComboBox>
 #include <QCompleter>
 #include <QEvent>
@@ -65,7 +67,7 @@ std::vector<std::string> linesOf(const QListWidget* list) {
 
 void keepTabsFromWheel(QTabWidget* tabs) { tabs->tabBar()->installEventFilter(new WheelGuard(tabs)); }
 
-void letTypeInto(QComboBox* list) {
+void letTypeInto(DropDownList* list) {
     static QCompleter nobody; // a text that has a completer gets none of the list's own
     auto* const text = new QLineEdit(list);
     text->setCompleter(&nobody);

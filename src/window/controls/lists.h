@@ -10,6 +10,8 @@ class QWidget;
 
 namespace varda::window {
 
+class DropDownList;
+
 /// Replaces the entries of a list and empties its text without running its handlers: a list never chooses an
 /// entry by itself.
 void fillList(QComboBox* list, const std::vector<std::string>& texts);
@@ -29,7 +31,7 @@ void keepTabsFromWheel(QTabWidget* tabs);
 /// Lets a text be typed into a list, and does the same: what is typed stays as it is typed, with no
 /// completion and no new entries. The form leaves such a list closed, for an open one would come with a
 /// completer of its own, which is a tenth of the window's building time.
-void letTypeInto(QComboBox* list);
+void letTypeInto(DropDownList* list);
 
 /// Leaves the place of a hidden field empty; else the fields beside it would jump.
 void keepPlaceWhenHidden(QWidget* field);

@@ -1,15 +1,14 @@
 #include "window/controls/register_fields.h"
 
 #include "core/base/conversion.h"
+#include "window/controls/drop_down_list.h"
 #include "window/controls/lists.h"
 #include "window/controls/texts.h"
-
-#include <QComboBox>
 
 namespace varda::window {
 namespace {
 
-bool isFilled(const QComboBox* list) { return !list->currentText().isEmpty(); }
+bool isFilled(const DropDownList* list) { return !list->currentText().isEmpty(); }
 
 } // namespace
 
@@ -17,7 +16,7 @@ RegisterFields::RegisterFields(const Lists& lists) : lists_(lists) {
     for (QWidget* const onlyForBits : {static_cast<QWidget*>(lists.bit), lists.dot}) {
         keepPlaceWhenHidden(onlyForBits);
     }
-    for (QComboBox* const list : {lists.kind, lists.number, lists.bit, lists.count}) {
+    for (DropDownList* const list : {lists.kind, lists.number, lists.bit, lists.count}) {
         if (list != nullptr) {
             letTypeInto(list);
         }

@@ -5,20 +5,21 @@
 #include <optional>
 #include <string>
 
-class QComboBox;
 class QWidget;
 
 namespace varda::window {
+
+class DropDownList;
 
 /// The lists of a page that name a register: kind, number, bit and, where the page has one, count.
 class RegisterFields {
 public:
     struct Lists {
-        QComboBox* kind;
-        QComboBox* number;
-        QComboBox* bit;
-        QWidget* dot;     ///< between number and bit
-        QComboBox* count; ///< nullptr where the page has no count
+        DropDownList* kind;
+        DropDownList* number;
+        DropDownList* bit;
+        QWidget* dot;        ///< between number and bit
+        DropDownList* count; ///< nullptr where the page has no count
     };
 
     explicit RegisterFields(const Lists& lists);

@@ -3,6 +3,7 @@
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
 #include "core/protocol/point_list.h"
+#include "window/controls/drop_down_list.h"
 #include "window/controls/events.h"
 #include "window/controls/form.h"
 #include "window/controls/lists.h"

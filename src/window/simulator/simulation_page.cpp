@@ -48,7 +48,7 @@ SimulationPage::SimulationPage(const PageContext& context, const Surroundings& s
       lists_(new PacketLists(context, surroundings.files, *ui_, this,
                              [this](int row) { lstSimReceive_DblClick(row); })),
       requestView_(*ui_, *lists_) {
-    for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
+    for (DropDownList* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
         letTypeInto(list);
     }
     keepPlaceWhenHidden(ui_->lblSimBit);
@@ -77,7 +77,7 @@ void SimulationPage::bind() {
     connect(ui_->cbSimModeS, &QComboBox::currentTextChanged, this, [this] { cbSimModeS_Click(); });
     // a key alone empties nothing: the lists follow when the text changes
     events.field(ui_->cbSimReg, [this] { cbSimReg_Change(); }, {.keyPress = [] {}, .lostFocus = {}});
-    for (QComboBox* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
+    for (DropDownList* const list : {ui_->cbSimDA, ui_->cbSimSA}) {
         events.field(list, [] {}); // a station is read when a frame is built next
     }
     for (QComboBox* const list : {ui_->cbSimAddress, ui_->cbSimBit}) {

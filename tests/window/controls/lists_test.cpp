@@ -56,20 +56,24 @@ TEST_F(ListsTest, OpensWhatIsNotMadeBefore) {
     }
 }
 
+/// In every size of the font: some round to other heights than others do.
 TEST_F(ListsTest, IsAsLargeAsQtsPolicyForAWidthInCharactersMakesIt) {
     for (const bool isTypedInto : {false, true}) {
-        for (int characters = 1; characters <= 20; ++characters) {
+        for (double points = 6; points <= 24; points += 0.5) {
             window::DropDownList list;
             QComboBox ofQt;
             ofQt.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            const int characters = 1 + static_cast<int>(points) % 12;
             for (QComboBox* const each : {static_cast<QComboBox*>(&list), &ofQt}) {
                 each->setMinimumContentsLength(characters);
                 each->addItem(QStringLiteral("an entry that is longer than its list"));
                 each->setEditable(isTypedInto);
-                each->setFont(driver.window().font());
+                QFont font = driver.window().font();
+                font.setPointSizeF(points);
+                each->setFont(font);
             }
-            EXPECT_EQ(list.sizeHint(), ofQt.sizeHint()) << characters;
-            EXPECT_EQ(list.minimumSizeHint(), ofQt.minimumSizeHint()) << characters;
+            EXPECT_EQ(list.sizeHint(), ofQt.sizeHint()) << points << ", " << characters;
+            EXPECT_EQ(list.minimumSizeHint(), ofQt.minimumSizeHint()) << points << ", " << characters;
         }
     }
 }
@@ -99,6 +103,28 @@ TEST_F(ListsTest, MarksTheEntryThatWasTyped) {
 TEST_F(ListsTest, MarksNothingForATextThatIsNoEntry) {
     driver.type("cbPort", "VIRTUAL");
     EXPECT_EQ(marked(open("cbPort")), "");
+}
+
+TEST_F(ListsTest, TakesNoEntryForATextThatIsNone) {
+    driver.type("cbPort", "VIRTUAL");
+    QTest::keyClick(open("cbPort"), Qt::Key_Return);
+    EXPECT_EQ(text("cbPort"), "VIRTUAL");
+}
+
+TEST_F(ListsTest, BeginsWithItsFirstEntryForATextThatIsNone) {
+    driver.type("cbPort", "VIRTUAL");
+    QAbstractItemView* const ports = open("cbPort");
+    QTest::keyClick(ports, Qt::Key_Down);
+    EXPECT_EQ(marked(ports), "COM1 ");
+}
+
+TEST_F(ListsTest, MarksTheOneThatWasChosenOfTwoThatAreAlike) {
+    window::DropDownList list;
+    list.addItems({QStringLiteral("first"), QStringLiteral("same"), QStringLiteral("same")});
+    list.setCurrentIndex(2);
+    list.showPopup();
+    EXPECT_EQ(list.view()->currentIndex().row(), 2);
+    list.hidePopup();
 }
 
 TEST_F(ListsTest, OnlyTheFieldIsYellowNotItsOpenList) {
