@@ -1,6 +1,5 @@
 #include "core/link/mscomm.h"
 #include "core/virtual/controller.h"
-#include "report.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
 #include "turns.h"
@@ -10,7 +9,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cstdio>
 #include <string>
@@ -21,8 +19,7 @@
 #include <unistd.h>
 
 /// How long bytes take through the serial line, beside a bare loop that does nothing else, by turns in the
-/// same run: from the end of a wait to the far end, and from their arrival to the handler. Writes a table to
-/// the file that is named, or to the screen.
+/// same run: from the end of a wait to the far end, and from their arrival to the handler.
 namespace {
 
 using varda::Bytes;
@@ -38,8 +35,6 @@ struct Series {
     Times starts;
     Times ends;
 
-    std::vector<double> durations() const { return durations(0, std::min(starts.size(), ends.size())); }
-
     /// Of some rounds one behind another; sorted, in microseconds.
     std::vector<double> durations(std::size_t first, std::size_t behind) const {
         std::vector<double> result;
@@ -50,15 +45,6 @@ struct Series {
         return result;
     }
 };
-
-std::string row(const char* what, const Series& series) {
-    const std::vector<double> all = series.durations();
-    std::array<char, 160> text{};
-    std::snprintf(text.data(), text.size(), "| %s | %zu | %.0f µs | %.0f µs | %.0f µs |\n", what, all.size(),
-                  all.at(all.size() / 2), all.at(all.size() * 99 / 100), all.back());
-    std::printf("%s", text.data());
-    return text.data();
-}
 
 /// The one of so many parts of a run that stands at a share of its durations.
 std::vector<double> partsOf(const Series& series, double share) {
@@ -72,12 +58,11 @@ std::vector<double> partsOf(const Series& series, double share) {
     return parts;
 }
 
-std::string rows(const std::string& what, const Series& bare, const Series& line) {
+void report(const std::string& what, const Series& line, const Series& bare) {
     for (const auto& [words, share] : {std::pair(", median", 0.5), std::pair(", 99 %", 0.99)}) {
         print(what + words, "bare loop", "µs",
               varda::bench::Turns{partsOf(line, share), partsOf(bare, share)});
     }
-    return row((what + ", bare loop").c_str(), bare) + row((what + ", serial line").c_str(), line);
 }
 
 /// The line of the program, and a pseudo-terminal that is used without it.
@@ -95,7 +80,7 @@ struct Lines {
 };
 
 /// Frames sent when a wait has ended; a thread listens at the far end.
-std::string endOfWaitToFarEnd() {
+void endOfWaitToFarEnd() {
     Lines lines;
     Series line;
     Series bare;
@@ -124,7 +109,7 @@ std::string endOfWaitToFarEnd() {
         varda::test::runFor(2 * pause);
     }
     farEnd.join();
-    return rows("end of a wait to the far end", bare, line);
+    report("end of a wait to the far end", line, bare);
 }
 
 /// Waits for bytes and for nothing else. @return when it had them
@@ -144,7 +129,7 @@ void waitFor(const std::atomic<int>& handled, int count) {
 }
 
 /// Frames sent by a thread at the far end.
-std::string arrivalToHandler() {
+void arrivalToHandler() {
     Lines lines;
     Series line;
     Series bare;
@@ -173,24 +158,16 @@ std::string arrivalToHandler() {
     varda::test::runUntil([&] { return line.ends.size() >= rounds; }, std::chrono::minutes(1));
     farEnd.join();
     bareLoop.join();
-    return rows("arrival to the handler", bare, line);
+    report("arrival to the handler", line, bare);
 }
 
 } // namespace
 
 int main(int argc, char** argv) try {
     const QCoreApplication application(argc, argv);
-    const std::string rows = endOfWaitToFarEnd() + arrivalToHandler();
-    const std::string text =
-        "# Latency of the serial line\n\nTarget `latency-report` measures and writes this file. Measured " +
-        varda::bench::today() + ", " + std::to_string(std::thread::hardware_concurrency()) + " cores, load " +
-        varda::bench::machineLoad() +
-        " with the measurement's own,\nover pseudo-terminals, by turns with a bare loop: a thread that does "
-        "nothing but wait for the bytes, a write to the device itself.\n"
-        "The same in seven parts, with their spread: [performance.md](performance.md).\n\n"
-        "| what | frames | median | 99 % | most |\n|---|--:|--:|--:|--:|\n" +
-        rows;
-    return argc < 2 || varda::bench::writeDocument(argv[1], text) ? 0 : 1;
+    endOfWaitToFarEnd();
+    arrivalToHandler();
+    return 0;
 } catch (const std::exception& error) {
     std::printf("The measurement broke off: %s\n", error.what());
     return 1;

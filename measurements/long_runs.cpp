@@ -38,7 +38,6 @@ using namespace std::chrono_literals;
 using varda::Bytes;
 using varda::Exchange;
 using varda::Outcome;
-using varda::bench::residentMemory;
 using varda::test::LinkEar;
 using varda::test::PseudoTerminal;
 using varda::test::runFor;
@@ -89,14 +88,18 @@ private:
 };
 
 void printMark(std::chrono::seconds passed, const Counts& counts) {
-    std::printf("| %lld s | %ld KiB | %lld | %lld | %lld |\n", static_cast<long long>(passed.count()),
-                residentMemory(), counts.sent.load(), counts.answered.load(), counts.lost.load());
+    const varda::bench::Memory memory = varda::bench::memory();
+    std::printf("| %lld s | %ld KiB | %ld KiB | %lld | %lld | %lld |\n",
+                static_cast<long long>(passed.count()), memory.resident, memory.own, counts.sent.load(),
+                counts.answered.load(), counts.lost.load());
     std::fflush(stdout);
 }
 
 /// Lets the window work, with a row at the start, every minute (a quarter of what is shorter) and the end.
 void watch(const char* what, std::chrono::seconds duration, const Counts& counts) {
-    std::printf("## %s\n\n| after | memory | sent | answered | lost |\n|---|---|---|---|---|\n", what);
+    std::printf("## %s\n\n| after | resident | written by itself | sent | answered | lost "
+                "|\n|---|---|---|---|---|---|\n",
+                what);
     const auto step = std::clamp<std::chrono::seconds>(duration / 4, 1s, 60s);
     for (auto passed = 0s; passed < duration; passed += step) {
         printMark(passed, counts);

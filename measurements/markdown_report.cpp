@@ -2,10 +2,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
+#include <map>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace varda::bench {
@@ -13,14 +16,13 @@ namespace {
 
 using Run = benchmark::BenchmarkReporter::Run;
 
-/// Runs of this many pairs show how much longer they take than those of a tenth.
-constexpr std::string_view grown = "20000";
-
 std::string formatted(const char* format, double value) {
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), format, value);
     return text.data();
 }
+
+double timeOf(const Run& run) { return run.real_accumulated_time / static_cast<double>(run.iterations); }
 
 /// Three digits and the unit that fits.
 std::string timeText(double seconds) {
@@ -32,55 +34,60 @@ std::string timeText(double seconds) {
     return seconds >= micro ? formatted("%.3g µs", seconds / micro) : formatted("%.3g ns", seconds * 1e9);
 }
 
+/// The one in the middle, with the least and the most.
+std::string spreadText(std::vector<double> seconds) {
+    std::ranges::sort(seconds);
+    return timeText(seconds[seconds.size() / 2]) + " | " + timeText(seconds.front()) + " to " +
+           timeText(seconds.back());
+}
+
 /// Shows the runs on the console as they end and keeps them for the document.
 class MarkdownReport : public benchmark::ConsoleReporter {
 public:
+    /// All runs of one benchmark, and what the library makes of them.
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
+        std::vector<double> seconds;
         for (const Run& run : runs) {
             failed_ = failed_ || run.error_occurred;
-            rows_ += row(run);
+            if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+                seconds.push_back(timeOf(run));
+            }
+        }
+        if (!seconds.empty()) {
+            const Run& first = runs.front();
+            const benchmark::BenchmarkName& name = first.run_name;
+            rows_[{first.family_index, first.per_family_instance_index}] =
+                "| " + name.function_name + " | " + name.args + " | " + std::to_string(seconds.size()) +
+                " | " + spreadText(seconds) + " |\n";
         }
     }
 
     bool failed() const { return failed_; }
     std::string document() const {
+        std::string rows;
+        for (const auto& [place, row] : rows_) {
+            rows += row;
+        }
         return "# Benchmarks\n\n"
                "Target `benchmark-report` measures and writes this file. Measured " +
                today() + " with " + std::to_string(benchmark::CPUInfo::Get().num_cpus) + " cores, load " +
                machineLoad() +
                ", compiler " VARDA_COMPILER ".\n"
                "Look-ups ask for one request again and again, and the answer is the table's and the link's "
-               "on a "
-               "line in memory, without what a\n"
+               "on a line in memory, without what a\n"
                "line takes; drawn requests, other libraries and real lines, with their spread: "
                "[performance.md](performance.md).\n\n"
-               "Times are means of one call; median and 99 % are of single answers, from the end of the "
-               "last\n"
-               "settle step to the bytes' leaving, without a window. Saving brings the file to the disk.\n"
-               "The last column compares the mean with that of 2,000 pairs, a tenth.\n\n"
-               "| what | pairs | time | median | 99 % | 20,000 : 2,000 |\n"
-               "|---|--:|--:|--:|--:|--:|\n" +
-               rows_;
+               "Times of one call: the median of some runs, the least and the most. An answer's "
+               "is that from the end of\nthe last settle step to the bytes' leaving, without a window. "
+               "Saving brings the file to the disk.\n\n"
+               "| what | pairs | runs | time | least to most |\n"
+               "|---|--:|--:|--:|--:|\n" +
+               rows;
     }
 
 private:
-    std::string row(const Run& run) {
-        const double seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
-        const std::string growth = run.run_name.args == grown ? formatted("x %.1f", seconds / previous_) : "";
-        previous_ = seconds;
-        return "| " + run.run_name.function_name + " | " + run.run_name.args + " | " + timeText(seconds) +
-               " | " + counterText(run, "median_s") + " | " + counterText(run, "p99_s") + " | " + growth +
-               " |\n";
-    }
-
-    static std::string counterText(const Run& run, const char* counter) {
-        const auto found = run.counters.find(counter);
-        return found == run.counters.end() ? std::string() : timeText(found->second);
-    }
-
-    std::string rows_;
-    double previous_ = 0; ///< seconds of the run before, which has fewer pairs
+    std::map<std::pair<std::int64_t, std::int64_t>, std::string> rows_; ///< as the benchmarks were named
     bool failed_ = false;
 };
 

@@ -4,7 +4,6 @@
 #include "support/fake_port.h"
 #include "support/manual_clock.h"
 
-#include <algorithm>
 #include <chrono>
 #include <random>
 
@@ -77,19 +76,14 @@ void answerAfterSettling(benchmark::State& state) {
     const auto reads = readsOf(state);
     Simulation simulation(reads);
     std::mt19937 engine(static_cast<unsigned>(reads.size()));
-    std::vector<double> times;
     for ([[maybe_unused]] auto _ : state) {
         const double time = simulation.answerTime(reads[engine() % reads.size()].request).count();
         if (time <= 0) {
             state.SkipWithError("a request was not answered");
             break;
         }
-        times.push_back(time);
         state.SetIterationTime(time);
     }
-    std::ranges::sort(times);
-    state.counters["median_s"] = times.empty() ? 0 : times[times.size() / 2];
-    state.counters["p99_s"] = times.empty() ? 0 : times[times.size() * 99 / 100];
 }
 
 BENCHMARK(lookUpFirst)->Name("look-up, first row")->Apply(sizes);

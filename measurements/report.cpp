@@ -1,5 +1,6 @@
 #include "report.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -8,14 +9,21 @@
 
 namespace varda::bench {
 
-long residentMemory() {
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word && word != "VmRSS:") {
+Memory memory() {
+    std::ifstream file("/proc/self/smaps_rollup");
+    Memory found;
+    for (std::string word; file >> word;) {
+        if (word == "Rss:") {
+            file >> found.resident;
+        } else if (word == "Private_Dirty:") {
+            file >> found.own;
+        }
     }
-    long kibibytes = 0;
-    status >> kibibytes;
-    return kibibytes;
+    return found;
+}
+
+Memory most(const Memory& one, const Memory& other) {
+    return {std::max(one.resident, other.resident), std::max(one.own, other.own)};
 }
 
 std::string today() {

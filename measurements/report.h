@@ -4,8 +4,16 @@
 
 namespace varda::bench {
 
-/// Resident memory of this process in KiB.
-long residentMemory();
+/// Of this process, in KiB.
+struct Memory {
+    long resident = 0;
+    long own = 0; ///< what it wrote itself
+};
+
+Memory memory();
+
+/// The most of each.
+Memory most(const Memory& one, const Memory& other);
 
 /// The day of the measurement, for example "2026-11-21".
 std::string today();

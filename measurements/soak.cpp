@@ -2,6 +2,7 @@
 #include "report.h"
 #include "support/event_loop.h"
 #include "support/offscreen.h"
+#include "support/processor_time.h"
 #include "support/pseudo_terminal.h"
 #include "support/window_driver.h"
 
@@ -25,7 +26,6 @@
 namespace {
 
 using varda::Bytes;
-using varda::bench::residentMemory;
 using varda::bench::startMonitoring;
 using varda::test::runFor;
 using varda::test::runUntil;
@@ -60,7 +60,9 @@ public:
         return QStringLiteral(
                    "# Soak and flood\n\nTarget `soak-report` measures and writes this file. "
                    "Measured %1, %2 cores, "
-                   "offscreen, over a pseudo-terminal,\nat a load of %3 with the measurement's own.\n\n"
+                   "offscreen, over a pseudo-terminal,\nat a load of %3 with the measurement's own; one run. "
+                   "Processor time: with what sends. Beside other programs, with their spread:\n"
+                   "[performance.md](performance.md).\n\n"
                    "| what | figure |\n|---|---|\n")
                    .arg(QString::fromStdString(varda::bench::today()))
                    .arg(std::thread::hardware_concurrency())
@@ -70,6 +72,34 @@ public:
 
 private:
     QString rows_;
+};
+
+/// What a run takes: memory in its first part and behind it, and the processor time of all threads.
+class Use {
+public:
+    void look(bool isFirstPart) {
+        varda::bench::Memory& part = isFirstPart ? first_ : behind_;
+        part = most(part, varda::bench::memory());
+    }
+
+    /// @param parts which two parts of the run those were
+    void tell(Report& report, const QString& run, const QString& parts) const {
+        const auto both = [](long first, long behind) {
+            return QStringLiteral("%1 MiB, %2 MiB").arg(first / 1024).arg(behind / 1024);
+        };
+        const auto seconds = varda::test::processorTime() - start_;
+        report.row(QStringLiteral("%1: resident memory %2").arg(run, parts),
+                   both(first_.resident, behind_.resident));
+        report.row(QStringLiteral("%1: of it written by the program").arg(run),
+                   both(first_.own, behind_.own));
+        report.row(QStringLiteral("%1: processor time").arg(run),
+                   QStringLiteral("%1 s").arg(seconds.count(), 0, 'f', 1));
+    }
+
+private:
+    varda::bench::Memory first_;
+    varda::bench::Memory behind_;
+    const std::chrono::duration<double> start_ = varda::test::processorTime();
 };
 
 /// Eight hours at 38400 baud without the waits: as many bursts as the line can bring, each of one wait's
@@ -83,21 +113,19 @@ void soak(Report& report, const QString& folder) {
     const QString log = folder + QStringLiteral("/soak.log");
     startMonitoring(driver, line, log.toStdString());
     const Bytes burst(burstLength, 0x5A);
-    long warm = 0;
-    long most = 0;
+    Use use;
     for (int count = 0; count < bursts; ++count) {
         driver.listBurst(burst);
         if (count % 100 == 0) {
             QCoreApplication::processEvents();
-            long& peak = count < settled ? warm : most;
-            peak = std::max(peak, residentMemory());
+            use.look(count < settled);
         }
     }
     report.row(
         QStringLiteral("soak: traffic of 8 hours at 38400 baud"),
         QStringLiteral("%1 MB in %2 bursts").arg(bursts / 1000000.0 * burstLength, 0, 'f', 1).arg(bursts));
-    report.row(QStringLiteral("soak: memory after two restarts of the list, and the most after that"),
-               QStringLiteral("%1 MiB, %2 MiB").arg(warm / 1024).arg(most / 1024));
+    use.tell(report, QStringLiteral("soak"),
+             QStringLiteral("until the list has restarted twice, and after that"));
     driver.click("cmdMonStop");
     report.row(
         QStringLiteral("soak: log"),
@@ -114,8 +142,8 @@ void flood(Report& report, const QString& folder) {
     const QString log = folder + QStringLiteral("/flood.log");
     startMonitoring(driver, line, log.toStdString());
     runFor(std::chrono::milliseconds(200));
-    const long before = residentMemory();
-    long most = 0;
+    Use use;
+    use.look(true);
     const Latency latency;
     std::thread sender([&line] {
         auto next = std::chrono::steady_clock::now();
@@ -136,17 +164,16 @@ void flood(Report& report, const QString& folder) {
     };
     while (clock.elapsed() < seconds * 1000 + 1000) {
         runFor(std::chrono::milliseconds(500));
-        most = std::max(most, residentMemory());
+        use.look(false);
     }
     sender.join();
+    use.tell(report, QStringLiteral("flood"), QStringLiteral("before, and the most during it"));
     const qint64 worst = latency.worst();
     runUntil([&] { return groups() == qint64{piece} * pieces; }, std::chrono::seconds(10));
     report.row(QStringLiteral("flood: bytes in the log after 1 MB/s for 30 s"),
                QStringLiteral("%1 of %2").arg(groups()).arg(qint64{piece} * pieces));
     report.row(QStringLiteral("flood: longest time the window did not answer"),
                QStringLiteral("%1 ms").arg(worst));
-    report.row(QStringLiteral("flood: memory before, and the most during it"),
-               QStringLiteral("%1 MiB, %2 MiB").arg(before / 1024).arg(most / 1024));
 }
 
 /// The same flood where nobody asked for it: on a page that waits for an answer, or for nothing, or in the
@@ -158,17 +185,14 @@ void floodElsewhere(Report& report, const char* mode, const QString& where) {
     driver.click(mode);
     driver.openPort(line.path());
     const Bytes piece(10000, 0x5A);
-    long before = 0;
-    long most = 0;
+    Use use;
     for (int count = 0; count < pieces; ++count) {
         line.write(piece, std::chrono::seconds(10));
         runFor(std::chrono::milliseconds(10));
-        most = std::max(most, residentMemory());
-        before = count == 100 ? most : before; // buffers of one wait have been filled by then
+        use.look(count < 100); // buffers of one wait have been filled by then
     }
-    report.row(
-        QStringLiteral("flood of 30 MB %1: memory after its first second, and the most during it").arg(where),
-        QStringLiteral("%1 MiB, %2 MiB").arg(before / 1024).arg(most / 1024));
+    use.tell(report, QStringLiteral("flood of 30 MB ") + where,
+             QStringLiteral("in its first second, and after that"));
 }
 
 /// The period of a scenario while a controller answers.
