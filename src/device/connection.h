@@ -30,10 +30,9 @@ public:
     /// How long what came in last can still be read when the line has gone away. A reader waits for the end
     /// of a frame before it reads, twice where more bytes have come meanwhile.
     static constexpr auto timeToRead = std::chrono::milliseconds(400);
-    /// How long pieces are gathered that come to unread ones before it is told of them: a frame of the
-    /// screen. Whoever leaves bytes unread waits for more, and need not wake up for each piece of a line that
-    /// is busy.
-    static constexpr auto gatheringTime = std::chrono::milliseconds(16);
+    /// How long pieces are gathered that come to unread ones before it is told of them. Whoever leaves bytes
+    /// unread waits for more, at least as long as this, and need not wake up for each piece of a busy line.
+    static constexpr auto gatheringTime = std::chrono::milliseconds(100);
 
     /// What has happened since it was asked for last.
     struct News {

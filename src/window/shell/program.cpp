@@ -60,7 +60,7 @@ int runProgram(const CommandLine& wishes) {
         }
     });
     program.window().show();
-    constexpr auto untilItStands = std::chrono::milliseconds(100);
+    constexpr auto untilItStands = std::chrono::milliseconds(100); // where it takes longer, nothing is won
     QTimer::singleShot(untilItStands, qApp, [] { QApplication::setWindowIcon(programIcon()); });
     carryOut(wishes, program.window());
     const int result = QApplication::exec();
