@@ -9,13 +9,15 @@
 
 namespace varda::bench {
 
-/// Opens the line and listens on it, into a log.
+/// Opens the line and listens on it. @param log the file to log into; none where it is empty
 inline void startMonitoring(test::WindowDriver& driver, const test::PseudoTerminal& line,
-                            const std::string& log) {
+                            const std::string& log = {}) {
     driver.openPort(line.path());
     driver.click("optMode_5");
-    driver.find<QCheckBox>("chkMonLog")->setChecked(true);
-    driver.paste("txtMonLogFile", log);
+    if (!log.empty()) {
+        driver.find<QCheckBox>("chkMonLog")->setChecked(true);
+        driver.paste("txtMonLogFile", log);
+    }
     driver.click("cmdMonStart");
 }
 

@@ -1,4 +1,5 @@
 #include "line_player.h"
+#include "monitoring.h"
 #include "report.h"
 #include "support/event_loop.h"
 #include "support/pseudo_terminal.h"
@@ -76,9 +77,7 @@ void report(const char* what, const Series& series) {
 int run(bool isShort) {
     PseudoTerminal line;
     WindowDriver driver;
-    driver.openPort(line.path());
-    driver.click("optMode_5");
-    driver.click("cmdMonStart");
+    varda::bench::startMonitoring(driver, line);
     report("a full line of 38400 baud, without a pause", measure(driver, line, 0ms));
     if (!isShort) {
         report("38400 baud, 25 ms behind every exchange of 19 bytes, so that each is a line",
