@@ -77,9 +77,9 @@ TEST(QtClock, IsOnTimeToAPartOfAMillisecond) {
     QtClock clock;
     std::vector<Clock::Duration> late;
     for (int wait = 0; wait < 25; ++wait) {
-        const auto due = clock.now() + 2ms;
+        const auto due = clock.now() + 2500us;
         bool isDone = false;
-        clock.schedule(2ms, [&] {
+        clock.schedule(2500us, [&] {
             late.push_back(clock.now() - due);
             isDone = true;
         });
@@ -87,8 +87,8 @@ TEST(QtClock, IsOnTimeToAPartOfAMillisecond) {
     }
     EXPECT_GE(*std::min_element(late.begin(), late.end()), 0ms) << "not before its time";
 #ifdef __linux__ // wine rounds what Windows does not
-    // Timers of whole milliseconds would be half of one late in the middle; however busy the machine is, some
-    // of them are not.
+    // A timer of whole milliseconds would be half of one late each time; however busy the machine is, some of
+    // these are not.
     EXPECT_LT(*std::min_element(late.begin(), late.end()), 400us);
 #endif
 }
