@@ -2,9 +2,8 @@
 
 #include "core/link/serial_link.h"
 #include "core/protocol/frame_image.h"
+#include "window/controls/drop_down_list.h"
 #include "window/controls/events.h"
-
-#include <QComboBox>
 
 namespace varda::window {
 
