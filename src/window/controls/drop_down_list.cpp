@@ -50,13 +50,20 @@ void DropDownList::showPopup() {
     }
     keepOutOfTheYellow(view());
     QComboBox::showPopup();
-    view()->setCurrentIndex(model()->index(shownRow(), modelColumn()));
+    mark(shownRow());
+}
+
+void DropDownList::mark(int row) { view()->setCurrentIndex(model()->index(row, modelColumn())); }
+
+/// An entry may show more than the text that it stands for.
+int DropDownList::rowOf(const QString& text) const {
+    return findData(text, Qt::EditRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
 }
 
 /// A text that was typed chooses no entry by itself: the one that was chosen before may not be it any more.
 int DropDownList::shownRow() const {
-    const bool isChosen = currentIndex() >= 0 && itemText(currentIndex()) == currentText();
-    return isChosen ? currentIndex() : findText(currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const bool isChosen = itemData(currentIndex(), Qt::EditRole) == currentText();
+    return isChosen ? currentIndex() : rowOf(currentText());
 }
 
 void DropDownList::wheelEvent(QWheelEvent* event) {

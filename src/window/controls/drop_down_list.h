@@ -24,6 +24,11 @@ public:
 protected:
     void wheelEvent(QWheelEvent* event) override;
 
+    /// The first entry that gives the field exactly this text; -1 where none does.
+    int rowOf(const QString& text) const;
+    /// In the open list; -1 marks none.
+    void mark(int row);
+
 private:
     int shownRow() const;
 };

@@ -165,14 +165,17 @@ void PortList::appendOffers(const std::vector<device::PortName>& ports) {
     addPorts(entries, offered_);
 }
 
-/// While the list is open: what is plugged in, or pulled out, comes and goes.
+/// While the list is open: what is plugged in, or pulled out, comes and goes. The mark stays on its entry, or
+/// goes with it: on another one Enter would take what nobody looked at.
 void PortList::offerPorts() {
     const auto ports = look_();
     if (ports != offered_) {
         const QString text = currentText();
+        const QString marked = view()->currentIndex().data(Qt::EditRole).toString();
         const QSignalBlocker silent(this);
         appendOffers(ports);
         setEditText(text);
+        mark(rowOf(marked));
     }
 }
 

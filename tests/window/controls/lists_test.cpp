@@ -100,19 +100,24 @@ TEST_F(ListsTest, MarksTheEntryThatWasTyped) {
     EXPECT_TRUE(ports->viewport()->rect().intersects(ports->visualRect(ports->currentIndex())));
 }
 
-TEST_F(ListsTest, MarksNothingForATextThatIsNoEntry) {
+TEST_F(ListsTest, MarksAnEntryThatShowsMoreThanItsText) {
     driver.type("cbPort", "VIRTUAL");
+    EXPECT_EQ(marked(open("cbPort")), "VIRTUAL (the embedded controller) ");
+}
+
+TEST_F(ListsTest, MarksNothingForATextThatIsNoEntry) {
+    driver.type("cbPort", "COM21");
     EXPECT_EQ(marked(open("cbPort")), "");
 }
 
 TEST_F(ListsTest, TakesNoEntryForATextThatIsNone) {
-    driver.type("cbPort", "VIRTUAL");
+    driver.type("cbPort", "COM21");
     QTest::keyClick(open("cbPort"), Qt::Key_Return);
-    EXPECT_EQ(text("cbPort"), "VIRTUAL");
+    EXPECT_EQ(text("cbPort"), "COM21");
 }
 
 TEST_F(ListsTest, BeginsWithItsFirstEntryForATextThatIsNone) {
-    driver.type("cbPort", "VIRTUAL");
+    driver.type("cbPort", "COM21");
     QAbstractItemView* const ports = open("cbPort");
     QTest::keyClick(ports, Qt::Key_Down);
     EXPECT_EQ(marked(ports), "COM1 ");

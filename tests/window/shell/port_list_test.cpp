@@ -45,6 +45,8 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    std::string marked() { return ports->view()->currentIndex().data(Qt::EditRole).toString().toStdString(); }
+
     const Texts all = {"/dev/ttyUSB0 - USB Serial, Maker (serial number A10K)",
                        "/dev/serial/by-id/usb-Maker-A10K (now /dev/ttyUSB0)",
                        "VIRTUAL (the embedded controller)"};
@@ -98,6 +100,29 @@ TEST_F(PortListTest, LooksAgainWhileItIsOpen) {
     EXPECT_EQ(text("cbPort"), "COM1");
     close();
     EXPECT_EQ(ports->count(), 20);
+}
+
+TEST_F(PortListTest, TheMarkStaysOnItsPortWhileOthersComeAndGo) {
+    open();
+    ports->view()->setCurrentIndex(ports->model()->index(20, 0));
+    ASSERT_EQ(marked(), "/dev/ttyUSB0");
+    plugIn("ttyACM0", "1-3", "");
+    ASSERT_TRUE(runUntil([this] { return offers().size() == 4; }));
+    EXPECT_EQ(marked(), "/dev/ttyUSB0");
+    QTest::keyClick(ports->view(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(text("cbPort"), "/dev/ttyUSB0");
+}
+
+TEST_F(PortListTest, NothingIsMarkedOnceTheMarkedPortIsGone) {
+    open();
+    ports->view()->setCurrentIndex(ports->model()->index(20, 0));
+    unplug("ttyUSB0", "1-2");
+    ASSERT_TRUE(runUntil([this] { return offers().size() == 1; }));
+    EXPECT_EQ(marked(), "");
+    QTest::keyClick(ports->view(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(text("cbPort"), "COM1");
 }
 
 TEST_F(PortListTest, KeepsTypedTextWhereNothingIsChosen) {
