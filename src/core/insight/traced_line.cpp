@@ -109,6 +109,7 @@ void TracedLine::write(const Bytes& bytes) {
         inner().write(bytes);
         return;
     }
+    tell([&] { tellNews(); }); // whoever sends need not have heard of what came before
     const Clock::Time time = clock_.now();
     const std::size_t unsent = inner().unsentWrites();
     try {

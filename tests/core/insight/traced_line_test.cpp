@@ -58,6 +58,17 @@ TEST_F(TracedLineTest, LineThatKnowsNoTimesHasThoseOfItsEvents) {
     EXPECT_EQ(line(1).first, clock.now());
 }
 
+TEST_F(TracedLineTest, WhatCameBeforeAFrameWasSentStandsBeforeIt) {
+    wire.receive({1});
+    clock.advance(20);
+    wire.receiveAt(clock.now(), {2}); // told of later, with what comes behind it
+    clock.advance(20);
+    port.write({3});
+    ASSERT_EQ(lines(), 4U);
+    EXPECT_EQ(line(2).bytes, Bytes{2});
+    EXPECT_EQ(line(3).bytes, Bytes{3});
+}
+
 TEST_F(TracedLineTest, BytesThatAreOnlyCountedAreCounted) {
     link.enterMode(Mode::Simulation);
     wire.receive(Bytes(1000, 7));
