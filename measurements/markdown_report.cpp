@@ -44,7 +44,7 @@ std::string spreadText(std::vector<double> seconds) {
 /// Shows the runs on the console as they end and keeps them for the document.
 class MarkdownReport : public benchmark::ConsoleReporter {
 public:
-    /// All runs of one benchmark, and what the library makes of them.
+    /// Called for all runs of one benchmark, and once more for what the library makes of them.
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         std::vector<double> seconds;
@@ -63,7 +63,7 @@ public:
         }
     }
 
-    bool failed() const { return failed_; }
+    bool failed() const { return failed_ || rows_.empty(); }
     std::string document() const {
         std::string rows;
         for (const auto& [place, row] : rows_) {
@@ -78,9 +78,10 @@ public:
                "on a line in memory, without what a\n"
                "line takes; drawn requests, other libraries and real lines, with their spread: "
                "[performance.md](performance.md).\n\n"
-               "Times of one call: the median of some runs, the least and the most. An answer's "
-               "is that from the end of\nthe last settle step to the bytes' leaving, without a window. "
-               "Saving brings the file to the disk.\n\n"
+               "Times of one call, each run the mean of its calls: the median of the runs, the least and the "
+               "most. An answer's is that from the\nend of the last settle step to the bytes' leaving, "
+               "without "
+               "a window. Saving brings the file to the disk.\n\n"
                "| what | pairs | runs | time | least to most |\n"
                "|---|--:|--:|--:|--:|\n" +
                rows;

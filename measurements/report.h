@@ -4,13 +4,15 @@
 
 namespace varda::bench {
 
-/// Of this process, in KiB.
+/// Of one process, in KiB.
 struct Memory {
     long resident = 0;
-    long own = 0; ///< what it wrote itself
+    long own = 0; ///< what it wrote itself; whether it shares what it read depends on who else runs
 };
 
-Memory memory();
+/// @param process its number; this one by default
+/// @throws std::runtime_error where the system does not tell
+Memory memory(const std::string& process = "self");
 
 /// The most of each.
 Memory most(const Memory& one, const Memory& other);
