@@ -20,7 +20,7 @@ using HashKey = std::array<std::uint64_t, 2>;
 /// nobody has seen.
 const HashKey& drawnKey();
 
-/// A number that is the same for names that equalNames holds for.
+/// A number that is the same for names that equalNames holds for; as wide as what NameIndex keeps.
 std::uint32_t hashOfName(std::string_view name, const HashKey& key = drawnKey());
 
 /// A number of a text whose case counts.
