@@ -1,5 +1,8 @@
 #include "window/controls/steady_scroll_bar.h"
 
+#include <QAbstractScrollArea>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QStyle>
 #include <QStyleOptionSlider>
 
@@ -7,6 +10,19 @@
 #include <utility>
 
 namespace varda::window {
+namespace {
+
+/// Qt lays the list out at every change of the range.
+void layOutWhereNeeded(QAbstractScrollArea* list, const QScrollBar* bar) {
+    QObject::disconnect(bar, &QScrollBar::rangeChanged, list, nullptr);
+    QObject::connect(bar, &QScrollBar::rangeChanged, list, [list, bar](int least, int most) {
+        if (bar->isVisibleTo(list) != (least < most)) {
+            QCoreApplication::postEvent(list, new QEvent(QEvent::LayoutRequest));
+        }
+    });
+}
+
+} // namespace
 
 SteadyScrollBar::SteadyScrollBar(Qt::Orientation orientation, QWidget* parent)
     : QScrollBar(orientation, parent) {
@@ -50,6 +66,13 @@ SteadyScrollBar::Look SteadyScrollBar::look() const {
     initStyleOption(&option);
     return {style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this),
             value() == minimum(), value() == maximum()};
+}
+
+void giveSteadyScrollBars(QAbstractScrollArea* list) {
+    list->setVerticalScrollBar(new SteadyScrollBar(Qt::Vertical, list));
+    list->setHorizontalScrollBar(new SteadyScrollBar(Qt::Horizontal, list));
+    layOutWhereNeeded(list, list->verticalScrollBar());
+    layOutWhereNeeded(list, list->horizontalScrollBar());
 }
 
 } // namespace varda::window

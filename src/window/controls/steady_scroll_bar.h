@@ -4,6 +4,8 @@
 #include <QScrollBar>
 #include <QTimer>
 
+class QAbstractScrollArea;
+
 namespace varda::window {
 
 /// A scroll bar that is painted again only where it looks other than before. A list that grows by a line
@@ -36,5 +38,9 @@ private:
     bool isAsked_ = false; ///< whether it looks other, once the changes under way are done
     QTimer following_;     ///< until it is painted at the end that has moved
 };
+
+/// Gives both to a list that grows. It lays itself out when one of them comes or goes, and no longer for each
+/// line, which paints both whatever they look like.
+void giveSteadyScrollBars(QAbstractScrollArea* list);
 
 } // namespace varda::window

@@ -32,7 +32,7 @@ TraceTable::TraceTable(QWidget* parent) : QTableView(parent) {
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
     setItemDelegate(new ShapedTextDelegate(this));
-    setVerticalScrollBar(new SteadyScrollBar(Qt::Vertical, this));
+    giveSteadyScrollBars(this);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TraceTable::scrolled);
     fitRows();
 }

@@ -6,7 +6,6 @@
 #include "window/controls/events.h"
 #include "window/controls/file_dialogs.h"
 #include "window/controls/form.h"
-#include "window/controls/steady_scroll_bar.h"
 #include "window/monitor/frmMonitoringData.h"
 #include "window/monitor/monitor_delegate.h"
 #include "window/system/file_name.h"
@@ -37,7 +36,6 @@ MonitorPage::MonitorPage(const PageContext& context, Surroundings surroundings, 
     logToolTip_ = ui_->chkMonLog->toolTip();
     ui_->lstMonitor->setModel(&lines_);
     ui_->lstMonitor->setItemDelegate(new MonitorDelegate(this));
-    ui_->lstMonitor->setVerticalScrollBar(new SteadyScrollBar(Qt::Vertical, ui_->lstMonitor));
     ui_->lstMonitor->viewport()->installEventFilter(this);
     ui_->monitorState->tell(ui_->monitorState->text()); // nobody listens yet: the start is no news
     bind();
@@ -156,7 +154,7 @@ void MonitorPage::listBurst(const Bytes& burst) {
     }
     ui_->txtLine->setText(QString::number(lines_.rowCount() - 1)); // kept: the count lags one behind
     if (follows) {
-        ui_->lstMonitor->scrollToBottom();
+        ui_->lstMonitor->showEnd();
     }
 }
 

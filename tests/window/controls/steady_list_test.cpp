@@ -1,0 +1,116 @@
+#include "window/controls/steady_list.h"
+
+#include "support/event_loop.h"
+
+#include <QScreen>
+#include <QScrollBar>
+#include <QStandardItemModel>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+
+namespace varda::test {
+namespace {
+
+class SteadyListTest : public testing::Test, public QObject {
+protected:
+    SteadyListTest() {
+        list.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+        list.setModel(&lines);
+        list.resize(200, 300);
+        list.show();
+        for (QScrollBar* const bar : bars) {
+            bar->installEventFilter(this);
+        }
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        painted += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+    void add(int count, const QString& text) {
+        for (int line = 0; line < count; ++line) {
+            lines.appendRow(new QStandardItem(text));
+        }
+        list.showEnd();
+        runFor(std::chrono::milliseconds(5));
+    }
+
+    bool isShown(const QScrollBar* bar) {
+        return runUntil([bar] { return bar->isVisible(); }, std::chrono::milliseconds(200));
+    }
+
+    /// Whether a part of the list looks on the screen as it does painted anew.
+    bool isSeen(QWidget* part) {
+        const QRect place(part->mapTo(&list, QPoint()), part->size());
+        const QImage seen = list.screen()->grabWindow(list.winId()).toImage().copy(place);
+        return !part->isVisible() || seen.convertToFormat(QImage::Format_RGB32) ==
+                                         part->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    }
+
+    bool isWhatIsSeen() {
+        runFor(std::chrono::milliseconds(300)); // the scroll bar at the end follows four times a second
+        return isSeen(list.viewport()) && isSeen(bars[0]) && isSeen(bars[1]);
+    }
+
+    QStandardItemModel lines;
+    window::SteadyList list;
+    const std::array<QScrollBar*, 2> bars = {list.verticalScrollBar(), list.horizontalScrollBar()};
+    int painted = 0;
+    const QString wide = QString(500, u'A');
+};
+
+TEST_F(SteadyListTest, ShowsItsScrollBarsWhereItNeedsThem) {
+    add(1, QStringLiteral("A"));
+    EXPECT_FALSE(isShown(bars[0]));
+    EXPECT_FALSE(isShown(bars[1]));
+    add(100, QStringLiteral("A"));
+    EXPECT_TRUE(isShown(bars[0]));
+    EXPECT_TRUE(runUntil([this] { return painted > 0; }));
+    painted = 0;
+    add(1, wide);
+    EXPECT_TRUE(isShown(bars[1]));
+    EXPECT_TRUE(runUntil([this] { return painted > 0; }));
+    lines.clear();
+    runFor(std::chrono::milliseconds(30));
+    EXPECT_FALSE(bars[0]->isVisible());
+    EXPECT_FALSE(bars[1]->isVisible());
+    EXPECT_EQ(list.viewport()->size(), list.contentsRect().size());
+}
+
+TEST_F(SteadyListTest, WhatItHoldsIsSeen) {
+    add(3, QStringLiteral("A"));
+    EXPECT_TRUE(isWhatIsSeen());
+    add(100, QStringLiteral("B"));
+    EXPECT_TRUE(isWhatIsSeen()) << "with a scroll bar";
+    add(1, wide);
+    EXPECT_TRUE(isWhatIsSeen()) << "with both";
+    list.horizontalScrollBar()->setValue(40);
+    add(20, QStringLiteral("C"));
+    EXPECT_TRUE(isWhatIsSeen()) << "moved";
+    list.resize(150, 200);
+    add(1, QStringLiteral("D"));
+    EXPECT_TRUE(isWhatIsSeen()) << "in another size";
+    lines.removeRows(0, 110);
+    EXPECT_TRUE(isWhatIsSeen()) << "with fewer lines";
+    lines.clear();
+    EXPECT_TRUE(isWhatIsSeen()) << "with none";
+}
+
+TEST_F(SteadyListTest, ALineThatMovesNeitherScrollBarPaintsNone) {
+    list.setUniformItemSizes(true);
+    add(5000, wide);
+    ASSERT_TRUE(isShown(bars[0]) && isShown(bars[1]));
+    runFor(std::chrono::milliseconds(300));
+    painted = 0;
+    for (int line = 0; line < 10; ++line) {
+        add(1, wide);
+    }
+    EXPECT_EQ(painted, 0);
+}
+
+} // namespace
+} // namespace varda::test
