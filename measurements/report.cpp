@@ -6,11 +6,13 @@
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
+#include <stdexcept>
 
 namespace varda::bench {
 
-Memory memory() {
-    std::ifstream file("/proc/self/smaps_rollup");
+Memory memory(const std::string& process) {
+    const std::string name = "/proc/" + process + "/smaps_rollup";
+    std::ifstream file(name);
     Memory found;
     for (std::string word; file >> word;) {
         if (word == "Rss:") {
@@ -18,6 +20,10 @@ Memory memory() {
         } else if (word == "Private_Dirty:") {
             file >> found.own;
         }
+    }
+    if (found.resident == 0 || found.own == 0) {
+        throw std::runtime_error("The memory of process " + process + " is not known: " + name +
+                                 " does not tell.");
     }
     return found;
 }

@@ -4,13 +4,14 @@
 
 namespace varda::bench {
 
-/// Of this process, in KiB.
+/// Of a process, in KiB.
 struct Memory {
     long resident = 0;
     long own = 0; ///< what it wrote itself
 };
 
-Memory memory();
+/// @param process its number, or "self" @throws std::runtime_error where the system does not tell
+Memory memory(const std::string& process = "self");
 
 /// The most of each.
 Memory most(const Memory& one, const Memory& other);

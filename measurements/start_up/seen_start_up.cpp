@@ -1,3 +1,4 @@
+#include "report.h"
 #include "start_up/hidden_screen.h"
 #include "support/temporary_folder.h"
 #include "turns.h"
@@ -8,7 +9,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -41,18 +41,7 @@ struct Start {
     double resident = 0; ///< MiB
 };
 
-/// MiB of one kind.
-double memoryOf(pid_t process, const std::string& kind) {
-    constexpr double kibibytes = 1024;
-    std::ifstream file("/proc/" + std::to_string(process) + "/smaps_rollup");
-    for (std::string word; file >> word;) {
-        double value = 0;
-        if (word == kind && file >> value) {
-            return value / kibibytes;
-        }
-    }
-    return 0;
-}
+double mebibytes(long kibibytes) { return static_cast<double>(kibibytes) / 1024; }
 
 void awaitEmpty(const HiddenScreen& screen, const Picture& empty) {
     const auto end = Clock::now() + patience;
@@ -88,8 +77,9 @@ Start startOf(const std::string& program, const HiddenScreen& screen, const Pict
     const auto start = Clock::now();
     const pid_t process = varda::bench::started({program});
     Start seen = watched(screen, empty, start);
-    seen.own = memoryOf(process, "Private_Dirty:");
-    seen.resident = memoryOf(process, "Rss:");
+    const varda::bench::Memory memory = varda::bench::memory(std::to_string(process));
+    seen.own = mebibytes(memory.own);
+    seen.resident = mebibytes(memory.resident);
     ::kill(process, SIGKILL);
     ::waitpid(process, nullptr, 0);
     awaitEmpty(screen, empty);
