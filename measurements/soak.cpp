@@ -77,10 +77,8 @@ private:
 /// What a run takes: memory in its first part and behind it, and the processor time of all threads.
 class Use {
 public:
-    void look(bool isFirstPart) {
-        varda::bench::Memory& part = isFirstPart ? first_ : behind_;
-        part = most(part, varda::bench::memory());
-    }
+    void lookAtFirstPart() { first_ = most(first_, varda::bench::memory()); }
+    void lookBehindIt() { behind_ = most(behind_, varda::bench::memory()); }
 
     /// @param parts which two parts of the run those were
     void tell(Report& report, const QString& run, const QString& parts) const {
@@ -90,7 +88,7 @@ public:
         const auto seconds = varda::test::processorTime() - start_;
         report.row(QStringLiteral("%1: resident memory %2").arg(run, parts),
                    both(first_.resident, behind_.resident));
-        report.row(QStringLiteral("%1: of it written by the program").arg(run),
+        report.row(QStringLiteral("%1: memory written by the program").arg(run),
                    both(first_.own, behind_.own));
         report.row(QStringLiteral("%1: processor time").arg(run),
                    QStringLiteral("%1 s").arg(seconds.count(), 0, 'f', 1));
@@ -118,7 +116,11 @@ void soak(Report& report, const QString& folder) {
         driver.listBurst(burst);
         if (count % 100 == 0) {
             QCoreApplication::processEvents();
-            use.look(count < settled);
+            if (count < settled) {
+                use.lookAtFirstPart();
+            } else {
+                use.lookBehindIt();
+            }
         }
     }
     report.row(
@@ -143,7 +145,7 @@ void flood(Report& report, const QString& folder) {
     startMonitoring(driver, line, log.toStdString());
     runFor(std::chrono::milliseconds(200));
     Use use;
-    use.look(true);
+    use.lookAtFirstPart();
     const Latency latency;
     std::thread sender([&line] {
         auto next = std::chrono::steady_clock::now();
@@ -164,7 +166,7 @@ void flood(Report& report, const QString& folder) {
     };
     while (clock.elapsed() < seconds * 1000 + 1000) {
         runFor(std::chrono::milliseconds(500));
-        use.look(false);
+        use.lookBehindIt();
     }
     sender.join();
     use.tell(report, QStringLiteral("flood"), QStringLiteral("before, and the most during it"));
@@ -189,7 +191,11 @@ void floodElsewhere(Report& report, const char* mode, const QString& where) {
     for (int count = 0; count < pieces; ++count) {
         line.write(piece, std::chrono::seconds(10));
         runFor(std::chrono::milliseconds(10));
-        use.look(count < 100); // buffers of one wait have been filled by then
+        if (count < 100) { // buffers of one wait have been filled by then
+            use.lookAtFirstPart();
+        } else {
+            use.lookBehindIt();
+        }
     }
     use.tell(report, QStringLiteral("flood of 30 MB ") + where,
              QStringLiteral("in its first second, and after that"));
