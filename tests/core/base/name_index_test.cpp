@@ -187,7 +187,7 @@ TEST(NameIndex, NamesOfDifferentLengthsHaveDifferentHashes) {
     EXPECT_EQ(hashes.size(), 64U);
 }
 
-/// Any keys: with each of them a table has to be as even.
+/// Drawn keys: with each of them a table has to be as even.
 std::vector<HashKey> someKeys() {
     constexpr std::uint64_t seed = 20011;
     std::cout << "seed " << seed << '\n';
