@@ -44,7 +44,8 @@ std::string spreadText(std::vector<double> seconds) {
 /// Shows the runs on the console as they end and keeps them for the document.
 class MarkdownReport : public benchmark::ConsoleReporter {
 public:
-    /// Called for all runs of one benchmark, and once more for what the library makes of them.
+    /// Called for the runs of a benchmark, and again for what the library makes of several, which is
+    /// only shown.
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         std::vector<double> seconds;
@@ -63,7 +64,8 @@ public:
         }
     }
 
-    bool failed() const { return failed_ || rows_.empty(); }
+    bool failed() const { return failed_; }
+    bool isEmpty() const { return rows_.empty(); }
     std::string document() const {
         std::string rows;
         for (const auto& [place, row] : rows_) {
@@ -78,10 +80,10 @@ public:
                "on a line in memory, without what a\n"
                "line takes; drawn requests, other libraries and real lines, with their spread: "
                "[performance.md](performance.md).\n\n"
-               "Times of one call, each run the mean of its calls: the median of the runs, the least and the "
-               "most. An answer's is that from the\nend of the last settle step to the bytes' leaving, "
-               "without "
-               "a window. Saving brings the file to the disk.\n\n"
+               "Times of one call. Each run's is the mean over its calls; of the runs the median, the least "
+               "and the most. An answer's is that from\n"
+               "the end of the last settle step to the bytes' leaving, without a window. Saving brings the "
+               "file to the disk.\n\n"
                "| what | pairs | runs | time | least to most |\n"
                "|---|--:|--:|--:|--:|\n" +
                rows;
@@ -95,9 +97,14 @@ private:
 /// @return the exit code
 int measure(int argc, char** argv) {
     MarkdownReport report;
-    benchmark::RunSpecifiedBenchmarks(&report);
-    const bool isWritten = argc < 2 || report.failed() || writeDocument(argv[1], report.document());
-    return report.failed() || !isWritten ? 1 : 0;
+    const bool isFound = benchmark::RunSpecifiedBenchmarks(&report) > 0;
+    if (!isFound || report.failed()) {
+        return 1;
+    }
+    if (argc < 2) {
+        return 0; // their names may be all that was asked for
+    }
+    return !report.isEmpty() && writeDocument(argv[1], report.document()) ? 0 : 1;
 }
 
 } // namespace

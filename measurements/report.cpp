@@ -11,8 +11,8 @@
 namespace varda::bench {
 
 Memory memory(const std::string& process) {
-    const std::string path = "/proc/" + process + "/smaps_rollup";
-    std::ifstream file(path);
+    const std::string name = "/proc/" + process + "/smaps_rollup";
+    std::ifstream file(name);
     Memory found;
     for (std::string word; file >> word;) {
         if (word == "Rss:") {
@@ -22,7 +22,8 @@ Memory memory(const std::string& process) {
         }
     }
     if (found.resident == 0 || found.own == 0) {
-        throw std::runtime_error(path + " does not tell of its memory");
+        throw std::runtime_error("The memory of process " + process + " is not known: " + name +
+                                 " does not tell.");
     }
     return found;
 }

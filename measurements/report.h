@@ -4,14 +4,13 @@
 
 namespace varda::bench {
 
-/// Of one process, in KiB.
+/// Of a process, in KiB.
 struct Memory {
     long resident = 0;
-    long own = 0; ///< what it wrote itself; whether it shares what it read depends on who else runs
+    long own = 0; ///< what it wrote itself
 };
 
-/// @param process its number; this one by default
-/// @throws std::runtime_error where the system does not tell
+/// @param process its number, or "self" @throws std::runtime_error where the system does not tell
 Memory memory(const std::string& process = "self");
 
 /// The most of each.

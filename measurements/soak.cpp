@@ -116,7 +116,11 @@ void soak(Report& report, const QString& folder) {
         driver.listBurst(burst);
         if (count % 100 == 0) {
             QCoreApplication::processEvents();
-            count < settled ? use.lookAtFirstPart() : use.lookBehindIt();
+            if (count < settled) {
+                use.lookAtFirstPart();
+            } else {
+                use.lookBehindIt();
+            }
         }
     }
     report.row(
@@ -187,7 +191,11 @@ void floodElsewhere(Report& report, const char* mode, const QString& where) {
     for (int count = 0; count < pieces; ++count) {
         line.write(piece, std::chrono::seconds(10));
         runFor(std::chrono::milliseconds(10));
-        count < 100 ? use.lookAtFirstPart() : use.lookBehindIt(); // one wait's buffers are full by then
+        if (count < 100) { // buffers of one wait have been filled by then
+            use.lookAtFirstPart();
+        } else {
+            use.lookBehindIt();
+        }
     }
     use.tell(report, QStringLiteral("flood of 30 MB ") + where,
              QStringLiteral("in its first second, and after that"));

@@ -35,11 +35,13 @@ constexpr auto patience = 20s;
 
 /// What is seen of one start.
 struct Start {
-    double first = 0;    ///< milliseconds
-    double last = 0;     ///< milliseconds
-    double own = 0;      ///< MiB
+    double first = 0; ///< milliseconds
+    double last = 0;  ///< milliseconds
+    double own = 0;   ///< MiB that it wrote itself; whether it shares what it read depends on who else runs
     double resident = 0; ///< MiB
 };
+
+double mebibytes(long kibibytes) { return static_cast<double>(kibibytes) / 1024; }
 
 void awaitEmpty(const HiddenScreen& screen, const Picture& empty) {
     const auto end = Clock::now() + patience;
@@ -75,7 +77,6 @@ Start startOf(const std::string& program, const HiddenScreen& screen, const Pict
     const auto start = Clock::now();
     const pid_t process = varda::bench::started({program});
     Start seen = watched(screen, empty, start);
-    const auto mebibytes = [](long kibibytes) { return static_cast<double>(kibibytes) / 1024; };
     const varda::bench::Memory memory = varda::bench::memory(std::to_string(process));
     seen.own = mebibytes(memory.own);
     seen.resident = mebibytes(memory.resident);

@@ -222,10 +222,11 @@ TEST_F(DeviceLineFlowTest, TellsOfThePieceBehindARead) {
     EXPECT_EQ(line.read().bytes, Bytes{2});
 }
 
+/// While several gatherings end, each of which has something to tell.
 TEST_F(DeviceLineFlowTest, KeepsNoMoreThanOneTaskOnTheWay) {
-    std::size_t pieces = 0;
     const auto end = std::chrono::steady_clock::now() + 3 * Connection::gatheringTime;
-    for (; std::chrono::steady_clock::now() < end; ++pieces) { // each gathering ends with news
+    std::size_t pieces = 0;
+    for (; std::chrono::steady_clock::now() < end; ++pieces) {
         terminal.write({1});
         std::this_thread::sleep_for(1ms);
     }

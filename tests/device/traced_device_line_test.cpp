@@ -75,6 +75,22 @@ TEST_F(TracedDeviceLineTest, BytesThatAreThrownAwayBeforeAnyEventAreSeen) {
     EXPECT_EQ(comm.inBufferCount(), 0U);
 }
 
+/// The line tells of further unread bytes only now and then.
+TEST_F(TracedDeviceLineTest, BytesThatCameBeforeAWriteStandBeforeIt) {
+    terminal.write({1});
+    ASSERT_TRUE(runUntil([this] { return trace.size() == 2; }));
+    terminal.write({2});
+    ASSERT_TRUE(waitsWithoutALoop(2));
+    comm.write({3});
+    std::size_t received = 0;
+    for (Trace::Number number = trace.begin(); line(number).direction != Direction::Sent; ++number) {
+        ASSERT_LT(number + 1, trace.end());
+        received += line(number).size;
+    }
+    EXPECT_EQ(received, 2U);
+    EXPECT_EQ(line(trace.end() - 1).direction, Direction::Sent);
+}
+
 TEST_F(TracedDeviceLineTest, HangUpStaysBehindWhatCanStillBeRead) {
     terminal.write({1, 2, 3});
     ASSERT_TRUE(waitsWithoutALoop(3));

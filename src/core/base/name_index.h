@@ -20,10 +20,10 @@ using HashKey = std::array<std::uint64_t, 2>;
 /// nobody has seen.
 const HashKey& drawnKey();
 
-/// A number that is the same for names that equalNames holds for; as wide as what NameIndex keeps.
+/// A number that is the same for names that equalNames holds for.
 std::uint32_t hashOfName(std::string_view name, const HashKey& key = drawnKey());
 
-/// A number of a text whose case counts.
+/// A number of a text whose case counts. 32 bits are what NameIndex keeps.
 std::uint32_t hashOfText(std::string_view text, const HashKey& key = drawnKey());
 
 /// Finds the number of an item by the item's name. The items themselves, and with them their names, belong to

@@ -104,12 +104,14 @@ void TracedLine::tellPieces(const Burst& burst) const {
     }
 }
 
+/// A line may tell of further unread bytes some time after they came: of those that came before the write the
+/// tap is told before it.
 void TracedLine::write(const Bytes& bytes) {
     if (!tap_.isOpen()) {
         inner().write(bytes);
         return;
     }
-    tell([&] { tellNews(); }); // whoever sends need not have heard of what came before
+    tell([&] { tellNews(); });
     const Clock::Time time = clock_.now();
     const std::size_t unsent = inner().unsentWrites();
     try {

@@ -30,8 +30,9 @@ void keepTabsFromWheel(QTabWidget* tabs);
 
 /// Lets a text be typed into a list, and does the same: what is typed stays as it is typed, with no
 /// completion and no new entries. The form leaves such a list closed, for an open one would come with a
-/// completer of its own, which is a tenth of the window's building time. A DropDownList, for one of Qt's
-/// would mark, and take on Enter, an entry that was chosen before the text was typed.
+/// completer of its own, which is a tenth of the window's building time. A DropDownList, since what is typed
+/// chooses no entry then: Qt's own list would open at the one that was chosen before, and Enter would take
+/// that.
 void letTypeInto(DropDownList* list);
 
 /// Leaves the place of a hidden field empty; else the fields beside it would jump.

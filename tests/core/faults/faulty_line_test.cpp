@@ -198,6 +198,23 @@ TEST_F(FaultyLineTest, ARequestInTwoPiecesHasItsAnswerAtTheFirst) {
     EXPECT_EQ(runsInWords(runsOf(framesOf(*trace.find(4)).at(0))), "W 0100 .. W 0103");
 }
 
+TEST_F(FaultyLineTest, WhatCameBeforeALatePieceStandsBeforeIt) {
+    plan("split=50");
+    request();
+    clock.advance(10);
+    wire.receiveAt(clock.now(), {1});
+    wire.raiseReceived();
+    clock.advance(35);
+    wire.receiveAt(clock.now(), {2}); // the line is going to tell of it later
+    clock.advance(200);
+    std::string directions;
+    for (Trace::Number number = trace.begin() + 2; number < trace.end(); ++number) {
+        directions += cellInWords(trace, number, TraceColumn::Direction) + ' ';
+        EXPECT_GE(trace.find(number)->first, trace.find(number - 1)->first) << number;
+    }
+    EXPECT_EQ(directions, "sent received received sent ");
+}
+
 TEST_F(FaultyLineTest, ARequestThatIsStillOnItsWayWhenTheWaitEndsAwaitsNothing) {
     plan("late=60000");
     request();

@@ -58,17 +58,6 @@ TEST_F(TracedLineTest, LineThatKnowsNoTimesHasThoseOfItsEvents) {
     EXPECT_EQ(line(1).first, clock.now());
 }
 
-TEST_F(TracedLineTest, WhatCameBeforeAFrameWasSentStandsBeforeIt) {
-    wire.receive({1});
-    clock.advance(20);
-    wire.receiveAt(clock.now(), {2}); // told of later, with what comes behind it
-    clock.advance(20);
-    port.write({3});
-    ASSERT_EQ(lines(), 4U);
-    EXPECT_EQ(line(2).bytes, Bytes{2});
-    EXPECT_EQ(line(3).bytes, Bytes{3});
-}
-
 TEST_F(TracedLineTest, BytesThatAreOnlyCountedAreCounted) {
     link.enterMode(Mode::Simulation);
     wire.receive(Bytes(1000, 7));
@@ -85,6 +74,29 @@ TEST_F(TracedLineTest, TooLongABurstKeepsItsBeginning) {
     ASSERT_EQ(lines(), 2U);
     EXPECT_EQ(line(1).bytes, Bytes(Trace::mostLineBytes, 1));
     EXPECT_EQ(line(1).size, Trace::mostLineBytes + 10'000'000);
+}
+
+TEST_F(TracedLineTest, WhatCameBeforeAWriteIsToldBeforeItAndOnce) {
+    receive("01 02 ");
+    clock.advance(5);
+    wire.receiveAt(clock.now(), {3});
+    clock.advance(5);
+    port.write({9});
+    ASSERT_EQ(lines(), 3U);
+    EXPECT_EQ(line(1).bytes, (Bytes{1, 2, 3}));
+    EXPECT_EQ(line(2).bytes, Bytes{9});
+    wire.raiseReceived();
+    EXPECT_EQ(lines(), 3U);
+    EXPECT_EQ(port.read().bytes, (Bytes{1, 2, 3}));
+}
+
+TEST_F(TracedLineTest, WhatCameBeforeARefusedWriteIsToldBeforeIt) {
+    wire.receiveAt(clock.now(), {1});
+    wire.failWrite({8020, "gone"});
+    EXPECT_THROW(port.write({9}), RuntimeError);
+    ASSERT_EQ(lines(), 3U);
+    EXPECT_EQ(line(1).bytes, Bytes{1});
+    EXPECT_EQ(verdict(2), "Not sent. gone");
 }
 
 TEST_F(TracedLineTest, UnsentBytesAreNotSent) {
