@@ -119,7 +119,7 @@ void LinkModel::received() {
     if (waits_) {
         return; // belongs to the reception that is under way
     }
-    wasInReceive_ = std::exchange(inReceive_, true);
+    inReceive_ = true;
     waitTicks = 0;
     world_.desk.show("txtWatchDog", "0");
     if (commMode == monitoring) {
@@ -274,9 +274,11 @@ void LinkModel::enterMode(int mode) {
     if (commMode == simulation && mode != simulation) {
         if (settles_ && waits_) {
             input.clear(); // the request that is not answered
-            endWaits();
-            inReceive_ = wasInReceive_; // what an unknown request left stays
         }
+        if (settles_) {
+            endWaits();
+        }
+        inReceive_ = waits_; // what began before the simulation goes on
     }
     commMode = mode;
 }

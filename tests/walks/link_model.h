@@ -53,7 +53,6 @@ private:
 
     World& world_;
     bool inReceive_ = false;
-    bool wasInReceive_ = false; ///< when the reception that is under way began
     bool waits_ = false;
     bool settles_ = false; ///< what waits is a request to the simulation
     int waitRun_ = 0;

@@ -128,11 +128,14 @@ void SerialLink::handOver(const Bytes& bytes) {
 
 void SerialLink::enterMode(Mode mode) {
     const bool leavesSimulation = state_.CommMode == Mode::Simulation && mode != Mode::Simulation;
-    const bool isRequestSettling = wait_.isPending() && isSettling_ && commPLC_.isOpen();
-    if (leavesSimulation && isRequestSettling) {
-        discardUnread(Discarding::WithTheMode); // the request that is not answered, and the limit to it
+    // a reception that began before the simulation, on a connection that still stands
+    const bool receivesForAnother = wait_.isPending() && !isSettling_ && commPLC_.isOpen();
+    if (leavesSimulation && !receivesForAnother) {
+        if (wait_.isPending()) {
+            discardUnread(Discarding::WithTheMode); // the request that is not answered, and the limit to it
+        }
         wait_.cancel();
-        state_.InReceive = isStuck_; // kept: what an unknown request left stands in the next mode too
+        state_.InReceive = false;
     }
     if (mode == Mode::Scenario) { // a silence from before the run would end it
         exchange_.giveUp();

@@ -64,8 +64,8 @@ public:
     void observeCounters(CounterObserver& observer) { exchange_.observeCounters(observer); }
 
     /// Chooses what the link does from now on. Leaving the simulation ends it: a request that is still
-    /// settling is not answered. A timer that an unknown request holds stays held. A scenario begins with no
-    /// silence and nothing awaited.
+    /// settling is not answered, and the link is free for the next mode. A scenario begins with no silence
+    /// and nothing awaited.
     void enterMode(Mode mode);
 
     /// The port was opened: a wait that began before belongs to the closed connection and does nothing more.

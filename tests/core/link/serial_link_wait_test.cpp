@@ -322,5 +322,76 @@ TEST_F(SerialLinkTest, BytesThatCameDuringADefectsWaitAreReceivedAllTheSame) {
     EXPECT_EQ(bursts, 2);
 }
 
+TEST_F(SerialLinkTest, ScenarioBeginsWithASilenceOfZeroThatIsShown) {
+    awaitAnswer(0x21, 9);
+    tick(7);
+    EXPECT_EQ(form.text("txtWatchDog"), "7");
+    link.enterMode(Mode::Scenario);
+    EXPECT_EQ(form.text("txtWatchDog"), "0");
+}
+
+TEST_F(RolesTest, LeavingTheSimulationEndsARequestThatIsStillSettling) {
+    link.enterMode(Mode::Simulation);
+    port.receive(burst(9));
+    clock.advance(149);
+    link.enterMode(Mode{0x21});
+    EXPECT_FALSE(state.InReceive);
+    clock.advance(1000);
+    EXPECT_TRUE(requests.empty());
+}
+
+TEST_F(RolesTest, RequestThatIsNotAnsweredLeavesNoBytesToTheNextOne) {
+    link.enterMode(Mode::Simulation);
+    port.receive(burst(9));
+    link.enterMode(Mode{0x21});
+    link.enterMode(Mode::Simulation);
+    port.receive(burst(3));
+    clock.advance(300);
+    EXPECT_EQ(requests, std::vector<Bytes>{burst(3)});
+}
+
+TEST_F(RolesTest, LeavingTheSimulationFreesTheTimerThatAnUnknownRequestHeld) {
+    requestIsKnown = false;
+    link.enterMode(Mode::Simulation);
+    port.receive(burst(9));
+    clock.advance(300);
+    EXPECT_TRUE(state.InReceive);
+    link.enterMode(Mode::Simulation);
+    EXPECT_TRUE(state.InReceive);
+    link.enterMode(Mode::MonitorIdle);
+    EXPECT_FALSE(state.InReceive);
+}
+
+TEST_F(RolesTest, ReceptionThatBeganBeforeTheSimulationOutlivesIt) {
+    link.enterMode(Mode{0x21});
+    port.receive(burst(4));
+    clock.advance(50);
+    link.enterMode(Mode::Simulation);
+    link.enterMode(Mode{0x21});
+    EXPECT_TRUE(state.InReceive);
+    clock.advance(50);
+    EXPECT_EQ(form.text("txtCurrentData"), "4");
+}
+
+TEST_F(RolesTest, ReceptionOfAClosedConnectionDoesNotOutliveTheSimulation) {
+    link.enterMode(Mode{0x21});
+    port.receive(burst(4));
+    port.close();
+    link.enterMode(Mode::Simulation);
+    link.enterMode(Mode{0x21});
+    EXPECT_FALSE(state.InReceive);
+    clock.advance(100);
+    EXPECT_FALSE(state.InReceive);
+}
+
+TEST_F(RolesTest, ChangeBetweenOtherModesLeavesAReceptionAlone) {
+    link.enterMode(Mode{0x21});
+    port.receive(burst(9));
+    link.enterMode(Mode{0x22});
+    EXPECT_TRUE(state.InReceive);
+    clock.advance(100);
+    EXPECT_FALSE(state.InReceive);
+}
+
 } // namespace
 } // namespace varda::test
