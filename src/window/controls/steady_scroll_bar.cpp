@@ -27,7 +27,7 @@ void layOutWhereNeeded(QAbstractScrollArea* list, const QScrollBar* bar) {
 SteadyScrollBar::SteadyScrollBar(Qt::Orientation orientation, QWidget* parent)
     : QScrollBar(orientation, parent) {
     following_.setSingleShot(true);
-    following_.setInterval(std::chrono::milliseconds(250));
+    following_.setInterval(std::chrono::seconds(1));
     connect(&following_, &QTimer::timeout, this, [this] { update(); });
 }
 
@@ -56,8 +56,7 @@ void SteadyScrollBar::paintIfOther() {
 }
 
 void SteadyScrollBar::paintEvent(QPaintEvent* event) {
-    painted_ = look();
-    following_.stop();
+    painted_ = look(); // and it goes on following: this may be for a picture, and not for the screen
     QScrollBar::paintEvent(event);
 }
 

@@ -10,7 +10,7 @@ namespace varda::window {
 
 /// A scroll bar that is painted again only where it looks other than before. A list that grows by a line
 /// moves its slider by a fraction of a pixel, and painting a scroll bar costs more than painting the line.
-/// Where it only stays at the end of such a list it is painted four times a second.
+/// Where it only stays at the end of such a list it is painted once a second.
 class SteadyScrollBar : public QScrollBar {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
 #include "window/controls/steady_list.h"
 
+#include "core/protocol/random_draws.h"
 #include "support/event_loop.h"
 
 #include <QScreen>
@@ -10,6 +11,9 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
+#include <iostream>
+#include <vector>
 
 namespace varda::test {
 namespace {
@@ -44,16 +48,20 @@ protected:
     }
 
     /// Whether a part of the list looks on the screen as it does painted anew.
-    bool isSeen(QWidget* part) {
+    bool isSeenAsItIs(QWidget* part) {
         const QRect place(part->mapTo(&list, QPoint()), part->size());
         const QImage seen = list.screen()->grabWindow(list.winId()).toImage().copy(place);
         return !part->isVisible() || seen.convertToFormat(QImage::Format_RGB32) ==
                                          part->grab().toImage().convertToFormat(QImage::Format_RGB32);
     }
 
-    bool isWhatIsSeen() {
-        runFor(std::chrono::milliseconds(300)); // the scroll bar at the end follows four times a second
-        return isSeen(list.viewport()) && isSeen(bars[0]) && isSeen(bars[1]);
+    bool isSeen(QWidget* part) {
+        return runUntil([this, part] { return isSeenAsItIs(part); }, std::chrono::seconds(5));
+    }
+    bool areLinesSeen() { return isSeen(list.viewport()); }
+    bool areBarsSeen() {
+        runFor(std::chrono::milliseconds(20)); // a bar that has its picture taken takes itself for painted
+        return isSeen(bars[0]) && isSeen(bars[1]);
     }
 
     QStandardItemModel lines;
@@ -83,21 +91,62 @@ TEST_F(SteadyListTest, ShowsItsScrollBarsWhereItNeedsThem) {
 
 TEST_F(SteadyListTest, WhatItHoldsIsSeen) {
     add(3, QStringLiteral("A"));
-    EXPECT_TRUE(isWhatIsSeen());
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen());
     add(100, QStringLiteral("B"));
-    EXPECT_TRUE(isWhatIsSeen()) << "with a scroll bar";
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen()) << "with a scroll bar";
     add(1, wide);
-    EXPECT_TRUE(isWhatIsSeen()) << "with both";
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen()) << "with both";
     list.horizontalScrollBar()->setValue(40);
     add(20, QStringLiteral("C"));
-    EXPECT_TRUE(isWhatIsSeen()) << "moved";
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen()) << "moved";
     list.resize(150, 200);
     add(1, QStringLiteral("D"));
-    EXPECT_TRUE(isWhatIsSeen()) << "in another size";
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen()) << "in another size";
     lines.removeRows(0, 110);
-    EXPECT_TRUE(isWhatIsSeen()) << "with fewer lines";
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen()) << "with fewer lines";
     lines.clear();
-    EXPECT_TRUE(isWhatIsSeen()) << "with none";
+    EXPECT_TRUE(areLinesSeen() && areBarsSeen()) << "with none";
+}
+
+/// Whatever is done to its lines, what it keeps of the screen is right.
+TEST_F(SteadyListTest, WhatItHoldsIsSeenAfterEveryStep) {
+    constexpr unsigned seed = 20261124;
+    std::cout << "seed " << seed << '\n';
+    Draws draws(seed);
+    const auto line = [&draws] {
+        return new QStandardItem(QString(1 + draws.below(60), QChar(u'A' + draws.below(26))));
+    };
+    const std::vector<std::function<void()>> steps = {
+        [&] { lines.appendRow(line()); },
+        [&] { lines.insertRow(draws.below(lines.rowCount() + 1), line()); },
+        [&] { lines.removeRows(draws.below(lines.rowCount() + 1), 1); },
+        [&] {
+            lines.clear();
+            lines.appendRow(line());
+        },
+        [&] {
+            for (int count = draws.below(6); count > 0; --count) {
+                lines.appendRow(line());
+            }
+        },
+        [&] { list.resize(100 + draws.below(150), 60 + draws.below(300)); },
+        [&] { list.horizontalScrollBar()->setValue(draws.below(200)); },
+        [&] { list.verticalScrollBar()->setValue(draws.below(40)); },
+    };
+    for (int count = 0; count < 1500; ++count) {
+        const int step = draws.oneIn(2) ? 0 : draws.below(static_cast<int>(steps.size()));
+        steps.at(static_cast<std::size_t>(step))();
+        if (!draws.oneIn(4)) {
+            list.showEnd();
+        }
+        if (draws.oneIn(3)) {
+            QCoreApplication::processEvents();
+        }
+        if (draws.oneIn(2)) {
+            ASSERT_TRUE(areLinesSeen() && (!draws.oneIn(50) || areBarsSeen()))
+                << "step " << count << ", the last one was " << step;
+        }
+    }
 }
 
 TEST_F(SteadyListTest, ALineThatMovesNeitherScrollBarPaintsNone) {
