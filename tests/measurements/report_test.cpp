@@ -38,13 +38,13 @@ TEST(MemoryOfAProcess, IsThatOfTheProcessThatIsNamed) {
         ::pause();
         ::_exit(0);
     }
-    const std::vector<char> written(32 * 1024 * 1024, 'x');
+    const std::vector<char> written(std::size_t{32} * 1024 * 1024, 'x');
     const long ours = memory(std::to_string(::getpid())).own;
     const long theirs = memory(std::to_string(other)).own;
     ::kill(other, SIGKILL);
     ::waitpid(other, nullptr, 0);
     EXPECT_GT(theirs, 0);
-    EXPECT_GT(ours, theirs + 30 * 1024) << written.size();
+    EXPECT_GT(ours, theirs + 30L * 1024) << written.size();
 }
 
 TEST(MemoryOfAProcess, OfNoneIsNoFigure) {

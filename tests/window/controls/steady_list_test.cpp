@@ -3,6 +3,8 @@
 #include "core/protocol/random_draws.h"
 #include "support/event_loop.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStandardItemModel>
