@@ -2,6 +2,7 @@
 #include "core/files/append_file.h"
 
 #include <array>
+#include <atomic>
 #include <fstream>
 
 namespace varda::test {
@@ -120,6 +121,24 @@ TEST_F(BadEnds, OfALineThatGoesAwayAreToldByEverySubcommand) {
         EXPECT_EQ(runBeside(arguments, [&gone] { gone.closeFarEnd(); }), 3) << arguments.front();
         EXPECT_NE(error.text().find("went away"), std::string::npos) << arguments.front() << error.text();
     }
+}
+
+/// A byte comes just before a send, which throws it away before it is read; then nothing comes any more.
+TEST_F(BadEnds, OfALineThatFallsSilentAfterAByteThatWasThrownAwayAreTold) {
+    std::atomic<bool> hasEnded = false;
+    std::thread farEnd([this, &hasEnded] {
+        line.read(9, 5s);
+        line.write({7});
+        for (int wait = 0; wait < 1000 && !hasEnded; ++wait) {
+            std::this_thread::sleep_for(20ms);
+        }
+        line.write({7}); // ends what would wait for ever
+    });
+    EXPECT_EQ(run({"--json", "run", "-p", line.path(), "--rounds", "10", "--period", "20", scenarioFile()}),
+              1);
+    hasEnded = true;
+    farEnd.join();
+    EXPECT_EQ(objects().at(objects().size() - 2)["outcome"], "silent") << out.text();
 }
 
 TEST_F(BadEnds, OfAPortThatIsNotThereAreToldByEverySubcommand) {
