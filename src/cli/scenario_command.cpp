@@ -134,6 +134,8 @@ void ScenarioCommand::declare(CLI::App& app) {
 }
 
 ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
+    requireOwnFile(junit_, {html_, take_, expectations_, file_});
+    requireOwnFile(html_, {take_, expectations_, file_});
     std::vector<std::string> lines = scenarioLines(file_);
     Expectations wanted = expectations_.empty() ? Expectations() : expectations(expectations_, lines.size());
     LinkSession session(startPeriod);

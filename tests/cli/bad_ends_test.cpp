@@ -1,5 +1,6 @@
 #include "cli/program_fixture.h"
 #include "core/files/append_file.h"
+#include "core/insight/pcapng.h"
 
 #include <array>
 #include <atomic>
@@ -168,6 +169,28 @@ TEST_F(BadEnds, OfFilesThatAreNoneAreToldByEverySubcommand) {
         EXPECT_EQ(run(aFolder), 2) << arguments.front();
         EXPECT_NE(error.text().find(folder.path() + " is a folder"), std::string::npos) << error.text();
     }
+}
+
+TEST_F(BadEnds, OfAFileThatIsNamedTwiceAreToldBeforeItIsWritten) {
+    const std::string scenario = scenarioFile();
+    const std::string kept = bytesOf(scenario);
+    const std::string detour = folder.path() + "/../" + folder.path().substr(folder.path().rfind('/') + 1);
+    const std::string capture = file("line.pcapng", captureHeading());
+    const std::string both = folder.file("both");
+    for (const Arguments& arguments :
+         {Arguments{"run", "-p", "VIRTUAL", "--junit", detour + "/two.scn", scenario},
+          Arguments{"run", "-p", "VIRTUAL", "--html", scenario, scenario},
+          Arguments{"run", "-p", "VIRTUAL", "--junit", both, "--html", both, scenario},
+          Arguments{"run", "-p", "VIRTUAL", "--html", both, "--take", detour + "/both", scenario},
+          Arguments{"convert", capture, "--scenario", both, "--packets", both},
+          Arguments{"convert", capture, "--packets", capture},
+          Arguments{"monitor", "-p", "VIRTUAL", "--log", both, "--pcapng", both}}) {
+        EXPECT_EQ(run(arguments), 2) << arguments.front();
+        EXPECT_NE(error.text().find("is named twice"), std::string::npos) << error.text();
+        EXPECT_EQ(bytesOf(both), "") << arguments.front();
+    }
+    EXPECT_EQ(bytesOf(scenario), kept);
+    EXPECT_EQ(bytesOf(capture), captureHeading());
 }
 
 TEST_F(BadEnds, AreNotThoseOfFilesWithNamesInAnyLetters) {
