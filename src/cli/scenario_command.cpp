@@ -154,15 +154,16 @@ ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
 
 void ScenarioCommand::writeFiles(const std::vector<LineResult>& results,
                                  const std::vector<std::string>& taken) const {
-    if (!junit_.empty()) {
-        replaceFile(junit_, junit(file_, results));
-    }
-    if (!html_.empty()) {
-        replaceFile(html_, htmlReport(file_, results));
-    }
-    if (!take_.empty()) {
-        saveExpectations(take_, taken);
-    }
+    const auto write = [](const std::string& path, auto&& file) {
+        if (!path.empty()) {
+            file(path);
+        }
+    };
+    const auto writeTable = [&](const std::string& path) { replaceFile(path, junit(file_, results)); };
+    const auto writePage = [&](const std::string& path) { replaceFile(path, htmlReport(file_, results)); };
+    const auto writeTaken = [&](const std::string& path) { saveExpectations(path, taken); };
+    doBoth([&] { write(junit_, writeTable); },
+           [&] { doBoth([&] { write(html_, writePage); }, [&] { write(take_, writeTaken); }); });
 }
 
 } // namespace varda::cli

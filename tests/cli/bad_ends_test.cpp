@@ -92,6 +92,23 @@ TEST_F(BadEnds, OfResultsThatCannotBeWrittenAreTold) {
     EXPECT_NE(out.text().find("2 right"), std::string::npos) << "what was found out stands all the same";
 }
 
+TEST_F(BadEnds, OfOneResultLeaveTheOthers) {
+    const std::string missing = folder.file("missing") + "/results";
+    const std::string page = folder.file("results.html");
+    const std::string taken = folder.file("taken.expect");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--junit", missing, "--html", page, "--take",
+                   taken, scenarioFile()}),
+              4);
+    EXPECT_NE(bytesOf(page).find("</html>"), std::string::npos);
+    EXPECT_NE(bytesOf(taken).find("Expect1="), std::string::npos);
+    EXPECT_EQ(
+        runUntilEnded({"simulate", "-p", line.path(), "--memory-file", missing, "--save-memory", pairsFile()},
+                      [] {}),
+        4);
+    EXPECT_NE(error.text().find("missing"), std::string::npos) << error.text();
+    EXPECT_NE(out.text().find("pair 1: answered 0 times"), std::string::npos) << out.text();
+}
+
 TEST_F(BadEnds, OfALogThatCannotBeMadeAreTold) {
     EXPECT_EQ(run({"monitor", "-p", line.path(), "--log", folder.file("missing") + "/line.log"}), 4);
     EXPECT_NE(error.text().find("line.log"), std::string::npos) << error.text();
