@@ -318,8 +318,10 @@ TEST_F(BenchTest, TellsThatThePortWentAwayWhileItPlays) {
         line.read(9, 5s);
         line.closeFarEnd();
     });
-    EXPECT_EQ(run({"play", "-p", line.path(), capture()}), 3);
+    EXPECT_EQ(run({"--json", "play", "-p", line.path(), capture()}), 3);
     farEnd.join();
+    EXPECT_EQ(objects().back()["type"], "played") << out.text();
+    EXPECT_EQ(objects().back()["played"], 1);
 }
 
 #ifndef _WIN32
