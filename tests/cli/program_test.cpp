@@ -112,6 +112,15 @@ TEST_F(ProgramTest, ExplainsFrames) {
     EXPECT_EQ(run({"decode", "xyz"}), 2);
 }
 
+TEST_F(ProgramTest, NothingToDoIsAUsageError) {
+    for (const char* const subcommand : {"read", "write", "mixed-read", "mixed-write"}) {
+        EXPECT_EQ(run({subcommand, "-p", "VIRTUAL", ""}), 2) << subcommand;
+        EXPECT_EQ(out.text(), "");
+    }
+    EXPECT_EQ(run({"decode", " "}), 2);
+    EXPECT_EQ(run({"decode", "-"}, "\n"), 0) << "a file may have an empty line";
+}
+
 TEST_F(ProgramTest, RunsAScenario) {
     const std::string path = scenarioFile();
     EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--rounds", "2", "--period", "400", path}), 0);
