@@ -46,6 +46,9 @@ ExitCode DecodeCommand::run(const Streams& streams, Report& report) {
         for (const std::string& part : frames_) {
             text += part + ' ';
         }
+        if (bytesOf(text).empty()) {
+            throw Failure(ExitCode::Usage, "No frame is given. Write two hexadecimal digits for each byte.");
+        }
         isEachSound = decode(text, request, report);
     }
     return isEachSound ? ExitCode::Right : ExitCode::Failed;

@@ -1,5 +1,7 @@
 #include "cli/fault_choice.h"
 
+#include <cerrno>
+#include <cstdlib>
 #include <ostream>
 #include <random>
 
@@ -15,11 +17,21 @@ std::string faultsInWords() {
     return text;
 }
 
+/// The parser takes one below 0, or too large, for another number without a word.
+std::string refusalOfSeed(const std::string& text) {
+    errno = 0;
+    static_cast<void>(std::strtoull(text.c_str(), nullptr, 0));
+    const bool isNumber = errno == 0 && text.find('-') == std::string::npos && !text.empty();
+    return isNumber ? "" : '"' + text + "\" is no seed: 0 to 18446744073709551615.";
+}
+
 } // namespace
 
 void FaultChoice::declare(CLI::App& app) {
     CLI::Option* const fault = app.add_option("--fault", faults, faultsInWords());
-    app.add_option("--seed", seed, "Draw the faults as a run with this number did")->needs(fault);
+    app.add_option("--seed", seed, "Draw the faults as a run with this number did")
+        ->needs(fault)
+        ->check(refusalOfSeed);
 }
 
 void FaultChoice::apply(FaultInjector& injector, const Streams& streams, Report& report) const {

@@ -72,7 +72,12 @@ bool LinkSession::run(const std::function<void()>& finish) {
     return isWhole;
 }
 
-void LinkSession::told(const Exchange& exchange) { told_(exchange); }
+void LinkSession::told(const Exchange& exchange) {
+    if (exchange.outcome == Outcome::NothingToRead) {
+        link_.endEmptyReception();
+    }
+    told_(exchange);
+}
 
 void LinkSession::hangUp(const std::string& reason) {
     hungUp_ = reason;

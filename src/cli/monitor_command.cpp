@@ -1,5 +1,6 @@
 #include "cli/monitor_command.h"
 
+#include "cli/files.h"
 #include "cli/link_session.h"
 #include "core/link/period.h"
 #include "core/recordings/capture_file.h"
@@ -49,6 +50,7 @@ void MonitorCommand::declare(CLI::App& app) {
 }
 
 ExitCode MonitorCommand::run(const Streams& streams, Report& report) {
+    requireOwnFile(capture_, {log_});
     LinkSession session(startPeriod);
     LatestLine line;
     MonitorRun monitor(session.link(), session.loop(), line);

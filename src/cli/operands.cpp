@@ -130,6 +130,9 @@ std::vector<Operand> readOperands(const std::vector<std::string>& words) {
     while (!reader.isAtEnd()) {
         operands.push_back(reader.readOperand());
     }
+    if (operands.empty()) { // a variable of a script without a value, most likely
+        throw notUnderstood(R"(No register is named. Write its kind and number, as "W 0100".)");
+    }
     return operands;
 }
 

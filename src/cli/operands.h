@@ -19,7 +19,7 @@ struct Operand {
 
 /// Reads registers as they are written here, "R 0012.3", "W 0100 4", "W 0100=1A2Bh,7", "M 0000.0=ON": as one
 /// word of the command line or as several, letters of either case.
-/// @throws Failure Usage where one is not understood
+/// @throws Failure Usage where one is not understood, or there is none
 std::vector<Operand> readOperands(const std::vector<std::string>& words);
 
 } // namespace varda::cli

@@ -89,8 +89,9 @@ ExitCode PlayCommand::run(const Streams& streams, Report& report) {
     LinkSession session(startPeriod);
     Playing playing(session, report, std::move(frames));
     line_.open(session, streams, report);
-    const bool isWhole = byStep_ ? playing.playByStep(streams) : playing.play(speed_);
-    report.played(playing.progress());
+    bool isWhole = false;
+    doBoth([&] { isWhole = byStep_ ? playing.playByStep(streams) : playing.play(speed_); },
+           [&] { report.played(playing.progress()); });
     return isWhole ? ExitCode::Right : ExitCode::Failed;
 }
 

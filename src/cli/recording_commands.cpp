@@ -54,6 +54,8 @@ ExitCode ConvertCommand::run(const Streams& streams, Report& report) {
         throw Failure(ExitCode::Usage,
                       "What is to be made of it? Say --scenario, --packets or --expect, and a file.");
     }
+    requireOwnFile(scenario_, {file_, packets_});
+    requireOwnFile(packets_, {file_});
     const Recording converted = recording(file_, streams.error);
     if (exchangesOf(converted).empty()) {
         throw Failure(ExitCode::File, file_ + " holds no request.");

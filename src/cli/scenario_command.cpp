@@ -17,6 +17,8 @@ namespace {
 
 using Expectations = std::vector<std::optional<Expectation>>;
 
+bool isGone(const Exchange& exchange) { return exchange.outcome == Outcome::HungUp; }
+
 /// Sends the lines of some rounds and judges what becomes of them. As in the window, a line that nothing
 /// comes for ends the run, unless that is expected.
 class Rounds {
@@ -58,7 +60,8 @@ private:
         if (!isEnd(exchange.outcome)) {
             return;
         }
-        if (results_.size() == sent_) { // another burst, behind the one that ended the line
+        const bool isLost = isGone(exchange) && results_.size() < total_; // it is the next line's, then
+        if (results_.size() == sent_ && !isLost) { // another burst, behind the one that ended the line
             report_.exchange(exchange);
             return;
         }
@@ -89,11 +92,12 @@ private:
     std::string judge(const Exchange& exchange, int line) const {
         if (!wanted_.empty()) {
             const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
-            const bool endsTheRun = exchange.outcome == Outcome::Silent; // nobody said that it may
+            const bool endsTheRun =
+                exchange.outcome == Outcome::Silent || isGone(exchange); // nobody said that it may
             return wanted ? wanted->judge(exchange) : endsTheRun ? whyNoAnswer(exchange) : std::string();
         }
-        return exchange.outcome == Outcome::Answered || isTaking_ ? std::string()
-                                                                  : std::string(inWords(exchange.outcome));
+        const bool isRight = exchange.outcome == Outcome::Answered || (isTaking_ && !isGone(exchange));
+        return isRight ? std::string() : std::string(inWords(exchange.outcome));
     }
 
     void endWhere(bool isStopped) {
@@ -134,6 +138,8 @@ void ScenarioCommand::declare(CLI::App& app) {
 }
 
 ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
+    requireOwnFile(junit_, {html_, take_, expectations_, file_});
+    requireOwnFile(html_, {take_, expectations_, file_});
     std::vector<std::string> lines = scenarioLines(file_);
     Expectations wanted = expectations_.empty() ? Expectations() : expectations(expectations_, lines.size());
     LinkSession session(startPeriod);
@@ -152,15 +158,17 @@ ExitCode ScenarioCommand::run(const Streams& streams, Report& report) {
 
 void ScenarioCommand::writeFiles(const std::vector<LineResult>& results,
                                  const std::vector<std::string>& taken) const {
-    if (!junit_.empty()) {
-        replaceFile(junit_, junit(file_, results));
-    }
-    if (!html_.empty()) {
-        replaceFile(html_, htmlReport(file_, results));
-    }
-    if (!take_.empty()) {
-        saveExpectations(take_, taken);
-    }
+    const auto write = [](const std::string& path, auto&& file) {
+        if (!path.empty()) {
+            file(path);
+        }
+    };
+    const std::string name = readableName(file_);
+    const auto writeTable = [&](const std::string& path) { replaceFile(path, junit(name, results)); };
+    const auto writePage = [&](const std::string& path) { replaceFile(path, htmlReport(name, results)); };
+    const auto writeTaken = [&](const std::string& path) { saveExpectations(path, taken); };
+    doBoth([&] { write(junit_, writeTable); },
+           [&] { doBoth([&] { write(html_, writePage); }, [&] { write(take_, writeTaken); }); });
 }
 
 } // namespace varda::cli

@@ -78,8 +78,8 @@ ExitCode SimulateCommand::run(const Streams& streams, Report& report) {
                   << std::flush;
     // however it ends: the memory first, for the output may be what ends it
     session.run([&] {
-        memory_.save(controller);
-        tally.tell(report, streams.error, table.requests().size());
+        doBoth([&] { memory_.save(controller); },
+               [&] { tally.tell(report, streams.error, table.requests().size()); });
     });
     return ExitCode::Right;
 }

@@ -1,7 +1,9 @@
 #include "cli/program_fixture.h"
 #include "core/files/append_file.h"
+#include "core/insight/pcapng.h"
 
 #include <array>
+#include <atomic>
 #include <fstream>
 
 namespace varda::test {
@@ -90,6 +92,23 @@ TEST_F(BadEnds, OfResultsThatCannotBeWrittenAreTold) {
     EXPECT_NE(out.text().find("2 right"), std::string::npos) << "what was found out stands all the same";
 }
 
+TEST_F(BadEnds, OfOneResultLeaveTheOthers) {
+    const std::string missing = folder.file("missing") + "/results";
+    const std::string page = folder.file("results.html");
+    const std::string taken = folder.file("taken.expect");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--junit", missing, "--html", page, "--take",
+                   taken, scenarioFile()}),
+              4);
+    EXPECT_NE(bytesOf(page).find("</html>"), std::string::npos);
+    EXPECT_NE(bytesOf(taken).find("Expect1="), std::string::npos);
+    EXPECT_EQ(
+        runUntilEnded({"simulate", "-p", line.path(), "--memory-file", missing, "--save-memory", pairsFile()},
+                      [] {}),
+        4);
+    EXPECT_NE(error.text().find("missing"), std::string::npos) << error.text();
+    EXPECT_NE(out.text().find("pair 1: answered 0 times"), std::string::npos) << out.text();
+}
+
 TEST_F(BadEnds, OfALogThatCannotBeMadeAreTold) {
     EXPECT_EQ(run({"monitor", "-p", line.path(), "--log", folder.file("missing") + "/line.log"}), 4);
     EXPECT_NE(error.text().find("line.log"), std::string::npos) << error.text();
@@ -122,6 +141,24 @@ TEST_F(BadEnds, OfALineThatGoesAwayAreToldByEverySubcommand) {
     }
 }
 
+/// A byte comes just before a send, which throws it away before it is read; then nothing comes any more.
+TEST_F(BadEnds, OfALineThatFallsSilentAfterAByteThatWasThrownAwayAreTold) {
+    std::atomic<bool> hasEnded = false;
+    std::thread farEnd([this, &hasEnded] {
+        line.read(9, 5s);
+        line.write({7});
+        for (int wait = 0; wait < 1000 && !hasEnded; ++wait) {
+            std::this_thread::sleep_for(20ms);
+        }
+        line.write({7}); // ends what would wait for ever
+    });
+    EXPECT_EQ(run({"--json", "run", "-p", line.path(), "--rounds", "10", "--period", "20", scenarioFile()}),
+              1);
+    hasEnded = true;
+    farEnd.join();
+    EXPECT_EQ(objects().at(objects().size() - 2)["outcome"], "silent") << out.text();
+}
+
 TEST_F(BadEnds, OfAPortThatIsNotThereAreToldByEverySubcommand) {
     const std::string scenario = scenarioFile();
     const std::string pairs = pairsFile();
@@ -150,6 +187,43 @@ TEST_F(BadEnds, OfFilesThatAreNoneAreToldByEverySubcommand) {
         EXPECT_NE(error.text().find(folder.path() + " is a folder"), std::string::npos) << error.text();
     }
 }
+
+TEST_F(BadEnds, OfAFileThatIsNamedTwiceAreToldBeforeItIsWritten) {
+    const std::string scenario = scenarioFile();
+    const std::string kept = bytesOf(scenario);
+    const std::string detour = folder.path() + "/../" + folder.path().substr(folder.path().rfind('/') + 1);
+    const std::string capture = file("line.pcapng", captureHeading());
+    const std::string both = folder.file("both");
+    for (const Arguments& arguments :
+         {Arguments{"run", "-p", "VIRTUAL", "--junit", detour + "/two.scn", scenario},
+          Arguments{"run", "-p", "VIRTUAL", "--html", scenario, scenario},
+          Arguments{"run", "-p", "VIRTUAL", "--junit", both, "--html", both, scenario},
+          Arguments{"run", "-p", "VIRTUAL", "--html", both, "--take", detour + "/both", scenario},
+          Arguments{"convert", capture, "--scenario", both, "--packets", both},
+          Arguments{"convert", capture, "--packets", capture},
+          Arguments{"monitor", "-p", "VIRTUAL", "--log", both, "--pcapng", both}}) {
+        EXPECT_EQ(run(arguments), 2) << arguments.front();
+        EXPECT_NE(error.text().find("is named twice"), std::string::npos) << error.text();
+        EXPECT_EQ(bytesOf(both), "") << arguments.front();
+    }
+    EXPECT_EQ(bytesOf(scenario), kept);
+    EXPECT_EQ(bytesOf(capture), captureHeading());
+}
+
+#ifndef _WIN32
+TEST_F(BadEnds, AreNotThoseOfResultsOfAFileWhoseNameIsNoText) {
+    const std::string scenario = folder.file("gr\xFC\xDF\x01\x1B.scn");
+    writeBytes(scenario, bytesOf(scenarioFile()));
+    const std::string results = folder.file("results.xml");
+    const std::string page = folder.file("results.html");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--junit", results, "--html", page, scenario}),
+              0)
+        << error.text();
+    for (const std::string& made : {bytesOf(results), bytesOf(page)}) {
+        EXPECT_NE(made.find("gr\xEF\xBF\xBD\xEF\xBF\xBD??.scn"), std::string::npos) << made;
+    }
+}
+#endif
 
 TEST_F(BadEnds, AreNotThoseOfFilesWithNamesInAnyLetters) {
     const std::string pairs = file(notAscii, bytesOf(pairsFile()));

@@ -95,7 +95,10 @@ TEST_F(BenchTest, AFaultThatIsNoneIsAUsageError) {
         EXPECT_NE(error.text().find("\"flop\" is no fault. There are: hangup"), std::string::npos)
             << error.text();
     }
-    EXPECT_EQ(run({"read", "-p", "VIRTUAL", "--fault", "drop", "--seed", "x", "W 0"}), 2);
+    for (const char* const seed : {"x", "", "-1", "18446744073709551616"}) {
+        EXPECT_EQ(run({"read", "-p", "VIRTUAL", "--fault", "late=1", "--seed", seed, "W 0"}), 2) << seed;
+        EXPECT_NE(error.text().find("--seed"), std::string::npos) << error.text();
+    }
 }
 
 TEST_F(BenchTest, AHangUpOnPurposeEndsAsOneThatIsNot) {
@@ -318,8 +321,10 @@ TEST_F(BenchTest, TellsThatThePortWentAwayWhileItPlays) {
         line.read(9, 5s);
         line.closeFarEnd();
     });
-    EXPECT_EQ(run({"play", "-p", line.path(), capture()}), 3);
+    EXPECT_EQ(run({"--json", "play", "-p", line.path(), capture()}), 3);
     farEnd.join();
+    EXPECT_EQ(objects().back()["type"], "played") << out.text();
+    EXPECT_EQ(objects().back()["played"], 1);
 }
 
 #ifndef _WIN32

@@ -29,7 +29,6 @@ TEST(Operands, AreReadFromOneWordOfTheCommandLineOrFromSeveral) {
     EXPECT_EQ(readOperands({"W 0100"}), wanted);
     EXPECT_EQ(readOperands({"W", "0100"}), wanted);
     EXPECT_EQ(readOperands({"w100"}), wanted);
-    EXPECT_TRUE(readOperands({}).empty());
 }
 
 TEST(Operands, HaveACountBehindThem) {
@@ -50,6 +49,8 @@ TEST(Operands, HaveValuesBehindAnEqualsSign) {
 }
 
 TEST(Operands, AreRefusedByNameAndRemedy) {
+    EXPECT_NE(refusalOf({""}).find("No register is named."), std::string::npos);
+    EXPECT_NE(refusalOf({" ", ""}).find("No register is named."), std::string::npos);
     EXPECT_NE(refusalOf({"Q 5"}).find("\"Q 5\" is no register."), std::string::npos);
     EXPECT_NE(refusalOf({"W"}).find("\"W\" is no register."), std::string::npos);
     EXPECT_NE(refusalOf({"W 99999"}).find("\"W 99999\" is no register."), std::string::npos);

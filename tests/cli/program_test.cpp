@@ -112,6 +112,15 @@ TEST_F(ProgramTest, ExplainsFrames) {
     EXPECT_EQ(run({"decode", "xyz"}), 2);
 }
 
+TEST_F(ProgramTest, NothingToDoIsAUsageError) {
+    for (const char* const subcommand : {"read", "write", "mixed-read", "mixed-write"}) {
+        EXPECT_EQ(run({subcommand, "-p", "VIRTUAL", ""}), 2) << subcommand;
+        EXPECT_EQ(out.text(), "");
+    }
+    EXPECT_EQ(run({"decode", " "}), 2);
+    EXPECT_EQ(run({"decode", "-"}, "\n"), 0) << "a file may have an empty line";
+}
+
 TEST_F(ProgramTest, RunsAScenario) {
     const std::string path = scenarioFile();
     EXPECT_EQ(run({"--json", "run", "-p", "VIRTUAL", "--rounds", "2", "--period", "400", path}), 0);
@@ -168,6 +177,28 @@ TEST_F(ProgramTest, APortThatGoesAwayLeavesWhatIsKnownOfTheRun) {
               3);
     EXPECT_NE(bytesOf(results).find("testcase"), std::string::npos);
     EXPECT_NE(bytesOf(page).find("</html>"), std::string::npos);
+}
+
+/// Between two lines, whatever is expected: a table without a failure would be green.
+TEST_F(ProgramTest, APortThatGoesAwayIsAFailureOfTheNextLine) {
+    const std::string results = folder.file("results.xml");
+    const std::string first = file("first.expect", "[Expect]\r\nExpect0=R 0000.0 = OFF\r\n");
+    for (const std::vector<std::string>& beside :
+         {std::vector<std::string>{}, {"--expect", first}, {"--take", folder.file("taken.expect")}}) {
+        PseudoTerminal gone;
+        std::vector<std::string> arguments = {"run", "-p",      gone.path(), "--period",
+                                              "400", "--junit", results,     scenarioFile()};
+        arguments.insert(arguments.end(), beside.begin(), beside.end());
+        std::thread farEnd([this, &gone] {
+            gone.read(9, 5s);
+            gone.write({0xFF, 0xFF, 0xA1, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0x30, 0x87});
+            out.waitForMore(); // the first line has ended
+            gone.closeFarEnd();
+        });
+        EXPECT_EQ(run(arguments), 3) << error.text();
+        farEnd.join();
+        EXPECT_NE(bytesOf(results).find("tests=\"2\" failures=\"1\""), std::string::npos) << bytesOf(results);
+    }
 }
 
 TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {

@@ -42,7 +42,9 @@ std::vector<std::string> TakenExpectations::texts() const {
 
 void storeExpectations(const std::vector<std::string>& texts, ProfileFile& file) {
     for (std::size_t line = 0; line < texts.size(); ++line) {
-        file.setValue("Expect", "Expect" + std::to_string(line), texts[line]);
+        if (!texts[line].empty()) {
+            file.setValue("Expect", "Expect" + std::to_string(line), texts[line]);
+        }
     }
 }
 

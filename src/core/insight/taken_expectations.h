@@ -35,7 +35,8 @@ private:
     std::vector<Line> lines_;
 };
 
-/// Writes them where loadExpectations reads them; an entry without a text is emptied, limits stay.
+/// Writes them where loadExpectations reads them; what the file has for a line without a text stays, for
+/// nothing better is known of that, and so do limits.
 void storeExpectations(const std::vector<std::string>& texts, ProfileFile& file);
 
 } // namespace varda::core

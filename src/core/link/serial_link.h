@@ -89,6 +89,9 @@ public:
 
     /// The ticks without an answer are counted anew: those until now are no fault.
     void restartSilence();
+    /// Ends a reception that found nothing to read, which pauses the ticks otherwise until another one is
+    /// complete: who waits for the end of an exchange would wait for ever on a line that says no more.
+    void endEmptyReception() { state_.InReceive = false; }
     /// Sends one frame of a scenario; closed, the port gets nothing.
     /// @param expected length of its answer; nothing leaves what was expected before
     /// @throws RuntimeError of the port

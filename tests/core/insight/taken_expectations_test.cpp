@@ -57,5 +57,14 @@ TEST(TakenExpectations, WhatWasTakenIsMetByTheSameOnceMore) {
     EXPECT_EQ(file.value("Limit", "Limit0", "", 10), "100");
 }
 
+TEST(TakenExpectations, OfALineThatWasNotAskedStayAsTheyWere) {
+    TakenExpectations taken(2);
+    taken.take(0, ended(Outcome::Answered, {1}));
+    ProfileFile file = ProfileFile::parse("[Expect]\nExpect0=02\nExpect1=W 0000 = 7\n");
+    storeExpectations(taken.texts(), file);
+    EXPECT_EQ(file.value("Expect", "Expect0", "", 100), "01");
+    EXPECT_EQ(file.value("Expect", "Expect1", "", 100), "W 0000 = 7");
+}
+
 } // namespace
 } // namespace varda::test
