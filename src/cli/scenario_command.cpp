@@ -17,6 +17,8 @@ namespace {
 
 using Expectations = std::vector<std::optional<Expectation>>;
 
+bool isGone(const Exchange& exchange) { return exchange.outcome == Outcome::HungUp; }
+
 /// Sends the lines of some rounds and judges what becomes of them. As in the window, a line that nothing
 /// comes for ends the run, unless that is expected.
 class Rounds {
@@ -58,7 +60,8 @@ private:
         if (!isEnd(exchange.outcome)) {
             return;
         }
-        if (results_.size() == sent_) { // another burst, behind the one that ended the line
+        const bool isLost = isGone(exchange) && results_.size() < total_; // it is the next line's, then
+        if (results_.size() == sent_ && !isLost) { // another burst, behind the one that ended the line
             report_.exchange(exchange);
             return;
         }
@@ -89,11 +92,12 @@ private:
     std::string judge(const Exchange& exchange, int line) const {
         if (!wanted_.empty()) {
             const auto& wanted = wanted_.at(static_cast<std::size_t>(line));
-            const bool endsTheRun = exchange.outcome == Outcome::Silent; // nobody said that it may
+            const bool endsTheRun =
+                exchange.outcome == Outcome::Silent || isGone(exchange); // nobody said that it may
             return wanted ? wanted->judge(exchange) : endsTheRun ? whyNoAnswer(exchange) : std::string();
         }
-        return exchange.outcome == Outcome::Answered || isTaking_ ? std::string()
-                                                                  : std::string(inWords(exchange.outcome));
+        const bool isRight = exchange.outcome == Outcome::Answered || (isTaking_ && !isGone(exchange));
+        return isRight ? std::string() : std::string(inWords(exchange.outcome));
     }
 
     void endWhere(bool isStopped) {

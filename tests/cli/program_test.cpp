@@ -179,6 +179,29 @@ TEST_F(ProgramTest, APortThatGoesAwayLeavesWhatIsKnownOfTheRun) {
     EXPECT_NE(bytesOf(page).find("</html>"), std::string::npos);
 }
 
+/// Between two lines, whatever is expected: a table without a failure would be green.
+TEST_F(ProgramTest, APortThatGoesAwayIsAFailureOfTheNextLine) {
+    const std::string results = folder.file("results.xml");
+    const std::string first = file("first.expect", "[Expect]\r\nExpect0=R 0000.0 = OFF\r\n");
+    for (const std::vector<std::string>& beside :
+         {std::vector<std::string>{}, {"--expect", first}, {"--take", folder.file("taken.expect")}}) {
+        PseudoTerminal gone;
+        Output told;
+        std::vector<std::string> arguments = {"run", "-p",      gone.path(), "--period",
+                                              "400", "--junit", results,     scenarioFile()};
+        arguments.insert(arguments.end(), beside.begin(), beside.end());
+        std::thread farEnd([&told, &gone] {
+            gone.read(9, 5s);
+            gone.write({0xFF, 0xFF, 0xA1, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0x30, 0x87});
+            told.waitForMore(); // the first line has ended
+            gone.closeFarEnd();
+        });
+        EXPECT_EQ(runInto(told, arguments), 3) << error.text();
+        farEnd.join();
+        EXPECT_NE(bytesOf(results).find("tests=\"2\" failures=\"1\""), std::string::npos) << bytesOf(results);
+    }
+}
+
 TEST_F(ProgramTest, TellsAFileThatHoldsNothingOfTheKind) {
     const std::string path = file("nothing.txt", "nothing\n");
     EXPECT_EQ(run({"run", "-p", "VIRTUAL", path}), 4);
