@@ -3,6 +3,7 @@
 #include "cli/failure.h"
 #include "core/files/file_path.h"
 #include "core/files/profile_file.h"
+#include "core/files/text_form.h"
 #include "core/insight/taken_expectations.h"
 #include "core/pairs/packet_file.h"
 #include "core/recordings/capture_loading.h"
@@ -63,6 +64,14 @@ void requireOwnFile(const std::string& written, const std::vector<std::string>& 
         throw Failure(ExitCode::Usage, written + " is named twice, and one would be written over the other. "
                                                  "Give each a file of its own.");
     }
+}
+
+std::string readableName(const std::string& path) {
+    constexpr TextForm strict = TextForm::Utf16LittleEndian; // which has no other letters
+    std::string name = *decodedText(encodedText(path, strict), strict);
+    std::ranges::replace_if(
+        name, [](char character) { return static_cast<unsigned char>(character) < ' '; }, '?');
+    return name;
 }
 
 /// The parser's own knows only names that fit into the system's code page.

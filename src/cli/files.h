@@ -20,6 +20,9 @@ CLI::Validator existingFile();
 /// of the others as well, by whatever name; those that are empty are none
 void requireOwnFile(const std::string& written, const std::vector<std::string>& others);
 
+/// A file's name for those who take nothing but UTF-8 without control characters, whatever its bytes are.
+std::string readableName(const std::string& path);
+
 /// Adds the prepared pairs of a file. @throws Failure File where it does not hold what it should
 void addPairs(PacketTable& table, const std::string& path);
 

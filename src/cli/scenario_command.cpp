@@ -163,8 +163,9 @@ void ScenarioCommand::writeFiles(const std::vector<LineResult>& results,
             file(path);
         }
     };
-    const auto writeTable = [&](const std::string& path) { replaceFile(path, junit(file_, results)); };
-    const auto writePage = [&](const std::string& path) { replaceFile(path, htmlReport(file_, results)); };
+    const std::string name = readableName(file_);
+    const auto writeTable = [&](const std::string& path) { replaceFile(path, junit(name, results)); };
+    const auto writePage = [&](const std::string& path) { replaceFile(path, htmlReport(name, results)); };
     const auto writeTaken = [&](const std::string& path) { saveExpectations(path, taken); };
     doBoth([&] { write(junit_, writeTable); },
            [&] { doBoth([&] { write(html_, writePage); }, [&] { write(take_, writeTaken); }); });

@@ -210,6 +210,21 @@ TEST_F(BadEnds, OfAFileThatIsNamedTwiceAreToldBeforeItIsWritten) {
     EXPECT_EQ(bytesOf(capture), captureHeading());
 }
 
+#ifndef _WIN32
+TEST_F(BadEnds, AreNotThoseOfResultsOfAFileWhoseNameIsNoText) {
+    const std::string scenario = folder.file("gr\xFC\xDF\x01\x1B.scn");
+    writeBytes(scenario, bytesOf(scenarioFile()));
+    const std::string results = folder.file("results.xml");
+    const std::string page = folder.file("results.html");
+    EXPECT_EQ(run({"run", "-p", "VIRTUAL", "--period", "400", "--junit", results, "--html", page, scenario}),
+              0)
+        << error.text();
+    for (const std::string& made : {bytesOf(results), bytesOf(page)}) {
+        EXPECT_NE(made.find("gr\xEF\xBF\xBD\xEF\xBF\xBD??.scn"), std::string::npos) << made;
+    }
+}
+#endif
+
 TEST_F(BadEnds, AreNotThoseOfFilesWithNamesInAnyLetters) {
     const std::string pairs = file(notAscii, bytesOf(pairsFile()));
     EXPECT_EQ(run({"lint", pairs}), 1) << error.text();
