@@ -46,7 +46,7 @@ std::string exitCodes() {
         Code{ExitCode::Right, "every request was answered, and no answer has a flaw"},
         Code{ExitCode::Failed,
              "no answer, one of another length, or one with a flaw; a frame that is not sound"},
-        Code{ExitCode::Usage, "the command line is not understood"},
+        Code{ExitCode::Usage, "the command line is not understood, or names a file that is not there"},
         Code{ExitCode::Port, "the port does not open, or went away"},
         Code{ExitCode::File, "a file cannot be read or written"}};
     std::string text;

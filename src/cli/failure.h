@@ -9,7 +9,7 @@ namespace varda::cli {
 enum class ExitCode {
     Right = 0,
     Failed = 1, ///< no answer, a wrong one, or a frame that has a flaw
-    Usage = 2,  ///< the command line is not understood
+    Usage = 2,  ///< the command line is not understood, or names a file that is not there
     Port = 3,   ///< the port does not open, or went away
     File = 4    ///< a file cannot be read or written
 };

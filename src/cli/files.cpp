@@ -79,12 +79,12 @@ CLI::Validator existingFile() {
     const auto refusal = [](const std::string& name) -> std::string {
         std::error_code error;
         switch (std::filesystem::status(filePath(name), error).type()) {
-        case std::filesystem::file_type::none:
         case std::filesystem::file_type::not_found:
             return "File does not exist: " + name;
         case std::filesystem::file_type::directory:
             return name + " is a folder, and a file is wanted.";
-        default:
+        default: // what cannot be told yet, in a folder that is closed to the user for example, the loading
+                 // tells
             return {};
         }
     };

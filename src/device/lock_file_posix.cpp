@@ -55,6 +55,12 @@ FileIdentity identityOf(const FileHandle& file) {
     return ::fstat(file.get(), &found) == 0 ? FileIdentity(found.st_dev, found.st_ino) : FileIdentity();
 }
 
+/// Whether another file is there by now. Without a handle, for there may be none left.
+bool isAnother(const std::string& path, const FileIdentity& file) {
+    struct stat found {};
+    return ::lstat(path.c_str(), &found) == 0 && FileIdentity(found.st_dev, found.st_ino) != file;
+}
+
 /// The lock files that this process has, which its own id alone does not tell: a process that has ended may
 /// have had the same one, and what could not be removed names it, too.
 class OwnLockFiles {
@@ -206,9 +212,13 @@ LockFile::LockFile(const std::string& node, const std::string& name,
     }
 }
 
+/// Another program may have taken it for left behind, where it does not see this process (as in containers),
+/// and have made its own in its place.
 LockFile::~LockFile() {
     if (!own_.empty()) {
-        ::unlink(own_.c_str());
+        if (!isAnother(own_, ownIdentity_)) {
+            ::unlink(own_.c_str());
+        }
         ownLockFiles().remove(ownIdentity_);
     }
 }

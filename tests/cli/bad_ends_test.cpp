@@ -4,6 +4,7 @@
 
 #include <array>
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 
 namespace varda::test {
@@ -211,6 +212,17 @@ TEST_F(BadEnds, OfAFileThatIsNamedTwiceAreToldBeforeItIsWritten) {
 }
 
 #ifndef _WIN32
+TEST_F(BadEnds, OfFilesThatCannotBeLookedAtAreNotThoseOfMissingOnes) {
+    const std::string circle = folder.file("circle");
+    std::filesystem::create_symlink(circle, circle);
+    for (const Arguments& arguments :
+         {Arguments{"run", "-p", "VIRTUAL", circle}, Arguments{"simulate", "-p", "VIRTUAL", circle},
+          Arguments{"lint", circle}, Arguments{"compare", circle, circle}}) {
+        EXPECT_EQ(run(arguments), 4) << arguments.front();
+        EXPECT_NE(error.text().find("could not be read"), std::string::npos) << error.text();
+    }
+}
+
 TEST_F(BadEnds, AreNotThoseOfResultsOfAFileWhoseNameIsNoText) {
     const std::string scenario = folder.file("gr\xFC\xDF\x01\x1B.scn");
     writeBytes(scenario, bytesOf(scenarioFile()));

@@ -186,16 +186,17 @@ TEST_F(ProgramTest, APortThatGoesAwayIsAFailureOfTheNextLine) {
     for (const std::vector<std::string>& beside :
          {std::vector<std::string>{}, {"--expect", first}, {"--take", folder.file("taken.expect")}}) {
         PseudoTerminal gone;
+        Output told;
         std::vector<std::string> arguments = {"run", "-p",      gone.path(), "--period",
                                               "400", "--junit", results,     scenarioFile()};
         arguments.insert(arguments.end(), beside.begin(), beside.end());
-        std::thread farEnd([this, &gone] {
+        std::thread farEnd([&told, &gone] {
             gone.read(9, 5s);
             gone.write({0xFF, 0xFF, 0xA1, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0x30, 0x87});
-            out.waitForMore(); // the first line has ended
+            told.waitForMore(); // the first line has ended
             gone.closeFarEnd();
         });
-        EXPECT_EQ(run(arguments), 3) << error.text();
+        EXPECT_EQ(runInto(told, arguments), 3) << error.text();
         farEnd.join();
         EXPECT_NE(bytesOf(results).find("tests=\"2\" failures=\"1\""), std::string::npos) << bytesOf(results);
     }

@@ -110,6 +110,16 @@ TEST_F(LockFileTest, OfAnotherIsRespectedAndLeftAloneWhateverItsAgeAndForm) {
     }
 }
 
+TEST_F(LockFileTest, OfAnotherThatTookItOverIsLeftAlone) {
+    auto own = lock();
+    const std::string path = folder.file("LCK..ttyUSB0");
+    ASSERT_EQ(bytesOf(path), standard(::getpid()));
+    writeBytes(folder.file("other"), standard(::getppid()));
+    std::filesystem::rename(folder.file("other"), path);
+    own.reset();
+    EXPECT_EQ(bytesOf(path), standard(::getppid()));
+}
+
 TEST_F(LockFileTest, OfADeadProcessIsTakenOver) {
     const int dead = deadProcess();
     for (const std::string& content : {standard(dead), binary(dead), std::to_string(dead) + " cu root\n"}) {
