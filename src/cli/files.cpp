@@ -27,11 +27,13 @@ ProfileFile load(const std::string& path) {
     return file;
 }
 
-/// @throws Failure File where an entry is not understood
-std::vector<std::optional<Expectation>> understood(const std::string& path, std::size_t lines) {
+/// Names the file and ends with its code where something in it is not understood, which is no matter of the
+/// command line.
+template <typename Read>
+auto understood(const std::string& path, Read&& read) {
     const ProfileFile file = load(path);
     try {
-        return loadExpectations(file, lines);
+        return read(file);
     } catch (const RuntimeError& error) {
         throw Failure(ExitCode::File, path + ": " + (error.advice().empty() ? error.what() : error.advice()));
     }
@@ -93,7 +95,8 @@ CLI::Validator existingFile() {
 
 void addPairs(PacketTable& table, const std::string& path) {
     PacketTable own;
-    if (loadPackets(own, load(path)) != PacketLoad::Complete) {
+    const auto loaded = understood(path, [&own](const ProfileFile& file) { return loadPackets(own, file); });
+    if (loaded != PacketLoad::Complete) {
         throw Failure(ExitCode::File, path + " does not hold the pairs that it should: " +
                                           std::to_string(own.answers().size()) + " whole ones were found.");
     }
@@ -114,7 +117,8 @@ std::vector<std::string> scenarioLines(const std::string& path) {
 }
 
 std::vector<std::optional<Expectation>> expectations(const std::string& path, std::size_t lines) {
-    std::vector<std::optional<Expectation>> wanted = understood(path, lines);
+    auto wanted =
+        understood(path, [lines](const ProfileFile& file) { return loadExpectations(file, lines); });
     if (std::ranges::none_of(wanted, [](const auto& entry) { return entry.has_value(); })) {
         throw Failure(ExitCode::File, path +
                                           " holds no expectation of these lines: entries Expect0 .. Expect" +

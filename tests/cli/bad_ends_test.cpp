@@ -240,6 +240,16 @@ TEST_F(BadEnds, AreNotThoseOfResultsOfAFileWhoseNameIsNoText) {
 }
 #endif
 
+TEST_F(BadEnds, OfPairsWhoseNumberIsNoneAreThoseOfTheirFile) {
+    const std::string pairs = file("odd.ini", "[Information]\r\nTotal=five\r\n");
+    for (const Arguments& arguments :
+         {Arguments{"lint", pairs}, Arguments{"simulate", "-p", "VIRTUAL", pairs}}) {
+        EXPECT_EQ(run(arguments), 4) << arguments.front();
+        EXPECT_NE(error.text().find(pairs + ": Total of the file is \"five\""), std::string::npos)
+            << error.text();
+    }
+}
+
 TEST_F(BadEnds, AreNotThoseOfFilesWithNamesInAnyLetters) {
     const std::string pairs = file(notAscii, bytesOf(pairsFile()));
     EXPECT_EQ(run({"lint", pairs}), 1) << error.text();
